@@ -1,0 +1,15 @@
+/// @file
+/// Everything a host includes. See docs/architecture.md for the conventions that all functions share.
+#ifndef NUVIMGSDK2014DLL_H
+#define NUVIMGSDK2014DLL_H
+
+#include "nuv/colour.h"
+#include "nuv/contours.h"
+#include "nuv/drawing.h"
+#include "nuv/edges.h"
+#include "nuv/frame.h"
+#include "nuv/histogram.h"
+#include "nuv/lines.h"
+#include "nuv/records.h"
+
+#endif

@@ -1,0 +1,16 @@
+/// @file
+/// The mark of an exported function.
+#ifndef NUV_API_H
+#define NUV_API_H
+
+#if defined(_WIN32)
+#if defined(NUV_BUILDING_LIBRARY)
+#define NUV_API __declspec(dllexport)
+#else
+#define NUV_API __declspec(dllimport)
+#endif
+#else
+#define NUV_API __attribute__((visibility("default")))
+#endif
+
+#endif

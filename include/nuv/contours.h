@@ -1,0 +1,211 @@
+/// @file
+/// Contours: tracing objects and holes into chain codes, and what a chain code can be asked.
+///
+/// A chain is N bytes, one direction 0..7 per step, beside its start point x, y. On the screen (y grows
+/// downwards):
+///
+///     3 2 1
+///     4 . 0      even codes are unit steps, odd codes diagonal ones
+///     5 6 7
+///
+/// A closed chain's last step arrives at the start again, so N codes pass N different steps. The outer contour
+/// of an object is walked counter-clockwise on the screen and the contour of a hole clockwise, so that the
+/// object is at the left of the walk; both run over object pixels.
+///
+/// Tracing marks the image: 254 on contour pixels, 1 on the background pixels that it looked at; every value
+/// of 2 or more is object to the tracer. The border of an image is not checked while tracing: rows 0 and
+/// height-1 and columns 0 and width-1 must be below 2. Functions that clear the border themselves say so.
+///
+/// Chains are trusted to stay inside the images they are used with.
+#ifndef NUV_CONTOURS_H
+#define NUV_CONTOURS_H
+
+#include <cstdint>
+
+#include "nuv/api.h"
+#include "nuv/records.h"
+
+// ---- Tracing ---------------------------------------------------------------------------------------------
+
+/// Traces one contour from its start pixel and marks it in the image.
+///
+/// Neighbours are 8-connected. The walk ends when it stands on the start pixel with no way left that it has
+/// not gone, so a figure of eight is one chain.
+///
+/// @param pBinImg     binary image with a clear border; changed: 254 and 1 as told above
+/// @param x, y        start pixel. For an outer contour a pixel with background at its left, for a hole the
+///                    object pixel at the left of a pixel of the hole
+/// @param pChainCode  receives at most N-1 codes; codes past that are dropped, and the marks stay complete
+/// @param isOuter     true for the contour of an object, false for that of a hole
+/// @return the number of codes written; 0 for a lone pixel
+/// @see H. Freeman, On the encoding of arbitrary geometric configurations, 1961
+NUV_API int32_t NuvTraceContour(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                                int32_t N, bool isOuter);
+
+/// Traces one contour like NuvTraceContour, for its marks alone.
+NUV_API void NuvMarkContour(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y, bool isOuter);
+
+/// All contours of a binary image, in the order in which a scan by rows meets them.
+///
+/// An object pixel must be exactly 255 to start an outer contour, after a pixel below 10; a pixel of exactly 0
+/// after one above 250 starts the contour of a hole.
+///
+/// @param pBinImg       binary image. Changed: the four sides become 0, and at the end every pixel below 50
+///                      becomes 0 and every other 255
+/// @param pChainCode    work space of width*height bytes
+/// @param minPerimeter  contours with fewer codes or a smaller perimeter are left out
+/// @param minArea       contours with a smaller area are left out
+/// @param mode          1: outer contours only; 2: holes only; any other value: both
+/// @return the list, to be released with NuvFreeContours, or null if no contour was kept. Lone pixels have no
+///         chain and are never kept. A contour for which there is no memory is left out
+NUV_API NUV_CONTOUR_STRUCT* NuvGetContours(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
+                                           int32_t height, int32_t minPerimeter, int32_t minArea,
+                                           int32_t mode);
+
+/// Releases a list of NuvGetContours. Null is accepted.
+NUV_API void NuvFreeContours(NUV_CONTOUR_STRUCT* pContours);
+
+/// The outer contour of greatest area in a region.
+///
+/// The region widened by one pixel on each side, as far as the image goes, gets an outline of 0, which stays.
+/// Rows y1, y1+yStep, ... are scanned for contours.
+///
+/// @param pBinImg         binary image. Changed: the outline, and in the region as given (its part in the
+///                        image) every pixel below 50 becomes 0 and every other 255
+/// @param pChainCode      work space of width*height bytes
+/// @param x1, x2, y1, y2  region
+/// @param yStep           rows from one scanned row to the next; below 1 counts as 1
+/// @param pRect           receives the inclusive bounding box; all 0 if nothing was found
+/// @param pX, pY          receive the centre as of NuvContourCenter; left alone if nothing was found
+/// @return the area as of NuvRealAreaAndPerimeter, the first contour of equals; 0 if nothing was found
+NUV_API int32_t Nuv255RectWithMaxArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
+                                      int32_t x1, int32_t x2, int32_t y1, int32_t y2, int32_t yStep,
+                                      tagRECT* pRect, int32_t* pX, int32_t* pY);
+
+/// The outer contour of greatest perimeter in a region; otherwise like Nuv255RectWithMaxArea.
+NUV_API int32_t Nuv255RectWithMaxPerimeter(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
+                                           int32_t height, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
+                                           int32_t yStep, tagRECT* pRect, int32_t* pX, int32_t* pY);
+
+// ---- Measures --------------------------------------------------------------------------------------------
+
+/// The exact number of pixels that a closed chain encloses, from the chain alone.
+///
+/// @param pArea       receives the area: the pixels inside and on an outer chain, the pixels of the hole
+///                    without its rim for the chain of a hole
+/// @param pPerimeter  receives truncate(even codes + sqrt(2)*odd codes + 0.5)
+NUV_API void NuvRealAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter);
+
+/// The fast, approximate area: the polygon through the pixel centres plus half the perimeter.
+///
+///     area = truncate(|sum((y + dy/2) * dx)| + 0.5 + perimeter/2)     perimeter/2 in integers
+///
+/// A square of 3 by 3 pixels has area 8 here and 9 by NuvRealAreaAndPerimeter.
+NUV_API void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter);
+
+/// The mean of the chain's N positions (the start and the ends of the first N-1 steps), plus 0.5, truncated.
+/// An empty chain gives its start point.
+NUV_API void NuvContourCenter(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY);
+
+/// The inclusive bounding box of a closed chain.
+NUV_API void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX1, int32_t* pX2,
+                            int32_t* pY1, int32_t* pY2);
+
+/// The bounding box of the chain's N positions in a frame turned by an angle.
+///
+/// With c and s the cosine and sine times 1024, truncated, a position becomes xr = (c*x - s*y) >> 10,
+/// yr = (s*x + c*y) >> 10.
+///
+/// @param angle               degrees
+/// @param pX1, pX2, pY1, pY2  receive the least and greatest xr, the least and greatest yr; an empty chain
+///                            gives those of its start point
+NUV_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, double angle,
+                                   int32_t* pX1, int32_t* pX2, int32_t* pY1, int32_t* pY2);
+
+/// How well a contour's area and perimeter fit a bar, over the widths minWidth..maxWidth.
+///
+/// A bar of width W has the length L = perimeter/2 - W and the area W*L. The misfit is
+/// |area - W*L| / min(area, W*L); widths that leave a length below 1 are not tried.
+///
+/// @param pWidth   receives the best width, the narrowest of equals; 10000 if there is none
+/// @param pLength  receives that bar's length, rounded; left alone if there is none
+/// @return the least misfit, 0 for a perfect bar; 10000.0 if no width gives a smaller one
+NUV_API double NuvLineSimilarity(int32_t area, int32_t perimeter, int32_t minWidth, int32_t maxWidth,
+                                 int32_t* pWidth, int32_t* pLength);
+
+/// The same for a chain, with the area and perimeter of NuvAreaAndPerimeter. x and y are not read.
+NUV_API double NuvLineSimilarity(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t minWidth,
+                                 int32_t maxWidth, int32_t* pWidth, int32_t* pLength);
+
+// ---- Points ----------------------------------------------------------------------------------------------
+
+/// The chain's N positions: the start and the ends of the first N-1 steps.
+///
+/// @param pX, pY  receive N entries each
+NUV_API void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY);
+
+/// The same, with the greatest x and the greatest y among them; an empty chain gives those of its start.
+NUV_API void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY,
+                             int32_t* pMaxX, int32_t* pMaxY);
+
+// ---- Queries ---------------------------------------------------------------------------------------------
+//
+// They differ in the positions that they visit: a closed chain meets its start pixel once at the start and
+// once more at the end of its last step.
+
+/// The number of positions with the pixel value gry: the start, and the ends of all N steps. On a closed
+/// chain the start pixel counts twice.
+NUV_API int32_t NuvPixelsPassedByChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y,
+                                       uint8_t* pChainCode, int32_t N, int32_t gry);
+
+/// The number of positions on pixels other than 0: the ends of all N steps.
+NUV_API int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y,
+                                           uint8_t* pChainCode, int32_t N);
+
+/// Whether the start or the end of any step has the pixel value gry.
+NUV_API bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                                 int32_t N, int32_t gry);
+
+/// The number of positions in image row yLine: the ends of the first N-1 steps, the start excepted. x is not
+/// read.
+NUV_API int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine);
+
+/// Whether a step of the chain ends on (px, py).
+NUV_API bool NuvIsPointOnContour(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t px,
+                                 int32_t py);
+
+/// Whether (px, py) lies inside or on a closed chain, by the crossings at its right in its row.
+///
+/// @return false for N below 1
+NUV_API bool NuvIsPointIncludedByChain(int32_t px, int32_t py, int32_t x, int32_t y, uint8_t* pChainCode,
+                                       int32_t N);
+
+/// Whether a step of the chain ends in row yLine.
+NUV_API bool NuvIsHorizontalLineIntersectContour(int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine);
+
+/// Whether a step of the chain ends in column xLine.
+NUV_API bool NuvIsVerticalLineIntersectContour(int32_t x, uint8_t* pChainCode, int32_t N, int32_t xLine);
+
+/// Whether a step of the chain ends on a curve that is given as one x per image row.
+///
+/// @param pXOfRow  the curve, indexed by the image row; must cover all rows of the chain
+NUV_API bool NuvIsVerticalLineIntersectContour(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N,
+                                               int32_t* pXOfRow);
+
+// ---- Drawing a chain -------------------------------------------------------------------------------------
+
+/// Writes color (its low byte) at the start and at the end of each of the N steps.
+NUV_API void NuvMarkChainByColor(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                                 int32_t N, int32_t color);
+
+/// Writes color dashed: at the start, and at the ends of five steps of every ten.
+///
+/// @param ignored  not read
+NUV_API void NuvMarkChainByColor(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                                 int32_t N, int32_t color, int32_t ignored);
+
+/// Adds 1 at the start (255 becomes 0) and at the end of each of the N steps (255 stays).
+NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                               int32_t N);
+
+#endif

@@ -1,0 +1,113 @@
+/// @file
+/// Binary measures, and image files.
+///
+/// Conventions that hold for every function of the library:
+///
+/// - A gray or binary image is width*height bytes, row 0 (the top row) first, pixel (x, y) at byte
+///   y*width + x. An RGB image has three bytes per pixel in the order blue, green, red. Rows follow one
+///   another without padding. width and height count pixels.
+/// - A region is x1, x2, y1, y2 (both x first), all four ends inclusive.
+/// - In a binary image 0 is background, and on reading any other value is object.
+/// - Functions read and write only what their arguments point to; pointers are not tested. A function that
+///   does not say otherwise may run on any number of threads at once.
+/// - Input images are read only unless a function says that it changes them.
+#ifndef NUV_FRAME_H
+#define NUV_FRAME_H
+
+#include <cstdint>
+
+#include "nuv/api.h"
+
+// ---- Binary measures -------------------------------------------------------------------------------------
+
+/// The column that most long horizontal runs of white pass through, searched between x1 and x2.
+///
+/// A run counts if it is at least 12 pixels long. Each counted run adds 1 to a column right of its first
+/// pixel and 1 to a column left of its last pixel: 2 to a column strictly inside, 1 to any other column. The
+/// result is the middle of the first and the last column that reach the highest sum.
+///
+/// @param pBinImg  binary image
+/// @param x1, x2   columns to search, inclusive
+/// @return the column, (first + last) / 2 truncated. If no run counted, (width + x2) / 2, which lies right
+///         of x2; if x1 > x2, width; if width is above 4096, 0
+NUV_API int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1,
+                                       int32_t x2);
+
+/// The centre of gravity of the object pixels, each coordinate truncated.
+///
+/// @param pX, pY  receive the centre; left alone if there is no object pixel
+/// @return the number of object pixels
+/// @note The coordinate sums are 32-bit and wrap: they hold about 3 million pixels at x = 700.
+NUV_API int32_t NuvBinImgCentroid(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pX, int32_t* pY);
+
+/// The number of pixels with the value gry; 0 for a gry outside 0..255.
+NUV_API int32_t NuvPixelsInGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t gry);
+
+/// The share of background pixels in a region: their number over (x2-x1+1)*(y2-y1+1).
+///
+/// @param x1, x2, y1, y2  region; must lie inside the image, it is not clamped
+/// @return 0 to 1; not a number if the area is 0
+NUV_API double NuvGetBlackRatioInBinaryImg(uint8_t* pBinImg, int32_t width, int32_t x1, int32_t x2,
+                                           int32_t y1, int32_t y2);
+
+/// The number of object pixels in a region, which is clamped to the image first; 0 for an empty region.
+NUV_API int32_t NuvGetWhitePixelsNum(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                     int32_t y1, int32_t y2);
+
+// ---- BMP files -------------------------------------------------------------------------------------------
+//
+// Uncompressed files with the 14-byte file header and the 40-byte information header, rows stored bottom
+// first and padded to a multiple of 4 bytes. All five functions may run at once on different files.
+
+/// The bare name in a path: what follows the last backslash, up to its first full stop.
+///
+/// "d:\parts\a.b.bmp" gives "a". A forward slash is no separator. A path that ends in a backslash, or a name
+/// that begins with a full stop, gives an empty name.
+///
+/// @param pFileName  path, zero-terminated
+/// @param pNakeName  receives the name; must have room for everything behind the last backslash, with its
+///                   terminating zero
+NUV_API void NuvGetFileNakeName(char* pFileName, char* pNakeName);
+
+/// Reads an 8-bit BMP file. The pixel values are taken as they stand, whatever the palette.
+///
+/// The header is believed: signature, planes, bit count and compression are not looked at, so a file of
+/// another depth is read with the wrong row size. A host that must tell depths apart reads the 16-bit bit
+/// count at byte 28 itself.
+///
+/// @param pFileName        path, zero-terminated
+/// @param pWidth, pHeight  receive the file's dimensions; 0 if the file cannot be opened, is shorter than
+///                         its 54 bytes of headers, or gives an offset of its pixels below 54
+/// @return the image, width*height bytes, to be released with delete[]; a height or width of 0 gives an image
+///         without pixels. Null on failure: the above, a negative dimension, rows that the file does not
+///         hold (with their padding), or no memory
+NUV_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
+
+/// Writes a gray image as an 8-bit BMP file with the gray palette 0..255.
+///
+/// Padding repeats the last pixel of its row. The header's file size field leaves padding out of the count.
+///
+/// @return false if the file cannot be opened or any write came back short; the file is then completed as
+///         far as the stream allows
+NUV_API bool NuvWrite8BitImg2BmpFile(uint8_t* pGryImg, int32_t width, int32_t height, const char* pFileName);
+
+/// NuvWrite8BitImg2BmpFile with the last four palette entries coloured, to see marks in an image: 252 shows
+/// yellow, 253 blue, 254 (a traced contour) green, 255 (an object) red.
+NUV_API bool NuvWrite8BitImg2BmpFileMarkColor(uint8_t* pGryImg, int32_t width, int32_t height,
+                                              const char* pFileName);
+
+/// Reads a 24-bit BMP file.
+///
+/// As NuvRead8BitBmpFile2Img, with two differences: the image has width*height*3 bytes (blue, green, red),
+/// and a file that ends inside or before the padding of its last row is complete.
+NUV_API uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
+
+/// Writes an RGB image as a 24-bit BMP file.
+///
+/// Padding repeats the blue byte of the last pixel of its row. The header's file size field leaves padding
+/// out of the count.
+///
+/// @return as NuvWrite8BitImg2BmpFile
+NUV_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t height, const char* pFileName);
+
+#endif

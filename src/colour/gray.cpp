@@ -1,0 +1,89 @@
+// RGB images to gray: one pass over split pixels, and a row kernel per rule.
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "colour/weighting.h"
+#include "frame/interleaved.h"
+#include "frame/row_kernel.h"
+#include "frame/views.h"
+#include "nuv/colour.h"
+
+namespace nuv {
+namespace {
+
+// (b0*468 + b1*2404 + b2*1225) >> 12 in 16 bits. Each weight is 256*high + low with low from -128 to 127;
+// the low sum stays within +-25,500 and the high one below 4,096, and carrying the low one's upper byte
+// over, rounded down, loses nothing that the shift would keep.
+NUV_INLINE uint8_t whole_image_weighting(uint8_t b0, uint8_t b1, uint8_t b2) {
+  static_assert(468 == 2 * 256 - 44 && 2404 == 9 * 256 + 100 && 1225 == 5 * 256 - 55);
+  const auto high = static_cast<int16_t>(2 * b0 + 9 * b1 + 5 * b2);
+  const auto low = static_cast<int16_t>(-44 * b0 + 100 * b1 - 55 * b2);
+  const auto sum = static_cast<int16_t>(high + static_cast<int16_t>(low >> 8));
+  return static_cast<uint8_t>(sum >> 4);
+}
+
+// (b0*306 + b1*601 + b2*116) >> 10, likewise, the low sum being unsigned: it stays within 65,025.
+NUV_INLINE uint8_t rectangle_weighting(uint8_t b0, uint8_t b1, uint8_t b2) {
+  static_assert(306 == 256 + 50 && 601 == 2 * 256 + 89 && 50 + 89 + 116 <= 257);
+  const auto high = static_cast<uint16_t>(b0 + 2 * b1);
+  const auto low = static_cast<uint16_t>(50 * b0 + 89 * b1 + 116 * b2);
+  const auto sum = static_cast<uint16_t>(high + static_cast<uint16_t>(low >> 8));
+  return static_cast<uint8_t>(sum >> 2);
+}
+
+NUV_ROW_KERNEL void whole_image_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = whole_image_weighting(in.b0[i], in.b1[i], in.b2[i]);
+}
+
+NUV_ROW_KERNEL void inverted_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    out[i] = static_cast<uint8_t>(255 - whole_image_weighting(in.b0[i], in.b1[i], in.b2[i]));
+  }
+}
+
+NUV_ROW_KERNEL void rectangle_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = rectangle_weighting(in.b0[i], in.b1[i], in.b2[i]);
+}
+
+NUV_ROW_KERNEL void difference_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const uint8_t most = std::max(std::max(in.b0[i], in.b1[i]), in.b2[i]);
+    const uint8_t least = std::min(std::min(in.b0[i], in.b1[i]), in.b2[i]);
+    out[i] = static_cast<uint8_t>(most - least);
+  }
+}
+
+NUV_ROW_KERNEL void largest_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = std::max(std::max(in.b0[i], in.b1[i]), in.b2[i]);
+}
+
+}  // namespace
+
+void whole_image_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray) {
+  map_pixels(pixels, count, gray, whole_image_row);
+}
+
+void rectangle_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray) {
+  map_pixels(pixels, count, gray, rectangle_row);
+}
+
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg) {
+  whole_image_gray(pRGBImg, RgbImage{pRGBImg, width, height}.size(), pGryImg);
+}
+
+void NuvRGB2GryInvert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg) {
+  map_pixels(pRGBImg, RgbImage{pRGBImg, width, height}.size(), pGryImg, inverted_row);
+}
+
+void NuvRGBsDif2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg) {
+  map_pixels(pRGBImg, RgbImage{pRGBImg, width, height}.size(), pGryImg, difference_row);
+}
+
+void NuvExtractMaxRGB2GryImg(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg) {
+  map_pixels(pRGBImg, RgbImage{pRGBImg, width, height}.size(), pGryImg, largest_row);
+}

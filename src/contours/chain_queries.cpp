@@ -1,0 +1,86 @@
+// What a chain can be asked: pixels under it, points on it and in it, lines across it.
+
+#include "contours/chain.h"
+#include "frame/views.h"
+#include "nuv/contours.h"
+
+namespace nuv {
+namespace {
+
+// What the walk through a position adds to the crossings of the row at the right of a point, by whether the
+// code before leads up (0 to 3) or down (4 to 7).
+constexpr int8_t kCrossing[2][8] = {
+    {0, 1, 1, 1, 1, 0, 0, 0},
+    {-1, 0, 0, 0, 0, -1, -1, -1},
+};
+
+// What it adds besides where the position is the point itself, so that the pixels of a contour are inside.
+constexpr int8_t kOnPoint[8][8] = {
+    {0, 0, 0, 0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 1, 0, 0}, {0, 0, 0, 0, 0, 1, 1, 0}, {0, 0, 0, 0, 0, 1, 1, 1},
+    {1, 0, 0, 0, 0, 1, 1, 1}, {1, 1, 0, 0, 0, 1, 1, 1}, {1, 1, 1, 0, 0, 1, 1, 1}, {1, 1, 1, 1, 0, 1, 1, 1},
+};
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+int32_t NuvPixelsPassedByChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                               int32_t N, int32_t gry) {
+  const GrayImage image = image_of_any_height<1>(pGryImg, width);
+  int32_t count = 0;
+  walk_start_and_ends({{x, y}, pChainCode, N}, [&](Point p) { count += *image.at(p.x, p.y) == gry; });
+  return count;
+}
+
+int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                                   int32_t N) {
+  const GrayImage image = image_of_any_height<1>(pBinImg, width);
+  int32_t count = 0;
+  walk_ends({{x, y}, pChainCode, N}, N, [&](Point p) { count += *image.at(p.x, p.y) != 0; });
+  return count;
+}
+
+bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                         int32_t N, int32_t gry) {
+  const GrayImage image = image_of_any_height<1>(pGryImg, width);
+  const auto matches = [&](Point p) { return *image.at(p.x, p.y) == gry; };
+  return matches({x, y}) || any_end({{x, y}, pChainCode, N}, matches);
+}
+
+int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine) {
+  int32_t count = 0;
+  walk_ends({{x, y}, pChainCode, N}, N - 1, [&](Point p) { count += p.y == yLine; });
+  return count;
+}
+
+bool NuvIsPointOnContour(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t px, int32_t py) {
+  return any_end({{x, y}, pChainCode, N}, [=](Point p) { return p.x == px && p.y == py; });
+}
+
+bool NuvIsPointIncludedByChain(int32_t px, int32_t py, int32_t x, int32_t y, uint8_t* pChainCode, int32_t N) {
+  const Chain chain{{x, y}, pChainCode, N};
+  Point p = chain.start;
+  int32_t sum = 0;
+  for (int32_t i = 0; i < N; ++i) {
+    const int before = chain.previous(i);
+    const int code = direction_of(pChainCode[i]);
+    if (p.y == py && p.x >= px) sum += kCrossing[before / 4][code];
+    if (p.y == py && p.x == px) sum += kOnPoint[before][code];
+    p = stepped(p, pChainCode[i]);
+  }
+  return sum != 0;
+}
+
+bool NuvIsHorizontalLineIntersectContour(int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine) {
+  return any_end({{0, y}, pChainCode, N}, [=](Point p) { return p.y == yLine; });
+}
+
+bool NuvIsVerticalLineIntersectContour(int32_t x, uint8_t* pChainCode, int32_t N, int32_t xLine) {
+  return any_end({{x, 0}, pChainCode, N}, [=](Point p) { return p.x == xLine; });
+}
+
+bool NuvIsVerticalLineIntersectContour(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N,
+                                       int32_t* pXOfRow) {
+  return any_end({{x, y}, pChainCode, N}, [=](Point p) { return p.x == pXOfRow[p.y]; });
+}

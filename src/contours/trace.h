@@ -1,0 +1,109 @@
+// The tracer, the scan that finds where contours start, and the marks that both leave in an image.
+
+#ifndef NUV_CONTOURS_TRACE_H
+#define NUV_CONTOURS_TRACE_H
+
+#include <cstdint>
+#include <cstring>
+
+#include "frame/neighbours.h"
+#include "frame/views.h"
+
+namespace nuv {
+
+// Below this the tracer sees background.
+constexpr uint8_t kObject = 2;
+constexpr uint8_t kTouchedBackground = 1;
+constexpr uint8_t kTracedContour = 254;
+
+// Where the search for the next contour pixel begins after a step in direction d. The directions before it
+// have been looked at from the pixel that the step came from.
+constexpr std::array<uint8_t, 8> kNextSearch = {7, 7, 1, 1, 3, 3, 5, 5};
+
+// Traces the contour from start and marks it, handing each code to store(). The pixel that is background by
+// the kind of contour (left of the start of an outer one, right of the start of a hole) is marked first, and
+// is the one direction that the search at the start leaves out.
+template <class Store>
+void trace_contour(uint8_t* start, int32_t width, bool is_outer, Store store) {
+  const std::array<std::ptrdiff_t, 8> offset = neighbour_offsets(width);
+  const unsigned first = is_outer ? 5 : 1;
+  start[offset[is_outer ? 4 : 0]] = kTouchedBackground;
+
+  // Looks at the count neighbours of p from direction c on, marking background, until an object is found.
+  const auto search = [&offset](uint8_t* p, unsigned& c, unsigned count) {
+    for (; count > 0; --count, c = (c + 1) & 7) {
+      uint8_t& neighbour = p[offset[c]];
+      if (neighbour >= kObject) return true;
+      neighbour = kTouchedBackground;
+    }
+    return false;
+  };
+
+  uint8_t* p = start;
+  unsigned c = first;
+  for (;;) {
+    *p = kTracedContour;
+    if (!search(p, c, 7)) return;  // a lone pixel
+    store(static_cast<uint8_t>(c));
+    p += offset[c];
+    if (p == start) {
+      // Home again. The walk goes on if an object pixel lies between the way in and the way first out.
+      const unsigned way_back = (c + 4) & 7;
+      const unsigned looked_at = ((way_back - first) & 7) + 1;
+      c = (way_back + 1) & 7;
+      if (looked_at >= 7 || !search(p, c, 7 - looked_at)) return;
+      store(static_cast<uint8_t>(c));
+      p += offset[c];
+    }
+    c = kNextSearch[c];
+  }
+}
+
+// Stores the codes of a trace while they fit.
+class ChainSink {
+ public:
+  // A buffer of capacity bytes takes capacity - 1 codes.
+  ChainSink(uint8_t* codes, int32_t capacity) : codes_(codes), limit_(capacity - 1) {}
+  void operator()(uint8_t code) {
+    if (count_ < limit_) codes_[count_++] = code;
+  }
+  int32_t count() const { return count_; }
+
+ private:
+  uint8_t* codes_;
+  int32_t limit_;
+  int32_t count_ = 0;
+};
+
+struct ContourStart {
+  int32_t x;
+  int32_t y;
+  bool is_outer;
+};
+
+// The contour scan of one row: calls action(ContourStart) where an untraced contour starts. A pixel of
+// exactly 255 behind background starts an outer contour; a pixel of exactly 0 behind an object starts that of
+// a hole, at the object pixel. The action traces the contour, and the scan goes on reading the marks.
+template <class Action>
+void scan_row_for_contours(GrayImage image, int32_t y, int32_t first, int32_t last, Action action) {
+  const uint8_t* row = image.row(y);
+  int32_t x = first;
+  while (x <= last) {
+    // Nothing starts where pixels equal the ones before them: eight of those at a step.
+    while (x + 7 <= last && std::memcmp(row + x, row + x - 1, 8) == 0) x += 8;
+    for (const int32_t end = x + 7 <= last ? x + 7 : last; x <= end; ++x) {
+      const uint8_t pixel = row[x];
+      const uint8_t left = row[x - 1];
+      if (pixel == left) continue;
+      if (pixel == 255 && left < 10) action(ContourStart{x, y, true});
+      if (pixel == 0 && left > 250) action(ContourStart{x - 1, y, false});
+    }
+  }
+}
+
+// Makes the region of a traced image binary again: below 50 becomes 0, anything else 255.
+void restore_binary(GrayImage image, Region region);
+
+}  // namespace nuv
+
+#endif

@@ -1,0 +1,38 @@
+// Pens: a colour and an image, gray or RGB, that a shape is drawn with.
+
+#ifndef NUV_DRAWING_PEN_H
+#define NUV_DRAWING_PEN_H
+
+#include <cstdint>
+
+#include "frame/arithmetic.h"
+#include "frame/views.h"
+
+namespace nuv {
+
+struct GrayPen {
+  GrayImage image;
+  uint8_t color;
+
+  GrayPen(uint8_t* pixels, int32_t width, int32_t height, int32_t gray)
+      : image{pixels, width, height}, color(low_byte(gray)) {}
+  void put(int32_t x, int32_t y) const { *image.at(x, y) = color; }
+};
+
+struct RgbPen {
+  RgbImage image;
+  uint8_t blue, green, red;
+
+  RgbPen(uint8_t* pixels, int32_t width, int32_t height, int32_t r, int32_t g, int32_t b)
+      : image{pixels, width, height}, blue(low_byte(b)), green(low_byte(g)), red(low_byte(r)) {}
+  void put(int32_t x, int32_t y) const {
+    uint8_t* pixel = image.at(x, y);
+    pixel[0] = blue;
+    pixel[1] = green;
+    pixel[2] = red;
+  }
+};
+
+}  // namespace nuv
+
+#endif

@@ -1,0 +1,112 @@
+// Polygons, ellipses and rectangles.
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "drawing/pen.h"
+#include "frame/arithmetic.h"
+#include "frame/outline.h"
+#include "nuv/drawing.h"
+
+namespace nuv {
+namespace {
+
+template <class Pen>
+void draw_rectangle(const Pen& pen, Region r) {
+  const auto& image = pen.image;
+  if (image.empty()) return;
+  const auto column = [&image](int32_t x) { return std::clamp(x, 0, image.width - 1); };
+  const auto row = [&image](int32_t y) { return std::clamp(y, 0, image.height - 1); };
+  Region outline{column(r.x1), column(r.x2), row(r.y1), row(r.y2)};
+  if (outline.x1 > outline.x2) std::swap(outline.x1, outline.x2);
+  if (outline.y1 > outline.y2) std::swap(outline.y1, outline.y2);
+  walk_outline(image, outline, [&pen](int32_t x, int32_t y) { pen.put(x, y); });
+}
+
+template <class Pen>
+void fill_rectangle(const Pen& pen, Region r) {
+  const Region inside = r.clamped_to(pen.image.width, pen.image.height);
+  for (int32_t y = inside.y1; y <= inside.y2; ++y) {
+    for (int32_t x = inside.x1; x <= inside.x2; ++x) pen.put(x, y);
+  }
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pX, int32_t* pY, int32_t N,
+                    int32_t dx, int32_t dy, int32_t color) {
+  if (N < 2) return;
+  if (N == 2) {
+    // The second end moves by dx in both coordinates.
+    NuvGryLine(pGryImg, width, height, pX[0] + dx, pY[0] + dy, pX[1] + dx, pY[1] + dx, color);
+    return;
+  }
+  for (int32_t i = 0; i < N; ++i) {
+    const int32_t next = i + 1 < N ? i + 1 : 0;
+    NuvGryLine(pGryImg, width, height, pX[i] + dx, pY[i] + dy, pX[next] + dx, pY[next] + dy, color);
+  }
+}
+
+void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy, int32_t rx,
+                   int32_t ry, int32_t color) {
+  const auto line = [=](int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
+    NuvGryLine(pGryImg, width, height, x1, y1, x2, y2, color);
+  };
+  const double half_axis = rx;
+  const double flattening = ry / half_axis;
+  int32_t px = cx - rx;
+  int32_t py = cy;
+  for (int32_t x = cx - rx; x <= cx; ++x) {
+    const double from_center = x - cx;
+    const double d = std::sqrt(half_axis * half_axis - from_center * from_center);
+    const int32_t y = truncated(cy - d * flattening);
+    line(px, py, x, y);
+    line(px, 2 * cy - py, x, 2 * cy - y);
+    line(2 * cx - px, 2 * cy - py, 2 * cx - x, 2 * cy - y);
+    line(2 * cx - px, py, 2 * cx - x, y);
+    px = x;
+    py = y;
+  }
+}
+
+void NuvDrawGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                    int32_t y2, int32_t color) {
+  draw_rectangle(GrayPen(pGryImg, width, height, color), {x1, x2, y1, y2});
+}
+
+void NuvDrawRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                    int32_t y2, int32_t r, int32_t g, int32_t b) {
+  draw_rectangle(RgbPen(pRGBImg, width, height, r, g, b), {x1, x2, y1, y2});
+}
+
+void NuvDrawRect(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, int32_t x1, int32_t x2, int32_t y1,
+                 int32_t y2, int32_t r, int32_t g, int32_t b, int32_t gry) {
+  if (bRGB) {
+    NuvDrawRGBRect(pImg, width, height, x1, x2, y1, y2, r, g, b);
+  } else {
+    NuvDrawGryRect(pImg, width, height, x1, x2, y1, y2, gry);
+  }
+}
+
+void NuvChangeColorOnRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                          int32_t y2, int32_t oldColor, int32_t newColor) {
+  const GrayPen pen(pGryImg, width, height, newColor);
+  const Region outline = Region{x1, x2, y1, y2}.clamped_to(width, height);
+  walk_outline(pen.image, outline, [&](int32_t x, int32_t y) {
+    if (*pen.image.at(x, y) == oldColor) pen.put(x, y);
+  });
+}
+
+void NuvFillGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                    int32_t y2, int32_t color) {
+  fill_rectangle(GrayPen(pGryImg, width, height, color), {x1, x2, y1, y2});
+}
+
+void NuvFillRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                    int32_t y2, int32_t r, int32_t g, int32_t b) {
+  fill_rectangle(RgbPen(pRGBImg, width, height, r, g, b), {x1, x2, y1, y2});
+}

@@ -1,0 +1,41 @@
+// Pixels of three interleaved bytes, taken apart into planes.
+//
+// Arithmetic on interleaved bytes does not become vector code by itself. A pass over RGB pixels therefore
+// works on short planes: a block of pixels is split into three arrays that stay in the first-level cache,
+// and the row kernel of the pass sees plain bytes.
+
+#ifndef NUV_FRAME_INTERLEAVED_H
+#define NUV_FRAME_INTERLEAVED_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+namespace nuv {
+
+void split_planes(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8_t* plane2,
+                  std::ptrdiff_t count);
+
+constexpr std::ptrdiff_t kPlaneBlock = 1024;
+
+struct PlaneBlock {
+  alignas(64) uint8_t b0[kPlaneBlock];
+  alignas(64) uint8_t b1[kPlaneBlock];
+  alignas(64) uint8_t b2[kPlaneBlock];
+};
+
+// Calls kernel(planes, results, count) for the blocks of a row of count pixels, with the place in results
+// where the block's one byte per pixel belongs.
+template <class Kernel>
+void map_pixels(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* results, Kernel kernel) {
+  PlaneBlock planes;
+  for (std::ptrdiff_t done = 0; done < count; done += kPlaneBlock) {
+    const std::ptrdiff_t n = std::min(kPlaneBlock, count - done);
+    split_planes(pixels + 3 * done, planes.b0, planes.b1, planes.b2, n);
+    kernel(planes, results + done, n);
+  }
+}
+
+}  // namespace nuv
+
+#endif

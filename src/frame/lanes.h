@@ -1,0 +1,81 @@
+// Sixteen bytes at once, where the order of bytes is the work: taking interleaved pixels apart, turning
+// columns into rows. Loops over arrays leave such moves to the compiler, which does not see them; here they
+// are vector types of the language extension that GCC and clang share, for any processor.
+//
+// Without the extension NUV_HAS_LANES is 0, and the users of this header take their plain loops.
+
+#ifndef NUV_FRAME_LANES_H
+#define NUV_FRAME_LANES_H
+
+#include <cstdint>
+#include <cstring>
+
+#include "frame/row_kernel.h"
+
+#if defined(__has_builtin)
+#if __has_builtin(__builtin_shufflevector)
+#define NUV_HAS_LANES 1
+#endif
+#endif
+#if !defined(NUV_HAS_LANES)
+#define NUV_HAS_LANES 0
+#endif
+
+#if NUV_HAS_LANES
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace nuv {
+
+using Bytes16 = uint8_t __attribute__((vector_size(16)));
+
+NUV_INLINE Bytes16 load16(const uint8_t* p) {
+  Bytes16 v;
+  std::memcpy(&v, p, 16);
+  return v;
+}
+
+NUV_INLINE void store16(uint8_t* p, Bytes16 v) { std::memcpy(p, &v, 16); }
+
+// The average of each pair of bytes, rounded up.
+NUV_INLINE Bytes16 average_up(Bytes16 a, Bytes16 b) {
+#if defined(__SSE2__)
+  return reinterpret_cast<Bytes16>(
+      _mm_avg_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+#else
+  return (a | b) - ((a ^ b) >> 1);
+#endif
+}
+
+// The lower and the upper halves of two vectors, taking turns.
+NUV_INLINE Bytes16 zip_low(Bytes16 a, Bytes16 b) {
+  return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+}
+NUV_INLINE Bytes16 zip_high(Bytes16 a, Bytes16 b) {
+  return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+}
+
+// Turns 16 rows of 16 bytes into 16 columns. Zipping row i with row i + 8 doubles the distance between the
+// bytes of a row, in row number and place as one address of eight bits; after four rounds the bits of the
+// row and of the place have changed sides.
+NUV_INLINE void transpose16(Bytes16 (&rows)[16]) {
+  Bytes16 zipped[16];
+#pragma GCC unroll 4
+  for (int round = 0; round < 4; ++round) {
+#pragma GCC unroll 8
+    for (int i = 0; i < 8; ++i) {
+      zipped[2 * i] = zip_low(rows[i], rows[i + 8]);
+      zipped[2 * i + 1] = zip_high(rows[i], rows[i + 8]);
+    }
+#pragma GCC unroll 16
+    for (int i = 0; i < 16; ++i) rows[i] = zipped[i];
+  }
+}
+
+}  // namespace nuv
+
+#endif  // NUV_HAS_LANES
+
+#endif

@@ -1,0 +1,148 @@
+// Binary measures.
+//
+// Counts of pixels under a test are row kernels; the two that need positions walk runs or rows.
+
+#include <algorithm>
+#include <array>
+
+#include "frame/row_kernel.h"
+#include "frame/runs.h"
+#include "frame/views.h"
+#include "nuv/frame.h"
+
+namespace nuv {
+namespace {
+
+NUV_ROW_KERNEL int32_t count_equal(const uint8_t* row, std::ptrdiff_t n, uint8_t value) {
+  int32_t count = 0;
+  for (std::ptrdiff_t x = 0; x < n; ++x) count += row[x] == value;
+  return count;
+}
+
+struct RowSums {
+  int32_t count;
+  int32_t x;
+};
+
+NUV_ROW_KERNEL RowSums object_sums(const uint8_t* row, int32_t n) {
+  int32_t count = 0;
+  int32_t sum = 0;
+  for (int32_t x = 0; x < n; ++x) {
+    const int32_t is_object = row[x] != 0;
+    count += is_object;
+    sum += is_object * x;
+  }
+  return {count, sum};
+}
+
+int32_t black_pixels(GrayImage image, Region region) {
+  int32_t count = 0;
+  if (region.empty()) return count;
+  for (int32_t y = region.y1; y <= region.y2; ++y) {
+    count += count_equal(image.at(region.x1, y), region.columns(), 0);
+  }
+  return count;
+}
+
+constexpr int32_t kMaxSearchWidth = 4096;
+
+// How many runs begin before a column, and how many end behind it, for every column of a row.
+class RunEnds {
+ public:
+  explicit RunEnds(int32_t width) : width_(width) {}
+
+  void add(int32_t first, int32_t last) {
+    ++begins_[first];
+    ++ends_[last];
+    ++runs_;
+  }
+
+  void accumulate() {
+    for (int32_t x = 1; x < width_; ++x) {
+      begins_[x] += begins_[x - 1];
+      ends_[x] += ends_[x - 1];
+    }
+  }
+
+  // What the runs add to column x, which may lie outside the image: 1 if it is right of the first pixel
+  // and 1 if it is left of the last one.
+  int32_t score(int64_t x) const {
+    if (x < 0 || x >= width_) return runs_;
+    const int32_t begun_before = x == 0 ? 0 : begins_[x - 1];
+    return begun_before + runs_ - ends_[x];
+  }
+
+ private:
+  int32_t width_;
+  int32_t runs_ = 0;
+  std::array<int32_t, kMaxSearchWidth> begins_{};
+  std::array<int32_t, kMaxSearchWidth> ends_{};
+};
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2) {
+  if (width > kMaxSearchWidth) return 0;
+  const GrayImage image{pBinImg, width, height};
+  RunEnds long_runs(width);
+  for (int32_t y = 0; y < height; ++y) {
+    for_white_runs(row_line(image, y), [&](int32_t first, int32_t last) {
+      if (last - first > 10) long_runs.add(first, last);
+    });
+  }
+  long_runs.accumulate();
+
+  int32_t best = 0;
+  int32_t left = width;
+  int32_t right = width;
+  for (int64_t x = x1; x <= x2; ++x) {
+    const int32_t score = long_runs.score(x);
+    if (score > best) {
+      best = score;
+      left = right = static_cast<int32_t>(x);
+    } else if (score == best) {
+      right = static_cast<int32_t>(x);
+    }
+  }
+  return (left + right) / 2;
+}
+
+int32_t NuvBinImgCentroid(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pX, int32_t* pY) {
+  const GrayImage image{pBinImg, width, height};
+  int32_t count = 0;
+  int32_t sum_x = 0;
+  int32_t sum_y = 0;
+  for (int32_t y = 0; y < height; ++y) {
+    const RowSums row = object_sums(image.row(y), width);
+    count += row.count;
+    sum_x += row.x;
+    sum_y += row.count * y;
+  }
+  if (count != 0) {
+    *pX = sum_x / count;
+    *pY = sum_y / count;
+  }
+  return count;
+}
+
+int32_t NuvPixelsInGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t gry) {
+  if (gry < 0 || gry > 255) return 0;
+  return count_equal(pGryImg, GrayImage{pGryImg, width, height}.size(), static_cast<uint8_t>(gry));
+}
+
+double NuvGetBlackRatioInBinaryImg(uint8_t* pBinImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
+                                   int32_t y2) {
+  const Region region{x1, x2, y1, y2};
+  const int32_t black = black_pixels(image_of_any_height<1>(pBinImg, width), region);
+  return static_cast<double>(black) / (region.columns() * region.rows());
+}
+
+int32_t NuvGetWhitePixelsNum(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                             int32_t y1, int32_t y2) {
+  const Region region = Region{x1, x2, y1, y2}.clamped_to(width, height);
+  if (region.empty()) return 0;
+  return region.columns() * region.rows() - black_pixels({pBinImg, width, height}, region);
+}

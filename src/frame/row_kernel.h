@@ -1,0 +1,28 @@
+// The mark of a hot loop over one row.
+//
+// A row kernel is a small function over raw pointers and a count, in the narrowest types that hold its
+// values, without a branch or a call inside, so that the compiler turns it into vector code. On ELF the mark
+// asks GCC for one copy per x86-64 level, chosen when the library loads; elsewhere it does nothing.
+// Every copy computes the same: the kernels are integer code, or floating code without contraction.
+
+#ifndef NUV_FRAME_ROW_KERNEL_H
+#define NUV_FRAME_ROW_KERNEL_H
+
+// The sanitizers instrument the resolver that chooses the copy, which runs before they are ready.
+#if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__ELF__) && \
+    !defined(__SANITIZE_ADDRESS__)
+#define NUV_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
+#else
+#define NUV_ROW_KERNEL
+#endif
+
+// For the pieces that a row kernel is made of: they must be compiled with its instruction set.
+#if defined(__GNUC__)
+#define NUV_INLINE inline __attribute__((always_inline))
+#define NUV_RESTRICT __restrict__
+#else
+#define NUV_INLINE inline
+#define NUV_RESTRICT __restrict
+#endif
+
+#endif

@@ -1,0 +1,65 @@
+// Views of the caller's memory: images, and regions of them.
+
+#ifndef NUV_FRAME_VIEWS_H
+#define NUV_FRAME_VIEWS_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+namespace nuv {
+
+struct Point {
+  int32_t x;
+  int32_t y;
+};
+
+// Columns x1..x2 of rows y1..y2, all four ends inclusive, in the order in which hosts pass them.
+struct Region {
+  int32_t x1;
+  int32_t x2;
+  int32_t y1;
+  int32_t y2;
+
+  int32_t columns() const { return x2 - x1 + 1; }
+  int32_t rows() const { return y2 - y1 + 1; }
+  bool empty() const { return x1 > x2 || y1 > y2; }
+
+  // Cut to an image: the lower ends are only raised and the upper ends only lowered, so that a region
+  // beside the image becomes empty.
+  Region clamped_to(int32_t width, int32_t height) const {
+    return {std::max(x1, 0), std::min(x2, width - 1), std::max(y1, 0), std::min(y2, height - 1)};
+  }
+};
+
+// Rows of width pixels of Channels bytes, one behind the other without a gap, the top row first.
+template <int Channels>
+struct Image {
+  uint8_t* pixels;
+  int32_t width;
+  int32_t height;
+
+  bool empty() const { return width <= 0 || height <= 0; }
+  std::ptrdiff_t size() const { return empty() ? 0 : static_cast<std::ptrdiff_t>(width) * height; }
+  std::ptrdiff_t bytes() const { return size() * Channels; }
+  Region whole() const { return {0, width - 1, 0, height - 1}; }
+
+  bool contains(int32_t x, int32_t y) const { return x >= 0 && x < width && y >= 0 && y < height; }
+  uint8_t* at(int32_t x, int32_t y) const {
+    return pixels + (static_cast<std::ptrdiff_t>(y) * width + x) * Channels;
+  }
+  uint8_t* row(int32_t y) const { return at(0, y); }
+};
+
+using GrayImage = Image<1>;
+using RgbImage = Image<3>;
+
+// Of an image whose height the caller does not tell, and which nothing here needs.
+template <int Channels>
+Image<Channels> image_of_any_height(uint8_t* pixels, int32_t width) {
+  return {pixels, width, 0};
+}
+
+}  // namespace nuv
+
+#endif

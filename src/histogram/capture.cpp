@@ -1,0 +1,77 @@
+// Histogram capture: one counter, fed with the bytes that each function selects.
+
+#include <cstring>
+
+#include "frame/views.h"
+#include "histogram/histogram.h"
+#include "nuv/histogram.h"
+
+namespace nuv {
+
+void ByteCounter::add(const uint8_t* bytes, std::ptrdiff_t count) {
+  std::ptrdiff_t i = 0;
+  for (; i + 8 <= count; i += 8) {
+    uint64_t word;
+    std::memcpy(&word, bytes + i, 8);
+    ++tables_[0][word & 255];
+    ++tables_[1][word >> 8 & 255];
+    ++tables_[2][word >> 16 & 255];
+    ++tables_[3][word >> 24 & 255];
+    ++tables_[0][word >> 32 & 255];
+    ++tables_[1][word >> 40 & 255];
+    ++tables_[2][word >> 48 & 255];
+    ++tables_[3][word >> 56];
+  }
+  for (; i < count; ++i) add(bytes[i]);
+}
+
+void ByteCounter::store_to(int32_t* bins) const {
+  for (int32_t v = 0; v < kBins; ++v) {
+    bins[v] = tables_[0][v] + tables_[1][v] + tables_[2][v] + tables_[3][v];
+  }
+}
+
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvGetHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pHistogram) {
+  ByteCounter counter;
+  counter.add(pGryImg, GrayImage{pGryImg, width, height}.size());
+  counter.store_to(pHistogram);
+}
+
+void NuvGetHistogramInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
+                           int32_t* pHistogram) {
+  const GrayImage image = image_of_any_height<1>(pGryImg, width);
+  const Region region{x1, x2, y1, y2};
+  ByteCounter counter;
+  for (int32_t y = y1; y <= y2; ++y) counter.add(image.at(x1, y), region.columns());
+  counter.store_to(pHistogram);
+}
+
+void NuvGetHistogramByMasked(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t x1, int32_t x2,
+                             int32_t y1, int32_t y2, int32_t* pHistogram) {
+  const GrayImage image = image_of_any_height<1>(pGryImg, width);
+  const GrayImage mask = image_of_any_height<1>(pMskImg, width);
+  ByteCounter counter;
+  for (int32_t y = y1; y <= y2; ++y) {
+    const uint8_t* pixels = image.row(y);
+    const uint8_t* selected = mask.row(y);
+    for (int32_t x = x1; x <= x2; ++x) {
+      if (selected[x] != 0) counter.add(pixels[x]);
+    }
+  }
+  counter.store_to(pHistogram);
+}
+
+void NuvGetHistogramByLimited(uint8_t* pGryImg, int32_t width, int32_t y1, int32_t y2, int32_t* pLeft,
+                              int32_t* pRight, int32_t* pHistogram) {
+  const GrayImage image = image_of_any_height<1>(pGryImg, width);
+  ByteCounter counter;
+  for (int32_t y = y1; y <= y2; ++y) {
+    // The right limit is exclusive here.
+    if (pLeft[y] < pRight[y]) counter.add(image.at(pLeft[y], y), pRight[y] - pLeft[y]);
+  }
+  counter.store_to(pHistogram);
+}

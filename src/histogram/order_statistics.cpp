@@ -1,0 +1,67 @@
+// Order statistics of a histogram: walks that stop where a running count passes a limit.
+
+#include "frame/arithmetic.h"
+#include "histogram/histogram.h"
+#include "nuv/histogram.h"
+
+namespace nuv {
+namespace {
+
+// Bins beyond the array count as empty.
+int32_t count_at(const int32_t* bins, int32_t v) { return v < kBins ? bins[v] : 0; }
+
+// Walks from first by step, and gives the first value whose cumulative count exceeds the ratio of the total;
+// the value behind the last one if there is none.
+int32_t tail(const int32_t* bins, double ratio, int32_t first, int32_t step) {
+  int32_t left = truncated(total(bins) * ratio);
+  int32_t v = first;
+  for (int32_t steps = 0; steps < kBins; ++steps, v += step) {
+    left -= bins[v];
+    if (left < 0) return v;
+  }
+  return v;
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+int32_t NuvGetMedianInHistogram(int32_t* pHistogram) {
+  const int32_t half = truncated(total(pHistogram) * 0.5 + 0.5);
+  int32_t sum = 0;
+  int32_t next = 0;  // one behind the last bin summed
+  while (next < kBins && sum < half) sum += pHistogram[next++];
+  if (next == 0) return 0;
+  const int32_t overshoot = sum - half;
+  return count_at(pHistogram, next) - overshoot < overshoot ? next - 1 : next;
+}
+
+int32_t NuvGetMostInHistogram(int32_t* pHistogram, int32_t* pMaxCount) {
+  int32_t best = 0;
+  int32_t most = 0;
+  for (int32_t v = 0; v < kBins; ++v) {
+    if (pHistogram[v] > most) {
+      most = pHistogram[v];
+      best = v;
+    }
+  }
+  *pMaxCount = most;
+  return best;
+}
+
+int32_t NuvGetMinValueInHistogram(int32_t* pHistogram, double ratio) {
+  return tail(pHistogram, ratio, 0, 1);
+}
+
+int32_t NuvGetMaxValueInHistogram(int32_t* pHistogram, double ratio) {
+  return tail(pHistogram, ratio, kBins - 1, -1);
+}
+
+int32_t NuvGetPeakInHistogram(int32_t* pHistogram) {
+  int32_t count = 0;
+  const int32_t first = NuvGetMostInHistogram(pHistogram, &count);
+  int32_t behind = first + 1;
+  while (behind < kBins && pHistogram[behind] == pHistogram[first]) ++behind;
+  return truncated((first + behind) * 0.5 + 0.5);
+}

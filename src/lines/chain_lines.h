@@ -1,0 +1,77 @@
+// The chain-line detector.
+
+#ifndef NUV_LINES_CHAIN_LINES_H
+#define NUV_LINES_CHAIN_LINES_H
+
+#include <cstdint>
+
+#include "frame/buffer.h"
+#include "frame/views.h"
+#include "lines/chain_cutter.h"
+#include "nuv/records.h"
+
+namespace nuv {
+
+class NuvImgChainLines {
+ public:
+  virtual ~NuvImgChainLines() = default;
+
+  struct Settings {
+    Straightness straightness;
+    int32_t gradient_threshold;
+    int32_t max_lines;
+  };
+
+  bool initialize(int32_t width, int32_t height, const Settings& settings);
+  int32_t detect(GrayImage image, bool fit_lines);
+  bool next_run(int32_t** x, int32_t** y, int32_t* n);
+  TAVI_LINE_SEGMENT* segments() { return fit_lines_ ? segments_.get() : nullptr; }
+  int32_t show(uint8_t* panels);
+
+ private:
+  // A run of points in the point store.
+  struct Run {
+    int32_t n;
+    int32_t offset;
+  };
+
+  bool has_memory() const;
+  void find_edges(uint8_t* edges);
+  void process_chain(Point start, int32_t n);
+  bool is_spent(const Piece& piece) const;
+  void record(const Piece& piece, int32_t n);
+  void record_fitted(const Piece& piece);
+  void mark(Point start, uint8_t* codes, int32_t n);
+  int32_t* x_at(int32_t i) { return &point_x_[static_cast<std::size_t>(point_cursor_ + i)]; }
+  int32_t* y_at(int32_t i) { return &point_y_[static_cast<std::size_t>(point_cursor_ + i)]; }
+
+  Settings settings_{};
+  bool fit_lines_ = false;
+
+  GrayImage source_{nullptr, 0, 0};
+  bool refused_ = false;    // the last detection was larger than the memory
+  int32_t init_pixels_ = 0;
+
+  // By the number of pixels. The chain code and the points have room for two per pixel: the walk round thin
+  // edges passes each of them twice.
+  int32_t capacity_pixels_ = 0;
+  Buffer<uint8_t> edges_;
+  Buffer<double> scratch_;
+  Buffer<uint8_t> codes_;
+  Buffer<int32_t> point_x_;
+  Buffer<int32_t> point_y_;
+
+  // By the number of lines.
+  int32_t capacity_lines_ = 0;
+  Buffer<Piece> pieces_;
+  Buffer<Run> runs_;
+  Buffer<TAVI_LINE_SEGMENT> segments_;
+
+  int32_t next_run_ = 0;
+  int32_t point_cursor_ = 0;  // the next free entry of the point store
+  int32_t n_lines_ = 0;
+};
+
+}  // namespace nuv
+
+#endif

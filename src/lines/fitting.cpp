@@ -1,0 +1,181 @@
+// Line fitting: one least-squares step for all exports.
+//
+// The exports differ in where the points come from, in the type of the coordinate sums, and in what follows
+// the first fit.
+
+#include <cmath>
+#include <type_traits>
+
+#include "contours/chain.h"
+#include "frame/arithmetic.h"
+#include "nuv/lines.h"
+
+namespace nuv {
+namespace {
+
+struct Fit {
+  int32_t is_vertical;
+  double k;
+  double b;
+  double angle;
+
+  // Along the minor axis.
+  double residual(Point p) const {
+    return std::fabs(is_vertical == 0 ? p.x * k - p.y + b : p.x - p.y * k - b);
+  }
+  double norm() const { return std::sqrt(k * k + 1); }
+
+  void store_to(int32_t* is_vertical_out, double* k_out, double* b_out, double* angle_out) const {
+    *is_vertical_out = is_vertical;
+    *k_out = k;
+    *b_out = b;
+    *angle_out = angle;
+  }
+};
+
+// Fits the points that for_points(visit) visits. Sum is the type that coordinates are summed in.
+template <class Sum, class ForPoints>
+Fit fit_line(ForPoints for_points) {
+  Sum sum_x = 0;
+  Sum sum_y = 0;
+  int32_t n = 0;
+  for_points([&](Point p) {
+    sum_x += p.x;
+    sum_y += p.y;
+    ++n;
+  });
+  const double mx = static_cast<double>(sum_x) / n;
+  const double my = static_cast<double>(sum_y) / n;
+  double sxx = 0.0;
+  double syy = 0.0;
+  double sxy = 0.0;
+  for_points([&](Point p) {
+    const double dx = p.x - mx;
+    const double dy = p.y - my;
+    sxx += dx * dx;
+    syy += dy * dy;
+    sxy += dx * dy;
+  });
+  Fit fit{};
+  if (syy < sxx) {
+    fit.is_vertical = 0;
+    fit.k = sxy / sxx;
+    fit.b = my - fit.k * mx;
+    const double slope = degrees(std::atan(fit.k));
+    fit.angle = slope < 0 ? slope + 180.0 : slope;
+  } else {
+    fit.is_vertical = 1;
+    fit.k = sxy / syy;
+    fit.b = mx - fit.k * my;
+    fit.angle = 90.0 - degrees(std::atan(fit.k));
+  }
+  return fit;
+}
+
+// The points of two arrays, those for which keep(i) holds.
+template <class Keep>
+auto points_where(const int32_t* x, const int32_t* y, int32_t n, Keep keep) {
+  return [=](auto visit) {
+    for (int32_t i = 0; i < n; ++i) {
+      if (keep(i)) visit(Point{x[i], y[i]});
+    }
+  };
+}
+
+auto all_points(const int32_t* x, const int32_t* y, int32_t n) {
+  return points_where(x, y, n, [](int32_t) { return true; });
+}
+
+struct Misfit {
+  double deviation;
+  double greatest_distance;
+};
+
+template <class ForPoints>
+Misfit misfit_of(const Fit& fit, int32_t n, ForPoints for_points) {
+  double greatest = 0.0;
+  double sum_of_squares = 0.0;
+  for_points([&](Point p) {
+    const double r = fit.residual(p);
+    if (r > greatest) greatest = r;
+    sum_of_squares += r * r;
+  });
+  // The divisor under the root is the norm, not its square: near, but not equal to, the root mean square
+  // distance.
+  return {std::sqrt(sum_of_squares / (fit.norm() * n)), greatest / fit.norm()};
+}
+
+template <class ForPoints>
+void fit_and_measure(int32_t n, ForPoints for_points, int32_t* pIsVertical, double* pK, double* pB,
+                     double* pAngle, double* pDev, double* pMaxDist) {
+  const Fit fit = fit_line<double>(for_points);
+  fit.store_to(pIsVertical, pK, pB, pAngle);
+  const Misfit misfit = misfit_of(fit, n, for_points);
+  *pDev = misfit.deviation;
+  *pMaxDist = misfit.greatest_distance;
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvFittingLine(int32_t* pX, int32_t* pY, int32_t N, int32_t* pIsVertical, double* pK, double* pB,
+                    double* pAngle, double* pDev, double* pMaxDist) {
+  fit_and_measure(N, all_points(pX, pY, N), pIsVertical, pK, pB, pAngle, pDev, pMaxDist);
+}
+
+void NuvFittingLine(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pIsVertical, double* pK,
+                    double* pB, double* pAngle, double* pDev, double* pMaxDist) {
+  const Chain chain{{x, y}, pChainCode, N};
+  const auto positions = [=](auto visit) { walk_positions(chain, visit); };
+  fit_and_measure(N, positions, pIsVertical, pK, pB, pAngle, pDev, pMaxDist);
+}
+
+void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N, int32_t* pIsVertical, double* pK,
+                       double* pB, double* pAngle) {
+  fit_line<double>(points_where(pX, pY, N, [pMask](int32_t i) { return pMask[i]; }))
+      .store_to(pIsVertical, pK, pB, pAngle);
+}
+
+bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
+                         double* pK, double* pB, double* pAngle) {
+  if (N < 3) return false;
+  const Fit first = fit_line<int32_t>(all_points(pX, pY, N));
+  first.store_to(pIsVertical, pK, pB, pAngle);
+
+  // The gate is open to every point with a finite residual: one side or the other suffices.
+  const double gate = first.norm();
+  int32_t kept = 0;
+  for (int32_t i = 0; i < N; ++i) {
+    const double d = pX[i] - pY[i] * first.k - first.b;
+    const bool keep = gate > d || gate > -d;
+    pWork[i] = keep ? 1 : 100;
+    kept += keep;
+  }
+  if (kept * 2 < N) return false;
+  if (kept * 3 > N * 2 + 2) return true;
+  fit_line<int32_t>(points_where(pX, pY, N, [pWork](int32_t i) { return pWork[i] < 2; }))
+      .store_to(pIsVertical, pK, pB, pAngle);
+  return true;
+}
+
+bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
+                               double* pK, double* pB, double* pAngle) {
+  if (N < 3) return false;
+  const Fit first = fit_line<int32_t>(all_points(pX, pY, N));
+  first.store_to(pIsVertical, pK, pB, pAngle);
+
+  int32_t sum = 0;
+  for (int32_t i = 0; i < N; ++i) {
+    pWork[i] = truncated(first.residual({pX[i], pY[i]}) * 100.0);
+    sum += pWork[i];
+  }
+  const int32_t mean = sum / N;
+  int32_t kept = 0;
+  for (int32_t i = 0; i < N; ++i) kept += pWork[i] <= mean;
+  if (kept < 2) return false;
+  fit_line<int32_t>(points_where(pX, pY, N, [=](int32_t i) { return pWork[i] <= mean; }))
+      .store_to(pIsVertical, pK, pB, pAngle);
+  return true;
+}
