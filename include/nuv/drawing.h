@@ -75,7 +75,8 @@ NUV_API void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int
                             int32_t N, int32_t dx, int32_t dy, int32_t color);
 
 /// The ellipse with centre (cx, cy) and half axes rx, ry, of four mirrored polylines with one vertex per
-/// column, drawn and clamped as NuvGryLine does. A negative rx draws nothing.
+/// column, drawn and clamped as NuvGryLine does. A negative rx draws nothing; rx = 0, which leaves the shape without
+/// a flattening, draws a line from the centre up to row 0.
 NUV_API void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy,
                            int32_t rx, int32_t ry, int32_t color);
 

@@ -1,0 +1,60 @@
+// The built library exports what the list says, and nothing else.
+
+#include <cxxabi.h>
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "NuvImgSDK2014DLL.h"
+
+namespace {
+
+using Names = std::multiset<std::string>;
+
+// A listed function as a demangler writes it. That the header declares it with these argument types and
+// this result is checked by the compiler, where EXPORT takes its address.
+template <class Function>
+std::string listed(const char* name, const std::string& arguments, Function* /*address*/) {
+  std::string text = name + arguments;
+  const std::pair<const char*, const char*> spellings[] = {
+      {"uint8_t", "unsigned char"}, {"uint32_t", "unsigned int"}, {"int32_t", "int"}, {"const char", "char const"}};
+  for (const auto& [from, to] : spellings) {
+    text = std::regex_replace(text, std::regex(std::string("\\b") + from + "\\b"), to);
+  }
+  return text;
+}
+
+Names listed_exports() {
+  return {
+#define EXPORT(name, result, arguments) listed<result arguments>(#name, #arguments, &name),
+#include "exports.inc"
+#undef EXPORT
+  };
+}
+
+std::string demangled(const std::string& symbol) {
+  int status = 0;
+  const std::unique_ptr<char, decltype(&std::free)> name(
+      abi::__cxa_demangle(symbol.c_str(), nullptr, nullptr, &status), std::free);
+  return status == 0 ? name.get() : symbol;
+}
+
+// Every symbol that the library defines for others, whatever its kind.
+Names visible_symbols() {
+  Names names;
+  const std::unique_ptr<FILE, decltype(&pclose)> nm(
+      popen(NUV_NM " -D --defined-only --format=posix " NUV_LIBRARY_FILE, "r"), pclose);
+  char symbol[4096];
+  char rest[4096];
+  while (nm && std::fscanf(nm.get(), "%4095s%4095[^\n]", symbol, rest) == 2) names.insert(demangled(symbol));
+  return names;
+}
+
+TEST(Exports, AreExactlyTheListedFunctions) { EXPECT_EQ(visible_symbols(), listed_exports()); }
+
+}  // namespace

@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+using ToGray = void (*)(uint8_t*, int32_t, int32_t, uint8_t*);
+using Pixel = const uint8_t*;
+
+int whole_image_gray(Pixel p) { return (p[0] * 468 + p[1] * 2404 + p[2] * 1225) >> 12; }
+int rectangle_gray(Pixel p) { return (p[0] * 306 + p[1] * 601 + p[2] * 116) >> 10; }
+
+// All colours whose bytes are multiples of 5, and so 0 and 255 among them.
+Bytes many_colours() {
+  Bytes pixels;
+  for (int b = 0; b < 256; b += 5) {
+    for (int g = 0; g < 256; g += 5) {
+      for (int r = 0; r < 256; r += 5) {
+        for (int byte : {b, g, r}) pixels.push_back(static_cast<uint8_t>(byte));
+      }
+    }
+  }
+  return pixels;
+}
+
+void expect_formula(Bytes pixels, int32_t width, int32_t height, ToGray to_gray,
+                    const std::function<int(Pixel)>& formula) {
+  Bytes gray(pixels.size() / 3);
+  to_gray(pixels.data(), width, height, gray.data());
+  for (std::size_t i = 0; i < gray.size(); ++i) {
+    ASSERT_EQ(gray[i], formula(&pixels[3 * i])) << "pixel " << i << " of " << width << 'x' << height;
+  }
+}
+
+void rectangle_of_whole(uint8_t* rgb, int32_t width, int32_t height, uint8_t* gray) {
+  NuvCopyRGBRect2Gry(rgb, width, height, 0, width - 1, 0, height - 1, gray);
+}
+
+TEST(Gray, FollowsTheFormulas) {
+  const std::pair<ToGray, std::function<int(Pixel)>> functions[] = {
+      {NuvRGB2Gry, whole_image_gray},
+      {NuvRGB2GryInvert, [](Pixel p) { return 255 - whole_image_gray(p); }},
+      {rectangle_of_whole, rectangle_gray},
+      {NuvRGBsDif2Gry, [](Pixel p) { return *std::max_element(p, p + 3) - *std::min_element(p, p + 3); }},
+      {NuvExtractMaxRGB2GryImg, [](Pixel p) { return *std::max_element(p, p + 3); }},
+  };
+  Random random(7);
+  for (const auto& [to_gray, formula] : functions) {
+    const Bytes colours = many_colours();
+    expect_formula(colours, static_cast<int32_t>(colours.size() / 3), 1, to_gray, formula);
+    for (const auto& [width, height] : kOddSizes) {
+      expect_formula(random.bytes(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3), width,
+                     height, to_gray, formula);
+    }
+  }
+}
+
+TEST(Gray, WeightsBlueAndRedByWholeImageOrRectangle) {
+  const std::pair<Bytes, std::pair<int, int>> cases[] = {
+      {{255, 255, 255}, {255, 254}}, {{255, 0, 0}, {29, 76}}, {{0, 0, 255}, {76, 28}}};
+  for (auto [pixel, expected] : cases) {
+    uint8_t gray = 0;
+    NuvRGB2Gry(pixel.data(), 1, 1, &gray);
+    EXPECT_EQ(gray, expected.first);
+    rectangle_of_whole(pixel.data(), 1, 1, &gray);
+    EXPECT_EQ(gray, expected.second);
+  }
+}
+
+TEST(Channels, AreTakenApartAndPutTogether) {
+  Random random(8);
+  const int32_t width = 37;
+  const int32_t height = 5;
+  const auto n = static_cast<std::size_t>(width * height);
+  const Bytes original = random.bytes(3 * n);
+  Bytes rgb = original;
+  Bytes planes[3];
+  for (int32_t channel = 0; channel < 3; ++channel) {
+    Bytes& plane = planes[channel];
+    plane.resize(n);
+    NuvSelectRGB2Gry(rgb.data(), width, height, channel, plane.data());
+    Bytes same(n);
+    NuvExtractOneChannelFromRGB(rgb.data(), width, height, channel, same.data());
+    EXPECT_EQ(plane, same);
+  }
+  Bytes joined(3 * n);
+  NuvGry2RGBImg(planes[2].data(), planes[1].data(), planes[0].data(), width, height, joined.data());
+  EXPECT_EQ(joined, original);
+
+  NuvReplaceOneChannelInRGB(rgb.data(), width, height, 1, planes[0].data());
+  NuvOROneChannelInRGB(rgb.data(), width, height, 2, planes[1].data());
+  for (std::size_t i = 0; i < n; ++i) {
+    ASSERT_EQ(rgb[3 * i], original[3 * i]);
+    ASSERT_EQ(rgb[3 * i + 1], original[3 * i]);
+    ASSERT_EQ(rgb[3 * i + 2], original[3 * i + 2] | original[3 * i + 1]);
+  }
+}
+
+}  // namespace

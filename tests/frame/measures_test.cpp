@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+int32_t search_center(TestImage image, int32_t x1, int32_t x2) {
+  return NuvBinImgSearchCenterX(image.data(), image.width, image.height, x1, x2);
+}
+
+TestImage with_runs(int32_t width, std::initializer_list<std::pair<int32_t, int32_t>> runs) {
+  TestImage image(width, static_cast<int32_t>(runs.size()));
+  int32_t y = 0;
+  for (const auto& [first, last] : runs) {
+    for (int32_t x = first; x <= last; ++x) image.at(x, y) = 7;  // any value but 0 is object
+    ++y;
+  }
+  return image;
+}
+
+TEST(SearchCenterX, FindsTheColumnsInsideMostLongRuns) {
+  // Strictly inside both runs: 7..13, the middle of which is 10.
+  EXPECT_EQ(search_center(with_runs(40, {{2, 14}, {6, 20}}), 0, 39), 10);
+  // The ends of a run count once only: inside are 3..13.
+  EXPECT_EQ(search_center(with_runs(40, {{2, 14}}), 0, 39), 8);
+  EXPECT_EQ(search_center(with_runs(40, {{2, 14}}), 10, 39), 11);
+}
+
+TEST(SearchCenterX, CountsRunsOfTwelveAndLeavesShorterOnesOut) {
+  EXPECT_EQ(search_center(with_runs(40, {{2, 12}, {3, 13}}), 5, 30), (40 + 30) / 2);
+  EXPECT_EQ(search_center(with_runs(40, {{2, 13}}), 0, 39), (3 + 12) / 2);
+}
+
+TEST(SearchCenterX, RefusesWidthsBeyondItsLimitAndEmptyRanges) {
+  EXPECT_EQ(search_center(with_runs(4097, {{0, 4000}}), 0, 10), 0);
+  EXPECT_EQ(search_center(with_runs(4096, {{0, 4095}}), 0, 4095), (1 + 4094) / 2);
+  EXPECT_EQ(search_center(with_runs(40, {{2, 20}}), 9, 8), 40);
+}
+
+TEST(Centroid, IsTheTruncatedMeanOfObjectPixels) {
+  TestImage image = draw({"....", ".##.", "..1."});
+  int32_t x = -1;
+  int32_t y = -1;
+  EXPECT_EQ(NuvBinImgCentroid(image.data(), 4, 3, &x, &y), 3);
+  EXPECT_EQ(x, 5 / 3);
+  EXPECT_EQ(y, 4 / 3);
+  TestImage empty(4, 3);
+  EXPECT_EQ(NuvBinImgCentroid(empty.data(), 4, 3, &x, &y), 0);
+  EXPECT_EQ(x, 5 / 3) << "left alone";
+}
+
+TEST(PixelCounts, AgreeWithEachOther) {
+  Random random(1);
+  for (const auto& [width, height] : kOddSizes) {
+    TestImage image = random.binary(width, height, 40);
+    const int32_t black = NuvPixelsInGryImg(image.data(), width, height, 0);
+    const int32_t white = NuvPixelsInGryImg(image.data(), width, height, 255);
+    EXPECT_EQ(black + white, width * height);
+    EXPECT_EQ(NuvGetWhitePixelsNum(image.data(), width, height, -3, width + 5, -1, height), white);
+    EXPECT_EQ(NuvGetBlackRatioInBinaryImg(image.data(), width, 0, width - 1, 0, height - 1),
+              static_cast<double>(black) / (width * height));
+  }
+  TestImage image(4, 4, 255);
+  EXPECT_EQ(NuvPixelsInGryImg(image.data(), 4, 4, 255 + 256), 0);
+  EXPECT_EQ(NuvGetWhitePixelsNum(image.data(), 4, 4, -9, -1, 0, 3), 0) << "left of the image";
+  EXPECT_EQ(NuvGetWhitePixelsNum(image.data(), 4, 4, 1, 2, 3, 9), 2);
+}
+
+}  // namespace

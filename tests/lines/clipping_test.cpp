@@ -1,0 +1,88 @@
+#include <gmock/gmock.h>
+
+#include <array>
+
+#include "NuvImgSDK2014DLL.h"
+
+namespace {
+
+using testing::ElementsAre;
+using Ends = std::array<int32_t, 4>;  // x1, y1, x2, y2
+constexpr Ends kUntouched = {-9, -9, -9, -9};
+
+TEST(KbLineInImage, TakesTheFirstTwoCrossingsByX) {
+  struct Case {
+    int32_t is_vertical;
+    double k, b;
+    bool found;
+    Ends ends;
+  };
+  const Case cases[] = {
+      {0, 0, 5, true, {0, 5, 99, 5}},
+      {1, 0, 99, true, {99, 0, 99, 49}},
+      {0, 0.5, -10, true, {20, 0, 99, 39}},
+      {0, 1, 0, true, {0, 0, 0, 0}},  // the corner is a crossing of two borders
+      {0, 0, 50, false, kUntouched},
+      {1, 0, -1, false, kUntouched},
+  };
+  for (const Case& c : cases) {
+    Ends e = kUntouched;
+    EXPECT_EQ(NuvKBLineImgBoundary(100, 50, c.is_vertical, c.k, c.b, &e[0], &e[1], &e[2], &e[3]), c.found);
+    EXPECT_EQ(e, c.ends) << c.is_vertical << ' ' << c.k << ' ' << c.b;
+  }
+}
+
+TEST(AbcLineInImage, WalksFromBothEndsAndMissesTheLastColumn) {
+  struct Case {
+    double a, b, c;
+    bool found;
+    Ends ends;
+  };
+  const Case cases[] = {
+      {0, 1, -5, true, {0, 5, 99, 5}},    {1, 0, -98, true, {98, 0, 98, 49}},
+      {1, 0, -99, false, kUntouched},     {1, -1, 0, true, {0, 0, 49, 49}},
+      {-0.5, 1, 10, true, {18, 0, 99, 40}},  // -0.5 in column 18 truncates to row 0
+      {0, 0, 1, false, kUntouched},
+  };
+  for (const Case& c : cases) {
+    Ends e = kUntouched;
+    EXPECT_EQ(NuvABCLineImgBoundary(100, 50, c.a, c.b, c.c, &e[0], &e[1], &e[2], &e[3]), c.found);
+    EXPECT_EQ(e, c.ends) << c.a << ' ' << c.b << ' ' << c.c;
+  }
+}
+
+TEST(HoughLineInImage, TriesTheBordersInTheirOrder) {
+  struct Case {
+    int32_t thro, theta;
+    bool found;
+    Ends ends;
+  };
+  const Case cases[] = {
+      {500, 90, true, {0, 500, 99, 500}},  // the image is not asked
+      {-7, 0, true, {-7, 0, -7, 49}},
+      {30, 80, true, {0, 30, 99, 13}},     // left and right
+      {10, 150, true, {0, 20, 16, 49}},    // left and bottom
+      {30, 60, false, {0, 34, 0, 0}},      // left and top: the top is not taken second
+      {60, 10, true, {60, 0, 52, 49}},     // top and bottom
+      {-90, 60, false, {0, 0, 0, 0}},
+  };
+  for (const Case& c : cases) {
+    int32_t x[2];
+    int32_t y[2];
+    EXPECT_EQ(NuvHoughLineImgBoundary(100, 50, c.thro, c.theta, x, y), c.found);
+    EXPECT_EQ((Ends{x[0], y[0], x[1], y[1]}), c.ends) << c.thro << ' ' << c.theta;
+  }
+}
+
+TEST(KbLineInRectangle, ClampsEachCoordinateByItself) {
+  int32_t x[2];
+  int32_t y[2];
+  EXPECT_TRUE(NuvKBLineRectBoundary(100, 50, 10, 200, 0, 0, 0, 0.25, 2.4, x, y));
+  EXPECT_THAT(x, ElementsAre(10, 99));
+  EXPECT_THAT(y, ElementsAre(5, 49)) << "4.9 rounds; 52.4 is clamped off the line";
+  Ends e = kUntouched;
+  NuvKBLineBeginEndPoint(100, 50, 0, 0, -3, 40, 1, 0.5, 1, &e[0], &e[1], &e[2], &e[3]);
+  EXPECT_THAT(e, ElementsAre(0, 0, 21, 40));
+}
+
+}  // namespace

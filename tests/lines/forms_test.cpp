@@ -1,0 +1,211 @@
+// Conversions, intersections, distances, angles and overlaps.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+struct Kb {
+  int32_t is_vertical = -1;
+  double k = 0;
+  double b = 0;
+};
+
+Kb kb_through(int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
+  Kb line;
+  NuvLineKBEquation(x1, y1, x2, y2, &line.is_vertical, &line.k, &line.b);
+  return line;
+}
+
+TEST(KbForm, OfTwoPoints) {
+  Kb line = kb_through(0, 3, 10, 8);
+  EXPECT_EQ(line.is_vertical, 0);
+  EXPECT_EQ(line.k, 0.5);
+  EXPECT_EQ(line.b, 3);
+  line = kb_through(3, 0, 8, 10);
+  EXPECT_EQ(line.is_vertical, 1);
+  EXPECT_EQ(line.b, 3);
+  EXPECT_EQ(kb_through(0, 0, 7, 7).is_vertical, 1) << "at 45 degrees";
+  line = kb_through(4, 4, 4, 4);
+  EXPECT_EQ(line.is_vertical, 1);
+  EXPECT_TRUE(std::isnan(line.k));
+}
+
+TEST(KbForm, AngleRunsFrom0To180) {
+  const std::pair<std::pair<int32_t, int32_t>, double> cases[] = {
+      {{10, 0}, 0}, {{0, 10}, 90}, {{10, 5}, 26.565}, {{10, -5}, 153.435}, {{-5, 10}, 116.565}};
+  for (const auto& [to, degrees] : cases) {
+    Kb line;
+    double angle = 0;
+    NuvLineKBEquation(0, 0, to.first, to.second, &line.is_vertical, &line.k, &line.b, &angle);
+    EXPECT_NEAR(angle, degrees, 0.001);
+    EXPECT_NEAR(Nuv2PLineAngleDegree2AxisX(0, 0, to.first, to.second), degrees, 0.001);
+    double a = 0;
+    double b = 0;
+    double c = 0;
+    NuvKBLine2ABCLine(line.is_vertical, line.k, line.b, &a, &b, &c);
+    EXPECT_NEAR(NuvABCLineAngleDegree2AxisX(a, b, c), degrees, 0.001);
+  }
+  EXPECT_EQ(Nuv2PLineAngleDegree2AxisX(3, 3, 3, 3), 90.0);
+}
+
+// Lines through random points: both forms pass the points, and the way back gives the same line.
+TEST(KbForm, ThereAndBackOverAbc) {
+  Random random(17);
+  for (int i = 0; i < 2000; ++i) {
+    const int32_t x1 = random.between(-50, 50);
+    const int32_t y1 = random.between(-50, 50);
+    const int32_t x2 = random.between(51, 200);
+    const int32_t y2 = random.between(-90, 190);
+    const Kb line = kb_through(x1, y1, x2, y2);
+    EXPECT_NEAR(NuvDistFromPoint2KBLine(x2, y2, line.is_vertical, line.k, line.b), 0, 1e-9);
+    EXPECT_EQ(NuvGetLineB(line.is_vertical, line.k, x1, y1), line.b);
+    double a = 0;
+    double b = 0;
+    double c = 0;
+    NuvKBLine2ABCLine(line.is_vertical, line.k, line.b, &a, &b, &c);
+    EXPECT_NEAR(a * x1 + b * y1 + c, 0, 1e-9);
+    Kb back;
+    NuvABCLine2KBLine(a, b, c, &back.is_vertical, &back.k, &back.b);
+    if (std::fabs(line.k) < 1) {
+      EXPECT_EQ(back.is_vertical, line.is_vertical);
+      EXPECT_EQ(back.k, line.k);
+      EXPECT_EQ(back.b, line.b);
+    }
+  }
+  Kb tie;
+  NuvABCLine2KBLine(1, -1, 0, &tie.is_vertical, &tie.k, &tie.b);
+  EXPECT_EQ(tie.is_vertical, 0) << "at 45 degrees the other way from two points";
+}
+
+TEST(HoughForm, OfTwoPoints) {
+  struct Case {
+    double x1, y1, x2, y2;
+    int32_t thro, theta;
+    double length;
+  };
+  const Case cases[] = {
+      {5, 0, 5, 9, -5, 0, 9.0},
+      {0, 7, 9, 7, 7, 90, 9.0},
+      {0, 10, 10, 0, 7, 45, std::sqrt(200.0)},
+      {3, 3, 3, 3, INT32_MIN, INT32_MIN, 0.0},
+  };
+  for (const Case& c : cases) {
+    int32_t thro = 0;
+    int32_t theta = 0;
+    EXPECT_EQ(NuvTwoPoints2ThroTheta(c.x1, c.y1, c.x2, c.y2, &thro, &theta), c.length);
+    EXPECT_EQ(thro, c.thro);
+    EXPECT_EQ(theta, c.theta);
+  }
+}
+
+TEST(HoughForm, ToAbcPassesThePointsOfTheForm) {
+  for (int32_t theta : {0, 17, 45, 90, 133, 180}) {
+    double a = 0;
+    double b = 0;
+    double c = 0;
+    NuvThroTheta2ABC(100, 200, 30, theta, &a, &b, &c);
+    const double radians = theta * 3.1415926 / 180;
+    const double foot_x = 100 + 30 * std::cos(radians);
+    const double foot_y = 200 + 30 * std::sin(radians);
+    EXPECT_NEAR((a * foot_x + b * foot_y + c) / std::hypot(a, b), 0, 1e-4) << theta;
+    int32_t thro = 0;
+    int32_t back = 0;
+    NuvThroTheta2ABC(0, 0, 30, theta, &a, &b, &c);
+    NuvABC2ThroTheta(a, b, c, &thro, &back);
+    EXPECT_LE(std::abs(std::abs(thro) - 30), 1) << theta;
+    EXPECT_LE(std::abs(back - theta) % 180, 1) << theta;
+  }
+}
+
+TEST(HoughForm, OfAChain) {
+  std::vector<uint8_t> diagonal(20, 7);
+  EXPECT_EQ(NuvCodeLineEstimateTheta(5, 5, diagonal.data(), 20), 134) << "180 - 45.02, truncated";
+  EXPECT_EQ(NuvCodeLineEstimateTheta(5, 5, diagonal.data(), 1), INT32_MIN);
+  EXPECT_EQ(NuvCodeLineEstimateTheta(5, 5, diagonal.data(), 0), INT32_MIN);
+}
+
+TEST(Intersection, OfKbLinesForAllFlags) {
+  // y = x/2 + 1 and x = y/4 + 6, which meet in (50/7, 32/7), each also in its other form.
+  const Kb first[] = {{0, 0.5, 1}, {1, 2, -2}};
+  const Kb second[] = {{1, 0.25, 6}, {0, 4, -24}};
+  for (const Kb& l : first) {
+    for (const Kb& m : second) {
+      double x = 0;
+      double y = 0;
+      EXPECT_TRUE(NuvPointOfIntersection(l.is_vertical, l.k, l.b, m.is_vertical, m.k, m.b, &x, &y));
+      EXPECT_NEAR(x, 50.0 / 7, 1e-12);
+      EXPECT_NEAR(y, 32.0 / 7, 1e-12);
+    }
+  }
+  double x = 77;
+  double y = 77;
+  EXPECT_FALSE(NuvPointOfIntersection(0, 0.5, 1, 0, 0.5, 9, &x, &y));
+  EXPECT_FALSE(NuvPointOfIntersection(0, 0.5, 1, 1, 2.0, 9, &x, &y));
+  EXPECT_EQ(x, 77);
+}
+
+TEST(Intersection, OfAbcAndHoughLines) {
+  double x = 77;
+  double y = 77;
+  EXPECT_FALSE(NuvPointOfIntersection(1.0, 2.0, 3.0, 2.0, 4.000001, 5.0, &x, &y)) << "a determinant of 1e-6";
+  EXPECT_EQ(x, 77);
+  EXPECT_TRUE(NuvPointOfIntersection(1.0, 0.0, -3.0, 0.0, 1.0, -4.0, &x, &y));
+  EXPECT_EQ(x, 3);
+  EXPECT_EQ(y, 4);
+  for (const auto& [first, second] : {std::pair{0, 90}, {90, 0}, {30, 120}}) {
+    EXPECT_TRUE(NuvPointOfIntersection(30, first, 40, second, &x, &y));
+    EXPECT_NEAR(std::hypot(x, y), 50, 1e-5);
+  }
+  EXPECT_FALSE(NuvPointOfIntersection(30, 45, 40, 45, &x, &y));
+  EXPECT_EQ(x, 0);
+  EXPECT_TRUE(NuvPointOfIntersection(30, 0, 40, 180, &x, &y)) << "not taken for parallel";
+  EXPECT_TRUE(NuvGetHoughLinePointX(10, 0, 5, &x));
+  EXPECT_EQ(x, 10);
+  EXPECT_FALSE(NuvGetHoughLinePointX(10, 90, 5, &x));
+  EXPECT_EQ(x, 0);
+}
+
+TEST(Distances, AndSides) {
+  EXPECT_EQ(NuvDistBetweenPoint12(1, 2, 4, 6), 5);
+  EXPECT_EQ(NuvDistFromPoint3To2PLine(0, 0, 10, 0, 3, -4), 4);
+  EXPECT_EQ(NuvDistFromPoint2KBLine(3, 7, 0, 0, 2), 5);
+  EXPECT_EQ(NuvDistFromPoint2KBLine(3, 7, 1, 0, 2), 1);
+  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(0, 0, 10, 5, 4, 3), 1) << "below on the screen";
+  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(0, 0, 10, 5, 4, 1), -1);
+  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(0, 0, 10, 5, 4, 2), 0);
+  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(3, 0, 3, 9, 5, 4), 1) << "right of a vertical line";
+  // 100,000 * 50,000 wraps to 705,032,704: the products are 32-bit.
+  EXPECT_EQ(NuvDistFromPoint3To2PLine(0, 100000, 50000, 100000, 0, 100000),
+            std::fabs(-5e9 + 705032704.0) / 50000);
+}
+
+TEST(Angles, BetweenLines) {
+  EXPECT_NEAR(NuvABCLineIntersectAngleDegree(0, 1, 0, 1, 0, 0), 90, 1e-4);
+  EXPECT_NEAR(NuvABCLineIntersectAngleDegree(0, 1, 0, 1, -1, 0), 45, 1e-4);
+  EXPECT_NEAR(NuvABCLineIntersectAngleDegree(-0.1, 1, 0, 0.1, 1, 0), 11.421, 1e-3) << "across 0 degrees";
+  EXPECT_EQ(NuvABCLineIntersectAngleDegree(1, 2, 3, 2, 4, 9), 0.0);
+}
+
+TEST(Overlaps, OfRangesAndRectangles) {
+  const struct {
+    int32_t b1, e1, b2, e2, length;
+  } cases[] = {{1, 5, 6, 9, 0}, {1, 5, 5, 9, 1}, {5, 1, 9, 3, 3}, {0, 9, 2, 4, 3}, {-5, -1, 2, 3, 0}};
+  for (const auto& c : cases) {
+    int32_t begin = -9;
+    int32_t end = -9;
+    EXPECT_EQ(NuvLineOverlapLen(c.b1, c.e1, c.b2, c.e2, &begin, &end), c.length);
+    EXPECT_EQ(NuvLineOverlapLen(c.b1, c.e1, c.b2, c.e2), c.length);
+    EXPECT_EQ(c.length == 0 ? 0 : end - begin + 1, c.length);
+  }
+  const tagRECT square{0, 0, 9, 9};
+  EXPECT_EQ(NuvRectOverlapArea(square, square), 100);
+  EXPECT_EQ(NuvRectOverlapArea(square, {12, 12, 8, 7}), 2 * 3);
+  EXPECT_EQ(NuvRectOverlapArea(square, {10, 0, 12, 9}), 0);
+}
+
+}  // namespace
