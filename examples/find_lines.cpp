@@ -33,8 +33,12 @@ struct Detection {
   double milliseconds = 0.0;
 };
 
-double length_of(const TAVI_LINE_SEGMENT& s) { return NuvDistBetweenPoint12(s.x1, s.y1, s.x2, s.y2); }
-double angle_of(const TAVI_LINE_SEGMENT& s) { return NuvABCLineAngleDegree2AxisX(s.A, s.B, s.C); }
+double length_of(const TAVI_LINE_SEGMENT& s) {
+  return NuvDistBetweenPoint12(s.x1, s.y1, s.x2, s.y2);
+}
+double angle_of(const TAVI_LINE_SEGMENT& s) {
+  return NuvABCLineAngleDegree2AxisX(s.A, s.B, s.C);
+}
 
 // What is not given scales with the picture: a line worth a mention is a share of the shorter side.
 void complete(Options& options, const Picture& picture) {
@@ -81,8 +85,8 @@ Picture draw(Picture& picture, const std::vector<TAVI_LINE_SEGMENT>& segments) {
   for (uint8_t& byte : drawing.pixels) byte = static_cast<uint8_t>(byte / 2);
   for (const TAVI_LINE_SEGMENT& s : segments) {
     const Colour colour = colour_of(angle_of(s));
-    NuvRGBLine(drawing.pixels.data(), drawing.width, drawing.height, s.x1, s.y1, s.x2, s.y2, colour.r, colour.g,
-               colour.b);
+    NuvRGBLine(drawing.pixels.data(), drawing.width, drawing.height, s.x1, s.y1, s.x2, s.y2, colour.r,
+               colour.g, colour.b);
   }
   return drawing;
 }
@@ -97,7 +101,8 @@ void print_csv(const std::vector<TAVI_LINE_SEGMENT>& segments) {
 void print_table(const Detection& detection, const Options& options) {
   std::puts("         begin           end    length     angle");
   for (const TAVI_LINE_SEGMENT& s : detection.segments) {
-    std::printf("  (%4d, %4d)  (%4d, %4d)  %8.1f  %8.1f\n", s.x1, s.y1, s.x2, s.y2, length_of(s), angle_of(s));
+    std::printf("  (%4d, %4d)  (%4d, %4d)  %8.1f  %8.1f\n", s.x1, s.y1, s.x2, s.y2, length_of(s),
+                angle_of(s));
   }
   std::printf("%zu segments in %.2f ms, drawn into %s\n", detection.segments.size(), detection.milliseconds,
               options.result.c_str());
@@ -125,7 +130,7 @@ void run(Options options) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   Options options;
   CLI::App app("Finds the straight edges of a photograph, lists them, and draws them into a copy of it.");
   app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
@@ -150,15 +155,14 @@ int main(int argc, char** argv) {
       ->check(CLI::Range(1, 100000000));
   app.add_flag("--csv", options.csv, "print the segments as comma-separated values and nothing else");
   app.footer(
-      "Segments are listed from the longest to the shortest. Angles are in degrees to the x axis, from 0 up to\n"
+      "Segments are listed from the longest to the shortest. Angles are in degrees to the x axis, from 0 up "
+      "to\n"
       "180, and grow clockwise, as y grows downwards.");
   CLI11_PARSE(app, argc, argv);
 
-  try {
-    run(options);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "find_lines: %s\n", error.what());
-    return 1;
-  }
+  run(options);
   return 0;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "find_lines: %s\n", error.what());
+  return 1;
 }

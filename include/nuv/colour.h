@@ -1,9 +1,9 @@
 /// @file
 /// RGB, gray and channel operations.
 ///
-/// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. Results of a rectangle are packed:
-/// rows of x2-x1+1 pixels, one behind the other. Rectangles must lie inside the image; an empty one writes
-/// nothing. The argument height of a rectangle function is not read.
+/// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. Results of a rectangle are
+/// packed: rows of x2-x1+1 pixels, one behind the other. Rectangles must lie inside the image; an empty one
+/// writes nothing. The argument height of a rectangle function is not read.
 ///
 /// Two gray weightings are in use, and they differ in which end of the pixel is red:
 ///
@@ -109,8 +109,8 @@ NUV_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height,
                                 int32_t y1, int32_t y2, uint8_t* pRedImg, uint8_t* pGreenImg,
                                 uint8_t* pBlueImg);
 
-/// Splits a rectangle into two colours: pixels brighter than the mean gray and the rest give two mean colours,
-/// and each pixel goes to the nearer one (one step of 2-means, from a split at the mean).
+/// Splits a rectangle into two colours: pixels brighter than the mean gray and the rest give two mean
+/// colours, and each pixel goes to the nearer one (one step of 2-means, from a split at the mean).
 ///
 /// The gray is that of the rectangle weighting, its mean truncated; a mean colour is truncated per byte, and
 /// that of a class without pixels is 0, 0, 0. Distances are sums of squared byte differences.

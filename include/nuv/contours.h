@@ -8,9 +8,9 @@
 ///     4 . 0      even codes are unit steps, odd codes diagonal ones
 ///     5 6 7
 ///
-/// A closed chain's last step arrives at the start again, so N codes pass N different steps. The outer contour
-/// of an object is walked counter-clockwise on the screen and the contour of a hole clockwise, so that the
-/// object is at the left of the walk; both run over object pixels.
+/// A closed chain's last step arrives at the start again, so N codes pass N different steps. The outer
+/// contour of an object is walked counter-clockwise on the screen and the contour of a hole clockwise, so
+/// that the object is at the left of the walk; both run over object pixels.
 ///
 /// Tracing marks the image: 254 on contour pixels, 1 on the background pixels that it looked at; every value
 /// of 2 or more is object to the tracer. The border of an image is not checked while tracing: rows 0 and
@@ -47,8 +47,8 @@ NUV_API void NuvMarkContour(uint8_t* pBinImg, int32_t width, int32_t x, int32_t 
 
 /// All contours of a binary image, in the order in which a scan by rows meets them.
 ///
-/// An object pixel must be exactly 255 to start an outer contour, after a pixel below 10; a pixel of exactly 0
-/// after one above 250 starts the contour of a hole.
+/// An object pixel must be exactly 255 to start an outer contour, after a pixel below 10; a pixel of exactly
+/// 0 after one above 250 starts the contour of a hole.
 ///
 /// @param pBinImg       binary image. Changed: the four sides become 0, and at the end every pixel below 50
 ///                      becomes 0 and every other 255

@@ -61,8 +61,8 @@ NUV_API void NuvDrawABCLineByColor(uint8_t* pGryImg, int32_t width, int32_t heig
 NUV_API void NuvDrawABCLineByInc(uint8_t* pGryImg, int32_t width, int32_t height, double A, double B,
                                  double C);
 
-/// The line x*cos(theta) + y*sin(theta) = thro: by columns for theta from 45 to 125 degrees, else by rows; the
-/// other coordinate is truncated.
+/// The line x*cos(theta) + y*sin(theta) = thro: by columns for theta from 45 to 125 degrees, else by rows;
+/// the other coordinate is truncated.
 NUV_API void NuvDrawHoughLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t thro, int32_t theta,
                               uint8_t color);
 
@@ -75,8 +75,8 @@ NUV_API void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int
                             int32_t N, int32_t dx, int32_t dy, int32_t color);
 
 /// The ellipse with centre (cx, cy) and half axes rx, ry, of four mirrored polylines with one vertex per
-/// column, drawn and clamped as NuvGryLine does. A negative rx draws nothing; rx = 0, which leaves the shape without
-/// a flattening, draws a line from the centre up to row 0.
+/// column, drawn and clamped as NuvGryLine does. A negative rx draws nothing; rx = 0, which leaves the shape
+/// without a flattening, draws a line from the centre up to row 0.
 NUV_API void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy,
                            int32_t rx, int32_t ry, int32_t color);
 

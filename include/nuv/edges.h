@@ -33,7 +33,8 @@
 
 #include "nuv/api.h"
 
-/// Edges with a floating coefficient on a byte scratch image: step truncates (new - old)*a0 + old toward zero.
+/// Edges with a floating coefficient on a byte scratch image: step truncates (new - old)*a0 + old toward
+/// zero.
 ///
 /// @param a0  weight of the new sample, meaningful above 0 up to 1: 1 smoothes nothing, and finds nothing
 NUV_API void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, double a0,
@@ -48,7 +49,8 @@ NUV_API void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t widt
 /// The same edges as a list of points in raster order, which ends when it is full.
 ///
 /// @param pX, pY  receive the points, maxN entries each, and one entry if maxN is 0 or below
-/// @param maxN    capacity: the search returns as soon as maxN points are stored. It is compared after a point
+/// @param maxN    capacity: the search returns as soon as maxN points are stored. It is compared after a
+/// point
 ///                is stored, so 0 or below still stores the first point
 /// @return the number of points stored
 NUV_API int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,

@@ -1,10 +1,12 @@
 /// @file
 /// Lines: their forms and plane geometry, fitting, and the chain-line detector.
 ///
-/// Coordinates are image coordinates: x grows to the right, y grows down. A line travels in one of four forms:
+/// Coordinates are image coordinates: x grows to the right, y grows down. A line travels in one of four
+/// forms:
 ///
 ///     ABC     A*x + B*y + C = 0, never normalised
-///     KB      isVertical = 0: y = k*x + b;  else x = k*y + b. Producers set isVertical for every line steeper
+///     KB      isVertical = 0: y = k*x + b;  else x = k*y + b. Producers set isVertical for every line
+///     steeper
 ///             than the diagonal, so that |k| <= 1
 ///     2P      the line through two points
 ///     Hough   x*cos(Theta) + y*sin(Theta) = Thro, Theta in whole degrees 0..180, Thro in whole pixels, which
@@ -23,7 +25,8 @@
 
 // ---- Conversions between forms ---------------------------------------------------------------------------
 
-/// 2P to KB: isVertical = 0 if |dy| < |dx|, else 1 (at exactly 45 degrees too).
+/// 2P to KB: isVertical = 0 if |dy| < |dx|, else 1 (at exactly 45 degrees too). dx and dy are 32-bit
+/// differences.
 ///
 /// Two equal points give isVertical = 1 and k, b not a number.
 NUV_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical,
@@ -44,7 +47,8 @@ NUV_API void NuvABCLine2KBLine(double A, double B, double C, int32_t* pIsVertica
 
 /// 2P to Hough form, with pi = 3.14, both results truncated.
 ///
-/// A vertical line gets Thro = -|x| with Theta 0, the negative of what the form's equation asks for. Two equal
+/// With D = y1*x2 - x1*y2, Thro is |D| over the distance, negative where D*dx <= 0. A vertical line so gets
+/// Thro = -|x| with Theta 0, which for x > 0 is the negative of what the form's equation asks for. Two equal
 /// points return 0.0 and write the most negative int32_t twice.
 ///
 /// @return the distance between the points
@@ -57,13 +61,13 @@ NUV_API void NuvABC2ThroTheta(double A, double B, double C, int32_t* pThro, int3
 
 /// Hough form in a frame with its origin at image point (x0, y0), to ABC form in the image.
 ///
-/// The result has the scale of the chord between two points placed on the line at coordinates 10 and 20 of the
-/// frame; a line through the frame's point (10, 10) at a general Theta gives A = B = C = 0.
+/// The result has the scale of the chord between two points placed on the line at coordinates 10 and 20 of
+/// the frame; for a line through the frame's point (10, 10) at a general Theta that chord is 0 or nearly so.
 NUV_API void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Theta, double* pA, double* pB,
                               double* pC);
 
-/// The Theta of a chain-coded stretch: that of the line through the centroids of its two halves, with the pi of
-/// NuvTwoPoints2ThroTheta.
+/// The Theta of a chain-coded stretch: that of the line through the centroids of its two halves, with the pi
+/// of NuvTwoPoints2ThroTheta.
 ///
 /// The chain's N positions before each code count, the first N/2 of them in the first half. N below 2 gives
 /// the most negative int32_t.
@@ -105,16 +109,16 @@ NUV_API double NuvDistBetweenPoint12(double x1, double y1, double x2, double y2)
 /// The distance of a point from a KB line.
 NUV_API double NuvDistFromPoint2KBLine(int32_t x, int32_t y, int32_t isVertical, double k, double b);
 
-/// The distance of point 3 from the line through points 1 and 2; not a number if those are equal. The products
-/// y1*x2 and x1*y2 are 32-bit and wrap.
+/// The distance of point 3 from the line through points 1 and 2; not a number if those are equal. The
+/// products y1*x2 and x1*y2, and the differences of coordinates, are 32-bit and wrap.
 NUV_API double NuvDistFromPoint3To2PLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                          int32_t y3);
 
 /// The side of the line through points 1 and 2 on which point 3 lies.
 ///
 /// @return 1: below on the screen (or at the right of a line with x1 == x2); -1: the other side; 0: on the
-///         line. Computed in double from 32-bit products y1*x2 and x1*y2, which wrap: a point on a slanted line
-///         can fall to either side by rounding
+///         line. Computed in double from differences of coordinates and products y1*x2 and x1*y2 in 32 bits,
+///         which wrap: a point on a slanted line can fall to either side by rounding
 NUV_API int32_t NuvWhichSideIsPoint3ToLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                            int32_t y3);
 
@@ -137,7 +141,7 @@ NUV_API double NuvABCLineIntersectAngleDegree(double A1, double B1, double C1, d
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2, int32_t* pBegin,
                                   int32_t* pEnd);
 
-/// The same length alone.
+/// The same length alone, for ranges that span less than 2^31.
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2);
 
 /// The number of pixels common to two rectangles; their opposite sides may come in either order.
@@ -158,8 +162,8 @@ NUV_API bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVerti
 /// The part of an ABC line in the image, by walking its major axis from both ends.
 ///
 /// If |B| > |A| the columns are walked, y = truncate(0.5 - (x*A + C)/B), and y must lie in 0..height-1. Else
-/// the rows are walked, x = truncate(-((y*B + C)/A)), and x must lie in 0..width-2: a vertical line in the last
-/// column is not found.
+/// the rows are walked, x = truncate(-((y*B + C)/A)), and x must lie in 0..width-2: a vertical line in the
+/// last column is not found.
 ///
 /// @param pX1, pY1  receive the first point found from 0 up; left alone if there is none
 /// @param pX2, pY2  receive the first point found from the other end; left alone if there is none
@@ -170,17 +174,18 @@ NUV_API bool NuvABCLineImgBoundary(int32_t width, int32_t height, double A, doub
 /// The part of a Hough line in the image, coordinates truncated.
 ///
 /// Theta 90 gives row Thro and Theta 0 column Thro from end to end, whether or not it lies in the image. Any
-/// other line is tried against the left, right, top and bottom border. With one point found at the left or
-/// right border, a crossing of the top border is not taken, and one of the bottom border is: a line across
-/// only the left and the top border returns false with entry 0 filled.
+/// other line, Theta 180 too, is tried against the left, right, top and bottom border. With one point found
+/// at the left or right border, a crossing of the top border is not taken, and one of the bottom border is
+/// (in an image of two rows or more): a line across only the left and the top border returns false with entry
+/// 0 filled.
 ///
 /// @param pX, pY  receive two entries each; entries not found are 0
 /// @return whether two points were found
 NUV_API bool NuvHoughLineImgBoundary(int32_t width, int32_t height, int32_t Thro, int32_t Theta, int32_t* pX,
                                      int32_t* pY);
 
-/// The points of a KB line at the two ends of a range along its major axis: at rows y1 and y2 if isVertical is
-/// 1, at columns x1 and x2 if it is 0.
+/// The points of a KB line at the two ends of a range along its major axis: at rows y1 and y2 if isVertical
+/// is 1, at columns x1 and x2 if it is 0.
 ///
 /// Coordinates are truncate(value + 0.5), and each is clamped to the image by itself, so that a clamped point
 /// can leave the line. Any other isVertical counts as 1.
@@ -198,8 +203,8 @@ NUV_API void NuvKBLineBeginEndPoint(int32_t width, int32_t height, int32_t x1, i
 
 // ---- Pixels along lines ----------------------------------------------------------------------------------
 //
-// An ABC line passes one pixel per row if |B| <= |A|, at x = truncate(0.5 - (y*B + C)/A), else one per column,
-// at y = truncate(0.5 - (x*A + C)/B). Pixels outside the image are skipped.
+// An ABC line passes one pixel per row if |B| <= |A|, at x = truncate(0.5 - (y*B + C)/A), else one per
+// column, at y = truncate(0.5 - (x*A + C)/B). Pixels outside the image are skipped.
 
 /// The numbers of non-zero and of zero pixels along an ABC line.
 NUV_API void NuvPixlesOnABCLine(uint8_t* pBinImg, int32_t width, int32_t height, double A, double B, double C,
@@ -217,16 +222,18 @@ NUV_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height
 /// draws it: the column of its left end is not counted, and a pixel of a steep line where two columns' runs
 /// meet counts in both.
 ///
-/// @param x1, y1, x2, y2  two points in the image. The walk is in single precision: where a coordinate times
-///                        the slope exceeds 2^24 it can leave the rows between the points
+/// @param x1, y1, x2, y2  two points in the image. The walk is in single precision; the pixels that it would
+/// step
+///                        past the rows of the two points, in large images, are not counted
 NUV_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                int32_t y2, int32_t gray, int32_t* pEqual, int32_t* pOther);
 
-/// The number of pixels equal to gray on the outline of a rectangle: rows y1 and y2 over x1..x2, columns x1 and
-/// x2 over y1..y2. Corners count twice, and so does all of a rectangle of one row.
+/// The number of pixels equal to gray on the outline of a rectangle: rows y1 and y2 over x1..x2, columns x1
+/// and x2 over y1..y2. Corners count once per side that they lie on, so does all of a rectangle of one row or
+/// column.
 ///
-/// x1 and y1 are raised to 0, x2 and y2 lowered to the last column and row; a side outside the image counts
-/// nothing.
+/// x1 and y1 are raised to 0, x2 and y2 lowered to the last column and row. With x1 > x2 then only the
+/// columns are walked, with y1 > y2 only the rows; a side outside the image counts nothing.
 NUV_API int32_t NuvPixelsOnRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, int32_t gray);
 
@@ -238,14 +245,16 @@ NUV_API int32_t NuvPixelsOnRect(uint8_t* pGryImg, int32_t width, int32_t height,
 ///     else        (x + dist, y - shift) and (x - dist, y + shift), for each row
 ///
 /// A pixel counts if it and both samples lie in the columns x1..x2 and the rows of the image. Of the absolute
-/// differences, the lowest and the highest quarter are trimmed bin by bin. A steep line has a large shift, and
-/// one with B = 0 counts nothing.
+/// differences, the lowest and the highest quarter are trimmed bin by bin. A steep line has a large shift,
+/// and one with B = 0 counts nothing.
 ///
 /// @param x1, x2  columns of the image, inclusive; what lies outside the image is cut off
 /// @param dist    distance of the samples from the line along its minor axis
-/// @param bMark   true: the image is changed, counted line pixels to 255 and then their samples to 0, at once,
+/// @param bMark   true: the image is changed, counted line pixels to 255 and then their samples to 0, at
+/// once,
 ///                so that later samples read the marks
-/// @return the least of the trimmed mean difference, the plain mean difference, and the difference between the
+/// @return the least of the trimmed mean difference, the plain mean difference, and the difference between
+/// the
 ///         mean of one side and that of the other, each in truncating integers; 0 if nothing counted
 NUV_API int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    double A, double B, double C, int32_t dist, bool bMark);
@@ -258,8 +267,8 @@ NUV_API int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t heig
 //     Syy < Sxx   isVertical = 0, k = Sxy/Sxx, b = my - k*mx, angle = atan(k), plus 180 if below 0
 //     else        isVertical = 1, k = Sxy/Syy, b = mx - k*my, angle = 90 - atan(k)
 //
-// No points, or points that all coincide, give isVertical = 1 and not-a-numbers. A residual r is measured along
-// the minor axis: |x*k - y + b| or |x - y*k - b|.
+// No points, or points that all coincide, give isVertical = 1 and not-a-numbers. A residual r is measured
+// along the minor axis: |x*k - y + b| or |x - y*k - b|.
 
 /// A line through N points.
 ///
@@ -268,8 +277,8 @@ NUV_API int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t heig
 NUV_API void NuvFittingLine(int32_t* pX, int32_t* pY, int32_t N, int32_t* pIsVertical, double* pK, double* pB,
                             double* pAngle, double* pDev, double* pMaxDist);
 
-/// A line through the N points of a chain before each of its codes: the start is the first, and where the last
-/// code leads is left out.
+/// A line through the N points of a chain before each of its codes: the start is the first, and where the
+/// last code leads is left out.
 NUV_API void NuvFittingLine(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pIsVertical,
                             double* pK, double* pB, double* pAngle, double* pDev, double* pMaxDist);
 
@@ -280,12 +289,13 @@ NUV_API void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N,
 /// A line through N points, checked by a gate that every finite fit passes: the first fit stands.
 ///
 /// @param pWork  receives N entries, 1 for a point that passes, else 100
-/// @return false if N < 3 (nothing is written) or if all points coincide (the outputs are not-a-numbers)
+/// @return false if N < 3 (nothing is written) or if all points coincide (the outputs are not-a-numbers).
+///         Coordinate sums are 32-bit and wrap
 NUV_API bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
                                  double* pK, double* pB, double* pAngle);
 
-/// A line through N points, fitted again through those whose residual is at most the mean residual. Coordinate
-/// sums are 32-bit and wrap.
+/// A line through N points, fitted again through those whose residual is at most the mean residual.
+/// Coordinate sums are 32-bit and wrap.
 ///
 /// @param pWork  receives N residuals, truncate(r*100)
 /// @return false if N < 3 (nothing is written) or if fewer than 2 points are left (the outputs hold the first
@@ -295,16 +305,18 @@ NUV_API bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork,
 
 // ---- The chain-line detector -----------------------------------------------------------------------------
 //
-// Straight segments by following edges: the edges of NuvShenJunEdgeFast (shift 2) or, for a grdThreshold below
-// 8, NuvShenJunEdgeFine (a0 = 0.25) are traced, each chain is cut into stretches that are straight enough,
-// stretches that repeat edge pixels already used are dropped, and a line is fitted to each stretch kept.
+// Straight segments by following edges: the edges of NuvShenJunEdgeFast (shift 2) or, for a grdThreshold
+// below 8, NuvShenJunEdgeFine (a0 = 0.25) are traced, each chain is cut into stretches that are straight
+// enough, stretches that repeat edge pixels already used are dropped, and a line is fitted to each stretch
+// kept.
 //
 // This is one global object: one thread at a time. All memory is allocated in NuvImgChainLines_Initialize.
 
 /// Sizes the detector and sets it up. May be called again at any time; memory never shrinks.
 ///
 /// @param width, height    the largest image to come, by its number of pixels
-/// @param minStraightness  least ratio of chord to path of a straight stretch, below 1; 0.9 allows slight bends.
+/// @param minStraightness  least ratio of chord to path of a straight stretch, below 1; 0.9 allows slight
+/// bends.
 ///                         It also sets how much of each end a fit leaves out: a share of (1 - it)/2
 /// @param maxDeviation     greatest mean distance of the path from its chord, in pixels; 1 is typical
 /// @param minLength        least length of a chain and of a stretch, in pixels, at least 6
@@ -321,7 +333,8 @@ NUV_API int32_t NuvImgChainLines_DoBinImg(uint8_t* pGryImg, int32_t width, int32
 /// Detects the lines of an image. It replaces the results of the detection before, and allocates nothing.
 ///
 /// @param pGryImg    gray image; must stay alive for NuvImgChainLines_Debug
-/// @param bFitLines  true: fit a line to each stretch and clip it to its points, which also trims the stretch;
+/// @param bFitLines  true: fit a line to each stretch and clip it to its points, which also trims the
+/// stretch;
 ///                   false: give the stretches as they were cut
 /// @return the number of lines; 0 for an image larger than NuvImgChainLines_Initialize was told, and without
 ///         memory
@@ -342,10 +355,11 @@ NUV_API TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines();
 ///
 ///     0  the source, at most 250          3  the edges that made no line
 ///     1  the edge image                   4  the fitted segments in 255
-///     2  the points of the lines in 254   5  the source with the segments, or without fitting the points, in 255
+///     2  the points of the lines in 254   5  the source with the segments, or without fitting the points, in
+///     255
 ///
-/// Lines already fetched by NuvImgChainLines_GetNxtCodeLine are missing from panels 2, 3 and 5; fetching starts
-/// over afterwards. After a refused detection panel 1 is 0; before any detection nothing is written.
+/// Lines already fetched by NuvImgChainLines_GetNxtCodeLine are missing from panels 2, 3 and 5; fetching
+/// starts over afterwards. After a refused detection panel 1 is 0; before any detection nothing is written.
 ///
 /// @param pResImg  receives 6*width*height bytes
 /// @return the number of lines

@@ -21,20 +21,20 @@ struct tagRECT {
 /// One contour in the list that NuvGetContours returns. The list owns its nodes and their chains;
 /// NuvFreeContours releases them all.
 struct NUV_CONTOUR_STRUCT {
-  bool isOuter;              ///< true for the rim of an object, false for the rim of a hole
-  int32_t area;              ///< pixels enclosed: with the rim for an object, without it for a hole
-  int32_t perimeter;         ///< path length: 1 per even code, sqrt(2) per odd code, rounded
-  int32_t x;                 ///< start pixel of the chain
-  int32_t y;                 ///< start pixel of the chain
-  int32_t N;                 ///< number of chain codes
-  uint8_t* pChainCode;       ///< N direction codes 0..7, owned by the node
-  int32_t reserved1;         ///< 0
-  int32_t reserved2;         ///< 0
-  int32_t reserved3;         ///< 0
-  int32_t reserved4;         ///< 0
-  int32_t reserved5;         ///< 0
-  int32_t reserved6;         ///< of no meaning
-  NUV_CONTOUR_STRUCT* pNext; ///< next contour of the scan, or null
+  bool isOuter;               ///< true for the rim of an object, false for the rim of a hole
+  int32_t area;               ///< pixels enclosed: with the rim for an object, without it for a hole
+  int32_t perimeter;          ///< path length: 1 per even code, sqrt(2) per odd code, rounded
+  int32_t x;                  ///< start pixel of the chain
+  int32_t y;                  ///< start pixel of the chain
+  int32_t N;                  ///< number of chain codes
+  uint8_t* pChainCode;        ///< N direction codes 0..7, owned by the node
+  int32_t reserved1;          ///< 0
+  int32_t reserved2;          ///< 0
+  int32_t reserved3;          ///< 0
+  int32_t reserved4;          ///< 0
+  int32_t reserved5;          ///< 0
+  int32_t reserved6;          ///< of no meaning
+  NUV_CONTOUR_STRUCT* pNext;  ///< next contour of the scan, or null
 };
 
 /// One straight segment found by the chain-line detector.
@@ -43,7 +43,7 @@ struct TAVI_LINE_SEGMENT {
   int32_t y1;
   int32_t x2;  ///< end point, likewise
   int32_t y2;
-  double A;    ///< the fitted line A*x + B*y + C = 0: either A = k, B = -1, C = b or A = 1, B = -k, C = -b
+  double A;  ///< the fitted line A*x + B*y + C = 0: either A = k, B = -1, C = b or A = 1, B = -k, C = -b
   double B;
   double C;
 };

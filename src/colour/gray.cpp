@@ -1,8 +1,5 @@
 // RGB images to gray: one pass over split pixels, and a row kernel per rule.
 
-#include <algorithm>
-#include <cstdlib>
-
 #include "colour/weighting.h"
 #include "frame/interleaved.h"
 #include "frame/row_kernel.h"
@@ -12,15 +9,19 @@
 namespace nuv {
 namespace {
 
-// (b0*468 + b1*2404 + b2*1225) >> 12 in 16 bits. Each weight is 256*high + low with low from -128 to 127;
-// the low sum stays within +-25,500 and the high one below 4,096, and carrying the low one's upper byte
-// over, rounded down, loses nothing that the shift would keep.
+// (b0*468 + b1*2404 + b2*1225) >> 12 in 16 bits. As the weights sum up to 4097, this is
+//
+//     b1 + ((468*(b0 - b1) + 1225*(b2 - b1) + b1) >> 12)
+//
+// and each weight left is 256*high + low with low from -128 to 127. The low sum stays within +-25,500, and
+// carrying its upper byte over into the high sum, rounded down, loses nothing that the shift would keep.
 NUV_INLINE uint8_t whole_image_weighting(uint8_t b0, uint8_t b1, uint8_t b2) {
-  static_assert(468 == 2 * 256 - 44 && 2404 == 9 * 256 + 100 && 1225 == 5 * 256 - 55);
-  const auto high = static_cast<int16_t>(2 * b0 + 9 * b1 + 5 * b2);
-  const auto low = static_cast<int16_t>(-44 * b0 + 100 * b1 - 55 * b2);
-  const auto sum = static_cast<int16_t>(high + static_cast<int16_t>(low >> 8));
-  return static_cast<uint8_t>(sum >> 4);
+  static_assert(468 + 2404 + 1225 == 4097 && 468 == 2 * 256 - 44 && 1225 == 5 * 256 - 55);
+  const auto d0 = static_cast<int16_t>(b0 - b1);
+  const auto d2 = static_cast<int16_t>(b2 - b1);
+  const auto high = static_cast<int16_t>(2 * d0 + 5 * d2);
+  const auto low = static_cast<int16_t>(-44 * d0 - 55 * d2 + b1);
+  return static_cast<uint8_t>(b1 + ((high + (low >> 8)) >> 4));
 }
 
 // (b0*306 + b1*601 + b2*116) >> 10, likewise, the low sum being unsigned: it stays within 65,025.
@@ -48,14 +49,14 @@ NUV_ROW_KERNEL void rectangle_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT ou
 
 NUV_ROW_KERNEL void difference_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) {
-    const uint8_t most = std::max(std::max(in.b0[i], in.b1[i]), in.b2[i]);
-    const uint8_t least = std::min(std::min(in.b0[i], in.b1[i]), in.b2[i]);
+    const uint8_t most = greater(greater(in.b0[i], in.b1[i]), in.b2[i]);
+    const uint8_t least = lesser(lesser(in.b0[i], in.b1[i]), in.b2[i]);
     out[i] = static_cast<uint8_t>(most - least);
   }
 }
 
 NUV_ROW_KERNEL void largest_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = std::max(std::max(in.b0[i], in.b1[i]), in.b2[i]);
+  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = greater(greater(in.b0[i], in.b1[i]), in.b2[i]);
 }
 
 }  // namespace

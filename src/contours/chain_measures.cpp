@@ -12,7 +12,9 @@
 namespace nuv {
 namespace {
 
-int32_t perimeter_of(int32_t even, int32_t odd) { return truncated(even + std::sqrt(2.0) * odd + 0.5); }
+int32_t perimeter_of(int32_t even, int32_t odd) {
+  return truncated(even + std::sqrt(2.0) * odd + 0.5);
+}
 
 // What a turn adds to the exact area: per_y times the row, and a constant.
 struct AreaOfTurn {
@@ -88,7 +90,8 @@ void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t
   }
   const int32_t odd = odd_codes(pChainCode, N);
   *pPerimeter = perimeter_of(N - odd, odd);
-  *pArea = truncated(std::fabs(sum) + 0.5 + *pPerimeter / 2);
+  const int32_t half_perimeter = *pPerimeter / 2;
+  *pArea = truncated(std::fabs(sum) + 0.5 + half_perimeter);
 }
 
 void NuvContourCenter(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY) {
@@ -127,9 +130,7 @@ void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N,
   const double turn = angle * (kPi / 180);
   const int32_t c = truncated(std::cos(turn) * 1024);
   const int32_t s = truncated(std::sin(turn) * 1024);
-  const auto turned = [c, s](Point p) {
-    return Point{(c * p.x - s * p.y) >> 10, (s * p.x + c * p.y) >> 10};
-  };
+  const auto turned = [c, s](Point p) { return Point{(c * p.x - s * p.y) >> 10, (s * p.x + c * p.y) >> 10}; };
   Bounds bounds(turned({x, y}));
   walk_positions({{x, y}, pChainCode, N}, [&](Point p) { bounds.add(turned(p)); });
   *pX1 = bounds.x1;

@@ -15,8 +15,8 @@ struct Size {
   int32_t perimeter;
 };
 
-int32_t largest_contour(GrayImage image, uint8_t* codes, Region region, int32_t y_step, int32_t Size::*compared,
-                        tagRECT* rect, int32_t* center_x, int32_t* center_y) {
+int32_t largest_contour(GrayImage image, uint8_t* codes, Region region, int32_t y_step,
+                        int32_t Size::*compared, tagRECT* rect, int32_t* center_x, int32_t* center_y) {
   const int32_t left = std::max(region.x1 - 1, 0);
   const int32_t right = std::min(region.x2 + 1, image.width - 1);
   const int32_t top = std::max(region.y1 - 1, 0);

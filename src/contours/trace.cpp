@@ -15,7 +15,9 @@ NUV_ROW_KERNEL void restore_row(uint8_t* pixels, std::ptrdiff_t n) {
 
 }  // namespace
 
-void restore_binary(GrayImage image, Region region) { for_rows(image, region, restore_row); }
+void restore_binary(GrayImage image, Region region) {
+  for_rows(image, region, restore_row);
+}
 
 }  // namespace nuv
 

@@ -111,7 +111,7 @@ void NuvDrawABCLineByColor(uint8_t* pGryImg, int32_t width, int32_t height, int3
   const GrayPen pen(pGryImg, width, height, color);
   const Region range =
       Region{std::min(x1, x2), std::max(x1, x2), std::min(y1, y2), std::max(y1, y2)}.clamped_to(width,
-                                                                                               height);
+                                                                                                height);
   walk_abc_line(width, height, range, {A, B, C}, [&](int32_t x, int32_t y) { pen.put(x, y); });
 }
 
@@ -130,8 +130,10 @@ void NuvDrawHoughLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t t
   const double sine = std::sin(radians(theta));
   const auto put = [&pen](int32_t x, int32_t y) { pen.put(x, y); };
   if (theta >= 45 && theta <= 125) {
-    walk_columns(0, width - 1, height, [=](int32_t x) { return truncated((thro - x * cosine) / sine); }, put);
+    walk_columns(
+        0, width - 1, height, [=](int32_t x) { return truncated((thro - x * cosine) / sine); }, put);
   } else {
-    walk_rows(0, height - 1, width, [=](int32_t y) { return truncated((thro - y * sine) / cosine); }, put);
+    walk_rows(
+        0, height - 1, width, [=](int32_t y) { return truncated((thro - y * sine) / cosine); }, put);
   }
 }

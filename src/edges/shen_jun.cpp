@@ -43,7 +43,8 @@ void smooth(GrayImage source, T* smoothed, Step step) {
       for (int32_t r = 0; r < rows; ++r) out[r * width + x] = step(in[r * width + x], out[r * width + x - 1]);
     }
     for (std::ptrdiff_t x = width - 2; x >= 0; --x) {
-      for (int32_t r = 0; r < rows; ++r) out[r * width + x] = step(out[r * width + x], out[r * width + x + 1]);
+      for (int32_t r = 0; r < rows; ++r)
+        out[r * width + x] = step(out[r * width + x], out[r * width + x + 1]);
     }
     for (int32_t r = 0; r < rows; ++r) {
       T* row = out + r * width;
@@ -80,7 +81,8 @@ constexpr int32_t kBlock = 16;
 
 // Up to 16 columns of the 16 rows, as columns; the rows are given by their starts.
 template <class Pointer>
-NUV_INLINE void load_columns(const Pointer* rows, std::ptrdiff_t x, int32_t count, Bytes16 (&columns)[kBlock]) {
+NUV_INLINE void load_columns(const Pointer* rows, std::ptrdiff_t x, int32_t count,
+                             Bytes16 (&columns)[kBlock]) {
   for (int32_t r = 0; r < kBlock; ++r) {
     if (count == kBlock) {
       columns[r] = load16(rows[r] + x);
@@ -155,25 +157,34 @@ NUV_ROW_KERNEL void complement_row(const uint8_t* in, uint8_t* out, std::ptrdiff
 NUV_ROW_KERNEL void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out, std::ptrdiff_t width,
                                       int32_t shift) {
   switch (shift) {
-    case 1: return smooth_along_rows<1>(in, out, width);
-    case 2: return smooth_along_rows<2>(in, out, width);
-    default: return smooth_along_rows<3>(in, out, width);
+    case 1:
+      return smooth_along_rows<1>(in, out, width);
+    case 2:
+      return smooth_along_rows<2>(in, out, width);
+    default:
+      return smooth_along_rows<3>(in, out, width);
   }
 }
 
 NUV_ROW_KERNEL void smooth_down(uint8_t* row, const uint8_t* above, std::ptrdiff_t n, int32_t shift) {
   switch (shift) {
-    case 1: return smooth_down<1>(row, above, n);
-    case 2: return smooth_down<2>(row, above, n);
-    default: return smooth_down<3>(row, above, n);
+    case 1:
+      return smooth_down<1>(row, above, n);
+    case 2:
+      return smooth_down<2>(row, above, n);
+    default:
+      return smooth_down<3>(row, above, n);
   }
 }
 
 NUV_ROW_KERNEL void smooth_up(uint8_t* row, uint8_t* below, std::ptrdiff_t n, int32_t shift) {
   switch (shift) {
-    case 1: return smooth_up<1>(row, below, n);
-    case 2: return smooth_up<2>(row, below, n);
-    default: return smooth_up<3>(row, below, n);
+    case 1:
+      return smooth_up<1>(row, below, n);
+    case 2:
+      return smooth_up<2>(row, below, n);
+    default:
+      return smooth_up<3>(row, below, n);
   }
 }
 
@@ -227,17 +238,17 @@ NUV_INLINE void test_span(const uint8_t* g, const T* t, std::ptrdiff_t width, in
   const T* t1 = t - 1;
   const T* t2 = t + width - 1;
   for (int32_t i = 0; i < n + 2; ++i) {
-    least[i] = std::min(std::min(g0[i], g1[i]), g2[i]);
-    most[i] = std::max(std::max(g0[i], g1[i]), g2[i]);
-    below[i] = (g0[i] < t0[i]) | (g1[i] < t1[i]) | (g2[i] < t2[i]) ? 255 : 0;
+    least[i] = lesser(lesser(g0[i], g1[i]), g2[i]);
+    most[i] = greater(greater(g0[i], g1[i]), g2[i]);
+    below[i] = ((g0[i] < t0[i]) | (g1[i] < t1[i]) | (g2[i] < t2[i])) ? 255 : 0;
   }
   for (int32_t i = 0; i < n; ++i) {
-    const uint8_t low = std::min(std::min(least[i], least[i + 1]), least[i + 2]);
-    const uint8_t high = std::max(std::max(most[i], most[i + 1]), most[i + 2]);
+    const uint8_t low = lesser(lesser(least[i], least[i + 1]), least[i + 2]);
+    const uint8_t high = greater(greater(most[i], most[i + 1]), most[i + 2]);
     const auto step_up = static_cast<uint8_t>(high - g[i]);
     const auto step_down = static_cast<uint8_t>(g[i] - low);
     const uint8_t above_smoothed = t[i] < g[i] ? 255 : 0;
-    const uint8_t strong = std::max(step_up, step_down) >= threshold ? 255 : 0;
+    const uint8_t strong = greater(step_up, step_down) >= threshold ? 255 : 0;
     edges[i] = above_smoothed & (below[i] | below[i + 1] | below[i + 2]) & strong;
   }
 }

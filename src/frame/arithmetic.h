@@ -21,13 +21,19 @@ inline int32_t truncated(double value) {
   return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int32_t>(value) : kNoInteger;
 }
 
-inline uint8_t low_byte(int32_t value) { return static_cast<uint8_t>(value); }
+inline uint8_t low_byte(int32_t value) {
+  return static_cast<uint8_t>(value);
+}
 
 // The pi of most angles. It is a few parts in 10^8 short, and results are defined with it.
 constexpr double kPi = 3.1415926;
 
-inline double radians(double degrees, double pi = kPi) { return degrees * pi / 180.0; }
-inline double degrees(double radians, double pi = kPi) { return radians * 180.0 / pi; }
+inline double radians(double degrees, double pi = kPi) {
+  return degrees * pi / 180.0;
+}
+inline double degrees(double radians, double pi = kPi) {
+  return radians * 180.0 / pi;
+}
 
 }  // namespace nuv
 

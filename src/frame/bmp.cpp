@@ -24,9 +24,13 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-File open_file(const char* name, const char* mode) { return File(std::fopen(name, mode)); }
+File open_file(const char* name, const char* mode) {
+  return File(std::fopen(name, mode));
+}
 
-int64_t padding_of(int64_t row_bytes) { return -row_bytes & 3; }
+int64_t padding_of(int64_t row_bytes) {
+  return -row_bytes & 3;
+}
 
 // Little-endian fields, one behind the other.
 class HeaderWriter {

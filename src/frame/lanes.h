@@ -37,13 +37,14 @@ NUV_INLINE Bytes16 load16(const uint8_t* p) {
   return v;
 }
 
-NUV_INLINE void store16(uint8_t* p, Bytes16 v) { std::memcpy(p, &v, 16); }
+NUV_INLINE void store16(uint8_t* p, Bytes16 v) {
+  std::memcpy(p, &v, 16);
+}
 
 // The average of each pair of bytes, rounded up.
 NUV_INLINE Bytes16 average_up(Bytes16 a, Bytes16 b) {
 #if defined(__SSE2__)
-  return reinterpret_cast<Bytes16>(
-      _mm_avg_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+  return reinterpret_cast<Bytes16>(_mm_avg_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
 #else
   return (a | b) - ((a ^ b) >> 1);
 #endif

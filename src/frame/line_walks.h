@@ -53,9 +53,11 @@ struct AbcLine {
 template <class Visit>
 void walk_abc_line(int32_t width, int32_t height, Region range, AbcLine line, Visit visit) {
   if (line.by_rows()) {
-    walk_rows(range.y1, range.y2, width, [=](int32_t y) { return line.column_at(y); }, visit);
+    walk_rows(
+        range.y1, range.y2, width, [=](int32_t y) { return line.column_at(y); }, visit);
   } else {
-    walk_columns(range.x1, range.x2, height, [=](int32_t x) { return line.row_at(x); }, visit);
+    walk_columns(
+        range.x1, range.x2, height, [=](int32_t x) { return line.row_at(x); }, visit);
   }
 }
 

@@ -22,10 +22,14 @@ namespace nuv {
 constexpr std::array<int32_t, 8> kDx = {1, 1, 0, -1, -1, -1, 0, 1};
 constexpr std::array<int32_t, 8> kDy = {0, -1, -1, -1, 0, 1, 1, 1};
 
-constexpr bool is_diagonal(int direction) { return (direction & 1) != 0; }
+constexpr bool is_diagonal(int direction) {
+  return (direction & 1) != 0;
+}
 
 // Only the low three bits of a code are a direction, so that no byte of a chain leads out of the tables.
-constexpr int direction_of(uint8_t code) { return code & 7; }
+constexpr int direction_of(uint8_t code) {
+  return code & 7;
+}
 
 constexpr Point stepped(Point p, uint8_t code) {
   return {p.x + kDx[direction_of(code)], p.y + kDy[direction_of(code)]};

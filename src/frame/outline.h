@@ -9,9 +9,9 @@
 
 namespace nuv {
 
-// Visits rows y1 and y2 over x1..x2, then columns x1 and x2 over y1..y2: corners twice, and all of a
-// rectangle of one row or column twice. Ends out of order leave out the walk along their axis, and what lies
-// outside the image is not visited.
+// Visits rows y1 and y2 over x1..x2, then columns x1 and x2 over y1..y2: a pixel once per
+// side that it lies on, so corners twice and all of a rectangle of one row or column at least twice. Ends out
+// of order leave out the walk along their axis, and what lies outside the image is not visited.
 template <int Channels, class Visit>
 void walk_outline(Image<Channels> image, Region r, Visit visit) {
   for (int32_t y : {r.y1, r.y2}) {

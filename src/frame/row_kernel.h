@@ -25,4 +25,18 @@
 #define NUV_RESTRICT __restrict
 #endif
 
+#include <cstdint>
+
+namespace nuv {
+
+// By value: the references of std::min and std::max keep a loop from becoming vector code.
+NUV_INLINE uint8_t lesser(uint8_t a, uint8_t b) {
+  return a < b ? a : b;
+}
+NUV_INLINE uint8_t greater(uint8_t a, uint8_t b) {
+  return a > b ? a : b;
+}
+
+}  // namespace nuv
+
 #endif

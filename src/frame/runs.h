@@ -20,7 +20,9 @@ struct Line {
   uint8_t operator[](int32_t i) const { return start[i * stride]; }
 };
 
-inline Line row_line(GrayImage image, int32_t y) { return {image.row(y), image.width, 1}; }
+inline Line row_line(GrayImage image, int32_t y) {
+  return {image.row(y), image.width, 1};
+}
 
 // Calls action(first, last) for each run of non-zero pixels, both ends inclusive, in rising order.
 template <class Action>

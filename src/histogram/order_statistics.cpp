@@ -8,7 +8,9 @@ namespace nuv {
 namespace {
 
 // Bins beyond the array count as empty.
-int32_t count_at(const int32_t* bins, int32_t v) { return v < kBins ? bins[v] : 0; }
+int32_t count_at(const int32_t* bins, int32_t v) {
+  return v < kBins ? bins[v] : 0;
+}
 
 // Walks from first by step, and gives the first value whose cumulative count exceeds the ratio of the total;
 // the value behind the last one if there is none.

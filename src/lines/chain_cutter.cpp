@@ -166,8 +166,7 @@ int32_t cut_chain(const ChainWithPoints& chain, const Straightness& limits, Piec
   // Stores the codes from start up to the one before end.
   const auto store = [&](int32_t start, int32_t end) {
     if (n_pieces >= max_pieces) return;
-    pieces[n_pieces++] = {
-        {chain.x[start], chain.y[start]}, {chain.x[end], chain.y[end]}, end - start, start};
+    pieces[n_pieces++] = {{chain.x[start], chain.y[start]}, {chain.x[end], chain.y[end]}, end - start, start};
   };
 
   Window window(chain);

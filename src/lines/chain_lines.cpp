@@ -2,8 +2,8 @@
 //
 // All memory is allocated when the detector is sized. The points of all chains lie in one store, and a result
 // is a run of that store. The edge image doubles as the record of what is used: a piece that was taken is
-// marked as background, and a later piece of the same chain that mostly repeats marked pixels is dropped. That
-// is how the far side of a thin edge, which the tracer walks on its way back, does not come out twice.
+// marked as background, and a later piece of the same chain that mostly repeats marked pixels is dropped.
+// That is how the far side of a thin edge, which the tracer walks on its way back, does not come out twice.
 
 #include "lines/chain_lines.h"
 
@@ -56,49 +56,63 @@ bool NuvImgChainLines::initialize(int32_t width, int32_t height, const Settings&
   settings_.straightness.min_length = std::max(settings.straightness.min_length, kShortestPiece);
   settings_.gradient_threshold = std::max(settings.gradient_threshold, 1);
   init_pixels_ = width * height;
-
-  if (init_pixels_ > capacity_pixels_) {
-    const auto pixels = static_cast<std::size_t>(init_pixels_);
-    // Freed before the larger ones are allocated.
-    edges_.reset();
-    scratch_.reset();
-    codes_.reset();
-    point_x_.reset();
-    point_y_.reset();
-    edges_ = allocate<uint8_t>(pixels);
-    scratch_ = allocate<double>(pixels);
-    codes_ = allocate<uint8_t>(2 * pixels);
-    point_x_ = allocate<int32_t>(2 * pixels);
-    point_y_ = allocate<int32_t>(2 * pixels);
-    const bool complete = edges_ && scratch_ && codes_ && point_x_ && point_y_;
-    capacity_pixels_ = complete ? init_pixels_ : 0;
-  }
-  if (settings.max_lines > capacity_lines_) {
-    const auto lines = static_cast<std::size_t>(settings.max_lines);
-    pieces_.reset();
-    runs_.reset();
-    segments_.reset();
-    pieces_ = allocate<Piece>(lines);
-    runs_ = allocate<Run>(lines);
-    segments_ = allocate<TAVI_LINE_SEGMENT>(lines);
-    const bool complete = pieces_ && runs_ && segments_;
-    capacity_lines_ = complete ? settings.max_lines : 0;
-  }
+  if (init_pixels_ > capacity_pixels_) allocate_for_pixels(init_pixels_);
+  if (settings.max_lines > capacity_lines_) allocate_for_lines(settings.max_lines);
   return has_memory();
 }
 
-bool NuvImgChainLines::has_memory() const {
-  return edges_ && scratch_ && codes_ && point_x_ && point_y_ && pieces_ && runs_ && segments_;
+// What is held is freed before the larger memory is asked for, and the results go with it. A capacity stays 0
+// unless all of its memory is there, so that a later call asks again.
+
+void NuvImgChainLines::allocate_for_pixels(int32_t pixels) {
+  drop_results();
+  capacity_pixels_ = 0;
+  edges_.reset();
+  scratch_.reset();
+  codes_.reset();
+  point_x_.reset();
+  point_y_.reset();
+  const auto n = static_cast<std::size_t>(pixels);
+  edges_ = allocate<uint8_t>(n);
+  scratch_ = allocate<uint8_t>(n * sizeof(double));
+  codes_ = allocate<uint8_t>(2 * n);
+  point_x_ = allocate<int32_t>(2 * n);
+  point_y_ = allocate<int32_t>(2 * n);
+  if (edges_ && scratch_ && codes_ && point_x_ && point_y_) capacity_pixels_ = pixels;
+}
+
+void NuvImgChainLines::allocate_for_lines(int32_t lines) {
+  drop_results();
+  capacity_lines_ = 0;
+  pieces_.reset();
+  runs_.reset();
+  segments_.reset();
+  const auto n = static_cast<std::size_t>(lines);
+  pieces_ = allocate<Piece>(n);
+  runs_ = allocate<Run>(n);
+  segments_ = allocate<TAVI_LINE_SEGMENT>(n);
+  if (pieces_ && runs_ && segments_) capacity_lines_ = lines;
+}
+
+void NuvImgChainLines::drop_results() {
+  n_lines_ = 0;
+  next_run_ = 0;
+}
+
+// Whether there is memory for an image of the source's size, and it is no larger than a limit.
+bool NuvImgChainLines::source_fits(int32_t pixels) const {
+  if (!has_memory() || source_.width < 0 || source_.height < 0) return false;
+  return static_cast<int64_t>(source_.width) * source_.height <= pixels;
 }
 
 void NuvImgChainLines::find_edges(uint8_t* edges) {
   const int32_t threshold = settings_.gradient_threshold;
   if (threshold >= kLeastFastThreshold) {
-    NuvShenJunEdgeFast(source_.pixels, reinterpret_cast<uint8_t*>(scratch_.get()), source_.width,
-                       source_.height, kEdgeShift, threshold, edges);
-  } else {
-    NuvShenJunEdgeFine(source_.pixels, scratch_.get(), source_.width, source_.height, kEdgeWeight, threshold,
+    NuvShenJunEdgeFast(source_.pixels, scratch_.get(), source_.width, source_.height, kEdgeShift, threshold,
                        edges);
+  } else {
+    NuvShenJunEdgeFine(source_.pixels, reinterpret_cast<double*>(scratch_.get()), source_.width,
+                       source_.height, kEdgeWeight, threshold, edges);
   }
 }
 
@@ -106,8 +120,7 @@ int32_t NuvImgChainLines::detect(GrayImage image, bool fit_lines) {
   source_ = image;
   fit_lines_ = fit_lines;
   n_lines_ = 0;
-  refused_ = image.size() > init_pixels_ || !has_memory();
-  if (refused_) return 0;
+  if (!source_fits(init_pixels_)) return 0;
 
   find_edges(edges_.get());
   next_run_ = 0;
@@ -115,7 +128,7 @@ int32_t NuvImgChainLines::detect(GrayImage image, bool fit_lines) {
   const GrayImage edges{edges_.get(), image.width, image.height};
   const auto follow = [&](ContourStart start) {
     const int32_t n = NuvTraceContour(edges.pixels, edges.width, start.x, start.y, codes_.get(),
-                                      static_cast<int32_t>(2 * image.size()), start.is_outer);
+                                      2 * image.width * image.height, start.is_outer);
     if (n >= settings_.straightness.min_length) process_chain({start.x, start.y}, n);
   };
   for (int32_t y = 1; y < image.height - 1; ++y) {
@@ -155,14 +168,13 @@ bool NuvImgChainLines::is_spent(const Piece& piece) const {
   const GrayImage edges{edges_.get(), source_.width, source_.height};
   int32_t spent = 0;
   for (int32_t i = piece.start; i <= piece.start + piece.codes; ++i) {
-    const auto at = static_cast<std::size_t>(point_cursor_ + i);
-    spent += *edges.at(point_x_[at], point_y_[at]) == kSpent;
+    spent += *edges.at(*x_at(i), *y_at(i)) == kSpent;
   }
   return spent * 10 > piece.codes * 8;
 }
 
-// Fits a line to a piece, fits the piece to the line, and records both. The run may grow over the piece's start
-// and lose points at its end.
+// Fits a line to a piece, fits the piece to the line, and records both. The run may grow over the piece's
+// start and lose points at its end.
 void NuvImgChainLines::record_fitted(const Piece& piece) {
   const int32_t n = piece.codes + 1;
   int32_t trim = trimmed_share(settings_.straightness.min_straightness, n);
@@ -203,8 +215,8 @@ void NuvImgChainLines::record_fitted(const Piece& piece) {
 bool NuvImgChainLines::next_run(int32_t** x, int32_t** y, int32_t* n) {
   if (next_run_ >= n_lines_) return false;
   const Run& run = runs_[static_cast<std::size_t>(next_run_++)];
-  *x = &point_x_[static_cast<std::size_t>(run.offset)];
-  *y = &point_y_[static_cast<std::size_t>(run.offset)];
+  *x = point_x_.get() + run.offset;
+  *y = point_y_.get() + run.offset;
   *n = run.n;
   return true;
 }
@@ -217,11 +229,8 @@ int32_t NuvImgChainLines::show(uint8_t* panels) {
   };
 
   copy_clipped(source_.pixels, n, panel(0).pixels);
-  if (refused_) {
-    std::memset(panel(1).pixels, 0, n);
-  } else {
-    find_edges(panel(1).pixels);
-  }
+  std::memset(panel(1).pixels, 0, n);
+  if (source_fits(capacity_pixels_)) find_edges(panel(1).pixels);
   std::memset(panel(2).pixels, 0, n);
   int32_t* x = nullptr;
   int32_t* y = nullptr;
@@ -276,6 +285,10 @@ bool NuvImgChainLines_GetNxtCodeLine(int32_t** ppX, int32_t** ppY, int32_t* pN) 
   return chain_lines.next_run(ppX, ppY, pN);
 }
 
-TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines() { return chain_lines.segments(); }
+TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines() {
+  return chain_lines.segments();
+}
 
-int32_t NuvImgChainLines_Debug(uint8_t* pResImg) { return chain_lines.show(pResImg); }
+int32_t NuvImgChainLines_Debug(uint8_t* pResImg) {
+  return chain_lines.show(pResImg);
+}

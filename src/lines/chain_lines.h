@@ -35,28 +35,31 @@ class NuvImgChainLines {
     int32_t offset;
   };
 
-  bool has_memory() const;
+  void allocate_for_pixels(int32_t pixels);
+  void allocate_for_lines(int32_t lines);
+  bool has_memory() const { return capacity_pixels_ > 0 && capacity_lines_ > 0; }
+  bool source_fits(int32_t pixels) const;
+  void drop_results();
   void find_edges(uint8_t* edges);
   void process_chain(Point start, int32_t n);
   bool is_spent(const Piece& piece) const;
   void record(const Piece& piece, int32_t n);
   void record_fitted(const Piece& piece);
   void mark(Point start, uint8_t* codes, int32_t n);
-  int32_t* x_at(int32_t i) { return &point_x_[static_cast<std::size_t>(point_cursor_ + i)]; }
-  int32_t* y_at(int32_t i) { return &point_y_[static_cast<std::size_t>(point_cursor_ + i)]; }
+  int32_t* x_at(int32_t i) const { return point_x_.get() + point_cursor_ + i; }
+  int32_t* y_at(int32_t i) const { return point_y_.get() + point_cursor_ + i; }
 
   Settings settings_{};
   bool fit_lines_ = false;
 
   GrayImage source_{nullptr, 0, 0};
-  bool refused_ = false;    // the last detection was larger than the memory
   int32_t init_pixels_ = 0;
 
   // By the number of pixels. The chain code and the points have room for two per pixel: the walk round thin
   // edges passes each of them twice.
   int32_t capacity_pixels_ = 0;
   Buffer<uint8_t> edges_;
-  Buffer<double> scratch_;
+  Buffer<uint8_t> scratch_;  // eight bytes per pixel
   Buffer<uint8_t> codes_;
   Buffer<int32_t> point_x_;
   Buffer<int32_t> point_y_;

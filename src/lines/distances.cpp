@@ -22,7 +22,18 @@ struct Range {
   int32_t high;
 };
 
-Range sorted(int32_t begin, int32_t end) { return {std::min(begin, end), std::max(begin, end)}; }
+Range sorted(int32_t begin, int32_t end) {
+  return {std::min(begin, end), std::max(begin, end)};
+}
+
+Range common(Range first, Range second) {
+  return {std::max(first.low, second.low), std::min(first.high, second.high)};
+}
+
+// The number of values in a range, 0 where its ends are out of order.
+int32_t size_of(Range range) {
+  return range.low > range.high ? 0 : range.high - range.low + 1;
+}
 
 }  // namespace
 }  // namespace nuv
@@ -85,14 +96,11 @@ int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t 
                           int32_t* pEnd) {
   *pBegin = 0;
   *pEnd = 0;
-  const Range first = sorted(begin1, end1);
-  const Range second = sorted(begin2, end2);
-  const int32_t begin = std::max(first.low, second.low);
-  const int32_t end = std::min(first.high, second.high);
-  if (begin > end) return 0;
-  *pBegin = begin;
-  *pEnd = end;
-  return end - begin + 1;
+  const Range both = common(sorted(begin1, end1), sorted(begin2, end2));
+  if (both.low > both.high) return 0;
+  *pBegin = both.low;
+  *pEnd = both.high;
+  return size_of(both);
 }
 
 int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2) {
@@ -104,6 +112,7 @@ int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t 
 }
 
 int32_t NuvRectOverlapArea(tagRECT rect1, tagRECT rect2) {
-  return NuvLineOverlapLen(rect1.left, rect1.right, rect2.left, rect2.right) *
-         NuvLineOverlapLen(rect1.top, rect1.bottom, rect2.top, rect2.bottom);
+  const Range columns = common(sorted(rect1.left, rect1.right), sorted(rect2.left, rect2.right));
+  const Range rows = common(sorted(rect1.top, rect1.bottom), sorted(rect2.top, rect2.bottom));
+  return size_of(columns) * size_of(rows);
 }

@@ -134,8 +134,9 @@ void NuvFittingLine(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_
 
 void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N, int32_t* pIsVertical, double* pK,
                        double* pB, double* pAngle) {
-  fit_line<double>(points_where(pX, pY, N, [pMask](int32_t i) { return pMask[i]; }))
-      .store_to(pIsVertical, pK, pB, pAngle);
+  fit_line<double>(points_where(pX, pY, N, [pMask](int32_t i) {
+    return pMask[i];
+  })).store_to(pIsVertical, pK, pB, pAngle);
 }
 
 bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
@@ -155,8 +156,9 @@ bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, in
   }
   if (kept * 2 < N) return false;
   if (kept * 3 > N * 2 + 2) return true;
-  fit_line<int32_t>(points_where(pX, pY, N, [pWork](int32_t i) { return pWork[i] < 2; }))
-      .store_to(pIsVertical, pK, pB, pAngle);
+  fit_line<int32_t>(points_where(pX, pY, N, [pWork](int32_t i) {
+    return pWork[i] < 2;
+  })).store_to(pIsVertical, pK, pB, pAngle);
   return true;
 }
 
@@ -175,7 +177,8 @@ bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t
   int32_t kept = 0;
   for (int32_t i = 0; i < N; ++i) kept += pWork[i] <= mean;
   if (kept < 2) return false;
-  fit_line<int32_t>(points_where(pX, pY, N, [=](int32_t i) { return pWork[i] <= mean; }))
-      .store_to(pIsVertical, pK, pB, pAngle);
+  fit_line<int32_t>(points_where(pX, pY, N, [=](int32_t i) {
+    return pWork[i] <= mean;
+  })).store_to(pIsVertical, pK, pB, pAngle);
   return true;
 }

@@ -21,8 +21,10 @@ using Names = std::multiset<std::string>;
 template <class Function>
 std::string listed(const char* name, const std::string& arguments, Function* /*address*/) {
   std::string text = name + arguments;
-  const std::pair<const char*, const char*> spellings[] = {
-      {"uint8_t", "unsigned char"}, {"uint32_t", "unsigned int"}, {"int32_t", "int"}, {"const char", "char const"}};
+  const std::pair<const char*, const char*> spellings[] = {{"uint8_t", "unsigned char"},
+                                                           {"uint32_t", "unsigned int"},
+                                                           {"int32_t", "int"},
+                                                           {"const char", "char const"}};
   for (const auto& [from, to] : spellings) {
     text = std::regex_replace(text, std::regex(std::string("\\b") + from + "\\b"), to);
   }
@@ -55,6 +57,8 @@ Names visible_symbols() {
   return names;
 }
 
-TEST(Exports, AreExactlyTheListedFunctions) { EXPECT_EQ(visible_symbols(), listed_exports()); }
+TEST(Exports, AreExactlyTheListedFunctions) {
+  EXPECT_EQ(visible_symbols(), listed_exports());
+}
 
 }  // namespace

@@ -12,8 +12,12 @@ using Bytes = std::vector<uint8_t>;
 using ToGray = void (*)(uint8_t*, int32_t, int32_t, uint8_t*);
 using Pixel = const uint8_t*;
 
-int whole_image_gray(Pixel p) { return (p[0] * 468 + p[1] * 2404 + p[2] * 1225) >> 12; }
-int rectangle_gray(Pixel p) { return (p[0] * 306 + p[1] * 601 + p[2] * 116) >> 10; }
+int whole_image_gray(Pixel p) {
+  return (p[0] * 468 + p[1] * 2404 + p[2] * 1225) >> 12;
+}
+int rectangle_gray(Pixel p) {
+  return (p[0] * 306 + p[1] * 601 + p[2] * 116) >> 10;
+}
 
 // All colours whose bytes are multiples of 5, and so 0 and 255 among them.
 Bytes many_colours() {
@@ -54,8 +58,8 @@ TEST(Gray, FollowsTheFormulas) {
     const Bytes colours = many_colours();
     expect_formula(colours, static_cast<int32_t>(colours.size() / 3), 1, to_gray, formula);
     for (const auto& [width, height] : kOddSizes) {
-      expect_formula(random.bytes(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3), width,
-                     height, to_gray, formula);
+      expect_formula(random.bytes(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3),
+                     width, height, to_gray, formula);
     }
   }
 }

@@ -52,7 +52,8 @@ TEST_F(Rectangles, AreCopiedPacked) {
 
 TEST_F(Rectangles, GrayAliasesAreOneFunction) {
   TestImage image = Random(10).gray(9, 8);
-  for (auto copy : {NuvCopyGryRect, NuvCopyYUV420PRect2Gry, NuvCopyYUV420SPRect2Gry, NuvCopyYUV422PRect2Gry}) {
+  for (auto copy :
+       {NuvCopyGryRect, NuvCopyYUV420PRect2Gry, NuvCopyYUV420SPRect2Gry, NuvCopyYUV422PRect2Gry}) {
     Bytes result(6);
     copy(image.data(), 9, 8, 4, 5, 2, 4, result.data());
     EXPECT_THAT(result, ElementsAre(image.at(4, 2), image.at(5, 2), image.at(4, 3), image.at(5, 3),

@@ -138,8 +138,8 @@ TEST(Chain, EnclosesWhatTheOutsideDoesNotReach) {
       TestImage drawn(image.width, image.height);
       NuvMarkChainByColor(drawn.data(), drawn.width, chain.x, chain.y, chain.data(), chain.n(), 255);
       const TestImage outside = outside_of(drawn);
-      const auto reached = NuvPixelsInGryImg(const_cast<uint8_t*>(outside.pixels.data()), outside.width,
-                                             outside.height, 255);
+      const auto reached =
+          NuvPixelsInGryImg(const_cast<uint8_t*>(outside.pixels.data()), outside.width, outside.height, 255);
       ASSERT_EQ(real_measure(chain).area, outside.width * outside.height - reached) << drawn;
       int32_t box[4];
       NuvContourRect(chain.x, chain.y, chain.data(), chain.n(), &box[0], &box[1], &box[2], &box[3]);

@@ -15,13 +15,14 @@ using Contours = std::unique_ptr<NUV_CONTOUR_STRUCT, FreeContours>;
 
 Contours get_contours(TestImage& image, int32_t min_perimeter = 0, int32_t min_area = 0, int32_t mode = 0) {
   std::vector<uint8_t> work(image.pixels.size());
-  return Contours(NuvGetContours(image.data(), work.data(), image.width, image.height, min_perimeter, min_area,
-                                 mode));
+  return Contours(
+      NuvGetContours(image.data(), work.data(), image.width, image.height, min_perimeter, min_area, mode));
 }
 
 std::vector<NUV_CONTOUR_STRUCT> as_vector(const Contours& list) {
   std::vector<NUV_CONTOUR_STRUCT> nodes;
-  for (const NUV_CONTOUR_STRUCT* node = list.get(); node != nullptr; node = node->pNext) nodes.push_back(*node);
+  for (const NUV_CONTOUR_STRUCT* node = list.get(); node != nullptr; node = node->pNext)
+    nodes.push_back(*node);
   return nodes;
 }
 
@@ -55,7 +56,7 @@ TEST(GetContours, KeepsWhatModeAndLimitsAllow) {
     std::vector<int32_t> areas;
   };
   const Case cases[] = {
-      {0, 0, 1, {25, 6}},  {0, 0, 2, {9}},      {0, 0, 7, {25, 9, 6}}, {7, 0, 0, {25, 9}},
+      {0, 0, 1, {25, 6}},    {0, 0, 2, {9}},     {0, 0, 7, {25, 9, 6}}, {7, 0, 0, {25, 9}},
       {6, 0, 0, {25, 9, 6}}, {0, 9, 0, {25, 9}}, {0, 10, 0, {25}},      {99, 0, 0, {}},
   };
   for (const Case& c : cases) {

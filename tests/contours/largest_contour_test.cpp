@@ -40,7 +40,8 @@ TEST(LargestContour, ByAreaAndByPerimeter) {
   EXPECT_EQ(found.x, 2);
   EXPECT_EQ(found.y, 2);
   for (int32_t y = 1; y <= 3; ++y) {
-    for (int32_t x = 1; x <= 10; ++x) EXPECT_EQ(image.at(x, y), original.at(x, y)) << "restored in the region";
+    for (int32_t x = 1; x <= 10; ++x)
+      EXPECT_EQ(image.at(x, y), original.at(x, y)) << "restored in the region";
   }
   found = largest(Nuv255RectWithMaxPerimeter, image, 1, 10, 1, 3);
   EXPECT_EQ(found.value, 10);

@@ -8,7 +8,9 @@ namespace {
 
 using testing::ElementsAre;
 
-std::vector<int> codes_of(const TracedChain& chain) { return {chain.codes.begin(), chain.codes.end()}; }
+std::vector<int> codes_of(const TracedChain& chain) {
+  return {chain.codes.begin(), chain.codes.end()};
+}
 
 TEST(Trace, WorkedChains) {
   struct Case {

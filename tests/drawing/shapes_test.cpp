@@ -42,7 +42,8 @@ TEST(Rectangle, FillsOnlyARegion) {
   EXPECT_EQ(image, draw({"......", "......", "......", "....##", "....##"})) << "empty";
   std::vector<uint8_t> rgb(6 * 5 * 3);
   NuvFillRGBRect(rgb.data(), 6, 5, 4, 99, 3, 99, 3, 2, 1);
-  for (std::size_t i = 0; i < image.pixels.size(); ++i) EXPECT_EQ(rgb[3 * i + 2], image.pixels[i] != 0 ? 3 : 0);
+  for (std::size_t i = 0; i < image.pixels.size(); ++i)
+    EXPECT_EQ(rgb[3 * i + 2], image.pixels[i] != 0 ? 3 : 0);
 }
 
 TEST(ChangeColor, OnTheOutlineOnly) {

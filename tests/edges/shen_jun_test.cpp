@@ -72,7 +72,8 @@ TEST(ShenJunFast, EqualsThePlainForm) {
   for (const auto& [width, height] : kOddSizes) {
     for (int32_t shift : {-1, 0, 1, 2, 3, 9}) {
       const int32_t used = std::clamp(shift, 1, 3);
-      TestImage g = random.between(0, 1) != 0 ? random.gray(width, height) : noisy_step(random, width, height);
+      TestImage g =
+          random.between(0, 1) != 0 ? random.gray(width, height) : noisy_step(random, width, height);
       const auto t = plain_smooth<int32_t>(g, [used](int32_t s, int32_t r) { return shifted(s, r, used); });
       for (int32_t threshold : {-5, 0, 1, 20, 100, 255, 256, 1000}) {
         TestImage scratch(width, height, 99);
@@ -90,9 +91,8 @@ TEST(ShenJunStdAndFine, EqualThePlainForm) {
   for (const auto& [width, height] : kOddSizes) {
     for (double a0 : {0.25, 0.5, 0.1, 1.0, 1.7}) {
       TestImage g = noisy_step(random, width, height);
-      const auto bytes = plain_smooth<uint8_t>(g, [a0](uint8_t s, uint8_t r) {
-        return nuv::low_byte(nuv::truncated((s - r) * a0 + r));
-      });
+      const auto bytes = plain_smooth<uint8_t>(
+          g, [a0](uint8_t s, uint8_t r) { return nuv::low_byte(nuv::truncated((s - r) * a0 + r)); });
       const auto floats = plain_smooth<double>(g, [a0](double s, double r) { return (s - r) * a0 + r; });
       TestImage scratch(width, height);
       TestImage edges(width, height, 99);
@@ -155,11 +155,12 @@ TEST(ShenJunLists, HoldThePointsInRasterOrderUpToTheirCapacity) {
       EXPECT_EQ(px[static_cast<std::size_t>(expected)], -1);
     };
     expect_points(
-        NuvShenJunEdgeFast(g.data(), scratch.data(), 1050, 20, 2, 30, px.data(), py.data(), capacity), ending);
+        NuvShenJunEdgeFast(g.data(), scratch.data(), 1050, 20, 2, 30, px.data(), py.data(), capacity),
+        ending);
     px.assign(px.size(), -1);
     TestImage drawn(1050, 20, 99);
-    expect_points(NuvShenJunEdgeFast(g.data(), scratch.data(), 1050, 20, 2, 30, px.data(), py.data(), capacity,
-                                     drawn.data()),
+    expect_points(NuvShenJunEdgeFast(g.data(), scratch.data(), 1050, 20, 2, 30, px.data(), py.data(),
+                                     capacity, drawn.data()),
                   completing);
     EXPECT_EQ(drawn, edges);
   }

@@ -99,7 +99,8 @@ TEST_F(FindLines, ListsAndDrawsTheLinesOfAPhotograph) {
     int y2 = 0;
     double length = 0;
     double angle = 0;
-    ASSERT_EQ(std::sscanf(line.c_str(), "%d,%d,%d,%d,%lf,%lf", &x1, &y1, &x2, &y2, &length, &angle), 6) << line;
+    ASSERT_EQ(std::sscanf(line.c_str(), "%d,%d,%d,%d,%lf,%lf", &x1, &y1, &x2, &y2, &length, &angle), 6)
+        << line;
     columns += x1 > 285 && x1 < 305 && length > 60 && std::abs(angle - 90) < 2;
     ++rows;
   }

@@ -156,16 +156,10 @@ TEST_F(BmpFile, HostileHeadersAreNullAndKeepTheDimensions) {
     bool refused_with_zeros;
   };
   const Case cases[] = {
-      {53, 1, 1, true},
-      {0, 1, 1, true},
-      {54, INT32_MAX, INT32_MAX, false},
-      {54, INT32_MIN, 1, false},
-      {54, 4, -4, false},
-      {54, -3, -3, false},
+      {53, 1, 1, true},          {0, 1, 1, true},           {54, INT32_MAX, INT32_MAX, false},
+      {54, INT32_MIN, 1, false}, {54, 4, -4, false},        {54, -3, -3, false},
       {54, 65536, 65536, false},  // a size of 0 in 32 bits
-      {54, 1, INT32_MAX, false},
-      {0xFFFFFFFF, 1, 1, false},
-      {10000, 1, 1, false},
+      {54, 1, INT32_MAX, false}, {0xFFFFFFFF, 1, 1, false}, {10000, 1, 1, false},
   };
   for (const Case& c : cases) {
     Bytes file = header(c.offset, c.width, c.height);

@@ -46,7 +46,8 @@ TEST(HistogramCapture, CountsTheSelectedPixels) {
     NuvGetHistogramInRect(image.data(), width, x1, x2, y1, y2, got.data());
     EXPECT_EQ(got, plain_histogram(image, inside));
     NuvGetHistogramByMasked(image.data(), mask.data(), width, x1, x2, y1, y2, got.data());
-    EXPECT_EQ(got, plain_histogram(image, [&](int32_t x, int32_t y) { return inside(x, y) && mask.at(x, y); }));
+    EXPECT_EQ(got,
+              plain_histogram(image, [&](int32_t x, int32_t y) { return inside(x, y) && mask.at(x, y); }));
 
     std::vector<int32_t> left(static_cast<std::size_t>(height));
     std::vector<int32_t> right(left.size());

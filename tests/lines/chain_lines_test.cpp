@@ -57,13 +57,15 @@ bool covers(const std::vector<TAVI_LINE_SEGMENT>& segments, std::pair<int32_t, i
 }
 
 TEST(ChainLines, FindTheSidesOfAPolygon) {
-  const std::initializer_list<std::pair<int32_t, int32_t>> vertices = {{20, 10}, {85, 30}, {70, 88}, {12, 70}};
+  const std::initializer_list<std::pair<int32_t, int32_t>> vertices = {
+      {20, 10}, {85, 30}, {70, 88}, {12, 70}};
   TestImage image = polygon(vertices);
   const std::vector<std::pair<int32_t, int32_t>> v(vertices);
   for (int32_t threshold : {5, 60}) {  // the exact and the fast edge filter
     const auto segments = segments_of(image, threshold);
     EXPECT_EQ(segments.size(), 4U) << threshold;
-    for (std::size_t i = 0; i < v.size(); ++i) EXPECT_TRUE(covers(segments, v[i], v[(i + 1) % v.size()])) << i;
+    for (std::size_t i = 0; i < v.size(); ++i)
+      EXPECT_TRUE(covers(segments, v[i], v[(i + 1) % v.size()])) << i;
   }
 }
 

@@ -18,12 +18,9 @@ TEST(KbLineInImage, TakesTheFirstTwoCrossingsByX) {
     Ends ends;
   };
   const Case cases[] = {
-      {0, 0, 5, true, {0, 5, 99, 5}},
-      {1, 0, 99, true, {99, 0, 99, 49}},
-      {0, 0.5, -10, true, {20, 0, 99, 39}},
+      {0, 0, 5, true, {0, 5, 99, 5}}, {1, 0, 99, true, {99, 0, 99, 49}}, {0, 0.5, -10, true, {20, 0, 99, 39}},
       {0, 1, 0, true, {0, 0, 0, 0}},  // the corner is a crossing of two borders
-      {0, 0, 50, false, kUntouched},
-      {1, 0, -1, false, kUntouched},
+      {0, 0, 50, false, kUntouched},  {1, 0, -1, false, kUntouched},
   };
   for (const Case& c : cases) {
     Ends e = kUntouched;
@@ -38,12 +35,13 @@ TEST(AbcLineInImage, WalksFromBothEndsAndMissesTheLastColumn) {
     bool found;
     Ends ends;
   };
-  const Case cases[] = {
-      {0, 1, -5, true, {0, 5, 99, 5}},    {1, 0, -98, true, {98, 0, 98, 49}},
-      {1, 0, -99, false, kUntouched},     {1, -1, 0, true, {0, 0, 49, 49}},
-      {-0.5, 1, 10, true, {18, 0, 99, 40}},  // -0.5 in column 18 truncates to row 0
-      {0, 0, 1, false, kUntouched},
-  };
+  const Case cases[] =
+      {
+          {0, 1, -5, true, {0, 5, 99, 5}},      {1, 0, -98, true, {98, 0, 98, 49}},
+          {1, 0, -99, false, kUntouched},       {1, -1, 0, true, {0, 0, 49, 49}},
+          {-0.5, 1, 10, true, {18, 0, 99, 40}},  // -0.5 in column 18 truncates to row 0
+          {0, 0, 1, false, kUntouched},
+      };
   for (const Case& c : cases) {
     Ends e = kUntouched;
     EXPECT_EQ(NuvABCLineImgBoundary(100, 50, c.a, c.b, c.c, &e[0], &e[1], &e[2], &e[3]), c.found);
@@ -58,12 +56,11 @@ TEST(HoughLineInImage, TriesTheBordersInTheirOrder) {
     Ends ends;
   };
   const Case cases[] = {
-      {500, 90, true, {0, 500, 99, 500}},  // the image is not asked
-      {-7, 0, true, {-7, 0, -7, 49}},
-      {30, 80, true, {0, 30, 99, 13}},     // left and right
-      {10, 150, true, {0, 20, 16, 49}},    // left and bottom
-      {30, 60, false, {0, 34, 0, 0}},      // left and top: the top is not taken second
-      {60, 10, true, {60, 0, 52, 49}},     // top and bottom
+      {500, 90, true, {0, 500, 99, 500}},                                   // the image is not asked
+      {-7, 0, true, {-7, 0, -7, 49}},     {30, 80, true, {0, 30, 99, 13}},  // left and right
+      {10, 150, true, {0, 19, 16, 49}},                                     // left, at 19.99, and bottom
+      {30, 60, false, {0, 34, 0, 0}},   // left and top: the top is not taken second
+      {60, 10, true, {60, 0, 52, 49}},  // top and bottom
       {-90, 60, false, {0, 0, 0, 0}},
   };
   for (const Case& c : cases) {

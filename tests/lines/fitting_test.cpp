@@ -32,7 +32,8 @@ struct Points {
     return NuvFittingLineTwice(x.data(), y.data(), work.data(), n(), &f.is_vertical, &f.k, &f.b, &f.angle);
   }
   bool by_mean(Fit& f) {
-    return NuvFittingLineTwiceByMean(x.data(), y.data(), work.data(), n(), &f.is_vertical, &f.k, &f.b, &f.angle);
+    return NuvFittingLineTwiceByMean(x.data(), y.data(), work.data(), n(), &f.is_vertical, &f.k, &f.b,
+                                     &f.angle);
   }
 };
 
