@@ -23,7 +23,8 @@
 ///   size; it is wholly overwritten and holds T on return.
 /// - pResImg receives 255 on edge pixels and 0 elsewhere, the outermost rows and columns included. It must be
 ///   another buffer than the other two.
-/// - An image less than 3 pixels wide or high has no interior, so no edges.
+/// - grdThreshold is in gray levels. At 0 or below the step condition always holds, above 255 never.
+/// - An image less than 3 pixels wide or high has no interior, so no edges. One without pixels writes nothing.
 ///
 /// @see J. Shen and S. Castan, An optimal linear operator for step edge detection, 1992
 #ifndef NUV_EDGES_H
@@ -36,7 +37,8 @@
 /// Edges with a floating coefficient on a byte scratch image: step truncates (new - old)*a0 + old toward
 /// zero.
 ///
-/// @param a0  weight of the new sample, meaningful above 0 up to 1: 1 smoothes nothing, and finds nothing
+/// @param a0  weight of the new sample, meaningful above 0 up to 1: 1 smoothes nothing, and finds nothing. Steps
+///            beyond a byte, as other values give them, are stored as their low byte
 NUV_API void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, double a0,
                                int32_t grdThreshold, uint8_t* pResImg);
 
@@ -50,8 +52,7 @@ NUV_API void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t widt
 ///
 /// @param pX, pY  receive the points, maxN entries each, and one entry if maxN is 0 or below
 /// @param maxN    capacity: the search returns as soon as maxN points are stored. It is compared after a
-/// point
-///                is stored, so 0 or below still stores the first point
+///                point is stored, so 0 or below still stores the first point
 /// @return the number of points stored
 NUV_API int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,
                                    int32_t shift, int32_t grdThreshold, int32_t* pX, int32_t* pY,

@@ -5,9 +5,8 @@
 /// forms:
 ///
 ///     ABC     A*x + B*y + C = 0, never normalised
-///     KB      isVertical = 0: y = k*x + b;  else x = k*y + b. Producers set isVertical for every line
-///     steeper
-///             than the diagonal, so that |k| <= 1
+///     KB      isVertical = 0: y = k*x + b;  else x = k*y + b. Producers set isVertical for every
+///             line steeper than the diagonal, so that |k| <= 1
 ///     2P      the line through two points
 ///     Hough   x*cos(Theta) + y*sin(Theta) = Thro, Theta in whole degrees 0..180, Thro in whole pixels, which
 ///             may be negative
@@ -223,8 +222,7 @@ NUV_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height
 /// meet counts in both.
 ///
 /// @param x1, y1, x2, y2  two points in the image. The walk is in single precision; the pixels that it would
-/// step
-///                        past the rows of the two points, in large images, are not counted
+///                        step past the rows of the two points, in large images, are not counted
 NUV_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                int32_t y2, int32_t gray, int32_t* pEqual, int32_t* pOther);
 
@@ -251,11 +249,9 @@ NUV_API int32_t NuvPixelsOnRect(uint8_t* pGryImg, int32_t width, int32_t height,
 /// @param x1, x2  columns of the image, inclusive; what lies outside the image is cut off
 /// @param dist    distance of the samples from the line along its minor axis
 /// @param bMark   true: the image is changed, counted line pixels to 255 and then their samples to 0, at
-/// once,
-///                so that later samples read the marks
+///                once, so that later samples read the marks
 /// @return the least of the trimmed mean difference, the plain mean difference, and the difference between
-/// the
-///         mean of one side and that of the other, each in truncating integers; 0 if nothing counted
+///         the mean of one side and that of the other, each in truncating integers; 0 if nothing counted
 NUV_API int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    double A, double B, double C, int32_t dist, bool bMark);
 
@@ -312,16 +308,18 @@ NUV_API bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork,
 //
 // This is one global object: one thread at a time. All memory is allocated in NuvImgChainLines_Initialize.
 
-/// Sizes the detector and sets it up. May be called again at any time; memory never shrinks.
+/// Sizes the detector and sets it up. May be called again at any time; memory never shrinks. The results of
+/// the last detection stay unless the call needs more memory than the detector has: then there are no lines.
 ///
 /// @param width, height    the largest image to come, by its number of pixels
 /// @param minStraightness  least ratio of chord to path of a straight stretch, below 1; 0.9 allows slight
 /// bends.
 ///                         It also sets how much of each end a fit leaves out: a share of (1 - it)/2
 /// @param maxDeviation     greatest mean distance of the path from its chord, in pixels; 1 is typical
-/// @param minLength        least length of a chain and of a stretch, in pixels, at least 6
+/// @param minLength        least length of a chain, in codes, and of a stretch while it is followed, in pixels
+///                         of path; at least 6. A stretch at the end of its chain gives up one code
 /// @param grdThreshold     least gray-level step of an edge, at least 1
-/// @param maxLines         capacity; stretches beyond it are dropped
+/// @param maxLines         capacity, of lines and of stretches per chain; what is beyond it is dropped
 /// @return false if memory is missing, or none was ever asked for
 NUV_API bool NuvImgChainLines_Initialize(int32_t width, int32_t height, double minStraightness,
                                          double maxDeviation, int32_t minLength, int32_t grdThreshold,
@@ -334,32 +332,34 @@ NUV_API int32_t NuvImgChainLines_DoBinImg(uint8_t* pGryImg, int32_t width, int32
 ///
 /// @param pGryImg    gray image; must stay alive for NuvImgChainLines_Debug
 /// @param bFitLines  true: fit a line to each stretch and clip it to its points, which also trims the
-/// stretch;
-///                   false: give the stretches as they were cut
+///                   stretch; false: give the stretches as they were cut
 /// @return the number of lines; 0 for an image larger than NuvImgChainLines_Initialize was told, and without
 ///         memory
 NUV_API int32_t NuvImgChainLines_DoGryImg(uint8_t* pGryImg, int32_t width, int32_t height, bool bFitLines);
 
 /// Hands out the points of the next line found, in order.
 ///
-/// @param ppX, ppY  receive pointers to the points, inside the detector and good until the next detection
+/// @param ppX, ppY  receive pointers to the points, inside the detector and good until the next detection, or
+///                  until NuvImgChainLines_Initialize needs more memory
 /// @param pN        receives their number
 /// @return false, and nothing written, when there is no further line
 NUV_API bool NuvImgChainLines_GetNxtCodeLine(int32_t** ppX, int32_t** ppY, int32_t* pN);
 
-/// The fitted segments, as many as the detection returned, inside the detector and good until the next
-/// detection; null if the last detection did not fit lines.
+/// The fitted segments, as many as the detection returned, inside the detector and good for as long as the
+/// points of NuvImgChainLines_GetNxtCodeLine; null if the last call for a detection, refused or not, asked for
+/// no fit.
 NUV_API TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines();
 
 /// Shows the last detection in six panels of width*height bytes, one behind the other.
 ///
 ///     0  the source, at most 250          3  the edges that made no line
 ///     1  the edge image                   4  the fitted segments in 255
-///     2  the points of the lines in 254   5  the source with the segments, or without fitting the points, in
-///     255
+///     2  the points of the lines in 254   5  panel 0, with the segments (without a fit, the points) in 255
 ///
-/// Lines already fetched by NuvImgChainLines_GetNxtCodeLine are missing from panels 2, 3 and 5; fetching
-/// starts over afterwards. After a refused detection panel 1 is 0; before any detection nothing is written.
+/// The points of lines already fetched by NuvImgChainLines_GetNxtCodeLine are missing from panel 2 and what
+/// comes from it; fetching starts over afterwards. width and height are those of the last call for a
+/// detection. Panel 1 is computed anew, with the settings of now; it is 0 for an image that the detector has no
+/// memory for. Before any detection nothing is written.
 ///
 /// @param pResImg  receives 6*width*height bytes
 /// @return the number of lines

@@ -128,8 +128,28 @@ TEST(ChainLines, RefuseImagesBeyondTheirSize) {
   EXPECT_FALSE(NuvImgChainLines_GetNxtCodeLine(&x, &y, &n));
   std::vector<uint8_t> panels(6 * image.pixels.size(), 9);
   EXPECT_EQ(NuvImgChainLines_Debug(panels.data()), 0);
-  EXPECT_EQ(*std::max_element(panels.begin() + kSize * kSize, panels.begin() + 5 * kSize * kSize), 0);
+  EXPECT_EQ(*std::max_element(panels.begin() + 2 * kSize * kSize, panels.begin() + 3 * kSize * kSize), 0);
   EXPECT_EQ(NuvImgChainLines_DoGryImg(image.data(), 65536, 65536, true), 0) << "0 pixels in 32 bits";
+}
+
+TEST(ChainLines, GrowingMemoryDropsTheResults) {
+  TestImage image = polygon({{20, 10}, {85, 30}, {70, 88}, {12, 70}});
+  std::vector<uint8_t> panels(6 * image.pixels.size());
+  int32_t* x = nullptr;
+  int32_t* y = nullptr;
+  int32_t n = 0;
+  int32_t side = 500;
+  int32_t lines = 5000;
+  for (int32_t round = 0; round < 6; ++round) {
+    ASSERT_FALSE(segments_of(image, 60).empty());
+    (round % 2 == 0 ? side : lines) += 100;
+    EXPECT_TRUE(NuvImgChainLines_Initialize(side, side, 0.9, 1.0, 20, 60, lines));
+    EXPECT_FALSE(NuvImgChainLines_GetNxtCodeLine(&x, &y, &n));
+    EXPECT_EQ(NuvImgChainLines_Debug(panels.data()), 0);
+  }
+  ASSERT_FALSE(segments_of(image, 60).empty());
+  EXPECT_TRUE(NuvImgChainLines_Initialize(10, 10, 0.9, 1.0, 20, 60, 10));
+  EXPECT_TRUE(NuvImgChainLines_GetNxtCodeLine(&x, &y, &n)) << "nothing was freed";
 }
 
 TEST(ChainLines, DebugPanelsShowEachStage) {
