@@ -2,8 +2,8 @@
 /// RGB, gray and channel operations.
 ///
 /// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. Results of a rectangle are
-/// packed: rows of x2-x1+1 pixels, one behind the other. Rectangles must lie inside the image; an empty one
-/// writes nothing. The argument height of a rectangle function is not read.
+/// packed: rows of x2-x1+1 pixels, one behind the other. Rectangles must lie inside the image; of an
+/// empty one nothing is copied. The argument height of a rectangle function is not read.
 ///
 /// Two gray weightings are in use, and they differ in which end of the pixel is red:
 ///
@@ -34,7 +34,7 @@ NUV_API void NuvExtractMaxRGB2GryImg(uint8_t* pRGBImg, int32_t width, int32_t he
 
 // ---- Channels --------------------------------------------------------------------------------------------
 //
-// channel is 0, 1 or 2 and is not tested.
+// channel is 0, 1 or 2 and is not tested. A gray image has width*height bytes, an RGB image three times as many.
 
 /// One byte of each pixel.
 NUV_API void NuvSelectRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
@@ -113,7 +113,8 @@ NUV_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height,
 /// colours, and each pixel goes to the nearer one (one step of 2-means, from a split at the mean).
 ///
 /// The gray is that of the rectangle weighting, its mean truncated; a mean colour is truncated per byte, and
-/// that of a class without pixels is 0, 0, 0. Distances are sums of squared byte differences.
+/// that of a class without pixels is 0, 0, 0. Distances are sums of squared byte differences. Sums are 32-bit
+/// and wrap: they hold 8 million white pixels.
 ///
 /// @param bBright               true: 255 marks the bright colour; false: the dark one
 /// @param pGryImg               receives the gray of the rectangle
@@ -126,7 +127,8 @@ NUV_API void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t heigh
 /// Mean colour of the first pixels of each row of a rectangle, as many as the row has mask hits.
 ///
 /// A mask byte hits if it is exactly 255. The k hits of a row select the k pixels from column x1 on, wherever
-/// in the row they lie: a mask that fills its rows from the left gives the mean under the mask.
+/// in the row they lie: a mask that fills its rows from the left gives the mean under the mask. Sums are 32-bit
+/// and wrap: they hold 8 million white pixels.
 ///
 /// @param pMskImg              mask of the size of the image
 /// @param pRed, pGreen, pBlue  receive the truncated means of byte 2, 1 and 0; all 0 without a hit

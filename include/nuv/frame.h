@@ -46,7 +46,7 @@ NUV_API int32_t NuvPixelsInGryImg(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// The share of background pixels in a region: their number over (x2-x1+1)*(y2-y1+1).
 ///
 /// @param x1, x2, y1, y2  region; must lie inside the image, it is not clamped
-/// @return 0 to 1; not a number if the area is 0
+/// @return 0 to 1; of an empty region 0, or not a number where one of its two factors is 0
 NUV_API double NuvGetBlackRatioInBinaryImg(uint8_t* pBinImg, int32_t width, int32_t x1, int32_t x2,
                                            int32_t y1, int32_t y2);
 
@@ -66,7 +66,7 @@ NUV_API int32_t NuvGetWhitePixelsNum(uint8_t* pBinImg, int32_t width, int32_t he
 ///
 /// @param pFileName  path, zero-terminated
 /// @param pNakeName  receives the name; must have room for everything behind the last backslash, with its
-///                   terminating zero
+///                   terminating zero, as that is copied before it is cut. May be pFileName itself
 NUV_API void NuvGetFileNakeName(char* pFileName, char* pNakeName);
 
 /// Reads an 8-bit BMP file. The pixel values are taken as they stand, whatever the palette.
@@ -76,19 +76,23 @@ NUV_API void NuvGetFileNakeName(char* pFileName, char* pNakeName);
 /// count at byte 28 itself.
 ///
 /// @param pFileName        path, zero-terminated
-/// @param pWidth, pHeight  receive the file's dimensions; 0 if the file cannot be opened, is shorter than
-///                         its 54 bytes of headers, or gives an offset of its pixels below 54
+/// @param pWidth, pHeight  receive the file's dimensions, also where a later failure makes the result null; 0
+///                         if the file cannot be opened, is shorter than its 54 bytes of headers, or gives an
+///                         offset of its pixels below 54
 /// @return the image, width*height bytes, to be released with delete[]; a height or width of 0 gives an image
 ///         without pixels. Null on failure: the above, a negative dimension, rows that the file does not
-///         hold (with their padding), or no memory
+///         hold (with their padding), no memory, or something that is no file and has no end to seek
 NUV_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
 
 /// Writes a gray image as an 8-bit BMP file with the gray palette 0..255.
 ///
 /// Padding repeats the last pixel of its row. The header's file size field leaves padding out of the count.
 ///
+/// A width or height of 0 or below gives a file of headers and palette alone.
+///
 /// @return false if the file cannot be opened or any write came back short; the file is then completed as
-///         far as the stream allows
+///         far as the stream allows. What is still buffered when the file is closed, and is lost then, does not
+///         show: a host that must know compares the file's length
 NUV_API bool NuvWrite8BitImg2BmpFile(uint8_t* pGryImg, int32_t width, int32_t height, const char* pFileName);
 
 /// NuvWrite8BitImg2BmpFile with the last four palette entries coloured, to see marks in an image: 252 shows

@@ -97,14 +97,14 @@ NUV_API int32_t NuvGetMostInHistogram(int32_t* pHistogram, int32_t* pMaxCount);
 
 /// The lower tail: the lowest value whose cumulative count from 0 upward exceeds truncate(N*ratio).
 ///
-/// @param ratio  share of the pixels to leave below; 0 gives the lowest value present, and so does a negative
-///               ratio give 0
+/// @param ratio  share of the pixels to leave below; 0 gives the lowest value present. A negative ratio gives 0,
+///               and so does one whose product with N is not finite or beyond int32_t
 /// @return 0 to 255; 256 if no value exceeds it (a ratio of 1 or more, or an empty histogram)
 NUV_API int32_t NuvGetMinValueInHistogram(int32_t* pHistogram, double ratio);
 
 /// The upper tail: the highest value whose cumulative count from 255 downward exceeds truncate(N*ratio).
 ///
-/// @return 0 to 255; -1 if no value exceeds it; a negative ratio gives 255
+/// @return 0 to 255; -1 if no value exceeds it; 255 where NuvGetMinValueInHistogram tells of 0
 NUV_API int32_t NuvGetMaxValueInHistogram(int32_t* pHistogram, double ratio);
 
 /// The centre of the plateau that begins at the most frequent value.

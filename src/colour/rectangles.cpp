@@ -136,10 +136,10 @@ void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32
   if (region.empty()) return;
 
   NuvCopyRGBRect2Gry(pRGBImg, width, height, x1, x2, y1, y2, pGryImg);
-  const int32_t area = region.columns() * region.rows();
+  const std::ptrdiff_t area = GrayImage{pGryImg, region.columns(), region.rows()}.size();
   int32_t sum = 0;
-  for (int32_t i = 0; i < area; ++i) sum += pGryImg[i];
-  const int32_t average = sum / area;
+  for (std::ptrdiff_t i = 0; i < area; ++i) sum += pGryImg[i];
+  const auto average = static_cast<int32_t>(sum / area);
 
   ColourMean bright;
   ColourMean dark;

@@ -57,7 +57,6 @@ uint32_t field32(const uint8_t* bytes) {
 // Whether the rows lie wholly in the file. Only the 8-bit form asks for the padding of the last row.
 bool file_holds_rows(std::FILE* file, int64_t offset, int64_t row_bytes, int64_t height,
                      bool needs_last_padding) {
-  if (height == 0 || row_bytes == 0) return true;
   if (std::fseek(file, 0, SEEK_END) != 0) return false;
   const int64_t available = static_cast<int64_t>(std::ftell(file)) - offset;
   const int64_t padding = padding_of(row_bytes);
@@ -83,21 +82,20 @@ uint8_t* read_bmp(const char* name, int32_t* width, int32_t* height) {
   if (*width < 0 || *height < 0) return nullptr;
 
   const int64_t row_bytes = static_cast<int64_t>(*width) * BytesPerPixel;
-  const int64_t padding = padding_of(row_bytes);
+  if (row_bytes == 0 || *height == 0) return allocate<uint8_t>(0).release();
   if (!file_holds_rows(file.get(), offset, row_bytes, *height, BytesPerPixel == 1)) return nullptr;
   if (std::fseek(file.get(), static_cast<long>(offset), SEEK_SET) != 0) return nullptr;
 
   Buffer<uint8_t> image = allocate<uint8_t>(static_cast<std::size_t>(row_bytes * *height));
   if (!image) return nullptr;
-  if (row_bytes == 0) return image.release();
+  const auto wanted = static_cast<std::size_t>(row_bytes);
+  const auto padding = static_cast<std::size_t>(padding_of(row_bytes));
   for (int64_t y = *height - 1; y >= 0; --y) {
-    const auto wanted = static_cast<std::size_t>(row_bytes);
     if (std::fread(&image[static_cast<std::size_t>(y * row_bytes)], 1, wanted, file.get()) != wanted) {
       return nullptr;
     }
     std::array<uint8_t, 3> skipped{};
-    const auto skip = static_cast<std::size_t>(padding);
-    const bool skipped_all = std::fread(skipped.data(), 1, skip, file.get()) == skip;
+    const bool skipped_all = std::fread(skipped.data(), 1, padding, file.get()) == padding;
     // A colour image needs no padding behind its last row.
     if (!skipped_all && BytesPerPixel == 1) return nullptr;
   }

@@ -46,7 +46,9 @@ void NuvGetHistogramInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t 
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
   const Region region{x1, x2, y1, y2};
   ByteCounter counter;
-  for (int32_t y = y1; y <= y2; ++y) counter.add(image.at(x1, y), region.columns());
+  if (!region.empty()) {
+    for (int32_t y = y1; y <= y2; ++y) counter.add(image.at(x1, y), region.columns());
+  }
   counter.store_to(pHistogram);
 }
 

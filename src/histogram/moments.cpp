@@ -20,6 +20,11 @@ int32_t total(const int32_t* bins) {
 
 namespace {
 
+// Division that truncates, of 32-bit sums that may have wrapped: no quotient of theirs is a trap.
+int32_t quotient(int64_t sum, int64_t n) {
+  return static_cast<int32_t>(sum / n);
+}
+
 // The mean, from a floating sum of 32-bit products.
 double mean(const int32_t* bins, int32_t n) {
   double sum = 0.0;
@@ -91,11 +96,11 @@ void NuvGetImageAvrAndDif(int32_t* pHistogram, int32_t* pAvr, int32_t* pDif) {
   if (n == 0) return;
   int32_t sum = 0;
   for (int32_t v = 0; v < kBins; ++v) sum += v * pHistogram[v];
-  const int32_t avr = sum / n;
+  const int32_t avr = quotient(sum, n);
   int32_t absolute = 0;
   for (int32_t v = 0; v < kBins; ++v) absolute += std::abs(v - avr) * pHistogram[v];
   *pAvr = avr;
-  *pDif = absolute / n;
+  *pDif = quotient(absolute, n);
 }
 
 int32_t NuvGetImageAvrAndDevAndDif(int32_t* pHistogram, double* pAvr, double* pDev, double* pDif) {

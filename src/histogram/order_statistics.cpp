@@ -15,7 +15,7 @@ int32_t count_at(const int32_t* bins, int32_t v) {
 // Walks from first by step, and gives the first value whose cumulative count exceeds the ratio of the total;
 // the value behind the last one if there is none.
 int32_t tail(const int32_t* bins, double ratio, int32_t first, int32_t step) {
-  int32_t left = truncated(total(bins) * ratio);
+  int64_t left = truncated(total(bins) * ratio);
   int32_t v = first;
   for (int32_t steps = 0; steps < kBins; ++steps, v += step) {
     left -= bins[v];

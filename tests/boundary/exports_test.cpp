@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <regex>
 #include <set>
 #include <string>
 
@@ -19,16 +18,18 @@ using Names = std::multiset<std::string>;
 // A listed function as a demangler writes it. That the header declares it with these argument types and
 // this result is checked by the compiler, where EXPORT takes its address.
 template <class Function>
-std::string listed(const char* name, const std::string& arguments, Function* /*address*/) {
-  std::string text = name + arguments;
-  const std::pair<const char*, const char*> spellings[] = {{"uint8_t", "unsigned char"},
+std::string listed(const char* name, std::string arguments, Function* /*address*/) {
+  // The unsigned types come first: their names hold those of the signed ones.
+  const std::pair<std::string, std::string> spellings[] = {{"uint8_t", "unsigned char"},
                                                            {"uint32_t", "unsigned int"},
                                                            {"int32_t", "int"},
                                                            {"const char", "char const"}};
   for (const auto& [from, to] : spellings) {
-    text = std::regex_replace(text, std::regex(std::string("\\b") + from + "\\b"), to);
+    for (std::size_t at = 0; (at = arguments.find(from, at)) != std::string::npos; at += to.size()) {
+      arguments.replace(at, from.size(), to);
+    }
   }
-  return text;
+  return name + arguments;
 }
 
 Names listed_exports() {

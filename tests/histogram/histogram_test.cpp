@@ -61,6 +61,15 @@ TEST(HistogramCapture, CountsTheSelectedPixels) {
   }
 }
 
+TEST(HistogramCapture, OfAnEmptyRectangleReadsNothing) {
+  TestImage image(10, 1);
+  for (int32_t x2 : {1, INT32_MIN}) {
+    Bins got = bins({{3, 3}});
+    NuvGetHistogramInRect(image.data(), 10, 2, x2, 0, 0, got.data());
+    EXPECT_EQ(got, Bins{});
+  }
+}
+
 TEST(HistogramMoments, OfTwoValues) {
   Bins h = bins({{10, 3}, {20, 1}});
   double avr = 0;
@@ -160,6 +169,11 @@ TEST(OrderStatistics, TailsExceedTheTruncatedShare) {
   EXPECT_EQ(NuvGetMaxValueInHistogram(h.data(), 1.0), -1);
   EXPECT_EQ(NuvGetMinValueInHistogram(h.data(), -0.5), 0);
   EXPECT_EQ(NuvGetMaxValueInHistogram(h.data(), -0.5), 255);
+  h = bins({{0, 5}, {255, 5}});
+  for (double ratio : {-3e8, -1e300, 1e300, std::nan("")}) {
+    EXPECT_EQ(NuvGetMinValueInHistogram(h.data(), ratio), 0) << ratio;
+    EXPECT_EQ(NuvGetMaxValueInHistogram(h.data(), ratio), 255) << ratio;
+  }
 }
 
 TEST(OrderStatistics, MostFrequentIsTheLowestOfEquals) {
