@@ -27,7 +27,8 @@
 
 // ---- Tracing ---------------------------------------------------------------------------------------------
 
-/// Traces one contour from its start pixel and marks it in the image.
+/// Traces one contour from its start pixel and marks it in the image. The pixel at the left of the start (of a
+/// hole: at its right) becomes 1 whatever it holds, and the start 254.
 ///
 /// Neighbours are 8-connected. The walk ends when it stands on the start pixel with no way left that it has
 /// not gone, so a figure of eight is one chain.
@@ -48,7 +49,7 @@ NUV_API void NuvMarkContour(uint8_t* pBinImg, int32_t width, int32_t x, int32_t 
 /// All contours of a binary image, in the order in which a scan by rows meets them.
 ///
 /// An object pixel must be exactly 255 to start an outer contour, after a pixel below 10; a pixel of exactly
-/// 0 after one above 250 starts the contour of a hole.
+/// 0 after one above 250 starts the contour of a hole. Tracing takes all from 2 up for object.
 ///
 /// @param pBinImg       binary image. Changed: the four sides become 0, and at the end every pixel below 50
 ///                      becomes 0 and every other 255
@@ -67,8 +68,9 @@ NUV_API void NuvFreeContours(NUV_CONTOUR_STRUCT* pContours);
 
 /// The outer contour of greatest area in a region.
 ///
-/// The region widened by one pixel on each side, as far as the image goes, gets an outline of 0, which stays.
-/// Rows y1, y1+yStep, ... are scanned for contours.
+/// The region widened by one pixel on each side, as far as the image goes, gets an outline of 0. It stays, but
+/// that tracing leaves 1 where it touched it. Inside it the first row and every yStep-th one from there are
+/// scanned for contours.
 ///
 /// @param pBinImg         binary image. Changed: the outline, and in the region as given (its part in the
 ///                        image) every pixel below 50 becomes 0 and every other 255
@@ -116,7 +118,7 @@ NUV_API void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N
 /// With c and s the cosine and sine times 1024, truncated, a position becomes xr = (c*x - s*y) >> 10,
 /// yr = (s*x + c*y) >> 10.
 ///
-/// @param angle               degrees
+/// @param angle               degrees, times 3.1415926/180
 /// @param pX1, pX2, pY1, pY2  receive the least and greatest xr, the least and greatest yr; an empty chain
 ///                            gives those of its start point
 NUV_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, double angle,
@@ -126,6 +128,7 @@ NUV_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, in
 ///
 /// A bar of width W has the length L = perimeter/2 - W and the area W*L. The misfit is
 /// |area - W*L| / min(area, W*L); widths that leave a length below 1 are not tried.
+/// Widths are meant to be positive.
 ///
 /// @param pWidth   receives the best width, the narrowest of equals; 10000 if there is none
 /// @param pLength  receives that bar's length, rounded; left alone if there is none
@@ -174,7 +177,8 @@ NUV_API int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, i
 NUV_API bool NuvIsPointOnContour(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t px,
                                  int32_t py);
 
-/// Whether (px, py) lies inside or on a closed chain, by the crossings at its right in its row.
+/// Whether (px, py) lies inside or on a closed chain, by the crossings at its right in its row. Inside the
+/// chain of a hole are the pixels of the hole, without the rim that the chain runs over.
 ///
 /// @return false for N below 1
 NUV_API bool NuvIsPointIncludedByChain(int32_t px, int32_t py, int32_t x, int32_t y, uint8_t* pChainCode,

@@ -5,7 +5,7 @@
 /// byte 0 = b, byte 1 = g, byte 2 = r, the low byte of each. Nothing is drawn outside an image.
 ///
 /// The forms of a line are told in nuv/lines.h. A line by an equation gets one pixel per column, or one per
-/// row where it is steep.
+/// row where it is steep. Coordinates truncate toward zero, so that those between -1 and 0 are drawn at 0.
 #ifndef NUV_DRAWING_H
 #define NUV_DRAWING_H
 
@@ -38,7 +38,8 @@ NUV_API void NuvRGBLine(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t
 NUV_API void NuvDrawDegreeLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x0, int32_t y0,
                                double degree, int32_t color);
 
-/// The line in KB form, the coordinate rounded as truncate(value + 0.5).
+/// The line in KB form: by columns, y = truncate(k*x + b + 0.5), if isVertical is 0; by rows, x likewise from
+/// k*y + b, if it is not.
 NUV_API void NuvDrawKBLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t isVertical, double k,
                            double b, int32_t color);
 
@@ -76,7 +77,7 @@ NUV_API void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int
 
 /// The ellipse with centre (cx, cy) and half axes rx, ry, of four mirrored polylines with one vertex per
 /// column, drawn and clamped as NuvGryLine does. A negative rx draws nothing; rx = 0, which leaves the shape
-/// without a flattening, draws a line from the centre up to row 0.
+/// without a flattening, draws column cx from the centre up to row 0, whatever ry is.
 NUV_API void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy,
                            int32_t rx, int32_t ry, int32_t color);
 

@@ -38,12 +38,6 @@ constexpr AreaOfTurn kAreaOfTurn[8][8] = {
     {kPlusY1, kPlusY1, kPlusY1, kPlus1, kNothing, kNothing, kNothing, kPlusY1},
 };
 
-int32_t odd_codes(const uint8_t* codes, int32_t n) {
-  int32_t odd = 0;
-  for (int32_t i = 0; i < n; ++i) odd += codes[i] & 1;
-  return odd;
-}
-
 // Bounds that grow with the points shown to them.
 struct Bounds {
   int32_t x1;
@@ -75,9 +69,8 @@ void NuvRealAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int
     area += turn.per_y * y + turn.constant;
     y += kDy[code];
   }
-  const int32_t odd = odd_codes(pChainCode, N);
   *pArea = std::abs(area);
-  *pPerimeter = perimeter_of(N - odd, odd);
+  *pPerimeter = perimeter_of(pChainCode, N);
 }
 
 void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter) {
@@ -88,8 +81,7 @@ void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t
     sum += (kDy[code] * 0.5 + y) * kDx[code];
     y += kDy[code];
   }
-  const int32_t odd = odd_codes(pChainCode, N);
-  *pPerimeter = perimeter_of(N - odd, odd);
+  *pPerimeter = perimeter_of(pChainCode, N);
   const int32_t half_perimeter = *pPerimeter / 2;
   *pArea = truncated(std::fabs(sum) + 0.5 + half_perimeter);
 }
@@ -114,7 +106,7 @@ void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_
                     int32_t* pY1, int32_t* pY2) {
   Bounds bounds({x, y});
   Point p{x, y};
-  for (int32_t i = 0; i < N - 1; ++i) {
+  for (int32_t i = 0; i + 1 < N; ++i) {
     p = stepped(p, pChainCode[i]);
     // The extremes of a contour fall on its turns.
     if (pChainCode[i] != pChainCode[i + 1]) bounds.add(p);

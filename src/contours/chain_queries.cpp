@@ -50,7 +50,7 @@ bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, 
 
 int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine) {
   int32_t count = 0;
-  walk_ends({{x, y}, pChainCode, N}, N - 1, [&](Point p) { count += p.y == yLine; });
+  walk_ends({{x, y}, pChainCode, N}, N > 0 ? N - 1 : 0, [&](Point p) { count += p.y == yLine; });
   return count;
 }
 

@@ -17,10 +17,13 @@ struct Size {
 
 int32_t largest_contour(GrayImage image, uint8_t* codes, Region region, int32_t y_step,
                         int32_t Size::*compared, tagRECT* rect, int32_t* center_x, int32_t* center_y) {
-  const int32_t left = std::max(region.x1 - 1, 0);
-  const int32_t right = std::min(region.x2 + 1, image.width - 1);
-  const int32_t top = std::max(region.y1 - 1, 0);
-  const int32_t bottom = std::min(region.y2 + 1, image.height - 1);
+  // Hosts mean "everything" by ends at the limits of the type: stepping past those must not wrap.
+  const auto before = [](int32_t end) { return end > 0 ? end - 1 : 0; };
+  const auto behind = [](int32_t end, int32_t size) { return end < size - 1 ? end + 1 : size - 1; };
+  const int32_t left = before(region.x1);
+  const int32_t right = behind(region.x2, image.width);
+  const int32_t top = before(region.y1);
+  const int32_t bottom = behind(region.y2, image.height);
   // The clear border that the tracer needs.
   NuvDrawGryRect(image.pixels, image.width, image.height, left, right, top, bottom, 0);
 

@@ -63,7 +63,7 @@ void trace_contour(uint8_t* start, int32_t width, bool is_outer, Store store) {
 class ChainSink {
  public:
   // A buffer of capacity bytes takes capacity - 1 codes.
-  ChainSink(uint8_t* codes, int32_t capacity) : codes_(codes), limit_(capacity - 1) {}
+  ChainSink(uint8_t* codes, int32_t capacity) : codes_(codes), limit_(capacity > 0 ? capacity - 1 : 0) {}
   void operator()(uint8_t code) {
     if (count_ < limit_) codes_[count_++] = code;
   }

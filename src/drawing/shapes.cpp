@@ -53,6 +53,7 @@ void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pX
 
 void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy, int32_t rx,
                    int32_t ry, int32_t color) {
+  if (rx < 0) return;
   const auto line = [=](int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
     NuvGryLine(pGryImg, width, height, x1, y1, x2, y2, color);
   };
@@ -60,8 +61,9 @@ void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, 
   const double flattening = ry / half_axis;
   int32_t px = cx - rx;
   int32_t py = cy;
-  for (int32_t x = cx - rx; x <= cx; ++x) {
-    const double from_center = x - cx;
+  for (int32_t step = -rx; step <= 0; ++step) {
+    const int32_t x = cx + step;
+    const double from_center = step;
     const double d = std::sqrt(half_axis * half_axis - from_center * from_center);
     const int32_t y = truncated(cy - d * flattening);
     line(px, py, x, y);

@@ -62,6 +62,11 @@ TEST(LargestContour, OutlinesTheRegionAndScansItsRowsByStep) {
   EXPECT_EQ(largest(Nuv255RectWithMaxArea, line, 0, 4, 1, 3, -5).value, 3) << "a step below 1 is 1";
 }
 
+TEST(LargestContour, TakesTheLimitsOfTheTypeForEverything) {
+  TestImage image = square_and_line();
+  EXPECT_EQ(largest(Nuv255RectWithMaxArea, image, INT32_MIN, INT32_MAX, INT32_MIN, INT32_MAX).value, 9);
+}
+
 TEST(LargestContour, OfNothingLeavesTheCentreAlone) {
   TestImage image(9, 9);
   const Largest found = largest(Nuv255RectWithMaxArea, image, -5, 20, -5, 20);
