@@ -12,7 +12,10 @@
 namespace nuv {
 namespace {
 
-int32_t perimeter_of(int32_t even, int32_t odd) {
+int32_t perimeter_of(const uint8_t* codes, int32_t n) {
+  int32_t odd = 0;
+  for (int32_t i = 0; i < n; ++i) odd += is_diagonal(codes[i]);
+  const int32_t even = std::max(n, 0) - odd;
   return truncated(even + std::sqrt(2.0) * odd + 0.5);
 }
 
