@@ -8,22 +8,23 @@ need_packages "${build_packages[@]}" "${bench_packages[@]}"
 build bench
 # Repetitions of all rows take turns, so that a slow moment of the machine does not fall on one side.
 build/bench/bench/nuv_bench --benchmark_filter="${1:-.}" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
-  --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
-  --benchmark_format=csv 2>/dev/null |
-  awk -F, '
-    $1 ~ /_median"?$/ {
-      gsub(/"/, "", $1); sub(/_median$/, "", $1)
-      side = $1; sub(/.*\//, "", side); sub(/\/[^\/]*$/, "", $1)
-      if (!($1 in known)) { known[$1] = 1; order[++rows] = $1 }
-      time[$1, side] = $4
-      if (side != "nuv") peers[$1] = peers[$1] " " side
+  --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true 2>/dev/null |
+  awk '
+    match($0, /_median +[0-9]+ ns/) {
+      row = side = substr($0, 1, RSTART - 1)
+      sub(/.*\//, "", side); sub(/\/[^\/]*$/, "", row)
+      median = substr($0, RSTART, RLENGTH)
+      gsub(/_median +| ns/, "", median)
+      if (!(row in peers)) { order[++rows] = row; peers[row] = "" }
+      time[row, side] = median
+      if (side != "nuv") peers[row] = peers[row] " " side
     }
     END {
-      printf "%-44s %12s  %s\n", "row", "time", "times as fast as"
+      printf "%-40s %12s   %s\n", "row", "time", "times as fast as"
       for (i = 1; i <= rows; ++i) {
         row = order[i]; line = ""
         n = split(peers[row], list, " ")
         for (p = 1; p <= n; ++p) line = line sprintf("%s %.2f  ", list[p], time[row, list[p]] / time[row, "nuv"])
-        printf "%-44s %9.0f us  %s\n", row, time[row, "nuv"] / 1000, line
+        printf "%-40s %9.0f us   %s\n", row, time[row, "nuv"] / 1000, line
       }
     }'
