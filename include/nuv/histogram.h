@@ -1,5 +1,5 @@
 /// @file
-/// Histograms: capture, moments and order statistics.
+/// Histograms, thresholds, data series and profiles.
 ///
 /// A histogram is a caller's array of 256 int32_t, bin v counting the pixels of value v. Counts and the sums
 /// named integer are 32-bit and wrap; sums named floating are double.
@@ -114,5 +114,372 @@ NUV_API int32_t NuvGetMaxValueInHistogram(int32_t* pHistogram, double ratio);
 ///
 /// @return 1 to 256; 128 for an empty histogram
 NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
+
+// ---- Threshold selection -----------------------------------------------------------------------------------
+
+/// Otsu's threshold, with the highest occupied bin left out of all sums.
+///
+/// With lo and hi the lowest and highest occupied bin, the t from lo to hi - 1 is chosen that maximises
+/// (Wb/W) * (mb - mf)^2 * (Wf/W): weights and means of the pixels up to t and from t + 1 to hi - 1. The first
+/// maximum wins. Sums are 32-bit and wrap.
+///
+/// @param nSize  number of bins
+/// @return the highest value of the dark class, so that the bright one begins above it; 0 for fewer than three
+///         occupied bins
+/// @see N. Otsu, A threshold selection method from gray-level histograms, 1979
+NUV_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
+
+/// The level at and above which a share of the pixels lies: the first i from 255 down at which the count
+/// reaches c = truncate(N*ratio).
+///
+/// @return 255 at once for a ratio of 0; -1 if the count never reaches c
+NUV_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
+
+/// The levels k standard deviations below and above the mean, truncated, and kept within 0 and 255.
+NUV_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t* pMaxT);
+
+/// A noise threshold from a histogram of absolute differences: three sigma, where sigma is the median,
+/// interpolated inside its bin, over 0.67.
+///
+/// @return truncate(median/0.67*3 + 0.5)
+NUV_API int32_t NuvGetDifImgThreshold(int32_t* pHistogram);
+
+/// The first valley of a histogram: the first occupied bin i from 1 to maxT that is no higher than its occupied
+/// left neighbour (the next occupied bin below, bin 0 excepted) and than bin i + 1, which must be occupied.
+///
+/// @param nIgnored    not read
+/// @param maxT        highest bin looked at, at most 250
+/// @param pThreshold  receives the valley; 0 if there is none
+/// @return whether there is one
+NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_t maxT, int32_t* pThreshold);
+
+/// Clusters of the gray levels by one-dimensional k-means, weighted by the counts, with sequential updates: a
+/// centre moves as soon as a bin joins it, and its sums are never cleared between passes.
+///
+/// The first centre starts at the most frequent level, the others at occupied levels evenly spaced behind it.
+/// A level joins the nearest centre, the first of equals. Passes end when no centre has moved by more than eps
+/// relative to itself; should they not, after 100,000 passes.
+///
+/// @param nClusters  2 to 256
+/// @param pCentres   receives the centres in the order of their start, not sorted: as many as nClusters, or as
+///                   the histogram has occupied bins if that is fewer
+/// @return false, and nothing written, for nClusters below 2
+/// @see J. MacQueen, Some methods for classification and analysis of multivariate observations, 1967
+NUV_API bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, double eps, double* pCentres);
+
+// ---- Binarising ------------------------------------------------------------------------------------------
+//
+// A pixel below T becomes 0, a pixel equal to T or above 255. T <= 0 makes all 255, T > 255 all 0. Rectangles
+// must lie inside the image, and pixels outside of them are left alone, in a result image too. Result images
+// have the size of the source, in another buffer.
+//
+// The ratio forms find T in the histogram: the first i from 255 down at which the count exceeds (strictly) the
+// share of the pixels that is to become 255; -1 if none does.
+
+/// Binarises an image in place.
+NUV_API void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T);
+
+/// Binarises an image into another.
+NUV_API void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg);
+
+/// Binarises an image in place to the values v1 below T and v2 from T upward, the low byte of each.
+NUV_API void NuvThreshold2V1V2(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t v1,
+                               int32_t v2);
+
+/// Binarises a rectangle in place.
+NUV_API void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
+                                int32_t y2, int32_t T);
+
+/// Binarises a rectangle into the same place of another image.
+NUV_API void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
+                                int32_t y2, int32_t T, uint8_t* pResImg);
+
+/// Binarises every step-th pixel of every step-th row, beginning with (0, 0), packed one behind the other.
+///
+/// @param step     below 2: the whole image
+/// @param pResImg  receives rows of ceil(width/step) pixels, ceil(height/step) of them
+/// @param pNewWidth, pNewHeight  receive width/step and height/step, truncated, which is one less than the
+///                 packed size where step does not divide
+NUV_API void NuvThresholdAndShrink(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t step,
+                                   uint8_t* pResImg, int32_t* pNewWidth, int32_t* pNewHeight);
+
+/// Binarises an image in place by a share in percent: (width*height*percent)/100 pixels, the product in 32
+/// bits. A T of 0 is raised to 1 if percent is below 50.
+NUV_API void NuvThresholdByPercent(uint8_t* pGryImg, int32_t width, int32_t height, int32_t percent);
+
+/// Binarises an image in place by a ratio, which is clamped to 0..1.
+///
+/// @return T; a T of 0 is raised to 1 if the ratio is below 0.5
+NUV_API int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t height, double ratio);
+
+/// The same into another image.
+NUV_API int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t height, double ratio,
+                                    uint8_t* pResImg);
+
+/// The same for a rectangle, in place.
+NUV_API int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
+                                    int32_t y2, double ratio);
+
+/// The same for a rectangle into the same place of another image, with T raised to minT instead of to 1.
+///
+/// @return T as it was found, before it is raised
+NUV_API int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
+                                    int32_t y2, double ratio, int32_t minT, uint8_t* pResImg);
+
+/// Binarises an image in place by a ratio, which is clamped to 0..1, with T raised to minT.
+///
+/// @return T as it was applied
+NUV_API int32_t NuvThresholdByRatioAndMiniT(uint8_t* pGryImg, int32_t width, int32_t height, double ratio,
+                                            int32_t minT);
+
+// ---- Analysis and shaping --------------------------------------------------------------------------------
+
+/// Smooths a histogram by a Gaussian of a scale of 1024, cut off where its value falls below cutoff.
+///
+/// With n weights K[0..n-1] (the centre and one side) and S their sum, the bins from n below the lowest occupied
+/// to n above the highest one are replaced: n bins at each end by means of the weights that reach into that
+/// stretch, the bins between by (K[0]*h[t] + sum(K[k]*(h[t-k] + h[t+k]))) / S. As S holds one side only, those
+/// come out amplified by about (2*S - 1024)/S. All in 32-bit integers with truncating division.
+///
+/// @param nIgnored       not read
+/// @param pResHistogram  receives 256 bins, in another array
+/// @return the highest less the lowest occupied bin; 0 for an empty histogram, which is copied
+NUV_API int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t nIgnored, double sigma, double cutoff,
+                                           int32_t* pResHistogram);
+
+/// The mean of the bins at most M away, as far as there are bins, truncated.
+///
+/// @param pResHistogram  receives 256 bins, in another array; all 0 for a negative M
+NUV_API void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t* pResHistogram);
+
+/// Marks the peaks of a series with 100 and its valleys with -100, and leaves the signs of the slopes elsewhere.
+///
+/// The slope of an element is the sign of its difference from the one before (element 0 is compared with element
+/// 1). A rise and a fall after it make a peak, at the last rise, or half way from there to the last flat behind
+/// it. While no flat has come yet, the flat counts as at N, so that a first peak without one is marked half way
+/// to the end of the series. Valleys are found likewise in the marks that the peaks have left.
+///
+/// @param pMarks  receives N values out of 1, 0, -1, 100, -100; for N = 1 a single 0
+NUV_API void NuvSetPeakTo100ValleyTo_100(int32_t* pData, int32_t N, int32_t* pMarks);
+
+/// The greatest peak of a histogram, as NuvSetPeakTo100ValleyTo_100 marks peaks, and the greatest at least
+/// minDist from it; the first of equals.
+///
+/// @param pPeak1  receives the first peak; left alone without one, and then read as if it were one
+/// @param pPeak2  receives the second peak; *pPeak1 without one
+NUV_API void NuvFindTwoPeaks(int32_t* pHistogram, int32_t minDist, int32_t* pPeak1, int32_t* pPeak2);
+
+/// The bins by falling count.
+///
+/// @param pOrder  receives 256 bin numbers; equal counts stand as an exchange sort leaves them
+/// @return the number of occupied bins
+NUV_API int32_t NuvHistogramOrder(int32_t* pHistogram, int32_t* pOrder);
+
+/// Equalises an image in place: v becomes (pixels up to v)*255/(width*height), the product in 32 bits. An image
+/// of one value becomes 255.
+NUV_API void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t height);
+
+/// Equalises an image in place by spans: the m occupied values are spread over m targets of equal counts, and a
+/// value goes to the centre of the targets that it spreads over, times 255/m. An image of one value becomes 0.
+NUV_API void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t height);
+
+/// Matches an image in place to a histogram, by spans: each value goes to the centre of the target bins that its
+/// pixels spread over, truncated.
+///
+/// @param pTargetHistogram  256 bins that should sum up to width*height. Values that the walk does not reach,
+///                          because they ask for less, become the low byte of -10; an empty one changes nothing
+NUV_API void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_t height,
+                                       int32_t* pTargetHistogram);
+
+/// Draws N values as bars that hang from row 0, in 255 on 0; a bar of the greatest value spans almost all rows.
+NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryImg, int32_t width,
+                                  int32_t height);
+
+/// Whether a histogram has two modes with a deep valley between them.
+///
+/// The histogram is smoothed by means of 2*(M/2) + 1 bins; the left peak is its greatest bin from T down to 1,
+/// the right one from T up to 255, the nearest to T of equals. The contrast is (B - A)/A, with A the area between
+/// the peaks under the curve and B that of the trapezoid over them.
+///
+/// @param M                      0 to 255; what lies outside counts as the nearer end
+/// @param minDist                least distance of the peaks
+/// @param ratio                  least contrast
+/// @param pLeftPeak, pRightPeak  receive the peaks; 256 less the window where there is none
+/// @param pContrast              receives the contrast; 0 if the peaks are nearer than minDist
+/// @return whether the contrast reaches the ratio
+NUV_API bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t minDist, double ratio,
+                                  int32_t* pLeftPeak, int32_t* pRightPeak, double* pContrast);
+
+/// The histogram of the gray levels at the two sides of edges, so that object and ground show without the ramp
+/// between them.
+///
+/// Edges are the pixels whose local range (NuvEdgeTripeDetection with M and N = 1) is T or more. Per row, with W =
+/// 2M + 1, each run of edge pixels is sampled: where its first pixel is brighter than its last by T or more,
+/// outwards in pairs from W apart on, while a pair differs by T or more; else its middle, and at each side the
+/// first pixel W or more away that differs from it by more than T.
+///
+/// @param pHistogram  receives 256 bins
+/// @param pResImg     receives 0 and 200 (edges), each increased by 1 per sample taken, width*height bytes. For
+///                    a width above 4096 it is not filled first: what it holds counts as the local ranges
+NUV_API void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t T,
+                                   int32_t* pHistogram, uint8_t* pResImg);
+
+/// A reduced gray scale of about 256/maxStep classes, spent where the histogram is occupied.
+///
+/// Cells of s gray levels are formed, with the least s from minStep to maxStep that leaves at most two thirds of
+/// 256/maxStep cells occupied. If there is none below maxStep, the result is i/maxStep. Otherwise each occupied
+/// cell becomes a class, and the gaps between share the rest of the classes by their length; where there are more
+/// gaps than that, each becomes one class. Gaps without a share go to their neighbours.
+///
+/// @param minStep, maxStep  positive; otherwise all entries become 0 and the result is 0
+/// @param pLUT              receives 256 class numbers, 0 and rising. Where s does not divide 256 and the last
+///                          cell is occupied, up to s - 1 entries behind them are written too: room for 255 +
+///                          maxStep entries is always enough
+/// @return the number of levels handed out; classes can be fewer
+NUV_API int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int32_t maxStep, int32_t* pLUT);
+
+// ---- Data series -----------------------------------------------------------------------------------------
+
+/// The mean in a moving window of 2|M| + 1 elements, truncated. Near the ends the nearest full window counts.
+///
+/// @param pRes  receives N values in another array; left alone if N is less than the window
+NUV_API void Nuv1DAverageFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
+
+/// The median of 0 and 1 in the windows of Nuv1DAverageFilter: 1 where more than half of the window is 1.
+NUV_API void NuvBin1DMedianFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
+
+/// Resamples N values to resN by linear interpolation, truncated; the first and the last stay.
+///
+/// @return false, and nothing written, if N or resN is below 2
+NUV_API bool NuvDataLinearInterpolattion(int32_t* pData, int32_t N, int32_t* pRes, int32_t resN);
+
+/// The position of the greatest element, the first of equals; 0 if N is below 2.
+NUV_API int32_t NuvDataMaxDataPos(int32_t* pData, int32_t N);
+
+/// The greatest element; pData[0] if N is below 2.
+NUV_API int32_t NuvDataMaxDataValue(int32_t* pData, int32_t N);
+
+/// Mean and mean absolute deviation, in floating point; not a number if N is 0.
+NUV_API void NuvDataAvrAndDif(int32_t* pData, int32_t N, double* pAvr, double* pDif);
+
+/// Mean and standard deviation (divisor N), in floating point; not a number if N is 0.
+///
+/// @return the greatest element; pData[0] if N is below 2
+NUV_API int32_t NuvDataAvrAndDevAndReturnMax(int32_t* pData, int32_t N, double* pAvr, double* pDev);
+
+/// Mean and standard deviation (divisor N), the mean from a 32-bit sum that wraps.
+///
+/// @return that sum
+NUV_API int32_t NuvDataAvrAndDevAndReturnSum(int32_t* pData, int32_t N, double* pAvr, double* pDev);
+
+/// The window of W elements with the greatest mean. Of equal windows about the middle one: half of those that
+/// equal the first are stepped over, wherever they lie.
+///
+/// @param pMaxAvr  receives the mean; 0 on failure
+/// @param pPos     receives the centre of the window, its first element plus W/2; 0 on failure
+/// @return false if N is 0 or below W, or W below 1
+NUV_API bool NuvDataMaxAvrAndPosInMovingWindow(int32_t* pData, int32_t N, int32_t W, double* pMaxAvr,
+                                               int32_t* pPos);
+
+/// The window of W elements with the greatest standard deviation, the first of equals. The sum behind its mean
+/// is slid along, adding the element that comes in before the one that goes out is taken off.
+///
+/// @param pMaxDev, pPos, @return  as NuvDataMaxAvrAndPosInMovingWindow
+NUV_API bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDev,
+                                               int32_t* pPos);
+
+/// The window of W elements with the greatest difference between its largest and smallest element, the first
+/// of equals.
+///
+/// @param pMaxDif, pPos, @return  as NuvDataMaxAvrAndPosInMovingWindow
+NUV_API bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDif,
+                                               int32_t* pPos);
+
+/// Keeps the elements whose weight lies in minWeight..maxWeight, moved to the front of both arrays in their
+/// order; the rest of both arrays becomes 0.
+///
+/// @return the number kept
+NUV_API int32_t NuvpDataDeleteByWeightReturnNum(int32_t* pData, int32_t* pWeight, int32_t N,
+                                                int32_t minWeight, int32_t maxWeight);
+
+/// Picks K peaks in falling order, blocking the elements around each.
+///
+/// In each round the greatest element that is not blocked is found, provided that it exceeds pData[0]. The
+/// position told is one behind the stretch of equal unblocked elements that begins there: p + 1 for a peak of
+/// one element at p. The elements from the position told less minDist up to, but not including, it plus minDist
+/// are blocked. A round without such an element tells pData[0] and the position of the round before.
+///
+/// @param pPeakValue, pPeakPos  receive K entries each; all 0 on failure
+/// @return false if N is above 4096 or below 1
+NUV_API bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double* pPeakValue,
+                              int32_t* pPeakPos, int32_t K);
+
+// ---- Profiles --------------------------------------------------------------------------------------------
+//
+// Column profiles have width entries, row profiles height entries, indexed by the absolute column or row.
+// Rectangles must lie inside the image.
+
+/// The spread of each column x1..x2 over the rows y1..y2: 100 times the standard deviation, truncated.
+///
+///     truncate(sqrt(Q/n - (S/n)^2) * 100)     S, Q: 32-bit sums of the values and of their squares
+///
+/// A sum of squares that wraps (from 33,026 pixels of 255 on) can give the most negative int32_t.
+///
+/// @param pRes  receives width entries, 0 outside x1..x2
+NUV_API void NuvGryImgColDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                int32_t y1, int32_t y2, int32_t* pRes);
+
+/// The same of each row y1..y2 over the columns x1..x2.
+///
+/// @param pRes  receives height entries, 0 outside y1..y2
+NUV_API void NuvGryImgRowDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                int32_t y1, int32_t y2, int32_t* pRes);
+
+/// The spread of each column x1..x2 over the rows y1..y2 as Q*n - S*S, n^2 times the variance, in 32 bits.
+///
+/// @param pRes  receives the entries x1..x2; the others are left alone. height is not read
+NUV_API void NuvGryImgColDevDev(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                int32_t y1, int32_t y2, int32_t* pRes);
+
+/// The same of each row y1..y2 over the columns x1..x2.
+///
+/// @param pRes  receives the entries y1..y2; the others are left alone. height is not read
+NUV_API void NuvGryImgRowDevDev(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                int32_t y1, int32_t y2, int32_t* pRes);
+
+/// The spread, as of NuvGryImgColDev100, of strips of M columns over the whole height, written to all M entries
+/// of the strip. Where M does not divide the width, a last strip of the last M columns overlaps its neighbour.
+///
+/// @param M  1 to width; any other M writes nothing
+NUV_API void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t* pRes);
+
+/// The strength of vertical edges per column: the sum of |G90| + |G0| (Sobel) over the interior pixels with
+/// |G0| < |G90|. The outermost entries repeat their neighbours; images without an interior give 0.
+///
+/// @param pPrjX  receives width entries
+NUV_API void NuvGryImgSobel90JustToPrjX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX);
+
+/// The strength of vertical edges per row: the sum of |G90| alone over the same pixels.
+///
+/// @param pPrjY  receives height entries
+NUV_API void NuvGryImgSobel90JustToPrjY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjY);
+
+/// Column sums of the three bytes of an RGB image: byte 2 to red, byte 1 to green, byte 0 to blue.
+NUV_API void NuvRGBImgPrj2X(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t* pRed, int32_t* pGreen,
+                            int32_t* pBlue);
+
+/// Column sums of byte 0 + byte 1 + 2*byte 2, each sum shifted right by 2.
+NUV_API void NuvRGBImgPrj2X(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t* pPrjX);
+
+/// Column and row sums of a gray image.
+NUV_API void NuvGryImgPrjXY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX, int32_t* pPrjY);
+
+/// Column and row sums over a rectangle; all entries outside of it become 0.
+NUV_API void NuvGryImgPrjXYInRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                  int32_t y1, int32_t y2, int32_t* pPrjX, int32_t* pPrjY);
+
+/// Column and row counts of the non-zero pixels of a rectangle; entries outside of it are left alone.
+NUV_API void NuvBinImgPrjXYInRect(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                  int32_t y1, int32_t y2, int32_t* pPrjX, int32_t* pPrjY);
 
 #endif

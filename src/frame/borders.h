@@ -3,23 +3,38 @@
 #ifndef NUV_FRAME_BORDERS_H
 #define NUV_FRAME_BORDERS_H
 
+#include <algorithm>
 #include <cstring>
 
 #include "frame/views.h"
 
 namespace nuv {
 
-// Zeroed: the four sides become 0.
-inline void clear_sides(GrayImage image) {
+// Zeroes whole rows; those outside the image are left out.
+inline void clear_rows(GrayImage image, int32_t first, int32_t last) {
   if (image.empty()) return;
-  const auto row_bytes = static_cast<std::size_t>(image.width);
-  std::memset(image.row(0), 0, row_bytes);
-  std::memset(image.row(image.height - 1), 0, row_bytes);
-  for (int32_t y = 1; y < image.height - 1; ++y) {
-    uint8_t* row = image.row(y);
-    row[0] = 0;
-    row[image.width - 1] = 0;
+  for (int32_t y = std::max(first, 0); y <= std::min(last, image.height - 1); ++y) {
+    std::memset(image.row(y), 0, static_cast<std::size_t>(image.width));
   }
+}
+
+// Zeroes columns of one row; those outside the image are left out.
+inline void clear_columns(GrayImage image, int32_t y, int32_t first, int32_t last) {
+  for (int32_t x = std::max(first, 0); x <= std::min(last, image.width - 1); ++x) *image.at(x, y) = 0;
+}
+
+// Zeroed: a band of that width on all four sides.
+inline void clear_band(GrayImage image, int32_t band) {
+  clear_rows(image, 0, band - 1);
+  clear_rows(image, image.height - band, image.height - 1);
+  for (int32_t y = band; y < image.height - band; ++y) {
+    clear_columns(image, y, 0, band - 1);
+    clear_columns(image, y, image.width - band, image.width - 1);
+  }
+}
+
+inline void clear_sides(GrayImage image) {
+  clear_band(image, 1);
 }
 
 }  // namespace nuv

@@ -1,37 +1,8 @@
 // Histogram capture: one counter, fed with the bytes that each function selects.
 
-#include <cstring>
-
+#include "frame/byte_counter.h"
 #include "frame/views.h"
-#include "histogram/histogram.h"
 #include "nuv/histogram.h"
-
-namespace nuv {
-
-void ByteCounter::add(const uint8_t* bytes, std::ptrdiff_t count) {
-  std::ptrdiff_t i = 0;
-  for (; i + 8 <= count; i += 8) {
-    uint64_t word;
-    std::memcpy(&word, bytes + i, 8);
-    ++tables_[0][word & 255];
-    ++tables_[1][word >> 8 & 255];
-    ++tables_[2][word >> 16 & 255];
-    ++tables_[3][word >> 24 & 255];
-    ++tables_[0][word >> 32 & 255];
-    ++tables_[1][word >> 40 & 255];
-    ++tables_[2][word >> 48 & 255];
-    ++tables_[3][word >> 56];
-  }
-  for (; i < count; ++i) add(bytes[i]);
-}
-
-void ByteCounter::store_to(int32_t* bins) const {
-  for (int32_t v = 0; v < kBins; ++v) {
-    bins[v] = tables_[0][v] + tables_[1][v] + tables_[2][v] + tables_[3][v];
-  }
-}
-
-}  // namespace nuv
 
 using namespace nuv;
 

@@ -1,30 +1,21 @@
-// Histograms inside the library.
+// What the analyses of a histogram share.
 
 #ifndef NUV_HISTOGRAM_HISTOGRAM_H
 #define NUV_HISTOGRAM_HISTOGRAM_H
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
+
+#include "frame/byte_counter.h"
 
 namespace nuv {
 
-constexpr int32_t kBins = 256;
-using Histogram = std::array<int32_t, kBins>;
-
-// Counts bytes. Four tables take turns, as pictures hold runs of one value and a counter that was just
-// written cannot be read back at once.
-class ByteCounter {
- public:
-  void add(uint8_t value) { ++tables_[0][value]; }
-  void add(const uint8_t* bytes, std::ptrdiff_t count);
-  void store_to(int32_t* bins) const;
-
- private:
-  std::array<Histogram, 4> tables_{};
-};
-
 int32_t total(const int32_t* bins);
+
+// How the walks from above compare a running count with the limit that ends them.
+enum class Reach { kReaches, kExceeds };
+
+// The first value from 255 down at which the running count reaches or exceeds a limit; -1 if it never does.
+int32_t first_from_above(const int32_t* bins, int32_t limit, Reach reach);
 
 }  // namespace nuv
 

@@ -25,6 +25,17 @@ int32_t tail(const int32_t* bins, double ratio, int32_t first, int32_t step) {
 }
 
 }  // namespace
+
+int32_t first_from_above(const int32_t* bins, int32_t limit, Reach reach) {
+  int32_t sum = 0;
+  int32_t v = kBins - 1;
+  for (; v >= 0; --v) {
+    sum += bins[v];
+    if (reach == Reach::kReaches ? sum >= limit : sum > limit) break;
+  }
+  return v;
+}
+
 }  // namespace nuv
 
 using namespace nuv;

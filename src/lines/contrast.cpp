@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "frame/arithmetic.h"
+#include "frame/byte_counter.h"
 #include "frame/line_walks.h"
-#include "histogram/histogram.h"
 #include "nuv/lines.h"
 
 namespace nuv {

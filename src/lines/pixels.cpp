@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "frame/byte_counter.h"
 #include "frame/line_walks.h"
 #include "frame/outline.h"
-#include "histogram/histogram.h"
 #include "nuv/lines.h"
 
 using namespace nuv;

@@ -1,0 +1,254 @@
+// Gradient images of fixed windows.
+//
+// One pass serves every member: the band round the image is zeroed, then a row kernel writes the interior of
+// each row. A member is its kernel: the response, how responses combine, and the clamp.
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/borders.h"
+#include "frame/interleaved.h"
+#include "frame/row_kernel.h"
+#include "frame/views.h"
+#include "nuv/edges.h"
+
+namespace nuv {
+namespace {
+
+// ---- responses; p is the pixel, w the distance between rows ----
+
+NUV_INLINE uint8_t difference(uint8_t a, uint8_t b) {
+  return static_cast<uint8_t>(greater(a, b) - lesser(a, b));
+}
+
+NUV_INLINE int16_t magnitude(int16_t v) {
+  return static_cast<int16_t>(v < 0 ? -v : v);
+}
+
+NUV_INLINE uint8_t at_most(int16_t v, int16_t limit) {
+  return static_cast<uint8_t>(v < limit ? v : limit);
+}
+
+// Strong on a horizontal edge.
+NUV_INLINE int16_t sobel_0(const uint8_t* p, std::ptrdiff_t w) {
+  const uint8_t* above = p - w;
+  const uint8_t* below = p + w;
+  return static_cast<int16_t>(above[-1] + 2 * above[0] + above[1] - below[-1] - 2 * below[0] - below[1]);
+}
+
+// Strong on a vertical edge.
+NUV_INLINE int16_t sobel_90(const uint8_t* p, std::ptrdiff_t w) {
+  const uint8_t* above = p - w;
+  const uint8_t* below = p + w;
+  return static_cast<int16_t>(above[-1] + 2 * p[-1] + below[-1] - above[1] - 2 * p[1] - below[1]);
+}
+
+// Two pixels against two, step being the way from one to the next.
+NUV_INLINE int16_t prewitt_5(const uint8_t* p, std::ptrdiff_t step) {
+  return magnitude(static_cast<int16_t>(p[-2 * step] + p[-step] - p[step] - p[2 * step]));
+}
+
+// ---- row kernels: n pixels from p on ----
+
+NUV_ROW_KERNEL void robert_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                               std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    out[x] = greater(difference(p[1], p[-1]), difference(p[w], p[-w]));
+  }
+}
+
+// Step is 1 in a gray image and 3 between the equal bytes of RGB pixels; n and w count bytes.
+NUV_ROW_KERNEL void robert_sum_row(const uint8_t* p, std::ptrdiff_t step, std::ptrdiff_t w,
+                                   uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    out[x] = at_most(static_cast<int16_t>(difference(p[w], p[-w]) + difference(p[step], p[-step])), 255);
+  }
+}
+
+NUV_ROW_KERNEL void gate_row(const uint8_t* mask, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = mask[x] != 0 ? out[x] : 0;
+}
+
+NUV_ROW_KERNEL void largest_plane_row(const PlaneBlock& planes, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = greater(greater(planes.b0[x], planes.b1[x]), planes.b2[x]);
+}
+
+NUV_ROW_KERNEL void sobel_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                              std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    out[x] = at_most(static_cast<int16_t>(magnitude(sobel_0(p, w)) + magnitude(sobel_90(p, w))), 255);
+  }
+}
+
+NUV_ROW_KERNEL void sobel_0_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = at_most(magnitude(sobel_0(p, w)), 255);
+}
+
+NUV_ROW_KERNEL void sobel_90_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                 std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = at_most(magnitude(sobel_90(p, w)), 255);
+}
+
+// In the Just forms only the stronger direction speaks: an edge at exactly 45 degrees answers in neither.
+NUV_ROW_KERNEL void sobel_0_just_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                     std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    const int16_t g0 = magnitude(sobel_0(p, w));
+    out[x] = magnitude(sobel_90(p, w)) < g0 ? at_most(g0, 255) : 0;
+  }
+}
+
+NUV_ROW_KERNEL void sobel_90_just_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                      std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    const int16_t g90 = magnitude(sobel_90(p, w));
+    out[x] = magnitude(sobel_0(p, w)) < g90 ? at_most(g90, 255) : 0;
+  }
+}
+
+NUV_ROW_KERNEL void prewitt_90_row(const uint8_t* p, std::ptrdiff_t /*w*/, uint8_t* NUV_RESTRICT out,
+                                   std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = at_most(prewitt_5(p, 1), 255);
+}
+
+NUV_ROW_KERNEL void prewitt_0_90_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                     std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    out[x] = greater(at_most(prewitt_5(p, 1), 250), at_most(prewitt_5(p, w), 250));
+  }
+}
+
+NUV_ROW_KERNEL void prewitt_0_5x5_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                      std::ptrdiff_t n) {
+  constexpr std::ptrdiff_t kSpan = 1024;
+  int16_t columns[kSpan + 4];  // two pixels above less two below, from two columns before the span on
+  for (std::ptrdiff_t first = 0; first < n; first += kSpan) {
+    const std::ptrdiff_t span = std::min(kSpan, n - first);
+    const uint8_t* q = p + first - 2;
+    for (std::ptrdiff_t x = 0; x < span + 4; ++x, ++q) {
+      columns[x] = static_cast<int16_t>(q[-2 * w] + q[-w] - q[w] - q[2 * w]);
+    }
+    for (std::ptrdiff_t x = 0; x < span; ++x) {
+      const auto sum = static_cast<int16_t>(columns[x] + columns[x + 1] + columns[x + 2] + columns[x + 3] +
+                                            columns[x + 4]);
+      out[first + x] = at_most(magnitude(sum), 250);
+    }
+  }
+}
+
+// ---- passes ----
+
+using RowKernel = void(const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::ptrdiff_t n);
+
+// Writes the region of the result, which must lie in the interior.
+void write_region(GrayImage source, uint8_t* result, Region region, RowKernel kernel) {
+  if (region.empty()) return;
+  for (int32_t y = region.y1; y <= region.y2; ++y) {
+    const uint8_t* row = source.at(region.x1, y);
+    kernel(row, source.width, result + (row - source.pixels), region.columns());
+  }
+}
+
+Region interior(int32_t width, int32_t height, int32_t band) {
+  return {band, width - 1 - band, band, height - 1 - band};
+}
+
+void write_interior(GrayImage source, uint8_t* result, int32_t band, RowKernel kernel) {
+  clear_band({result, source.width, source.height}, band);
+  write_region(source, result, interior(source.width, source.height, band), kernel);
+}
+
+// Calls write(first byte of the row's interior in the source, its pixel offset, pixels) for the interior rows.
+template <class Write>
+void for_interior_rows(RgbImage source, Write write) {
+  const Region inner = interior(source.width, source.height, 1);
+  if (inner.empty()) return;
+  for (int32_t y = inner.y1; y <= inner.y2; ++y) {
+    const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(y) * source.width + inner.x1;
+    write(source.pixels + 3 * offset, offset, inner.columns());
+  }
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvRobert(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 1, robert_row);
+}
+
+void NuvRobertByMask(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 1,
+                 [](const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::ptrdiff_t n) {
+                   robert_sum_row(p, 1, w, out, n);
+                 });
+  if (pMskImg != nullptr) gate_row(pMskImg, pResImg, GrayImage{pResImg, width, height}.size());
+}
+
+void NuvRobertRGBImage2GryRobert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  clear_band({pResImg, width, height}, 1);
+  for_interior_rows({pRGBImg, width, height}, [=](const uint8_t* p, std::ptrdiff_t offset, std::ptrdiff_t n) {
+    uint8_t sums[3 * kPlaneBlock];
+    PlaneBlock planes;
+    for (std::ptrdiff_t x = 0; x < n; x += kPlaneBlock) {
+      const std::ptrdiff_t span = std::min(kPlaneBlock, n - x);
+      robert_sum_row(p + 3 * x, 3, 3 * static_cast<std::ptrdiff_t>(width), sums, 3 * span);
+      split_planes(sums, planes.b0, planes.b1, planes.b2, span);
+      largest_plane_row(planes, pResImg + offset + x, span);
+    }
+  });
+}
+
+void NuvRobertRGBImage2RGBRobert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  const RgbImage result{pResImg, width, height};
+  if (result.empty()) return;
+  for_interior_rows({pRGBImg, width, height}, [=](const uint8_t* p, std::ptrdiff_t offset, std::ptrdiff_t n) {
+    robert_sum_row(p, 3, 3 * static_cast<std::ptrdiff_t>(width), pResImg + 3 * offset, 3 * n);
+  });
+  // The border is cleared as if a row had width bytes, over what the interior has written.
+  std::memset(result.row(0), 0, static_cast<std::size_t>(width));
+  std::memset(result.row(height - 1), 0, static_cast<std::size_t>(width));
+  for (int32_t y = 0; y < height; ++y) result.row(y)[0] = result.row(y)[width - 1] = 0;
+}
+
+void NuvGryImgSobel(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 1, sobel_row);
+}
+
+void NuvGryImgSobel90Just(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 1, sobel_90_just_row);
+}
+
+void NuvGryImgSobel0Just(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 1, sobel_0_just_row);
+}
+
+void NuvGryImgSobel0(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 1, sobel_0_row);
+}
+
+void NuvGryImgSobel90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 1, sobel_90_row);
+}
+
+void NuvGradient5x5ByPrewitt0_90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 2, prewitt_0_90_row);
+}
+
+void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 2, prewitt_90_row);
+}
+
+void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                  int32_t y2, uint8_t* pResImg) {
+  const Region inner = interior(width, height, 2);
+  const Region region{std::max(x1, inner.x1), std::min(x2, inner.x2), std::max(y1, inner.y1),
+                      std::min(y2, inner.y2)};
+  write_region({pGryImg, width, height}, pResImg, region, prewitt_90_row);
+}
+
+void NuvGradient0ByPrewitt5x5(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  write_interior({pGryImg, width, height}, pResImg, 2, prewitt_0_5x5_row);
+}

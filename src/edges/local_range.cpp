@@ -1,0 +1,119 @@
+// The local range of gray levels.
+//
+// The window is folded in two steps: the extremes of each column over the window's rows, then the extremes of
+// those over its columns. Extremes of a stretch of columns are had by doubling: those of two columns, of four,
+// of eight, and at last of two such stretches that overlap.
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/byte_counter.h"
+#include "frame/row_kernel.h"
+#include "frame/views.h"
+#include "nuv/edges.h"
+
+namespace nuv {
+namespace {
+
+constexpr int32_t kMaxWidth = 4096;
+
+struct Extremes {
+  uint8_t least[kMaxWidth];
+  uint8_t most[kMaxWidth];
+};
+
+NUV_ROW_KERNEL void fold_row(const uint8_t* row, uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most,
+                             int32_t n) {
+  for (int32_t x = 0; x < n; ++x) {
+    least[x] = lesser(least[x], row[x]);
+    most[x] = greater(most[x], row[x]);
+  }
+}
+
+// Each place takes in the one that lies step places behind it.
+NUV_ROW_KERNEL void fold_ahead(const Extremes& from, int32_t step, Extremes& NUV_RESTRICT to, int32_t n) {
+  for (int32_t x = 0; x < n; ++x) {
+    to.least[x] = lesser(from.least[x], from.least[x + step]);
+    to.most[x] = greater(from.most[x], from.most[x + step]);
+  }
+}
+
+NUV_ROW_KERNEL void range_row(const Extremes& extremes, uint8_t* NUV_RESTRICT out, int32_t n) {
+  for (int32_t x = 0; x < n; ++x) out[x] = static_cast<uint8_t>(extremes.most[x] - extremes.least[x]);
+}
+
+// The ranges of one row, from the extremes of its columns.
+class RowRanges {
+ public:
+  RowRanges(int32_t width, int32_t m) : width_(width), m_(m) {}
+
+  void write(Extremes& columns, uint8_t* out) {
+    // At the ends the window moves inwards and keeps its width, as far as the row goes.
+    const int32_t left_end = std::min(m_, width_);
+    const int32_t right_begin = std::max(width_ - m_ - 1, left_end);
+    for (int32_t x = 0; x < left_end; ++x) out[x] = range_of(columns, x, int64_t{x} + 2 * int64_t{m_});
+    for (int32_t x = right_begin; x < width_; ++x)
+      out[x] = range_of(columns, int64_t{x} - 2 * int64_t{m_}, x);
+    if (right_begin > left_end) write_middle(columns, out + left_end, right_begin - left_end);
+  }
+
+ private:
+  uint8_t range_of(const Extremes& columns, int64_t first, int64_t last) const {
+    const auto begin = std::max<int64_t>(first, 0);
+    const auto end = std::min<int64_t>(last, width_ - 1) + 1;
+    return static_cast<uint8_t>(*std::max_element(columns.most + begin, columns.most + end) -
+                                *std::min_element(columns.least + begin, columns.least + end));
+  }
+
+  // Places 0 to n - 1 of the row have the columns from there on to 2m further as their window.
+  void write_middle(const Extremes& columns, uint8_t* out, int32_t n) {
+    const int32_t window = 2 * m_ + 1;
+    const Extremes* current = &columns;
+    Extremes* next = &doubled_[0];
+    Extremes* other = &doubled_[1];
+    int32_t covered = 1;
+    const auto cover = [&](int32_t more) {
+      fold_ahead(*current, more, *next, n + window - covered - more);
+      covered += more;
+      current = next;
+      std::swap(next, other);
+    };
+    while (2 * covered <= window) cover(covered);
+    if (covered < window) cover(window - covered);
+    range_row(*current, out, n);
+  }
+
+  int32_t width_;
+  int32_t m_;
+  Extremes doubled_[2];
+};
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                           uint8_t* pResImg, int32_t* pHistogram) {
+  if (width > kMaxWidth) return false;
+  const GrayImage source{pGryImg, width, height};
+  const GrayImage result{pResImg, width, height};
+  const int64_t n = std::max(N, 0);
+  RowRanges ranges(width, std::clamp(M, 0, kMaxWidth));
+  Extremes columns;
+  ByteCounter counter;
+  if (!source.empty()) {
+    for (int32_t y = 0; y < height; ++y) {
+      // Near the top the window moves down and keeps its height, near the bottom it is cut short.
+      const auto top = static_cast<int32_t>(std::max<int64_t>(y - n, 0));
+      const auto bottom = static_cast<int32_t>(std::min<int64_t>(top + 2 * n, height - 1));
+      std::memcpy(columns.least, source.row(top), static_cast<std::size_t>(width));
+      std::memcpy(columns.most, source.row(top), static_cast<std::size_t>(width));
+      for (int32_t i = top + 1; i <= bottom; ++i) fold_row(source.row(i), columns.least, columns.most, width);
+      ranges.write(columns, result.row(y));
+      counter.add(result.row(y), width);
+    }
+  }
+  counter.store_to(pHistogram);
+  return true;
+}

@@ -1,0 +1,253 @@
+// Profiles: an image collapsed to its columns or rows.
+//
+// Column profiles are gathered row by row, so that the image is read in memory order: a row kernel adds a row
+// to the columns' running sums.
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+
+#include "frame/arithmetic.h"
+#include "frame/interleaved.h"
+#include "frame/row_kernel.h"
+#include "frame/views.h"
+#include "nuv/histogram.h"
+
+namespace nuv {
+namespace {
+
+// ---- spreads ----
+
+// The sums of n values and of their squares, in 32 bits.
+struct Spread {
+  int32_t sum = 0;
+  int32_t squares = 0;
+
+  void add(uint8_t value) {
+    sum += value;
+    squares += value * value;
+  }
+  int32_t dev100(int32_t n) const {
+    const double mean = static_cast<double>(sum) / n;
+    return truncated(std::sqrt(static_cast<double>(squares) / n - mean * mean) * 100);
+  }
+  int32_t dev_dev(int32_t n) const { return squares * n - sum * sum; }
+};
+
+constexpr int32_t kColumnBlock = 256;
+
+// Calls result(x, spread) for each column of the region.
+template <class Result>
+void for_column_spreads(GrayImage image, Region region, Result result) {
+  for (int64_t first = region.x1; first <= region.x2; first += kColumnBlock) {
+    const auto begin = static_cast<int32_t>(first);
+    const int32_t n = std::min(kColumnBlock, region.x2 - begin + 1);
+    std::array<Spread, kColumnBlock> spreads{};
+    for (int32_t y = region.y1; y <= region.y2; ++y) {
+      const uint8_t* row = image.at(begin, y);
+      for (int32_t i = 0; i < n; ++i) spreads[i].add(row[i]);
+    }
+    for (int32_t i = 0; i < n; ++i) result(begin + i, spreads[i]);
+  }
+}
+
+// Calls result(y, spread) for each row of the region.
+template <class Result>
+void for_row_spreads(GrayImage image, Region region, Result result) {
+  for (int32_t y = region.y1; y <= region.y2; ++y) {
+    const uint8_t* row = image.row(y);
+    Spread spread;
+    for (int32_t x = region.x1; x <= region.x2; ++x) spread.add(row[x]);
+    result(y, spread);
+  }
+}
+
+void clear(int32_t* entries, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) entries[i] = 0;
+}
+
+// ---- edge strengths ----
+
+struct Response {
+  int32_t across_columns;  // |G90|
+  int32_t across_rows;     // |G0|
+};
+
+// At p, in rows of that width.
+Response sobel(const uint8_t* p, std::ptrdiff_t width) {
+  const uint8_t* above = p - width;
+  const uint8_t* below = p + width;
+  const int32_t g90 = 2 * (p[-1] - p[1]) + above[-1] + below[-1] - above[1] - below[1];
+  const int32_t g0 = 2 * (above[0] - below[0]) + above[-1] + above[1] - below[-1] - below[1];
+  return {std::abs(g90), std::abs(g0)};
+}
+
+// Calls count(x, y, response) for the interior pixels on an edge more vertical than horizontal.
+template <class Count>
+void for_vertical_edges(GrayImage image, Count count) {
+  for (int32_t y = 1; y < image.height - 1; ++y) {
+    for (int32_t x = 1; x < image.width - 1; ++x) {
+      const Response response = sobel(image.at(x, y), image.width);
+      if (response.across_rows < response.across_columns) count(x, y, response);
+    }
+  }
+}
+
+void repeat_neighbours_at_ends(int32_t* entries, int32_t n) {
+  if (n < 2) return;
+  entries[0] = entries[1];
+  entries[n - 1] = entries[n - 2];
+}
+
+// ---- sums ----
+
+// Adds a row to the columns, and returns its own sum.
+NUV_ROW_KERNEL int32_t add_row(const uint8_t* NUV_RESTRICT row, int32_t n, int32_t* NUV_RESTRICT columns) {
+  int32_t sum = 0;
+  for (int32_t x = 0; x < n; ++x) {
+    columns[x] += row[x];
+    sum += row[x];
+  }
+  return sum;
+}
+
+NUV_ROW_KERNEL int32_t count_row(const uint8_t* NUV_RESTRICT row, int32_t n, int32_t* NUV_RESTRICT columns) {
+  int32_t count = 0;
+  for (int32_t x = 0; x < n; ++x) {
+    const int32_t one = row[x] != 0;
+    columns[x] += one;
+    count += one;
+  }
+  return count;
+}
+
+using ProjectRow = int32_t(const uint8_t*, int32_t, int32_t*);
+
+void project(GrayImage image, Region region, int32_t* columns, int32_t* rows, ProjectRow project_row) {
+  if (region.empty()) return;
+  for (int32_t y = region.y1; y <= region.y2; ++y) {
+    rows[y] += project_row(image.at(region.x1, y), region.columns(), columns + region.x1);
+  }
+}
+
+// Calls add(planes, x, n) for blocks of each row of an RGB image.
+template <class Add>
+void for_plane_blocks(RgbImage image, Add add) {
+  PlaneBlock planes;
+  for (int32_t y = 0; y < image.height; ++y) {
+    for (int32_t x = 0; x < image.width; x += kPlaneBlock) {
+      const auto n = static_cast<int32_t>(std::min<std::ptrdiff_t>(kPlaneBlock, image.width - x));
+      split_planes(image.at(x, y), planes.b0, planes.b1, planes.b2, n);
+      add(planes, x, n);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvGryImgColDev100(uint8_t* pGryImg, int32_t width, int32_t /*height*/, int32_t x1, int32_t x2,
+                        int32_t y1, int32_t y2, int32_t* pRes) {
+  const Region region{x1, x2, y1, y2};
+  clear(pRes, width);
+  for_column_spreads(image_of_any_height<1>(pGryImg, width), region,
+                     [=](int32_t x, const Spread& s) { pRes[x] = s.dev100(region.rows()); });
+}
+
+void NuvGryImgRowDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                        int32_t y2, int32_t* pRes) {
+  const Region region{x1, x2, y1, y2};
+  clear(pRes, height);
+  for_row_spreads(image_of_any_height<1>(pGryImg, width), region,
+                  [=](int32_t y, const Spread& s) { pRes[y] = s.dev100(region.columns()); });
+}
+
+void NuvGryImgColDevDev(uint8_t* pGryImg, int32_t width, int32_t /*height*/, int32_t x1, int32_t x2,
+                        int32_t y1, int32_t y2, int32_t* pRes) {
+  const Region region{x1, x2, y1, y2};
+  for_column_spreads(image_of_any_height<1>(pGryImg, width), region,
+                     [=](int32_t x, const Spread& s) { pRes[x] = s.dev_dev(region.rows()); });
+}
+
+void NuvGryImgRowDevDev(uint8_t* pGryImg, int32_t width, int32_t /*height*/, int32_t x1, int32_t x2,
+                        int32_t y1, int32_t y2, int32_t* pRes) {
+  const Region region{x1, x2, y1, y2};
+  for_row_spreads(image_of_any_height<1>(pGryImg, width), region,
+                  [=](int32_t y, const Spread& s) { pRes[y] = s.dev_dev(region.columns()); });
+}
+
+void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t* pRes) {
+  if (M < 1 || M > width) return;
+  const GrayImage image{pGryImg, width, height};
+  const auto write_strip = [&](int32_t first) {
+    Spread strip;
+    for_row_spreads(image, {first, first + M - 1, 0, height - 1}, [&strip](int32_t, const Spread& row) {
+      strip.sum += row.sum;
+      strip.squares += row.squares;
+    });
+    std::fill_n(pRes + first, M, strip.dev100(M * height));
+  };
+  for (int32_t i = 0; i < width / M; ++i) write_strip(i * M);
+  if (width % M != 0) write_strip(width - M);
+}
+
+void NuvGryImgSobel90JustToPrjX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX) {
+  clear(pPrjX, width);
+  for_vertical_edges({pGryImg, width, height}, [=](int32_t x, int32_t, Response response) {
+    pPrjX[x] += response.across_columns + response.across_rows;
+  });
+  repeat_neighbours_at_ends(pPrjX, width);
+}
+
+void NuvGryImgSobel90JustToPrjY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjY) {
+  clear(pPrjY, height);
+  // The strength across rows is left out here.
+  for_vertical_edges({pGryImg, width, height},
+                     [=](int32_t, int32_t y, Response response) { pPrjY[y] += response.across_columns; });
+  repeat_neighbours_at_ends(pPrjY, height);
+}
+
+void NuvRGBImgPrj2X(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t* pRed, int32_t* pGreen,
+                    int32_t* pBlue) {
+  clear(pRed, width);
+  clear(pGreen, width);
+  clear(pBlue, width);
+  for_plane_blocks({pRGBImg, width, height}, [=](const PlaneBlock& planes, int32_t x, int32_t n) {
+    add_row(planes.b0, n, pBlue + x);
+    add_row(planes.b1, n, pGreen + x);
+    add_row(planes.b2, n, pRed + x);
+  });
+}
+
+void NuvRGBImgPrj2X(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t* pPrjX) {
+  clear(pPrjX, width);
+  for_plane_blocks({pRGBImg, width, height}, [=](const PlaneBlock& planes, int32_t x, int32_t n) {
+    add_row(planes.b0, n, pPrjX + x);
+    add_row(planes.b1, n, pPrjX + x);
+    add_row(planes.b2, n, pPrjX + x);
+    add_row(planes.b2, n, pPrjX + x);
+  });
+  for (int32_t x = 0; x < width; ++x) pPrjX[x] >>= 2;
+}
+
+void NuvGryImgPrjXY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX, int32_t* pPrjY) {
+  NuvGryImgPrjXYInRect(pGryImg, width, height, 0, width - 1, 0, height - 1, pPrjX, pPrjY);
+}
+
+void NuvGryImgPrjXYInRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                          int32_t y2, int32_t* pPrjX, int32_t* pPrjY) {
+  clear(pPrjX, width);
+  clear(pPrjY, height);
+  project({pGryImg, width, height}, {x1, x2, y1, y2}, pPrjX, pPrjY, add_row);
+}
+
+void NuvBinImgPrjXYInRect(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                          int32_t y2, int32_t* pPrjX, int32_t* pPrjY) {
+  // Only the entries of the rectangle are cleared here.
+  for (int32_t x = x1; x <= x2; ++x) pPrjX[x] = 0;
+  for (int32_t y = y1; y <= y2; ++y) pPrjY[y] = 0;
+  project({pBinImg, width, height}, {x1, x2, y1, y2}, pPrjX, pPrjY, count_row);
+}

@@ -1,0 +1,149 @@
+// Images shaped by their histogram, and a histogram drawn into an image.
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+
+#include "frame/arithmetic.h"
+#include "frame/point_pass.h"
+#include "frame/views.h"
+#include "histogram/histogram.h"
+#include "nuv/histogram.h"
+
+namespace nuv {
+namespace {
+
+constexpr int32_t kUnreached = -10;
+
+// For each source bin the target bins that its pixels spread over, where both histograms are walked together
+// and each target bin takes as many pixels as it asks for.
+struct Spans {
+  Histogram low;
+  Histogram high;
+};
+
+// The target is given by its first size bins. Returns false, and no spans, where either histogram is empty.
+bool match_spans(const int32_t* source, const int32_t* target, int32_t size, Spans& spans) {
+  const auto is_occupied = [](int32_t count) { return count != 0; };
+  const auto first_of = [=](const int32_t* bins, int32_t n) {
+    return static_cast<int32_t>(std::find_if(bins, bins + n, is_occupied) - bins);
+  };
+  const auto last_of = [=](const int32_t* bins, int32_t n) {
+    while (n > 0 && bins[n - 1] == 0) --n;
+    return n - 1;
+  };
+  int32_t i = first_of(source, kBins);
+  int32_t k = first_of(target, size);
+  if (i == kBins || k == size) return false;
+
+  spans.low.fill(kUnreached);
+  spans.high.fill(kUnreached);
+  int32_t rest = source[i];
+  spans.low[i] = k;
+  while (k < size) {
+    if (rest >= target[k]) {
+      // The source bin fills this target bin, and maybe the ones behind it.
+      do {
+        rest -= target[k];
+        ++k;
+      } while (k < size && rest >= target[k]);
+      --k;
+      spans.high[i] = k;
+    } else {
+      // The target bin takes what is left of the source bin, and further ones.
+      do {
+        if (spans.high[i] == kUnreached) spans.high[i] = k;
+        if (i + 1 == kBins) break;
+        rest += source[++i];
+        spans.low[i] = k;
+      } while (rest < target[k]);
+      if (rest < target[k]) break;  // the target asks for more pixels than there are
+      rest -= target[k];
+    }
+    ++k;
+  }
+  spans.high[last_of(source, kBins)] = last_of(target, size);
+  return true;
+}
+
+using ByteTable = std::array<uint8_t, kBins>;
+
+void map_pixels_by(GrayImage image, const ByteTable& table) {
+  for_rows(image, image.whole(), [&table](uint8_t* pixels, std::ptrdiff_t n) {
+    for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = table[pixels[i]];
+  });
+}
+
+// Maps each pixel to what place(low, high) makes of its span.
+template <class Place>
+void map_by_spans(GrayImage image, const Histogram& bins, const Spans& spans, Place place) {
+  ByteTable table{};
+  for (int32_t v = 0; v < kBins; ++v) {
+    if (bins[v] != 0) table[v] = low_byte(place(spans.low[v], spans.high[v]));
+  }
+  map_pixels_by(image, table);
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t height) {
+  const GrayImage image{pGryImg, width, height};
+  const int32_t area = width * height;
+  if (image.empty() || area == 0) return;
+  Histogram bins;
+  NuvGetHistogram(pGryImg, width, height, bins.data());
+  ByteTable table;
+  int32_t count = 0;
+  for (int32_t v = 0; v < kBins; ++v) {
+    count += bins[v];
+    table[v] = low_byte(count * 255 / area);
+  }
+  map_pixels_by(image, table);
+}
+
+void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t height) {
+  const GrayImage image{pGryImg, width, height};
+  if (image.empty()) return;
+  Histogram bins;
+  NuvGetHistogram(pGryImg, width, height, bins.data());
+  const auto occupied =
+      static_cast<int32_t>(std::count_if(bins.begin(), bins.end(), [](int32_t count) { return count != 0; }));
+  Histogram target{};
+  std::fill_n(target.begin(), occupied, width * height / occupied);
+  Spans spans;
+  if (!match_spans(bins.data(), target.data(), occupied, spans)) return;
+  map_by_spans(image, bins, spans,
+               [=](int32_t low, int32_t high) { return truncated((high + low) * 0.5 * (255.0 / occupied)); });
+}
+
+void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pTargetHistogram) {
+  const GrayImage image{pGryImg, width, height};
+  if (image.empty()) return;
+  Histogram bins;
+  NuvGetHistogram(pGryImg, width, height, bins.data());
+  Spans spans;
+  if (!match_spans(bins.data(), pTargetHistogram, kBins, spans)) return;
+  map_by_spans(image, bins, spans, [](int32_t low, int32_t high) { return (high + low) / 2; });
+}
+
+void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryImg, int32_t width, int32_t height) {
+  const GrayImage image{pGryImg, width, height};
+  if (image.empty()) return;
+  std::memset(pGryImg, 0, static_cast<std::size_t>(image.size()));
+  if (N < 1) return;
+  const int32_t peak = std::max(*std::max_element(pHistogram, pHistogram + N), 0);
+  const double per_row = (peak + 1.0) / height;
+  const double per_column = static_cast<double>(N) / width;
+  for (int32_t i = 0; i < N; ++i) {
+    const int32_t bar = std::min(truncated(pHistogram[i] / per_row + 0.5), height);
+    const int32_t begin = truncated(i / per_column + 0.5);
+    const int32_t end = std::min(truncated((i + 1) / per_column + 0.5), width);
+    for (int32_t y = 0; y < bar; ++y) {
+      for (int32_t x = begin; x < end; ++x) *image.at(x, y) = 255;
+    }
+  }
+}

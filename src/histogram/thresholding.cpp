@@ -1,0 +1,169 @@
+// Binarising.
+//
+// One comparison serves all: a row kernel over the rows of a region, into the same place of the source or of
+// another image. The exports differ in the region, the destination and where T comes from; the ratio forms
+// share one scan, and differ in the table below.
+//
+//                          share clamped   T raised                      told
+//     ByPercent            no              0 to 1, percent below 50      -
+//     ByRatio              yes             0 to 1, ratio below 0.5       as applied
+//     ByRatio with minT    yes             to minT                       as found
+//     ByRatioAndMiniT      yes             to minT                       as applied
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/arithmetic.h"
+#include "frame/row_kernel.h"
+#include "frame/views.h"
+#include "histogram/histogram.h"
+#include "nuv/histogram.h"
+
+namespace nuv {
+namespace {
+
+NUV_ROW_KERNEL void threshold_row(const uint8_t* in, uint8_t* out, std::ptrdiff_t n, uint8_t threshold,
+                                  uint8_t low, uint8_t high) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = in[x] >= threshold ? high : low;
+}
+
+struct TwoLevels {
+  int32_t threshold;
+  uint8_t low = 0;
+  uint8_t high = 255;
+
+  void apply(const uint8_t* in, uint8_t* out, std::ptrdiff_t n) const {
+    if (threshold > 0 && threshold <= 255) {
+      threshold_row(in, out, n, static_cast<uint8_t>(threshold), low, high);
+    } else {
+      std::memset(out, threshold <= 0 ? high : low, static_cast<std::size_t>(n));
+    }
+  }
+};
+
+void binarise(GrayImage source, uint8_t* result, TwoLevels levels) {
+  levels.apply(source.pixels, result, source.size());
+}
+
+void binarise(GrayImage source, Region region, uint8_t* result, TwoLevels levels) {
+  if (region.empty()) return;
+  for (int32_t y = region.y1; y <= region.y2; ++y) {
+    const uint8_t* row = source.at(region.x1, y);
+    levels.apply(row, result + (row - source.pixels), region.columns());
+  }
+}
+
+// The threshold that leaves at most a share of the pixels above it.
+int32_t threshold_for_share(const int32_t* bins, int32_t share) {
+  return first_from_above(bins, share, Reach::kExceeds);
+}
+
+struct RatioThreshold {
+  int32_t found;
+  bool spares_black;  // less than half of the pixels are to become white
+
+  // Black pixels alone do not become white.
+  int32_t raised_from_black() const { return spares_black && found == 0 ? 1 : found; }
+};
+
+RatioThreshold threshold_for_ratio(const int32_t* bins, int32_t pixels, double ratio) {
+  if (ratio < 0) ratio = 0;
+  if (ratio > 1) ratio = 1;
+  return {threshold_for_share(bins, truncated(pixels * ratio)), ratio < 0.5};
+}
+
+RatioThreshold threshold_for_ratio(GrayImage image, double ratio) {
+  Histogram bins;
+  NuvGetHistogram(image.pixels, image.width, image.height, bins.data());
+  return threshold_for_ratio(bins.data(), image.width * image.height, ratio);
+}
+
+RatioThreshold threshold_for_ratio(uint8_t* pixels, int32_t width, Region region, double ratio) {
+  Histogram bins;
+  NuvGetHistogramInRect(pixels, width, region.x1, region.x2, region.y1, region.y2, bins.data());
+  return threshold_for_ratio(bins.data(), region.columns() * region.rows(), ratio);
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T) {
+  NuvThreshold(pGryImg, width, height, T, pGryImg);
+}
+
+void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg) {
+  binarise({pGryImg, width, height}, pResImg, {T});
+}
+
+void NuvThreshold2V1V2(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t v1, int32_t v2) {
+  binarise({pGryImg, width, height}, pGryImg, {T, low_byte(v1), low_byte(v2)});
+}
+
+void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
+                        int32_t T) {
+  NuvThresholdInRect(pGryImg, width, x1, x2, y1, y2, T, pGryImg);
+}
+
+void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
+                        int32_t T, uint8_t* pResImg) {
+  binarise(image_of_any_height<1>(pGryImg, width), {x1, x2, y1, y2}, pResImg, {T});
+}
+
+void NuvThresholdAndShrink(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t step,
+                           uint8_t* pResImg, int32_t* pNewWidth, int32_t* pNewHeight) {
+  step = std::max(step, 1);
+  *pNewWidth = width / step;
+  *pNewHeight = height / step;
+  if (step == 1) {
+    NuvThreshold(pGryImg, width, height, T, pResImg);
+    return;
+  }
+  const GrayImage source{pGryImg, width, height};
+  for (int64_t y = 0; y < height; y += step) {
+    for (int64_t x = 0; x < width; x += step) {
+      const uint8_t pixel = *source.at(static_cast<int32_t>(x), static_cast<int32_t>(y));
+      *pResImg++ = pixel >= T ? 255 : 0;
+    }
+  }
+}
+
+void NuvThresholdByPercent(uint8_t* pGryImg, int32_t width, int32_t height, int32_t percent) {
+  Histogram bins;
+  NuvGetHistogram(pGryImg, width, height, bins.data());
+  const int32_t share = width * height * percent / 100;
+  const RatioThreshold threshold{threshold_for_share(bins.data(), share), percent < 50};
+  NuvThreshold(pGryImg, width, height, threshold.raised_from_black());
+}
+
+int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t height, double ratio) {
+  return NuvThresholdByRatio(pGryImg, width, height, ratio, pGryImg);
+}
+
+int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t height, double ratio, uint8_t* pResImg) {
+  const int32_t threshold = threshold_for_ratio({pGryImg, width, height}, ratio).raised_from_black();
+  NuvThreshold(pGryImg, width, height, threshold, pResImg);
+  return threshold;
+}
+
+int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
+                            double ratio) {
+  const int32_t threshold = threshold_for_ratio(pGryImg, width, {x1, x2, y1, y2}, ratio).raised_from_black();
+  NuvThresholdInRect(pGryImg, width, x1, x2, y1, y2, threshold);
+  return threshold;
+}
+
+int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
+                            double ratio, int32_t minT, uint8_t* pResImg) {
+  const int32_t found = threshold_for_ratio(pGryImg, width, {x1, x2, y1, y2}, ratio).found;
+  NuvThresholdInRect(pGryImg, width, x1, x2, y1, y2, std::max(found, minT), pResImg);
+  return found;
+}
+
+int32_t NuvThresholdByRatioAndMiniT(uint8_t* pGryImg, int32_t width, int32_t height, double ratio,
+                                    int32_t minT) {
+  const int32_t threshold = std::max(threshold_for_ratio({pGryImg, width, height}, ratio).found, minT);
+  NuvThreshold(pGryImg, width, height, threshold);
+  return threshold;
+}
