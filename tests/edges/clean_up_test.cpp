@@ -1,0 +1,217 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <numeric>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+
+TEST(CrossPoints, AreDeletedOnCountsOfTheImageAsItCame) {
+  TestImage plus = draw({".......", "...#...", "...#...", ".#####.", "...#...", "...#...", "......."});
+  NuvEdgeDeleteNoiseAndCrossPoints(plus.data(), 7, 7, 2);
+  EXPECT_EQ(plus, draw({".......", "...#...", ".......", ".#...#.", ".......", "...#...", "......."}))
+      << "the arms beside the centre touch its other arms";
+  TestImage border = draw({"###", "###", "###"});
+  border.at(1, 1) = 128;
+  NuvEdgeDeleteNoiseAndCrossPoints(border.data(), 3, 3, 8);
+  EXPECT_EQ(border, TestImage(3, 3)) << "128 goes, whatever its neighbours";
+}
+
+TEST(ShortContours, Go) {
+  TestImage edges =
+      draw({"..........", ".##.......", ".....####.", ".....#..#.", ".....####.", ".........."});
+  TestImage result(10, 6, 9);
+  NuvEdgeDeleteNoiseByLength(edges.data(), 10, 6, 5, result.data());
+  EXPECT_EQ(result,
+            draw({"..........", "..........", ".....####.", ".....#..#.", ".....####.", ".........."}));
+  NuvEdgeDeleteNoiseByLength(edges.data(), 10, 6, 50, result.data());
+  EXPECT_EQ(result, TestImage(10, 6));
+}
+
+TEST(WeakPoints, Go) {
+  TestImage gray(5, 3);
+  for (int32_t y = 0; y < 3; ++y) gray.at(3, y) = gray.at(4, y) = 40;
+  TestImage edges(5, 3, 255);
+  NuvRemoveEdgePointsByGrd(edges.data(), gray.data(), 5, 3, 40);
+  EXPECT_EQ(edges, draw({"#####", "#.###", "#####"})) << "40 is not below 40; the border stays";
+}
+
+// The plain form: every window collected anew, every pair tested.
+void plain_connect(TestImage& e, const TestImage& mask, int32_t gap) {
+  for (int32_t y = 1; y < e.height - 1; ++y) {
+    for (int32_t x = 1; x < e.width - 1; ++x) {
+      int count = -1;
+      for (int32_t i = 0; i < 9; ++i) count += e.at(x - 1 + i % 3, y - 1 + i / 3) != 0;
+      if (e.at(x, y) != 0 && count < 2) e.at(x, y) = 200;
+    }
+  }
+  const int32_t r = gap / 2 + 1;
+  if (r < 1) return;
+  for (int32_t y = r; y <= e.height - r - 1; ++y) {
+    for (int32_t x = r; x <= e.width - r - 1; ++x) {
+      if (mask.at(x, y) == 0 || e.at(x, y) != 0) continue;
+      std::vector<std::pair<int32_t, int32_t>> points;
+      for (int32_t py = y - r; py <= y + r - 1; ++py) {
+        for (int32_t px = x - r; px <= x + r - 1; ++px) {
+          if (e.at(px, py) == 200 && points.size() < 1000) points.emplace_back(px, py);
+        }
+      }
+      for (std::size_t i = 0; i < points.size(); ++i) {
+        for (std::size_t j = i + 1; j < points.size(); ++j) {
+          const auto [x1, x2] = std::minmax(points[i].first, points[j].first);
+          const auto [y1, y2] = std::minmax(points[i].second, points[j].second);
+          if (x >= x1 && x <= x2 && y >= y1 && y <= y2) e.at(x, y) = 100;
+        }
+      }
+    }
+  }
+}
+
+TEST(ConnectEdge, EqualsThePlainForm) {
+  Random random(35);
+  for (int round = 0; round < 400; ++round) {
+    const int32_t width = random.between(1, 40);
+    const int32_t height = random.between(1, 25);
+    TestImage edges = random.binary(width, height, random.between(1, 25));
+    for (uint8_t& p : edges.pixels) {
+      if (random.between(1, 50) == 1) p = 200;  // ends that the host has marked
+    }
+    TestImage mask = random.binary(width, height, 80);
+    TestImage expected = edges;
+    const int32_t gap = random.between(-5, 9);
+    plain_connect(expected, mask, gap);
+    NuvConnectEdge(edges.data(), mask.data(), width, height, gap);
+    ASSERT_EQ(edges, expected) << gap;
+  }
+}
+
+TEST(ConnectEdge, TakesNoMoreThanAThousandEndPoints) {
+  // 1022 ends stand above (40, 40), one at its right and one at its left: only the first thousand count.
+  TestImage edges(81, 81);
+  int32_t ends = 0;
+  for (int32_t y = 8; y < 40 && ends < 1022; ++y) {
+    for (int32_t x = 41; x < 72 && ends < 1022; ++x, ++ends) edges.at(x, y) = 200;
+  }
+  TestImage few = edges;
+  edges.at(8, 60) = 200;
+  TestImage mask(81, 81);
+  mask.at(40, 40) = 255;
+  TestImage expected = edges;
+  plain_connect(expected, mask, 70);
+  NuvConnectEdge(edges.data(), mask.data(), 81, 81, 70);
+  EXPECT_EQ(edges, expected);
+}
+
+TEST(TwoEdgePoints, PerColumn) {
+  TestImage image = draw({"9..", "5.7", "...", "3.7", "4.9", "9.."});
+  int32_t first[3] = {-7, -7, -7};
+  int32_t second[3] = {-7, -7, -7};
+  NuvExtractTwoEdgePointPerCol(image.data(), 3, 2, 0, 1, 0, 5, first, second);
+  EXPECT_THAT(first, ElementsAre(1, 0, 0)) << "an empty column and one outside give 0";
+  EXPECT_THAT(second, ElementsAre(4, 0, 0));
+  NuvExtractTwoEdgePointPerCol(image.data(), 3, 9, 0, 2, 0, 5, first, second);
+  EXPECT_THAT(first, ElementsAre(1, 0, 4));
+  EXPECT_THAT(second, ElementsAre(1, 0, 4)) << "nothing far enough";
+}
+
+TEST(EdgePointsInRect, NeedMoreThanTenPixelsBetween) {
+  TestImage image(40, 3);
+  image.at(5, 0) = 9;
+  image.at(15, 0) = 8;
+  image.at(5, 1) = 9;
+  image.at(16, 1) = 8;
+  std::vector<int32_t> left(3, -7);
+  std::vector<int32_t> right(3, -7);
+  std::vector<int32_t> top(40, -7);
+  std::vector<int32_t> bottom(40, -7);
+  bottom[2] = 33;
+  NuvExtractEdgePointInRect(image.data(), 40, 0, 0, 39, 2, left.data(), right.data(), top.data(),
+                            bottom.data());
+  EXPECT_THAT(left, ElementsAre(5, 5, 33)) << "an empty row takes what bottom holds";
+  EXPECT_THAT(right, ElementsAre(5, 16, -1));
+  EXPECT_EQ(top[5], 0);
+  EXPECT_EQ(bottom[5], 0);
+  EXPECT_EQ(top[6], -1);
+}
+
+TEST(EdgePointsInCircle, StayInTheEllipse) {
+  TestImage image(41, 41, 1);
+  image.at(20, 20) = 9;
+  image.at(1, 20) = 8;
+  image.at(9, 9) = 200;  // outside
+  std::vector<int32_t> left(41, -7);
+  std::vector<int32_t> right(41, -7);
+  std::vector<int32_t> top(41, -7);
+  std::vector<int32_t> bottom(41, -7);
+  NuvExtractEdgePointInCircle(image.data(), 41, 20, 20, 19, 12, left.data(), right.data(), top.data(),
+                              bottom.data());
+  EXPECT_EQ(left[20], 1);
+  EXPECT_EQ(right[20], 20);
+  EXPECT_GT(left[9], 9);
+  EXPECT_EQ(left[7], -7) << "above the ellipse";
+  EXPECT_EQ(top[20], 20) << "row 8 is 12 away but weaker than none";
+  NuvExtractEdgePointInCircle(image.data(), 41, 20, 20, 5, 0, left.data(), right.data(), top.data(),
+                              bottom.data());
+  EXPECT_EQ(right[20], -1) << "no half axis, no pixels";
+}
+
+TEST(ThresholdByEdge, CountsVotesAroundEdges) {
+  TestImage gray(10, 10, 50);
+  TestImage edges(10, 10);
+  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 0), 0);
+  edges.at(4, 5) = 1;
+  gray.at(5, 5) = 60;  // a sample
+  gray.at(4, 6) = 90;  // none
+  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 0), 50);
+  gray.at(4, 5) = 55;
+  edges.at(5, 5) = 1;
+  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 1), 50);
+  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 2), 60);
+  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 4, 9, 0, 9, 2), 60)
+      << "the edge at x1 is out";
+}
+
+TEST(LocalRange, EqualsThePlainWindows) {
+  Random random(36);
+  for (int round = 0; round < 300; ++round) {
+    const int32_t width = random.between(1, 60);
+    const int32_t height = random.between(1, 20);
+    const int32_t m = random.between(0, 9);
+    const int32_t n = random.between(0, 9);
+    TestImage source = random.gray(width, height);
+    TestImage result(width, height);
+    std::array<int32_t, 256> histogram;
+    ASSERT_TRUE(NuvEdgeTripeDetection(source.data(), width, height, m, n, result.data(), histogram.data()));
+    ASSERT_EQ(std::accumulate(histogram.begin(), histogram.end(), 0), width * height);
+    for (int32_t y = 0; y < height; ++y) {
+      const int32_t ya = std::max(y - n, 0);
+      const int32_t yb = std::min(ya + 2 * n, height - 1);
+      for (int32_t x = 0; x < width; ++x) {
+        const int32_t from = x < m ? x : x >= width - m - 1 ? x - 2 * m : x - m;
+        uint8_t least = 255;
+        uint8_t most = 0;
+        for (int32_t wy = ya; wy <= yb; ++wy) {
+          for (int32_t wx = std::max(from, 0); wx <= std::min(from + 2 * m, width - 1); ++wx) {
+            least = std::min(least, source.at(wx, wy));
+            most = std::max(most, source.at(wx, wy));
+          }
+        }
+        ASSERT_EQ(result.at(x, y), most - least) << width << 'x' << height << ' ' << m << ' ' << n;
+      }
+    }
+  }
+  TestImage wide(4097, 1, 9);
+  std::array<int32_t, 256> untouched;
+  untouched.fill(-7);
+  EXPECT_FALSE(NuvEdgeTripeDetection(wide.data(), 4097, 1, 1, 1, wide.data(), untouched.data()));
+  EXPECT_THAT(untouched, Each(-7));
+}
+
+}  // namespace

@@ -1,0 +1,239 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <numeric>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using Bins = std::array<int32_t, 256>;
+
+Bins bins(const std::map<int, int32_t>& counts) {
+  Bins h{};
+  for (const auto& [value, count] : counts) h[static_cast<std::size_t>(value)] = count;
+  return h;
+}
+
+Bins run_of(int32_t first, int32_t last, int32_t count) {
+  Bins h{};
+  std::fill(h.begin() + first, h.begin() + last + 1, count);
+  return h;
+}
+
+TEST(GaussianSmooth, KeepsTheEndsAndAmplifiesTheMiddle) {
+  Bins h = run_of(0, 255, 100);
+  Bins smoothed;
+  EXPECT_EQ(NuvHistogramGaussianSmooth(h.data(), 0, 1, 0.1, smoothed.data()), 255);
+  EXPECT_EQ(smoothed[0], 100);
+  EXPECT_EQ(smoothed[2], 100);
+  EXPECT_EQ(smoothed[3], 142);
+  EXPECT_EQ(smoothed[252], 142);
+  EXPECT_EQ(smoothed[253], 100);
+  h = bins({});
+  EXPECT_EQ(NuvHistogramGaussianSmooth(h.data(), 0, 1, 0.1, smoothed.data()), 0);
+  EXPECT_THAT(smoothed, Each(0));
+  h = bins({{100, 1000}});
+  EXPECT_EQ(NuvHistogramGaussianSmooth(h.data(), 0, 1, 0.1, smoothed.data()), 0);
+  // K = 1024, 621, 139: bin 100 is a middle of one bin, bin 99 lies in the left zone.
+  EXPECT_EQ(smoothed[100], 1000 * 1024 / (1024 + 621 + 139));
+  EXPECT_EQ(smoothed[99], 621 * 1000 / (1024 + 2 * (621 + 139)));
+  EXPECT_EQ(smoothed[96], 0);
+}
+
+TEST(AverageSmooth, ClipsItsWindow) {
+  Bins h = bins({{0, 9}, {1, 3}, {255, 8}});
+  Bins smoothed;
+  NuvHistogramAverageSmooth(h.data(), 1, smoothed.data());
+  EXPECT_EQ(smoothed[0], 6);
+  EXPECT_EQ(smoothed[1], 4);
+  EXPECT_EQ(smoothed[255], 4);
+  NuvHistogramAverageSmooth(h.data(), 0, smoothed.data());
+  EXPECT_EQ(smoothed, h);
+  NuvHistogramAverageSmooth(h.data(), INT32_MAX, smoothed.data());
+  EXPECT_THAT(smoothed, Each(20 / 256));
+  NuvHistogramAverageSmooth(h.data(), -1, smoothed.data());
+  EXPECT_THAT(smoothed, Each(0));
+}
+
+TEST(PeaksAndValleys, AreMarkedByTheirLastRiseOrFlat) {
+  const std::pair<std::vector<int32_t>, std::vector<int32_t>> cases[] = {
+      {{1, 5, 2}, {-1, -100, 100}},
+      {{3, 3, 5, 5, 5, 2, 4}, {0, 0, 1, 100, 0, -100, 100}},
+      {{4}, {0}},
+  };
+  for (auto [data, expected] : cases) {
+    std::vector<int32_t> marks(data.size());
+    NuvSetPeakTo100ValleyTo_100(data.data(), static_cast<int32_t>(data.size()), marks.data());
+    EXPECT_THAT(marks, ElementsAreArray(expected));
+  }
+}
+
+TEST(TwoPeaks, AreApartOrEqual) {
+  Bins h = bins({{0, 1}, {1, 1}, {39, 2}, {40, 9}, {41, 3}, {60, 7}, {200, 5}});
+  int32_t first = -1;
+  int32_t second = -1;
+  NuvFindTwoPeaks(h.data(), 30, &first, &second);
+  EXPECT_EQ(first, 40);
+  EXPECT_EQ(second, 200);
+  NuvFindTwoPeaks(h.data(), 10, &first, &second);
+  EXPECT_EQ(second, 60);
+  NuvFindTwoPeaks(h.data(), 250, &first, &second);
+  EXPECT_EQ(second, first);
+}
+
+TEST(HistogramOrder, IsThatOfTheExchangeSort) {
+  Bins h = bins({{3, 5}, {7, 9}, {9, 5}});
+  Bins order;
+  EXPECT_EQ(NuvHistogramOrder(h.data(), order.data()), 3);
+  EXPECT_EQ(order[0], 7);
+  EXPECT_TRUE(std::is_permutation(order.begin(), order.end(),
+                                  [] {
+                                    Bins all;
+                                    std::iota(all.begin(), all.end(), 0);
+                                    return all;
+                                  }()
+                                      .begin()));
+  for (std::size_t i = 1; i < 256; ++i) {
+    EXPECT_GE(h[static_cast<std::size_t>(order[i - 1])], h[static_cast<std::size_t>(order[i])]);
+  }
+}
+
+TEST(Equalising, KeepsOrderAndSpreads) {
+  Random random(23);
+  for (auto equalise : {NuvHistogramEqualizeFast, NuvHistogramEqualizeStandard}) {
+    TestImage image(40, 30);
+    // 40 values, all of them present, so that the spans come out even.
+    for (uint8_t& p : image.pixels) p = static_cast<uint8_t>(random.between(90, 109) + random.between(0, 20));
+    for (int32_t i = 0; i < 40; ++i) image.pixels[static_cast<std::size_t>(i)] = static_cast<uint8_t>(90 + i);
+    const TestImage original = image;
+    equalise(image.data(), 40, 30);
+    std::map<uint8_t, uint8_t> mapped;
+    for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+      const auto [entry, is_new] = mapped.emplace(original.pixels[i], image.pixels[i]);
+      EXPECT_EQ(entry->second, image.pixels[i]) << "one value for one value";
+    }
+    uint8_t previous = 0;
+    for (const auto& [from, to] : mapped) {
+      EXPECT_GE(to, previous);
+      previous = to;
+    }
+    EXPECT_GT(mapped.rbegin()->second - mapped.begin()->second, 200);
+  }
+}
+
+TEST(Equalising, OfOneValue) {
+  TestImage image(5, 5, 80);
+  NuvHistogramEqualizeFast(image.data(), 5, 5);
+  EXPECT_THAT(image.pixels, Each(255));
+  image = TestImage(5, 5, 80);
+  NuvHistogramEqualizeStandard(image.data(), 5, 5);
+  EXPECT_THAT(image.pixels, Each(0));
+  NuvHistogramEqualizeFast(nullptr, 0, 5);
+  NuvHistogramEqualizeStandard(nullptr, 5, 0);
+}
+
+TEST(Normalization, MatchesTheTargetAndSurvivesOthers) {
+  TestImage image(4, 1);
+  image.pixels = {10, 10, 20, 30};
+  Bins target = bins({{100, 2}, {150, 1}, {200, 1}});
+  NuvHistogramNormalization(image.data(), 4, 1, target.data());
+  EXPECT_THAT(image.pixels, ElementsAre(124, 124, 174, 200)) << "the centres of 100..149, 150..199, 200";
+  for (const Bins& odd : {bins({}), bins({{9, 1}}), bins({{9, 1000}}), bins({{0, 1}, {255, 1000}})}) {
+    TestImage other(4, 1, 10);
+    other.pixels = {10, 10, 20, 30};
+    Bins copy = odd;
+    NuvHistogramNormalization(other.data(), 4, 1, copy.data());
+  }
+}
+
+TEST(HistogramPicture, HangsItsBarsFromTheTop) {
+  int32_t values[] = {0, 2, 4, 1};
+  TestImage image(8, 4, 9);
+  NuvDrawHistogram2Img(values, 4, image.data(), 8, 4);
+  EXPECT_EQ(image, draw({"..######", "..####..", "....##..", "........"}));
+}
+
+TEST(HighContrast, NeedsTwoPeaksAndADeepValley) {
+  Bins h{};
+  for (int i = -10; i <= 10; ++i)
+    h[static_cast<std::size_t>(60 + i)] = h[static_cast<std::size_t>(190 + i)] = 110 - 10 * std::abs(i);
+  int32_t left = -1;
+  int32_t right = -1;
+  double contrast = -1;
+  EXPECT_TRUE(NuvIsHighContrastImg(h.data(), 120, 1, 50, 2.0, &left, &right, &contrast));
+  EXPECT_EQ(left, 60);
+  EXPECT_EQ(right, 190);
+  EXPECT_GT(contrast, 5);
+  EXPECT_FALSE(NuvIsHighContrastImg(h.data(), 120, 1, 131, 2.0, &left, &right, &contrast));
+  EXPECT_EQ(right, 190);
+  EXPECT_EQ(contrast, 0);
+  for (int32_t m : {-9, 0, 254, 255, 9999}) {
+    for (int32_t t : {-5, 0, 255, 300})
+      NuvIsHighContrastImg(h.data(), t, m, 0, 2.0, &left, &right, &contrast);
+  }
+}
+
+TEST(EdgeModel, TakesTheTwoSidesOfAnEdge) {
+  TestImage image(40, 6);
+  for (int32_t y = 0; y < 6; ++y) {
+    for (int32_t x = 0; x < 40; ++x) image.at(x, y) = x < 20 ? 200 : 60;
+  }
+  TestImage marks(40, 6);
+  Bins h;
+  NuvEdgeModelHistogram(image.data(), 40, 6, 2, 50, h.data(), marks.data());
+  EXPECT_GT(h[200], 0);
+  EXPECT_EQ(h[200], h[60]) << "pairs";
+  EXPECT_EQ(std::accumulate(h.begin(), h.end(), 0), h[200] + h[60]);
+  EXPECT_EQ(marks.at(18, 3), 201) << "one end of the edge";
+  // Rising: one sample at each side of the middle at most.
+  for (int32_t y = 0; y < 6; ++y) std::reverse(&image.at(0, y), &image.at(39, y) + 1);
+  NuvEdgeModelHistogram(image.data(), 40, 6, 2, 50, h.data(), marks.data());
+  EXPECT_EQ(h[200] + h[60], 2 * 6);
+}
+
+TEST(MainGrayLevels, AreSpentWhereTheHistogramIs) {
+  Bins h{};
+  std::fill(h.begin(), h.begin() + 10, 1);
+  std::fill(h.begin() + 200, h.begin() + 210, 1);
+  std::vector<int32_t> table(256 + 16, -7);
+  EXPECT_EQ(NuvGenerateMainGryLUT(h.data(), 2, 16, table.data()), 16);
+  const std::pair<std::size_t, int32_t> expected[] = {{0, 0},    {9, 4},    {10, 5},   {48, 6},  {199, 9},
+                                                      {200, 10}, {209, 14}, {210, 15}, {255, 15}};
+  for (const auto& [level, number] : expected) EXPECT_EQ(table[level], number) << level;
+  EXPECT_EQ(table[256], -7);
+
+  h = run_of(0, 255, 1);
+  EXPECT_EQ(NuvGenerateMainGryLUT(h.data(), 2, 16, table.data()), 16);
+  for (std::size_t i = 0; i < 256; ++i) EXPECT_EQ(table[i], static_cast<int32_t>(i) / 16);
+  EXPECT_EQ(NuvGenerateMainGryLUT(h.data(), 0, 16, table.data()), 0);
+}
+
+// Whatever the histogram and the steps: the table rises by single classes, and nothing past its room is written.
+TEST(MainGrayLevels, RiseForEveryHistogram) {
+  Random random(24);
+  for (int round = 0; round < 3000; ++round) {
+    Bins h{};
+    for (int32_t i = random.between(0, 60); i > 0; --i)
+      h[static_cast<std::size_t>(random.between(0, 255))] = 1;
+    const int32_t min_step = random.between(1, round % 10 == 0 ? 300 : 20);
+    const int32_t max_step = random.between(1, round % 10 == 0 ? 400 : 64);
+    std::vector<int32_t> table(static_cast<std::size_t>(255 + max_step + 1), -7);
+    NuvGenerateMainGryLUT(h.data(), min_step, max_step, table.data());
+    ASSERT_EQ(table[0], 0);
+    for (std::size_t i = 1; i < 256; ++i) {
+      ASSERT_GE(table[i], table[i - 1]);
+      ASSERT_LE(table[i], table[i - 1] + 1);
+    }
+    ASSERT_EQ(table.back(), -7);
+  }
+}
+
+}  // namespace
