@@ -17,13 +17,13 @@ build/bench/bench/nuv_bench --benchmark_filter="${1:-.}" --benchmark_repetitions
       gsub(/_median +| ns/, "", median)
       if (!(row in peers)) { order[++rows] = row; peers[row] = "" }
       time[row, side] = median
-      if (side != "nuv") peers[row] = peers[row] " " side
+      if (side != "nuv") peers[row] = peers[row] (peers[row] == "" ? "" : ";") side
     }
     END {
       printf "%-40s %12s   %s\n", "row", "time", "times as fast as"
       for (i = 1; i <= rows; ++i) {
         row = order[i]; line = ""
-        n = split(peers[row], list, " ")
+        n = split(peers[row], list, ";")
         for (p = 1; p <= n; ++p) line = line sprintf("%s %.2f  ", list[p], time[row, list[p]] / time[row, "nuv"])
         printf "%-40s %9.0f us   %s\n", row, time[row, "nuv"] / 1000, line
       }

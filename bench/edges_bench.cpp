@@ -1,29 +1,136 @@
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
 
 namespace {
 
-void shen_jun_edge_fast(benchmark::State& state) {
-  BenchPicture picture = gray_picture();
-  std::vector<uint8_t> scratch(picture.pixels.size());
-  std::vector<uint8_t> edges(picture.pixels.size());
-  for (auto _ : state) {
-    NuvShenJunEdgeFast(picture.data(), scratch.data(), picture.width, picture.height, 2, 24, edges.data());
-    benchmark::DoNotOptimize(edges.data());
+using Gradient = void (*)(uint8_t*, int32_t, int32_t, uint8_t*);
+using WindowGradient = void (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, uint8_t*);
+
+auto gradient_work(Gradient gradient) {
+  return [=, picture = gray_picture(), result = gray_picture()]() mutable {
+    gradient(picture.data(), picture.width, picture.height, result.data());
+  };
+}
+
+auto window_work(WindowGradient gradient) {
+  return [=, picture = gray_picture(), result = gray_picture()]() mutable {
+    gradient(picture.data(), picture.width, picture.height, 3, 3, result.data());
+  };
+}
+
+const Row sobel("NuvGryImgSobel/nuv", [] { return gradient_work(NuvGryImgSobel); });
+const Row robert("NuvRobert/nuv", [] { return gradient_work(NuvRobert); });
+const Row robert_copy("NuvRobert/copy", [] { return copy_of_bytes(1280 * 960); });
+const Row prewitt_0("NuvGradientByPrewitt0/nuv", [] { return window_work(NuvGradientByPrewitt0); });
+const Row prewitt_90("NuvGradientByPrewitt90/nuv", [] { return window_work(NuvGradientByPrewitt90); });
+const Row prewitt("NuvGradientByPrewitt/nuv", [] { return window_work(NuvGradientByPrewitt); });
+
+// The four directions of windows of 7 by 7, summed up pixel by pixel.
+void plain_four_directions(const uint8_t* p, int32_t width, int32_t height, uint8_t* result) {
+  constexpr int32_t kHalf = 3;
+  constexpr int32_t kSize = 2 * kHalf + 1;
+  int32_t d4 = 0;
+  for (int32_t y = kHalf; y < height - kHalf; ++y) {
+    for (int32_t x = kHalf; x < width - kHalf; ++x) {
+      int32_t d1 = 0;
+      int32_t d2 = 0;
+      int32_t d3 = 0;
+      int32_t falling = 0;
+      const auto side = [](int32_t i, int32_t line) { return i < line ? 1 : i > line ? -1 : 0; };
+      for (int32_t r = 0; r < kSize; ++r) {
+        const uint8_t* row = p + (y - kHalf + r) * width + x - kHalf;
+        for (int32_t c = 0; c < kSize; ++c) {
+          d1 += side(r, kHalf) * row[c];
+          d2 += side(c, kHalf) * row[c];
+          d3 += side(c, kSize - 1 - r) * row[c];
+          falling += side(c, r) * row[c];
+        }
+      }
+      if (falling > 0) d4 = falling;
+      const int32_t mean = (std::abs(d1) + std::abs(d2) + std::abs(d3) + d4) / 4;
+      result[y * width + x] = static_cast<uint8_t>(d4 >= 255 ? 255 : std::min(mean, 255));
+    }
   }
 }
-BENCHMARK(shen_jun_edge_fast)->Name("NuvShenJunEdgeFast/nuv");
+const Row prewitt_plain("NuvGradientByPrewitt/plain", [] {
+  return [picture = gray_picture(), result = gray_picture()]() mutable {
+    plain_four_directions(picture.data(), picture.width, picture.height, result.data());
+  };
+});
+
+const Row local_range("NuvEdgeTripeDetection/nuv", [] {
+  return [picture = gray_picture(), result = gray_picture()]() mutable {
+    std::array<int32_t, 256> bins;
+    NuvEdgeTripeDetection(picture.data(), picture.width, picture.height, 3, 3, result.data(), bins.data());
+  };
+});
+
+const Row shen_jun("NuvShenJunEdgeFast/nuv", [] {
+  return [picture = gray_picture(), scratch = gray_picture(), edges = gray_picture()]() mutable {
+    NuvShenJunEdgeFast(picture.data(), scratch.data(), picture.width, picture.height, 2, 24, edges.data());
+  };
+});
 
 #if NUV_WITH_OPENCV
-void canny(benchmark::State& state) {
-  BenchPicture picture = gray_picture();
-  cv::Mat edges;
-  for (auto _ : state) {
-    cv::Canny(picture.mat(), edges, 50, 100);
-    benchmark::DoNotOptimize(edges.data);
+const Row cv_sobel("NuvGryImgSobel/opencv", [] {
+  return [picture = gray_picture(), x = cv::Mat(), y = cv::Mat(), result = cv::Mat()]() mutable {
+    cv::Sobel(picture.mat(), x, CV_16S, 1, 0);
+    cv::Sobel(picture.mat(), y, CV_16S, 0, 1);
+    cv::convertScaleAbs(x, x);
+    cv::convertScaleAbs(y, y);
+    cv::add(x, y, result);
+  };
+});
+
+auto filter_work(bool rows_differ) {
+  cv::Mat kernel = cv::Mat::zeros(7, 7, CV_32F);
+  for (int r = 0; r < 7; ++r) {
+    for (int c = 0; c < 7; ++c) {
+      const int i = rows_differ ? r : c;
+      kernel.at<float>(r, c) = i < 3 ? 1.0F : i > 3 ? -1.0F : 0.0F;
+    }
   }
+  return [=, picture = gray_picture(), filtered = cv::Mat(), result = cv::Mat()]() mutable {
+    cv::filter2D(picture.mat(), filtered, CV_16S, kernel);
+    cv::convertScaleAbs(filtered, result);
+  };
 }
-BENCHMARK(canny)->Name("NuvShenJunEdgeFast/opencv");
+const Row filter_0("NuvGradientByPrewitt0/opencv", [] { return filter_work(true); });
+const Row filter_90("NuvGradientByPrewitt90/opencv", [] { return filter_work(false); });
+
+const Row morphology("NuvEdgeTripeDetection/opencv", [] {
+  const cv::Mat window = cv::getStructuringElement(cv::MORPH_RECT, {7, 7});
+  return [=, picture = gray_picture(), most = cv::Mat(), least = cv::Mat(), result = cv::Mat()]() mutable {
+    cv::dilate(picture.mat(), most, window);
+    cv::erode(picture.mat(), least, window);
+    cv::subtract(most, least, result);
+  };
+});
+
+// With the histogram that the export gives besides.
+const Row morphology_and_histogram("NuvEdgeTripeDetection/opencv with calcHist", [] {
+  const cv::Mat window = cv::getStructuringElement(cv::MORPH_RECT, {7, 7});
+  return [=, picture = gray_picture(), most = cv::Mat(), least = cv::Mat(), result = cv::Mat(),
+          bins = cv::Mat()]() mutable {
+    cv::dilate(picture.mat(), most, window);
+    cv::erode(picture.mat(), least, window);
+    cv::subtract(most, least, result);
+    const int channel = 0;
+    const int size = 256;
+    const float range[] = {0, 256};
+    const float* ranges = range;
+    cv::calcHist(&result, 1, &channel, cv::Mat(), bins, 1, &size, &ranges);
+  };
+});
+
+const Row canny("NuvShenJunEdgeFast/opencv", [] {
+  return
+      [picture = gray_picture(), edges = cv::Mat()]() mutable { cv::Canny(picture.mat(), edges, 50, 100); };
+});
 #endif
 
 }  // namespace

@@ -3,31 +3,82 @@
 
 namespace {
 
-void get_histogram(benchmark::State& state) {
-  BenchPicture picture = gray_picture();
-  int32_t bins[256];
-  for (auto _ : state) {
-    NuvGetHistogram(picture.data(), picture.width, picture.height, bins);
-    benchmark::DoNotOptimize(bins);
-  }
-}
-BENCHMARK(get_histogram)->Name("NuvGetHistogram/nuv");
+const Row get_histogram("NuvGetHistogram/nuv", [] {
+  return [picture = gray_picture(), bins = std::vector<int32_t>(256)]() mutable {
+    NuvGetHistogram(picture.data(), picture.width, picture.height, bins.data());
+  };
+});
+
+const Row threshold("NuvThreshold/nuv", [] {
+  return [picture = gray_picture(), result = gray_picture()]() mutable {
+    NuvThreshold(picture.data(), picture.width, picture.height, 128, result.data());
+  };
+});
+const Row threshold_copy("NuvThreshold/copy", [] { return copy_of_bytes(1280 * 960); });
+
+const Row threshold_by_ratio("NuvThresholdByRatio/nuv", [] {
+  return [picture = gray_picture(), result = gray_picture()]() mutable {
+    NuvThresholdByRatio(picture.data(), picture.width, picture.height, 0.3, result.data());
+  };
+});
+
+const Row equalize("NuvHistogramEqualizeFast/nuv", [] {
+  return [picture = gray_picture()]() mutable {
+    NuvHistogramEqualizeFast(picture.data(), picture.width, picture.height);
+  };
+});
+
+const Row project("NuvGryImgPrjXY/nuv", [] {
+  return [picture = gray_picture(), columns = std::vector<int32_t>(1280),
+          rows = std::vector<int32_t>(960)]() mutable {
+    NuvGryImgPrjXY(picture.data(), picture.width, picture.height, columns.data(), rows.data());
+  };
+});
 
 #if NUV_WITH_OPENCV
-void calc_hist(benchmark::State& state) {
-  BenchPicture picture = gray_picture();
-  const cv::Mat image = picture.mat();
+cv::Mat histogram_of(const cv::Mat& image) {
   const int channel = 0;
   const int size = 256;
   const float range[] = {0, 256};
   const float* ranges = range;
   cv::Mat bins;
-  for (auto _ : state) {
-    cv::calcHist(&image, 1, &channel, cv::Mat(), bins, 1, &size, &ranges);
-    benchmark::DoNotOptimize(bins.data);
-  }
+  cv::calcHist(&image, 1, &channel, cv::Mat(), bins, 1, &size, &ranges);
+  return bins;
 }
-BENCHMARK(calc_hist)->Name("NuvGetHistogram/opencv");
+
+const Row calc_hist("NuvGetHistogram/opencv",
+                    [] { return [picture = gray_picture()]() mutable { histogram_of(picture.mat()); }; });
+
+const Row cv_threshold("NuvThreshold/opencv", [] {
+  return [picture = gray_picture(), result = cv::Mat()]() mutable {
+    cv::threshold(picture.mat(), result, 127, 255, cv::THRESH_BINARY);
+  };
+});
+
+// The threshold has to be found before it is applied.
+const Row cv_threshold_by_ratio("NuvThresholdByRatio/opencv", [] {
+  return [picture = gray_picture(), result = cv::Mat()]() mutable {
+    const cv::Mat bins = histogram_of(picture.mat());
+    float count = 0;
+    int t = 255;
+    while (t > 0 && count <= 0.3F * 1280 * 960) count += bins.at<float>(t--);
+    cv::threshold(picture.mat(), result, t, 255, cv::THRESH_BINARY);
+  };
+});
+
+const Row equalize_hist("NuvHistogramEqualizeFast/opencv", [] {
+  return [picture = gray_picture()]() mutable {
+    cv::Mat image = picture.mat();
+    cv::equalizeHist(image, image);
+  };
+});
+
+const Row reduce("NuvGryImgPrjXY/opencv", [] {
+  return [picture = gray_picture(), columns = cv::Mat(), rows = cv::Mat()]() mutable {
+    cv::reduce(picture.mat(), columns, 0, cv::REDUCE_SUM, CV_32S);
+    cv::reduce(picture.mat(), rows, 1, cv::REDUCE_SUM, CV_32S);
+  };
+});
 #endif
 
 }  // namespace

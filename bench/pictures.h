@@ -1,18 +1,35 @@
 // What the benchmarks work on, and how a row stands beside its peer.
 //
-// A row is named after the export; "/nuv" is the library and "/opencv" the peer on the same picture.
+// A row is named after the export, and after the slash who does the work: "nuv" is the library, "opencv" a peer
+// on the same picture, "copy" the memory's own speed for the same bytes, "plain" the naive form.
 
 #ifndef NUV_BENCH_PICTURES_H
 #define NUV_BENCH_PICTURES_H
 
 #include <benchmark/benchmark.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #if NUV_WITH_OPENCV
 #include <opencv2/imgproc.hpp>
 #endif
+
+// One side of a row. make_work() sets the picture up and returns what is measured, a function to be called over
+// and over.
+struct Row {
+  template <class MakeWork>
+  Row(const char* name, MakeWork make_work) {
+    benchmark::RegisterBenchmark(name, [make_work](benchmark::State& state) {
+      auto work = make_work();
+      for (auto _ : state) {
+        work();
+        benchmark::ClobberMemory();
+      }
+    });
+  }
+};
 
 struct BenchPicture {
   int32_t width;
@@ -31,6 +48,13 @@ struct BenchPicture {
 // The photograph, mirrored at its edges until the size is filled.
 BenchPicture gray_picture(int32_t width = 1280, int32_t height = 960);
 BenchPicture colour_picture();
+// A copy of so many bytes, to stand beside work that moves as many.
+inline auto copy_of_bytes(std::size_t count) {
+  return [source = std::vector<uint8_t>(count, 1), target = std::vector<uint8_t>(count)]() mutable {
+    target = source;
+    benchmark::DoNotOptimize(target.data());
+  };
+}
 // The photograph thresholded at 128, with a clear border.
 BenchPicture binary_picture();
 

@@ -59,8 +59,9 @@ NUV_API void NuvGryImgSobel90(uint8_t* pGryImg, int32_t width, int32_t height, u
 /// The N rows above less the N rows below, over 2M + 1 columns: min(|difference|, 255), not divided by the area.
 ///
 /// Written are the pixels x from M to width-M-2, y from N to height-N-2; 0 goes to rows 0..N-1 and
-/// height-N-1..height-2 and, in the rows between, to columns 0..M-1 and width-M..width-1. The last row and, in
-/// the rows between, column width-M-1 are left alone.
+/// height-N-1..height-2 and, in the rows between, to columns 0..M-1 and width-M..width-1, as far as the image
+/// goes. What is in none of these, such as the last row and column width-M-1, is left alone. Sums are 32-bit and
+/// wrap.
 ///
 /// @param M, N  half sizes; below 1 counts as 1
 NUV_API void NuvGradientByPrewitt0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
@@ -101,8 +102,8 @@ NUV_API void NuvGradient0ByPrewitt5x5(uint8_t* pGryImg, int32_t width, int32_t h
 /// on in the next rows of the window, and behind its last row counts 0.
 ///
 /// Written are the windows that fit, x from M to width-M-1, y from N to height-N-1; 0 goes to the N rows at top
-/// and bottom and, in the rows between, to columns 0 to M (1 to M-1 of which no window reaches). Columns
-/// width-M..width-1 of those rows are left alone. Windows of more than 16129 pixels, or negative sizes, write
+/// and bottom and, in the rows between, to columns 0 to M-1, and column M where no window fits the width. The
+/// other columns that no window reaches are left alone. Windows of more than 16129 pixels, or negative sizes, write
 /// nothing.
 NUV_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                   uint8_t* pResImg);

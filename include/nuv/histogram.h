@@ -135,7 +135,8 @@ NUV_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 /// @return 255 at once for a ratio of 0; -1 if the count never reaches c
 NUV_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
 
-/// The levels k standard deviations below and above the mean, truncated, and kept within 0 and 255.
+/// The levels k standard deviations below and above the mean, truncated, the lower one raised to 0 and the upper
+/// one lowered to 255.
 NUV_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t* pMaxT);
 
 /// A noise threshold from a histogram of absolute differences: three sigma, where sigma is the median,
@@ -281,17 +282,22 @@ NUV_API void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t h
 
 /// Equalises an image in place by spans: the m occupied values are spread over m targets of equal counts, and a
 /// value goes to the centre of the targets that it spreads over, times 255/m. An image of one value becomes 0.
+///
+/// The counts are width*height/m, truncated. The pixels that this leaves over can keep the highest values from
+/// being reached: those that are not count as spread from -10 on, and the low byte of what follows is stored.
 NUV_API void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Matches an image in place to a histogram, by spans: each value goes to the centre of the target bins that its
 /// pixels spread over, truncated.
 ///
-/// @param pTargetHistogram  256 bins that should sum up to width*height. Values that the walk does not reach,
-///                          because they ask for less, become the low byte of -10; an empty one changes nothing
+/// @param pTargetHistogram  256 bins that should sum up to width*height. Where they ask for less, the values
+///                          that the walk does not reach count as spread from and to -10 (the highest one: to the
+///                          last target), and the low byte is stored; an empty one changes nothing
 NUV_API void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_t height,
                                        int32_t* pTargetHistogram);
 
-/// Draws N values as bars that hang from row 0, in 255 on 0; a bar of the greatest value spans almost all rows.
+/// Draws N values as bars that hang from row 0, in 255 on 0. The bar of the greatest value p spans p/(p + 1) of the
+/// rows.
 NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryImg, int32_t width,
                                   int32_t height);
 
@@ -301,6 +307,10 @@ NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryI
 /// the right one from T up to 255, the nearest to T of equals. The contrast is (B - A)/A, with A the area between
 /// the peaks under the curve and B that of the trapezoid over them.
 ///
+/// Half a window at the ends stays as it is, but that bin 255 - M/2 counts as 0. Between peaks of which nothing
+/// is left, for a minDist of 0 or below, the contrast can be not a number, which reaches no ratio.
+///
+/// @param T                      as far as it lies in 0 to 255
 /// @param M                      0 to 255; what lies outside counts as the nearer end
 /// @param minDist                least distance of the peaks
 /// @param ratio                  least contrast
@@ -316,7 +326,7 @@ NUV_API bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int
 /// Edges are the pixels whose local range (NuvEdgeTripeDetection with M and N = 1) is T or more. Per row, with W =
 /// 2M + 1, each run of edge pixels is sampled: where its first pixel is brighter than its last by T or more,
 /// outwards in pairs from W apart on, while a pair differs by T or more; else its middle, and at each side the
-/// first pixel W or more away that differs from it by more than T.
+/// first pixel W or more away (column 0 excepted) that differs from it by more than T. A negative M counts as 0.
 ///
 /// @param pHistogram  receives 256 bins
 /// @param pResImg     receives 0 and 200 (edges), each increased by 1 per sample taken, width*height bytes. For

@@ -143,7 +143,7 @@ using RowKernel = void(const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::pt
 
 // Writes the region of the result, which must lie in the interior.
 void write_region(GrayImage source, uint8_t* result, Region region, RowKernel kernel) {
-  if (region.empty()) return;
+  if (source.empty() || region.empty()) return;
   for (int32_t y = region.y1; y <= region.y2; ++y) {
     const uint8_t* row = source.at(region.x1, y);
     kernel(row, source.width, result + (row - source.pixels), region.columns());
@@ -154,16 +154,28 @@ Region interior(int32_t width, int32_t height, int32_t band) {
   return {band, width - 1 - band, band, height - 1 - band};
 }
 
+// The interior is written as one run from its first pixel to its last, which a kernel does not mind, and begun
+// where results are aligned. What falls on the band between two rows is cleared with it.
 void write_interior(GrayImage source, uint8_t* result, int32_t band, RowKernel kernel) {
+  constexpr std::ptrdiff_t kAlignment = 64;
+  const Region inner = interior(source.width, source.height, band);
+  if (!source.empty() && !inner.empty()) {
+    const std::ptrdiff_t first = source.at(inner.x1, inner.y1) - source.pixels;
+    const std::ptrdiff_t n = source.at(inner.x2, inner.y2) - source.pixels - first + 1;
+    const auto misaligned =
+        static_cast<std::ptrdiff_t>(-reinterpret_cast<uintptr_t>(result + first) % kAlignment);
+    const std::ptrdiff_t head = std::min(misaligned, n);
+    kernel(source.pixels + first, source.width, result + first, head);
+    kernel(source.pixels + first + head, source.width, result + first + head, n - head);
+  }
   clear_band({result, source.width, source.height}, band);
-  write_region(source, result, interior(source.width, source.height, band), kernel);
 }
 
 // Calls write(first byte of the row's interior in the source, its pixel offset, pixels) for the interior rows.
 template <class Write>
 void for_interior_rows(RgbImage source, Write write) {
   const Region inner = interior(source.width, source.height, 1);
-  if (inner.empty()) return;
+  if (source.empty() || inner.empty()) return;
   for (int32_t y = inner.y1; y <= inner.y2; ++y) {
     const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(y) * source.width + inner.x1;
     write(source.pixels + 3 * offset, offset, inner.columns());

@@ -22,24 +22,46 @@ struct Extremes {
   uint8_t most[kMaxWidth];
 };
 
-NUV_ROW_KERNEL void fold_row(const uint8_t* row, uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most,
-                             int32_t n) {
+// Four rows at a time, as the extremes are loaded and stored for each turn.
+constexpr int32_t kRowsAtATime = 4;
+
+NUV_ROW_KERNEL void fold_rows(const uint8_t* a, const uint8_t* b, const uint8_t* c, const uint8_t* d,
+                              uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most, int32_t n) {
   for (int32_t x = 0; x < n; ++x) {
-    least[x] = lesser(least[x], row[x]);
-    most[x] = greater(most[x], row[x]);
+    least[x] = lesser(least[x], lesser(lesser(a[x], b[x]), lesser(c[x], d[x])));
+    most[x] = greater(most[x], greater(greater(a[x], b[x]), greater(c[x], d[x])));
+  }
+}
+
+void fold_columns(GrayImage source, int32_t top, int32_t bottom, Extremes& columns) {
+  std::memcpy(columns.least, source.row(top), static_cast<std::size_t>(source.width));
+  std::memcpy(columns.most, source.row(top), static_cast<std::size_t>(source.width));
+  for (int32_t y = top + 1; y <= bottom; y += kRowsAtATime) {
+    // The last row is taken again where fewer are left.
+    const auto row = [=](int32_t i) { return source.row(std::min(y + i, bottom)); };
+    fold_rows(row(0), row(1), row(2), row(3), columns.least, columns.most, source.width);
   }
 }
 
 // Each place takes in the one that lies step places behind it.
-NUV_ROW_KERNEL void fold_ahead(const Extremes& from, int32_t step, Extremes& NUV_RESTRICT to, int32_t n) {
+NUV_ROW_KERNEL void fold_ahead(const uint8_t* least_in, const uint8_t* most_in, int32_t step,
+                               uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most, int32_t n) {
+  const uint8_t* least_ahead = least_in + step;
+  const uint8_t* most_ahead = most_in + step;
   for (int32_t x = 0; x < n; ++x) {
-    to.least[x] = lesser(from.least[x], from.least[x + step]);
-    to.most[x] = greater(from.most[x], from.most[x + step]);
+    least[x] = lesser(least_in[x], least_ahead[x]);
+    most[x] = greater(most_in[x], most_ahead[x]);
   }
 }
 
-NUV_ROW_KERNEL void range_row(const Extremes& extremes, uint8_t* NUV_RESTRICT out, int32_t n) {
-  for (int32_t x = 0; x < n; ++x) out[x] = static_cast<uint8_t>(extremes.most[x] - extremes.least[x]);
+// The range of what each place and the one step places behind it hold.
+NUV_ROW_KERNEL void range_row(const uint8_t* least, const uint8_t* most, int32_t step,
+                              uint8_t* NUV_RESTRICT out, int32_t n) {
+  const uint8_t* least_ahead = least + step;
+  const uint8_t* most_ahead = most + step;
+  for (int32_t x = 0; x < n; ++x) {
+    out[x] = static_cast<uint8_t>(greater(most[x], most_ahead[x]) - lesser(least[x], least_ahead[x]));
+  }
 }
 
 // The ranges of one row, from the extremes of its columns.
@@ -59,10 +81,13 @@ class RowRanges {
 
  private:
   uint8_t range_of(const Extremes& columns, int64_t first, int64_t last) const {
-    const auto begin = std::max<int64_t>(first, 0);
-    const auto end = std::min<int64_t>(last, width_ - 1) + 1;
-    return static_cast<uint8_t>(*std::max_element(columns.most + begin, columns.most + end) -
-                                *std::min_element(columns.least + begin, columns.least + end));
+    uint8_t least = 255;
+    uint8_t most = 0;
+    for (int64_t x = std::max<int64_t>(first, 0); x <= std::min<int64_t>(last, width_ - 1); ++x) {
+      least = lesser(least, columns.least[x]);
+      most = greater(most, columns.most[x]);
+    }
+    return static_cast<uint8_t>(most - least);
   }
 
   // Places 0 to n - 1 of the row have the columns from there on to 2m further as their window.
@@ -72,15 +97,13 @@ class RowRanges {
     Extremes* next = &doubled_[0];
     Extremes* other = &doubled_[1];
     int32_t covered = 1;
-    const auto cover = [&](int32_t more) {
-      fold_ahead(*current, more, *next, n + window - covered - more);
-      covered += more;
+    while (2 * covered < window) {
+      fold_ahead(current->least, current->most, covered, next->least, next->most, n + window - 2 * covered);
+      covered *= 2;
       current = next;
       std::swap(next, other);
-    };
-    while (2 * covered <= window) cover(covered);
-    if (covered < window) cover(window - covered);
-    range_row(*current, out, n);
+    }
+    range_row(current->least, current->most, window - covered, out, n);
   }
 
   int32_t width_;
@@ -107,9 +130,7 @@ bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t height, int3
       // Near the top the window moves down and keeps its height, near the bottom it is cut short.
       const auto top = static_cast<int32_t>(std::max<int64_t>(y - n, 0));
       const auto bottom = static_cast<int32_t>(std::min<int64_t>(top + 2 * n, height - 1));
-      std::memcpy(columns.least, source.row(top), static_cast<std::size_t>(width));
-      std::memcpy(columns.most, source.row(top), static_cast<std::size_t>(width));
-      for (int32_t i = top + 1; i <= bottom; ++i) fold_row(source.row(i), columns.least, columns.most, width);
+      fold_columns(source, top, bottom, columns);
       ranges.write(columns, result.row(y));
       counter.add(result.row(y), width);
     }

@@ -157,11 +157,19 @@ void clear_row_bands(GrayImage result, int32_t n) {
 
 constexpr int32_t kMaxWindow = 16129;
 
-// What the four differences of a window come to. The last one keeps its value where it is not positive.
+// The sums of the pixels at the two sides of a line through a window.
+struct Sides {
+  int32_t left;
+  int32_t right;
+
+  int32_t difference() const { return left - right; }
+};
+
+// What the four differences of a window come to. The last one keeps its value unless the left side outweighs.
 class FourDirections {
  public:
-  uint8_t value(int32_t d1, int32_t d2, int32_t d3, int32_t falling) {
-    if (falling > 0) d4_ = falling;
+  uint8_t value(int32_t d1, int32_t d2, int32_t d3, Sides falling) {
+    if (falling.left > falling.right) d4_ = falling.difference();
     return d4_ >= 255 ? 255 : at_most_255((magnitude(d1) + magnitude(d2) + magnitude(d3) + d4_) / 4);
   }
 
@@ -296,8 +304,8 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
       const int32_t d1 = vertical[behind] - vertical[k];
       const int32_t d2 = all[k + m] - all[k] - (all[behind] - all[k + m + 1]);
       const int32_t d3 = rising[k] - all[k] - (all[behind] - rising[k + 1]);
-      const int32_t d4 = falling[k] - all[k] - (all[behind] - falling[k + 1]);
-      out[k] = directions.value(d1, d2, d3, d4);
+      const Sides sides{falling[k] - all[k], all[behind] - falling[k + 1]};
+      out[k] = directions.value(d1, d2, d3, sides);
     }
     if (y + 1 >= source.height - n) return;
     above_less_below.move_down(y);
@@ -306,50 +314,41 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
   }
 }
 
-// The window copied out row by row, as the diagonals are defined on that order: where the window is higher
-// than wide their dividing line passes the end of a row, and the left side goes on in the next row. Behind the
-// last row there is nothing.
-class CopiedWindow {
+// The window row by row, as the diagonals are defined on that order: where the window is higher than wide their
+// dividing line passes the end of a row, and the left side goes on in the next row. Behind the last row there
+// is nothing. Its prefix gives any stretch of that order as one difference.
+class WindowInOrder {
  public:
-  CopiedWindow(GrayImage source, int32_t m, int32_t n)
+  WindowInOrder(GrayImage source, int32_t m, int32_t n)
       : source_(source), m_(m), n_(n), columns_(2 * m + 1), rows_(2 * n + 1) {}
 
-  void copy(int32_t x, int32_t y) {
-    uint8_t* to = pixels_;
-    for (int32_t r = 0; r < rows_; ++r, to += columns_) {
-      std::copy_n(source_.at(x - m_, y - n_ + r), columns_, to);
+  void move_to(int32_t x, int32_t y) {
+    int32_t* prefix = prefix_;
+    for (int32_t r = 0; r < rows_; ++r) {
+      const uint8_t* row = source_.at(x - m_, y - n_ + r);
+      for (int32_t c = 0; c < columns_; ++c, ++prefix) prefix[1] = prefix[0] + row[c];
     }
   }
 
   int32_t above_less_below() const {
     return sum(0, n_ * columns_) - sum((n_ + 1) * columns_, rows_ * columns_);
   }
-  int32_t left_less_right() const {
-    return over_rows([this](int32_t) { return m_; });
-  }
-  int32_t rising() const {
-    return over_rows([this](int32_t r) { return 2 * n_ - r; });
-  }
-  int32_t falling() const {
-    return over_rows([](int32_t r) { return r; });
+  // The pixels left and right of the column that divides each row.
+  template <class Divide>
+  Sides sides(Divide divide) const {
+    Sides total{0, 0};
+    for (int32_t r = 0; r < rows_; ++r) {
+      const int32_t row = r * columns_;
+      const int32_t dividing = row + divide(r);
+      total.left += sum(row, dividing);
+      total.right += sum(dividing + 1, row + columns_);
+    }
+    return total;
   }
 
  private:
   int32_t sum(int32_t first, int32_t end) const {
-    int32_t total = 0;
-    for (int32_t i = first; i < std::min(end, rows_ * columns_); ++i) total += pixels_[i];
-    return total;
-  }
-  // The pixels left of the dividing column of each row, less those right of it.
-  template <class Divide>
-  int32_t over_rows(Divide divide) const {
-    int32_t total = 0;
-    for (int32_t r = 0; r < rows_; ++r) {
-      const int32_t row = r * columns_;
-      const int32_t dividing = row + divide(r);
-      total += sum(row, dividing) - sum(dividing + 1, row + columns_);
-    }
-    return total;
+    return first < end ? prefix_[std::min(end, rows_ * columns_)] - prefix_[first] : 0;
   }
 
   GrayImage source_;
@@ -357,17 +356,19 @@ class CopiedWindow {
   int32_t n_;
   int32_t columns_;
   int32_t rows_;
-  uint8_t pixels_[kMaxWindow] = {};
+  int32_t prefix_[kMaxWindow + 1] = {};
 };
 
 void four_directions_by_windows(GrayImage source, GrayImage result, int32_t m, int32_t n) {
-  CopiedWindow window(source, m, n);
+  WindowInOrder window(source, m, n);
   FourDirections directions;
   for (int32_t y = n; y < source.height - n; ++y) {
     for (int32_t x = m; x < source.width - m; ++x) {
-      window.copy(x, y);
-      *result.at(x, y) = directions.value(window.above_less_below(), window.left_less_right(),
-                                          window.rising(), window.falling());
+      window.move_to(x, y);
+      const int32_t d2 = window.sides([m](int32_t) { return m; }).difference();
+      const int32_t d3 = window.sides([n](int32_t r) { return 2 * n - r; }).difference();
+      const Sides falling = window.sides([](int32_t r) { return r; });
+      *result.at(x, y) = directions.value(window.above_less_below(), d2, d3, falling);
     }
   }
 }
@@ -417,8 +418,9 @@ void NuvGradientByPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int
 
 void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                           uint8_t* pResImg) {
-  if (M < 0 || N < 0 || (2 * int64_t{M} + 1) * (2 * int64_t{N} + 1) > kMaxWindow) return;
+  if (M < 0 || N < 0 || M > kMaxWindow || N > kMaxWindow || (2 * M + 1) * (2 * N + 1) > kMaxWindow) return;
   const GrayImage source{pGryImg, width, height};
+  if (source.empty()) return;
   const GrayImage result{pResImg, width, height};
   clear_rows(result, 0, N - 1);
   clear_rows(result, height - N, height - 1);

@@ -153,8 +153,9 @@ int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t /*nIgnored*/, do
 
 void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t* pResHistogram) {
   for (int32_t j = 0; j < kBins; ++j) {
-    const auto begin = static_cast<int32_t>(std::max<int64_t>(int64_t{j} - M, 0));
-    const auto end = static_cast<int32_t>(std::min<int64_t>(int64_t{j} + M, kBins - 1)) + 1;
+    const int32_t reach = std::clamp(M, -1, kBins);
+    const int32_t begin = std::max(j - reach, 0);
+    const int32_t end = std::min(j + reach, kBins - 1) + 1;
     const int32_t sum = begin < end ? std::accumulate(pHistogram + begin, pHistogram + end, 0) : 0;
     pResHistogram[j] = sum == 0 ? 0 : sum / (end - begin);
   }

@@ -13,6 +13,7 @@ namespace nuv {
 namespace {
 
 constexpr uint8_t kEdge = 200;
+constexpr int32_t kMaxHalfSize = 4096;  // a window of every row that has local ranges
 
 // One row: its pixels, and the result row that shows edges from 200 up and counts samples.
 class RowSampler {
@@ -84,7 +85,8 @@ using namespace nuv;
 void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t T,
                            int32_t* pHistogram, uint8_t* pResImg) {
   Histogram ranges;
-  NuvEdgeTripeDetection(pGryImg, width, height, M, 1, pResImg, ranges.data());
+  const int32_t half = std::clamp(M, 0, kMaxHalfSize);
+  NuvEdgeTripeDetection(pGryImg, width, height, half, 1, pResImg, ranges.data());
   NuvThreshold2V1V2(pResImg, width, height, T, 0, kEdge);
 
   Histogram bins{};
@@ -92,7 +94,7 @@ void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int3
   const GrayImage result{pResImg, width, height};
   for (int32_t y = 0; y < height; ++y) {
     uint8_t* marks = result.row(y);
-    RowSampler sampler(source.row(y), marks, width, 2 * M + 1, T, bins.data());
+    RowSampler sampler(source.row(y), marks, width, 2 * half + 1, T, bins.data());
     // Runs are looked for in the marks as the samples of earlier runs leave them.
     for (int32_t x = 0; x < width; ++x) {
       if (marks[x] < kEdge) continue;

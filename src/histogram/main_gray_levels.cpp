@@ -152,7 +152,9 @@ int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int32_t maxS
   const int32_t most_occupied = 2 * n_levels / 3;
   Cells cells(kBins / minStep);
   int32_t width = minStep;
-  while (width <= maxStep && cells.fill(pHistogram, width) > most_occupied) ++width;
+  while (width < maxStep && cells.fill(pHistogram, width) > most_occupied) {
+    width = width < kBins ? width + 1 : maxStep;  // one cell holds all: wider ones change nothing
+  }
   if (width >= maxStep) {
     for (int32_t i = 0; i < kBins; ++i) pLUT[i] = i / maxStep;
     return n_levels;
