@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <memory>
+#include <sstream>
 #include <string>
 
+#include "examples/hosts.h"
 #include "images.h"
 #include "picture.h"
 
@@ -19,48 +19,9 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-struct Outcome {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
-
-class FindLines : public testing::Test {
+class FindLines : public HostTest {
  protected:
-  FindLines() {
-    dir_ = fs::temp_directory_path() /
-           (std::string("nuv_find_lines_") + testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
-  }
-  ~FindLines() override { fs::remove_all(dir_); }
-
-  static std::string text_of(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-  }
-
-  Outcome run(const std::string& arguments) const {
-    const fs::path err = dir_ / "err.txt";
-    const fs::path out = dir_ / "out.txt";
-    const std::string command = "cd '" + dir_.string() + "' && " NUV_FIND_LINES " " + arguments + " >'" +
-                                out.string() + "' 2>'" + err.string() + "'";
-    Outcome outcome;
-    const int status = std::system(command.c_str());
-    outcome.status = status < 0 ? status : status >> 8;
-    outcome.out = text_of(out);
-    outcome.err = text_of(err);
-    fs::remove(out);
-    fs::remove(err);
-    return outcome;
-  }
-
-  void write(const std::string& name, const std::vector<uint8_t>& bytes) const {
-    std::ofstream file(dir_ / name, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  }
-
-  fs::path dir_;
+  Outcome run(const std::string& arguments) const { return HostTest::run(NUV_FIND_LINES, arguments); }
 };
 
 std::vector<uint8_t> bmp(int32_t width, int32_t height, uint16_t depth, uint32_t compression = 0) {

@@ -1,0 +1,61 @@
+// Hosts run from the tests.
+
+#ifndef NUV_TESTS_EXAMPLES_HOSTS_H
+#define NUV_TESTS_EXAMPLES_HOSTS_H
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+struct Outcome {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+// A directory of its own for each test, in which hosts are run as a person would.
+class HostTest : public testing::Test {
+ protected:
+  HostTest() {
+    dir_ = std::filesystem::temp_directory_path() /
+           (std::string("nuv_host_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::filesystem::remove_all(dir_);
+    std::filesystem::create_directories(dir_);
+  }
+  ~HostTest() override { std::filesystem::remove_all(dir_); }
+
+  static std::string text_of(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  }
+
+  Outcome run(const std::string& program, const std::string& arguments) const {
+    const std::filesystem::path err = dir_ / "err.txt";
+    const std::filesystem::path out = dir_ / "out.txt";
+    const std::string command = "cd '" + dir_.string() + "' && " + program + " " + arguments + " >'" +
+                                out.string() + "' 2>'" + err.string() + "'";
+    Outcome outcome;
+    const int status = std::system(command.c_str());
+    outcome.status = status < 0 ? status : status >> 8;
+    outcome.out = text_of(out);
+    outcome.err = text_of(err);
+    std::filesystem::remove(out);
+    std::filesystem::remove(err);
+    return outcome;
+  }
+
+  void write(const std::string& name, const std::vector<uint8_t>& bytes) const {
+    std::ofstream file(dir_ / name, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  }
+
+  std::filesystem::path dir_;
+};
+
+#endif
