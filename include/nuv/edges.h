@@ -183,14 +183,15 @@ NUV_API void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t width
 
 /// Deletes the pixels where edges cross or clump: interior pixels with more than maxNeighbours of their eight
 /// neighbours set, all judged on the image as it came, with its outermost rows and columns cleared first. Pixels
-/// of value 128 are deleted too.
+/// of value 128 are deleted too. Pixels without a neighbour stay, whatever the limit.
 NUV_API void NuvEdgeDeleteNoiseAndCrossPoints(uint8_t* pBinImg, int32_t width, int32_t height,
                                               int32_t maxNeighbours);
 
-/// Keeps the outer contours that have at least minLength codes and that perimeter, as their pixels alone.
+/// Keeps the outer contours that have at least minLength codes and that perimeter, as their pixels alone. A lone
+/// pixel has no codes and always goes.
 ///
 /// @param pBinImg  edge image of 0 and 255; changed as NuvGetContours tells
-/// @param pResImg  receives 255 on the contours kept and 0 elsewhere, width*height bytes
+/// @param pResImg  receives 255 on the contours kept and 0 elsewhere, width*height bytes in another buffer
 NUV_API void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                         uint8_t* pResImg);
 
@@ -256,8 +257,10 @@ NUV_API int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32
 
 /// The range of gray levels (largest less smallest) around each pixel, and the histogram of the ranges.
 ///
-/// The window is 2M + 1 by 2N + 1. Near the left, right and top it moves inwards and keeps its size, as far as
-/// the row goes; near the bottom it is cut short. Negative half sizes count as 0.
+/// The window is 2M + 1 by 2N + 1. Near the top it moves inwards and keeps its height, near the bottom it is cut
+/// short. Its columns are x..x+2M for x below M, x-2M..x from x = width-M-1 on, and x-M..x+M between; where the
+/// row is too narrow for that they end with it, and the first of the forms that fit counts. Negative half sizes
+/// count as 0.
 ///
 /// @param pResImg     receives the ranges, width*height bytes
 /// @param pHistogram  receives 256 bins

@@ -355,10 +355,12 @@ NUV_API int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int3
 /// @param pRes  receives N values in another array; left alone if N is less than the window
 NUV_API void Nuv1DAverageFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
 
-/// The median of 0 and 1 in the windows of Nuv1DAverageFilter: 1 where more than half of the window is 1.
+/// The median of 0 and 1 in the windows of Nuv1DAverageFilter: 1 where more than half of the window is 1. pRes as
+/// there.
 NUV_API void NuvBin1DMedianFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
 
-/// Resamples N values to resN by linear interpolation, truncated; the first and the last stay.
+/// Resamples N values to resN by linear interpolation at i*(N-1)/(resN-1), truncated. The place of the last one
+/// can round to just below the last element, and its value then truncate to one less.
 ///
 /// @return false, and nothing written, if N or resN is below 2
 NUV_API bool NuvDataLinearInterpolattion(int32_t* pData, int32_t N, int32_t* pRes, int32_t resN);
@@ -417,7 +419,8 @@ NUV_API int32_t NuvpDataDeleteByWeightReturnNum(int32_t* pData, int32_t* pWeight
 /// In each round the greatest element that is not blocked is found, provided that it exceeds pData[0]. The
 /// position told is one behind the stretch of equal unblocked elements that begins there: p + 1 for a peak of
 /// one element at p. The elements from the position told less minDist up to, but not including, it plus minDist
-/// are blocked. A round without such an element tells pData[0] and the position of the round before.
+/// are blocked. A round without such an element starts from the place that the round before has found, at first
+/// from place 0, and tells pData[0].
 ///
 /// @param pPeakValue, pPeakPos  receive K entries each; all 0 on failure
 /// @return false if N is above 4096 or below 1
@@ -433,7 +436,8 @@ NUV_API bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double*
 ///
 ///     truncate(sqrt(Q/n - (S/n)^2) * 100)     S, Q: 32-bit sums of the values and of their squares
 ///
-/// A sum of squares that wraps (from 33,026 pixels of 255 on) can give the most negative int32_t.
+/// A sum of squares that wraps (from 33,026 pixels of 255 on), or no rows at all, can give the most negative
+/// int32_t.
 ///
 /// @param pRes  receives width entries, 0 outside x1..x2
 NUV_API void NuvGryImgColDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,

@@ -133,10 +133,10 @@ void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32
   const Region region{x1, x2, y1, y2};
   *pResWidth = region.columns();
   *pResHeight = region.rows();
-  if (region.empty()) return;
+  const std::ptrdiff_t area = GrayImage{pGryImg, region.columns(), region.rows()}.size();
+  if (region.empty() || area == 0) return;
 
   NuvCopyRGBRect2Gry(pRGBImg, width, height, x1, x2, y1, y2, pGryImg);
-  const std::ptrdiff_t area = GrayImage{pGryImg, region.columns(), region.rows()}.size();
   int32_t sum = 0;
   for (std::ptrdiff_t i = 0; i < area; ++i) sum += pGryImg[i];
   const auto average = static_cast<int32_t>(sum / area);

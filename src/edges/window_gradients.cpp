@@ -190,9 +190,9 @@ class PaddedPrefix {
 
   bool allocated() const { return entries_ != nullptr; }
   void set(const uint8_t* row) {
-    accumulate(row, width_, entries_.get() + padding_);
-    std::fill_n(entries_.get() + padding_ + width_ + 1, padding_,
-                entries_[static_cast<std::size_t>(padding_ + width_)]);
+    int32_t* prefix = entries_.get() + padding_;
+    accumulate(row, width_, prefix);
+    std::fill_n(prefix + width_ + 1, padding_, prefix[width_]);
   }
   const int32_t* at(int32_t x) const { return entries_.get() + padding_ + x; }
 

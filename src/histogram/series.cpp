@@ -170,8 +170,13 @@ bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, doub
   if (!start_window_search(N, W, pMaxDif, pPos)) return false;
   BestWindow best;
   for (int32_t i = 0; i <= N - W; ++i) {
-    const auto [least, most] = std::minmax_element(pData + i, pData + i + W);
-    best.offer(i, *most - *least);
+    double least = pData[i];
+    double most = pData[i];
+    for (int32_t j = i + 1; j < i + W; ++j) {
+      if (pData[j] < least) least = pData[j];
+      if (pData[j] > most) most = pData[j];
+    }
+    best.offer(i, most - least);
   }
   *pMaxDif = best.measure;
   *pPos = best.first + W / 2;

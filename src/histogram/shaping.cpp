@@ -112,6 +112,7 @@ void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t heigh
   NuvGetHistogram(pGryImg, width, height, bins.data());
   const auto occupied =
       static_cast<int32_t>(std::count_if(bins.begin(), bins.end(), [](int32_t count) { return count != 0; }));
+  if (occupied == 0) return;
   Histogram target{};
   std::fill_n(target.begin(), occupied, width * height / occupied);
   Spans spans;

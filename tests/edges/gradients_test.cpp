@@ -136,8 +136,8 @@ TEST(Robert, OfColour) {
     TestImage gray(width, height, kSentinel);
     NuvRobertRGBImage2RGBRobert(rgb.data(), width, height, colour.data());
     NuvRobertRGBImage2GryRobert(rgb.data(), width, height, gray.data());
-    const auto byte = [&](int32_t x, int32_t y, int32_t c) {
-      return static_cast<int>(rgb[static_cast<std::size_t>((y * width + x) * 3 + c)]);
+    const auto byte = [&rgb, w = width](int32_t x, int32_t y, int32_t c) {
+      return static_cast<int>(rgb[static_cast<std::size_t>((y * w + x) * 3 + c)]);
     };
     for (int32_t y = 0; y < height; ++y) {
       for (int32_t x = 0; x < width; ++x) {
