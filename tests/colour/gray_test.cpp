@@ -64,18 +64,6 @@ TEST(Gray, FollowsTheFormulas) {
   }
 }
 
-TEST(Gray, WeightsBlueAndRedByWholeImageOrRectangle) {
-  const std::pair<Bytes, std::pair<int, int>> cases[] = {
-      {{255, 255, 255}, {255, 254}}, {{255, 0, 0}, {29, 76}}, {{0, 0, 255}, {76, 28}}};
-  for (auto [pixel, expected] : cases) {
-    uint8_t gray = 0;
-    NuvRGB2Gry(pixel.data(), 1, 1, &gray);
-    EXPECT_EQ(gray, expected.first);
-    rectangle_of_whole(pixel.data(), 1, 1, &gray);
-    EXPECT_EQ(gray, expected.second);
-  }
-}
-
 TEST(Channels, AreTakenApartAndPutTogether) {
   Random random(8);
   const int32_t width = 37;

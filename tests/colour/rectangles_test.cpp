@@ -50,17 +50,6 @@ TEST_F(Rectangles, AreCopiedPacked) {
   EXPECT_EQ(channel, planes[2]);
 }
 
-TEST_F(Rectangles, GrayAliasesAreOneFunction) {
-  TestImage image = Random(10).gray(9, 8);
-  for (auto copy :
-       {NuvCopyGryRect, NuvCopyYUV420PRect2Gry, NuvCopyYUV420SPRect2Gry, NuvCopyYUV422PRect2Gry}) {
-    Bytes result(6);
-    copy(image.data(), 9, 8, 4, 5, 2, 4, result.data());
-    EXPECT_THAT(result, ElementsAre(image.at(4, 2), image.at(5, 2), image.at(4, 3), image.at(5, 3),
-                                    image.at(4, 4), image.at(5, 4)));
-  }
-}
-
 TEST_F(Rectangles, EveryFourthPixelOfEveryFourthRow) {
   for (int32_t columns : {1, 4, 5, 8, 9}) {
     for (int32_t rows : {1, 4, 5}) {
@@ -106,18 +95,6 @@ TEST(TwoColourSplit, MarksTheNearerColour) {
   EXPECT_THAT(binary, ElementsAre(255, 0, 255));
   EXPECT_EQ(columns, 3);
   EXPECT_EQ(rows, 1);
-}
-
-TEST(TwoColourSplit, OfOneColourIsAllDark) {
-  for (uint8_t level : {0, 90}) {
-    Bytes rgb(12, level);
-    Bytes gray(4);
-    Bytes binary(4);
-    int32_t columns = 0;
-    int32_t rows = 0;
-    NuvCopyRGB2GryBinImg(rgb.data(), 2, 2, 0, 1, 0, 1, false, gray.data(), binary.data(), &columns, &rows);
-    EXPECT_THAT(binary, Each(level == 0 ? 0 : 255)) << "black ties with the empty class";
-  }
 }
 
 TEST(RectangleAverage, TakesTheFirstPixelsOfARowForItsHits) {

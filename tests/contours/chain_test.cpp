@@ -49,19 +49,6 @@ TEST(ChainMeasures, OfASquare) {
   EXPECT_EQ(max_y, 3);
 }
 
-TEST(ChainMeasures, OfAnEmptyChainAreThoseOfItsStart) {
-  uint8_t none = 0;
-  int32_t a = 0;
-  int32_t b = 0;
-  NuvContourCenter(5, 7, &none, 0, &a, &b);
-  EXPECT_EQ(a, 5);
-  EXPECT_EQ(b, 7);
-  NuvChain2Points(5, 7, &none, 0, nullptr, nullptr, &a, &b);
-  EXPECT_EQ(a, 5);
-  EXPECT_EQ(b, 7);
-  EXPECT_FALSE(NuvIsPointIncludedByChain(5, 7, 5, 7, &none, 0));
-}
-
 TEST(ChainMeasures, LineSimilarityFindsTheBar) {
   int32_t width = 0;
   int32_t length = 77;

@@ -37,18 +37,6 @@ TEST(GryLine, ClampsItsEndsToTheImage) {
   EXPECT_EQ(one.at(0, 0), 255) << "the low byte of the colour";
 }
 
-TEST(RgbLine, DrawsTheSamePixelsInItsColours) {
-  std::vector<uint8_t> rgb(7 * 7 * 3);
-  NuvRGBLine(rgb.data(), 7, 7, 1, 5, 6, 0, 30, 20, 10);
-  const TestImage gray = line(1, 5, 6, 0);
-  for (std::size_t i = 0; i < gray.pixels.size(); ++i) {
-    const bool on = gray.pixels[i] != 0;
-    EXPECT_EQ(rgb[3 * i], on ? 10 : 0);
-    EXPECT_EQ(rgb[3 * i + 1], on ? 20 : 0);
-    EXPECT_EQ(rgb[3 * i + 2], on ? 30 : 0);
-  }
-}
-
 TestImage degree_line(int32_t x0, int32_t y0, double degree) {
   return drawn(7, 5,
                [=](uint8_t* p, int32_t w, int32_t h) { NuvDrawDegreeLine(p, w, h, x0, y0, degree, 255); });

@@ -20,20 +20,6 @@ TEST(Rectangle, OutlineIsClampedAndPutInOrder) {
   EXPECT_EQ(rectangle(90, 99, 2, 2), draw({"......", "......", ".....#", "......", "......"}));
 }
 
-TEST(Rectangle, GrayAndRgbFormsDrawTheSamePixels) {
-  std::vector<uint8_t> outline(6 * 5 * 3);
-  std::vector<uint8_t> by_flag(6 * 5 * 3);
-  NuvDrawRGBRect(outline.data(), 6, 5, 1, 4, 1, 3, 3, 2, 1);
-  NuvDrawRect(by_flag.data(), 6, 5, true, 1, 4, 1, 3, 3, 2, 1, 99);
-  EXPECT_EQ(outline, by_flag);
-  TestImage gray(6, 5);
-  NuvDrawRect(gray.data(), 6, 5, false, 1, 4, 1, 3, 3, 2, 1, 255);
-  EXPECT_EQ(gray, rectangle(1, 4, 1, 3));
-  for (std::size_t i = 0; i < gray.pixels.size(); ++i) {
-    for (std::size_t c = 0; c < 3; ++c) EXPECT_EQ(outline[3 * i + c], gray.pixels[i] != 0 ? c + 1 : 0);
-  }
-}
-
 TEST(Rectangle, FillsOnlyARegion) {
   TestImage image(6, 5);
   NuvFillGryRect(image.data(), 6, 5, 4, 99, 3, 99, 255);
@@ -81,25 +67,6 @@ TEST(Polygon, ClosesAndMovesTwoPointsInItsOwnWay) {
   TestImage one(7, 7);
   NuvDrawPolygon(one.data(), 7, 7, x, y, 1, 0, 0, 255);
   EXPECT_EQ(one, TestImage(7, 7));
-}
-
-TEST(Circle, TouchesItsBoxAndStaysInIt) {
-  for (const auto& [rx, ry] : {std::pair{8, 8}, {9, 4}, {3, 9}}) {
-    TestImage image(25, 25);
-    NuvDrawCircle(image.data(), 25, 25, 12, 12, rx, ry, 255);
-    EXPECT_EQ(image.at(12, 12 - ry), 255) << rx;
-    EXPECT_EQ(image.at(12, 12 + ry), 255) << rx;
-    EXPECT_EQ(image.at(12 + rx, 12), 255) << rx;
-    for (int32_t y = 0; y < 25; ++y) {
-      for (int32_t x = 0; x < 25; ++x) {
-        const bool in_box = std::abs(x - 12) <= rx && std::abs(y - 12) <= ry;
-        EXPECT_TRUE(in_box || image.at(x, y) == 0) << x << ' ' << y;
-      }
-    }
-  }
-  TestImage negative(9, 9);
-  NuvDrawCircle(negative.data(), 9, 9, 4, 4, -2, 2, 255);
-  EXPECT_EQ(negative, TestImage(9, 9));
 }
 
 }  // namespace

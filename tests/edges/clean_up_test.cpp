@@ -141,27 +141,6 @@ TEST(EdgePointsInRect, NeedMoreThanTenPixelsBetween) {
   EXPECT_EQ(top[6], -1);
 }
 
-TEST(EdgePointsInCircle, StayInTheEllipse) {
-  TestImage image(41, 41, 1);
-  image.at(20, 20) = 9;
-  image.at(1, 20) = 8;
-  image.at(9, 9) = 200;  // outside
-  std::vector<int32_t> left(41, -7);
-  std::vector<int32_t> right(41, -7);
-  std::vector<int32_t> top(41, -7);
-  std::vector<int32_t> bottom(41, -7);
-  NuvExtractEdgePointInCircle(image.data(), 41, 20, 20, 19, 12, left.data(), right.data(), top.data(),
-                              bottom.data());
-  EXPECT_EQ(left[20], 1);
-  EXPECT_EQ(right[20], 20);
-  EXPECT_GT(left[9], 9);
-  EXPECT_EQ(left[7], -7) << "above the ellipse";
-  EXPECT_EQ(top[20], 20) << "row 8 is 12 away but weaker than none";
-  NuvExtractEdgePointInCircle(image.data(), 41, 20, 20, 5, 0, left.data(), right.data(), top.data(),
-                              bottom.data());
-  EXPECT_EQ(right[20], -1) << "no half axis, no pixels";
-}
-
 TEST(ThresholdByEdge, CountsVotesAroundEdges) {
   TestImage gray(10, 10, 50);
   TestImage edges(10, 10);

@@ -107,23 +107,6 @@ TEST(ShenJunStdAndFine, EqualThePlainForm) {
   }
 }
 
-TEST(ShenJun, MarksTheBrightSideOfAStep) {
-  TestImage step(9, 5);
-  for (int32_t y = 0; y < 5; ++y) {
-    for (int32_t x = 0; x < 9; ++x) step.at(x, y) = x < 4 ? 50 : 200;
-  }
-  const TestImage line = draw({".........", "....#....", "....#....", "....#....", "........."});
-  for (int32_t threshold : {100, 150, 151}) {
-    TestImage scratch(9, 5);
-    TestImage edges(9, 5, 99);
-    const TestImage expected = threshold <= 150 ? line : TestImage(9, 5);
-    NuvShenJunEdgeFast(step.data(), scratch.data(), 9, 5, 2, threshold, edges.data());
-    EXPECT_EQ(edges, expected);
-    NuvShenJunEdgeStd(step.data(), scratch.data(), 9, 5, 0.25, threshold, edges.data());
-    EXPECT_EQ(edges, expected);
-  }
-}
-
 TEST(ShenJunLists, HoldThePointsInRasterOrderUpToTheirCapacity) {
   Random random(16);
   TestImage g = noisy_step(random, 1050, 20);

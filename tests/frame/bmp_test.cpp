@@ -183,16 +183,6 @@ TEST_F(BmpFile, WithoutPixelsIsAnEmptyImage) {
   }
 }
 
-TEST_F(BmpFile, AnyPixelOffsetIsFollowed) {
-  Bytes file = header(60, 2, 1);
-  file.insert(file.end(), {9, 9, 9, 9, 9, 9, 41, 42, 0, 0});
-  set_content(file);
-  const Read result = read(NuvRead8BitBmpFile2Img);
-  ASSERT_TRUE(result.pixels);
-  EXPECT_EQ(result.pixels[0], 41);
-  EXPECT_EQ(result.pixels[1], 42);
-}
-
 TEST_F(BmpFile, MissingFilesAndDirectories) {
   path_ += ".missing";
   Read result = read(NuvRead8BitBmpFile2Img);

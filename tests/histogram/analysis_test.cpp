@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "NuvImgSDK2014DLL.h"
+#include "histogram/bins.h"
 #include "images.h"
 
 namespace {
@@ -14,13 +15,6 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using Bins = std::array<int32_t, 256>;
-
-Bins bins(const std::map<int, int32_t>& counts) {
-  Bins h{};
-  for (const auto& [value, count] : counts) h[static_cast<std::size_t>(value)] = count;
-  return h;
-}
 
 Bins run_of(int32_t first, int32_t last, int32_t count) {
   Bins h{};
@@ -48,21 +42,6 @@ TEST(GaussianSmooth, KeepsTheEndsAndAmplifiesTheMiddle) {
   EXPECT_EQ(smoothed[96], 0);
 }
 
-TEST(AverageSmooth, ClipsItsWindow) {
-  Bins h = bins({{0, 9}, {1, 3}, {255, 8}});
-  Bins smoothed;
-  NuvHistogramAverageSmooth(h.data(), 1, smoothed.data());
-  EXPECT_EQ(smoothed[0], 6);
-  EXPECT_EQ(smoothed[1], 4);
-  EXPECT_EQ(smoothed[255], 4);
-  NuvHistogramAverageSmooth(h.data(), 0, smoothed.data());
-  EXPECT_EQ(smoothed, h);
-  NuvHistogramAverageSmooth(h.data(), INT32_MAX, smoothed.data());
-  EXPECT_THAT(smoothed, Each(20 / 256));
-  NuvHistogramAverageSmooth(h.data(), -1, smoothed.data());
-  EXPECT_THAT(smoothed, Each(0));
-}
-
 TEST(PeaksAndValleys, AreMarkedByTheirLastRiseOrFlat) {
   const std::pair<std::vector<int32_t>, std::vector<int32_t>> cases[] = {
       {{1, 5, 2}, {-1, -100, 100}},
@@ -87,23 +66,6 @@ TEST(TwoPeaks, AreApartOrEqual) {
   EXPECT_EQ(second, 60);
   NuvFindTwoPeaks(h.data(), 250, &first, &second);
   EXPECT_EQ(second, first);
-}
-
-TEST(HistogramOrder, IsThatOfTheExchangeSort) {
-  Bins h = bins({{3, 5}, {7, 9}, {9, 5}});
-  Bins order;
-  EXPECT_EQ(NuvHistogramOrder(h.data(), order.data()), 3);
-  EXPECT_EQ(order[0], 7);
-  EXPECT_TRUE(std::is_permutation(order.begin(), order.end(),
-                                  [] {
-                                    Bins all;
-                                    std::iota(all.begin(), all.end(), 0);
-                                    return all;
-                                  }()
-                                      .begin()));
-  for (std::size_t i = 1; i < 256; ++i) {
-    EXPECT_GE(h[static_cast<std::size_t>(order[i - 1])], h[static_cast<std::size_t>(order[i])]);
-  }
 }
 
 TEST(Equalising, KeepsOrderAndSpreads) {

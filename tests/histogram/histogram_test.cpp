@@ -6,17 +6,10 @@
 #include <numeric>
 
 #include "NuvImgSDK2014DLL.h"
+#include "histogram/bins.h"
 #include "images.h"
 
 namespace {
-
-using Bins = std::array<int32_t, 256>;
-
-Bins bins(const std::map<int, int32_t>& counts) {
-  Bins h{};
-  for (const auto& [value, count] : counts) h[static_cast<std::size_t>(value)] = count;
-  return h;
-}
 
 template <class Test>
 Bins plain_histogram(const TestImage& image, Test counts_pixel) {
@@ -125,18 +118,6 @@ TEST(HistogramMoments, FormsOverflowWhereTheyAreDefinedTo) {
   EXPECT_EQ(avr, -2147483521.0 / 8421505);
 }
 
-TEST(HistogramMoments, OfAnImageEqualThoseOfItsHistogram) {
-  TestImage image = Random(3).gray(37, 21);
-  Bins h;
-  NuvGetHistogram(image.data(), 37, 21, h.data());
-  double avr[2];
-  double dev[2];
-  EXPECT_EQ(NuvGetImageAvrAndDev(image.data(), 37, 21, &avr[0], &dev[0]), 37 * 21);
-  NuvGetImageAvrAndDev(h.data(), &avr[1], &dev[1]);
-  EXPECT_EQ(avr[0], avr[1]);
-  EXPECT_EQ(dev[0], dev[1]);
-}
-
 TEST(OrderStatistics, OfDrawnHistograms) {
   struct Case {
     Bins h;
@@ -174,16 +155,6 @@ TEST(OrderStatistics, TailsExceedTheTruncatedShare) {
     EXPECT_EQ(NuvGetMinValueInHistogram(h.data(), ratio), 0) << ratio;
     EXPECT_EQ(NuvGetMaxValueInHistogram(h.data(), ratio), 255) << ratio;
   }
-}
-
-TEST(OrderStatistics, MostFrequentIsTheLowestOfEquals) {
-  Bins h = bins({{4, 9}, {9, 9}, {30, 2}});
-  int32_t count = 0;
-  EXPECT_EQ(NuvGetMostInHistogram(h.data(), &count), 4);
-  EXPECT_EQ(count, 9);
-  h = bins({});
-  NuvGetMostInHistogram(h.data(), &count);
-  EXPECT_EQ(count, 0);
 }
 
 }  // namespace

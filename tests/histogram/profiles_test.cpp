@@ -32,20 +32,6 @@ struct Sums {
   }
 };
 
-TEST(SpreadProfiles, OfDrawnLines) {
-  TestImage image(3, 4);
-  for (int32_t y = 0; y < 4; ++y) image.at(1, y) = y % 2 == 0 ? 0 : 10;
-  Profile columns = filled(3);
-  NuvGryImgColDev100(image.data(), 3, 4, 0, 1, 0, 3, columns.data());
-  EXPECT_THAT(columns, ElementsAre(0, 500, 0));
-  columns = filled(3);
-  NuvGryImgColDevDev(image.data(), 3, 4, 0, 1, 0, 3, columns.data());
-  EXPECT_THAT(columns, ElementsAre(0, 200 * 4 - 400, -7));
-  Profile rows = filled(4);
-  NuvGryImgRowDevDev(image.data(), 3, 4, 0, 2, 1, 2, rows.data());
-  EXPECT_THAT(rows, ElementsAre(-7, 100 * 3 - 100, 0, -7));
-}
-
 TEST(SpreadProfiles, EqualThePlainSums) {
   Random random(25);
   for (const auto& [width, height] : kOddSizes) {

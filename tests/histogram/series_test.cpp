@@ -40,24 +40,6 @@ TEST(Interpolation, KeepsTheEnds) {
   EXPECT_FALSE(NuvDataLinearInterpolattion(&one, 5, &one, 1));
 }
 
-TEST(SeriesStatistics, OfAFewValues) {
-  Series data = {3, 9, 9, -1};
-  double avr = 0;
-  double spread = 0;
-  EXPECT_EQ(NuvDataMaxDataPos(data.data(), 4), 1);
-  EXPECT_EQ(NuvDataMaxDataValue(data.data(), 4), 9);
-  EXPECT_EQ(NuvDataMaxDataValue(data.data(), 1), 3);
-  NuvDataAvrAndDif(data.data(), 4, &avr, &spread);
-  EXPECT_EQ(avr, 5);
-  EXPECT_EQ(spread, (2 + 4 + 4 + 6) / 4.0);
-  EXPECT_EQ(NuvDataAvrAndDevAndReturnMax(data.data(), 4, &avr, &spread), 9);
-  EXPECT_EQ(spread, std::sqrt((4 + 16 + 16 + 36) / 4.0));
-  EXPECT_EQ(NuvDataAvrAndDevAndReturnSum(data.data(), 4, &avr, &spread), 20);
-  data = {INT32_MAX, 1};
-  EXPECT_EQ(NuvDataAvrAndDevAndReturnSum(data.data(), 2, &avr, &spread), INT32_MIN);
-  EXPECT_EQ(avr, INT32_MIN / 2.0);
-}
-
 TEST(MovingWindows, ReportTheCentreOfTheBest) {
   Series data = {0, 9, 9, 9, 0};
   double best = -1;

@@ -6,19 +6,13 @@
 #include <numeric>
 
 #include "NuvImgSDK2014DLL.h"
+#include "histogram/bins.h"
 #include "images.h"
 
 namespace {
 
 using testing::Each;
 using testing::ElementsAre;
-using Bins = std::array<int32_t, 256>;
-
-Bins bins(const std::map<int, int32_t>& counts) {
-  Bins h{};
-  for (const auto& [value, count] : counts) h[static_cast<std::size_t>(value)] = count;
-  return h;
-}
 
 TEST(Otsu, LeavesTheTopBinOut) {
   const std::pair<std::map<int, int32_t>, int32_t> cases[] = {
@@ -43,16 +37,6 @@ TEST(ThresholdByRatio, ReachesTheShareWhereBinarisingExceedsIt) {
   std::vector<uint8_t> pixels(90, 10);
   pixels.resize(100, 200);
   EXPECT_EQ(NuvThresholdByRatio(pixels.data(), 10, 10, 0.10), 10) << "10 does not exceed 10";
-}
-
-TEST(ThresholdLimit, IsKeptWithinTheGrayScale) {
-  Bins h = bins({{100, 1}, {140, 1}});
-  int32_t low = 0;
-  int32_t high = 0;
-  NuvGetThresholdLimit(h.data(), 1.5, &low, &high);
-  EXPECT_THAT((std::vector<int32_t>{low, high}), ElementsAre(90, 150));
-  NuvGetThresholdLimit(h.data(), 99, &low, &high);
-  EXPECT_THAT((std::vector<int32_t>{low, high}), ElementsAre(0, 255));
 }
 
 TEST(DifferenceThreshold, IsThreeSigmaOfTheMedian) {

@@ -76,36 +76,6 @@ TEST(ChainLines, GiveAThinLineOnce) {
   EXPECT_EQ(segments.size(), 1U) << "the tracer walks it out and back";
 }
 
-TEST(ChainLines, RunsLieNearTheirSegments) {
-  TestImage image = polygon({{20, 10}, {85, 30}, {70, 88}, {12, 70}});
-  const auto segments = segments_of(image, 60);
-  int32_t* x = nullptr;
-  int32_t* y = nullptr;
-  int32_t n = 0;
-  std::size_t runs = 0;
-  while (NuvImgChainLines_GetNxtCodeLine(&x, &y, &n)) {
-    ASSERT_LT(runs, segments.size());
-    int32_t far = 0;
-    for (int32_t i = 0; i < n; ++i) far += distance_to(segments[runs], x[i], y[i]) > 1.5;
-    EXPECT_LE(far, n / 10);
-    ++runs;
-  }
-  EXPECT_EQ(runs, segments.size());
-  EXPECT_FALSE(NuvImgChainLines_GetNxtCodeLine(&x, &y, &n));
-}
-
-TEST(ChainLines, WithoutFittingHandOutRunsOnly) {
-  TestImage image = polygon({{20, 10}, {85, 30}, {70, 88}, {12, 70}});
-  segments_of(image, 60);
-  const int32_t n = NuvImgChainLines_DoBinImg(image.data(), kSize, kSize, false);
-  EXPECT_GE(n, 4);
-  EXPECT_EQ(NuvImgChainLines_GetLines(), nullptr);
-  int32_t* x = nullptr;
-  int32_t* y = nullptr;
-  int32_t count = 0;
-  EXPECT_TRUE(NuvImgChainLines_GetNxtCodeLine(&x, &y, &count));
-}
-
 TEST(ChainLines, KeepToTheirCapacity) {
   TestImage image = polygon({{20, 10}, {85, 30}, {70, 88}, {12, 70}});
   for (int32_t capacity : {-4, 0, 1, 2}) {

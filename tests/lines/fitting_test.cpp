@@ -70,31 +70,6 @@ TEST(FittingLine, MeasuresSpreadByItsOwnDivisor) {
   EXPECT_NEAR(slanted.greatest, 1.8 / norm, 1e-12);
 }
 
-TEST(FittingLine, OfAChainUsesThePointsBeforeItsCodes) {
-  uint8_t codes[] = {0, 7, 0, 7, 2};
-  Fit chain;
-  NuvFittingLine(3, 4, codes, 5, &chain.is_vertical, &chain.k, &chain.b, &chain.angle, &chain.deviation,
-                 &chain.greatest);
-  const Fit points = Points{{3, 4, 5, 6, 7}, {4, 4, 5, 5, 6}}.fit();
-  EXPECT_EQ(chain.k, points.k);
-  EXPECT_EQ(chain.b, points.b);
-  EXPECT_EQ(chain.greatest, points.greatest);
-}
-
-TEST(FittingLine, ByMask) {
-  int32_t x[] = {0, 1, 2, 3};
-  int32_t y[] = {5, 99, 5, 5};
-  bool mask[] = {true, false, true, true};
-  Fit f;
-  NuvFittingLineMsk(x, y, mask, 4, &f.is_vertical, &f.k, &f.b, &f.angle);
-  EXPECT_EQ(f.k, 0);
-  EXPECT_EQ(f.b, 5);
-  bool none[4] = {};
-  NuvFittingLineMsk(x, y, none, 4, &f.is_vertical, &f.k, &f.b, &f.angle);
-  EXPECT_EQ(f.is_vertical, 1);
-  EXPECT_TRUE(std::isnan(f.k));
-}
-
 TEST(FittingLineTwice, KeepsTheFirstFitWhateverTheOutlier) {
   Points points{{0, 1, 2, 3}, {0, 0, 0, 60}};
   const Fit first = points.fit();

@@ -21,38 +21,6 @@ Kb kb_through(int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
   return line;
 }
 
-TEST(KbForm, OfTwoPoints) {
-  Kb line = kb_through(0, 3, 10, 8);
-  EXPECT_EQ(line.is_vertical, 0);
-  EXPECT_EQ(line.k, 0.5);
-  EXPECT_EQ(line.b, 3);
-  line = kb_through(3, 0, 8, 10);
-  EXPECT_EQ(line.is_vertical, 1);
-  EXPECT_EQ(line.b, 3);
-  EXPECT_EQ(kb_through(0, 0, 7, 7).is_vertical, 1) << "at 45 degrees";
-  line = kb_through(4, 4, 4, 4);
-  EXPECT_EQ(line.is_vertical, 1);
-  EXPECT_TRUE(std::isnan(line.k));
-}
-
-TEST(KbForm, AngleRunsFrom0To180) {
-  const std::pair<std::pair<int32_t, int32_t>, double> cases[] = {
-      {{10, 0}, 0}, {{0, 10}, 90}, {{10, 5}, 26.565}, {{10, -5}, 153.435}, {{-5, 10}, 116.565}};
-  for (const auto& [to, degrees] : cases) {
-    Kb line;
-    double angle = 0;
-    NuvLineKBEquation(0, 0, to.first, to.second, &line.is_vertical, &line.k, &line.b, &angle);
-    EXPECT_NEAR(angle, degrees, 0.001);
-    EXPECT_NEAR(Nuv2PLineAngleDegree2AxisX(0, 0, to.first, to.second), degrees, 0.001);
-    double a = 0;
-    double b = 0;
-    double c = 0;
-    NuvKBLine2ABCLine(line.is_vertical, line.k, line.b, &a, &b, &c);
-    EXPECT_NEAR(NuvABCLineAngleDegree2AxisX(a, b, c), degrees, 0.001);
-  }
-  EXPECT_EQ(Nuv2PLineAngleDegree2AxisX(3, 3, 3, 3), 90.0);
-}
-
 // Lines through random points: both forms pass the points, and the way back gives the same line.
 TEST(KbForm, ThereAndBackOverAbc) {
   Random random(17);
@@ -100,25 +68,6 @@ TEST(HoughForm, OfTwoPoints) {
     EXPECT_EQ(NuvTwoPoints2ThroTheta(c.x1, c.y1, c.x2, c.y2, &thro, &theta), c.length);
     EXPECT_EQ(thro, c.thro);
     EXPECT_EQ(theta, c.theta);
-  }
-}
-
-TEST(HoughForm, ToAbcPassesThePointsOfTheForm) {
-  for (int32_t theta : {0, 17, 45, 90, 133, 180}) {
-    double a = 0;
-    double b = 0;
-    double c = 0;
-    NuvThroTheta2ABC(100, 200, 30, theta, &a, &b, &c);
-    const double radians = theta * 3.1415926 / 180;
-    const double foot_x = 100 + 30 * std::cos(radians);
-    const double foot_y = 200 + 30 * std::sin(radians);
-    EXPECT_NEAR((a * foot_x + b * foot_y + c) / std::hypot(a, b), 0, 1e-4) << theta;
-    int32_t thro = 0;
-    int32_t back = 0;
-    NuvThroTheta2ABC(0, 0, 30, theta, &a, &b, &c);
-    NuvABC2ThroTheta(a, b, c, &thro, &back);
-    EXPECT_LE(std::abs(std::abs(thro) - 30), 1) << theta;
-    EXPECT_LE(std::abs(back - theta) % 180, 1) << theta;
   }
 }
 
@@ -182,13 +131,6 @@ TEST(Distances, AndSides) {
   // 100,000 * 50,000 wraps to 705,032,704: the products are 32-bit.
   EXPECT_EQ(NuvDistFromPoint3To2PLine(0, 100000, 50000, 100000, 0, 100000),
             std::fabs(-5e9 + 705032704.0) / 50000);
-}
-
-TEST(Angles, BetweenLines) {
-  EXPECT_NEAR(NuvABCLineIntersectAngleDegree(0, 1, 0, 1, 0, 0), 90, 1e-4);
-  EXPECT_NEAR(NuvABCLineIntersectAngleDegree(0, 1, 0, 1, -1, 0), 45, 1e-4);
-  EXPECT_NEAR(NuvABCLineIntersectAngleDegree(-0.1, 1, 0, 0.1, 1, 0), 11.421, 1e-3) << "across 0 degrees";
-  EXPECT_EQ(NuvABCLineIntersectAngleDegree(1, 2, 3, 2, 4, 9), 0.0);
 }
 
 TEST(Overlaps, OfRangesAndRectangles) {
