@@ -12,7 +12,7 @@ namespace nuv {
 constexpr int32_t kBins = 256;
 using Histogram = std::array<int32_t, kBins>;
 
-// Four tables take turns, as pictures hold runs of one value and a counter that was just written cannot be
+// Eight tables take turns, as pictures hold runs of one value and a counter that was just written cannot be
 // read back at once.
 class ByteCounter {
  public:
@@ -21,7 +21,7 @@ class ByteCounter {
   void store_to(int32_t* bins) const;
 
  private:
-  std::array<Histogram, 4> tables_{};
+  std::array<Histogram, 8> tables_{};
 };
 
 }  // namespace nuv
