@@ -18,7 +18,7 @@ namespace {
 // ---- responses; p is the pixel, w the distance between rows ----
 
 NUV_INLINE uint8_t difference(uint8_t a, uint8_t b) {
-  return static_cast<uint8_t>(greater(a, b) - lesser(a, b));
+  return static_cast<uint8_t>(a > b ? a - b : b - a);
 }
 
 NUV_INLINE int16_t magnitude(int16_t v) {
@@ -50,8 +50,8 @@ NUV_INLINE int16_t prewitt_5(const uint8_t* p, std::ptrdiff_t step) {
 
 // ---- row kernels: n pixels from p on ----
 
-NUV_ROW_KERNEL void robert_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
-                               std::ptrdiff_t n) {
+NUV_LOAD_BOUND_ROW_KERNEL void robert_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                          std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     out[x] = greater(difference(p[1], p[-1]), difference(p[w], p[-w]));
   }

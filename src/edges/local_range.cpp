@@ -25,8 +25,9 @@ struct Extremes {
 // Four rows at a time, as the extremes are loaded and stored for each turn.
 constexpr int32_t kRowsAtATime = 4;
 
-NUV_ROW_KERNEL void fold_rows(const uint8_t* a, const uint8_t* b, const uint8_t* c, const uint8_t* d,
-                              uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most, int32_t n) {
+NUV_LOAD_BOUND_ROW_KERNEL void fold_rows(const uint8_t* a, const uint8_t* b, const uint8_t* c,
+                                         const uint8_t* d, uint8_t* NUV_RESTRICT least,
+                                         uint8_t* NUV_RESTRICT most, int32_t n) {
   for (int32_t x = 0; x < n; ++x) {
     least[x] = lesser(least[x], lesser(lesser(a[x], b[x]), lesser(c[x], d[x])));
     most[x] = greater(most[x], greater(greater(a[x], b[x]), greater(c[x], d[x])));
@@ -44,8 +45,9 @@ void fold_columns(GrayImage source, int32_t top, int32_t bottom, Extremes& colum
 }
 
 // Each place takes in the one that lies step places behind it.
-NUV_ROW_KERNEL void fold_ahead(const uint8_t* least_in, const uint8_t* most_in, int32_t step,
-                               uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most, int32_t n) {
+NUV_LOAD_BOUND_ROW_KERNEL void fold_ahead(const uint8_t* least_in, const uint8_t* most_in, int32_t step,
+                                          uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most,
+                                          int32_t n) {
   const uint8_t* least_ahead = least_in + step;
   const uint8_t* most_ahead = most_in + step;
   for (int32_t x = 0; x < n; ++x) {
@@ -55,8 +57,8 @@ NUV_ROW_KERNEL void fold_ahead(const uint8_t* least_in, const uint8_t* most_in, 
 }
 
 // The range of what each place and the one step places behind it hold.
-NUV_ROW_KERNEL void range_row(const uint8_t* least, const uint8_t* most, int32_t step,
-                              uint8_t* NUV_RESTRICT out, int32_t n) {
+NUV_LOAD_BOUND_ROW_KERNEL void range_row(const uint8_t* least, const uint8_t* most, int32_t step,
+                                         uint8_t* NUV_RESTRICT out, int32_t n) {
   const uint8_t* least_ahead = least + step;
   const uint8_t* most_ahead = most + step;
   for (int32_t x = 0; x < n; ++x) {
@@ -69,29 +71,37 @@ class RowRanges {
  public:
   RowRanges(int32_t width, int32_t m) : width_(width), m_(m) {}
 
-  void write(Extremes& columns, uint8_t* out) {
-    // At the ends the window moves inwards and keeps its width, as far as the row goes.
-    const int32_t left_end = std::min(m_, width_);
-    const int32_t right_begin = std::max(width_ - m_ - 1, left_end);
-    for (int32_t x = 0; x < left_end; ++x) out[x] = range_of(columns, x, int64_t{x} + 2 * int64_t{m_});
-    for (int32_t x = right_begin; x < width_; ++x)
-      out[x] = range_of(columns, int64_t{x} - 2 * int64_t{m_}, x);
-    if (right_begin > left_end) write_middle(columns, out + left_end, right_begin - left_end);
+  // At the ends the window moves inwards and keeps its width, as far as the row goes.
+  void write(const Extremes& columns, uint8_t* out) {
+    if (width_ > 3 * m_) {
+      // Then every window lies in the row, and the one that starts at a place is had once for all.
+      uint8_t from_start[kMaxWidth];
+      write_windows(columns, from_start, width_ - 2 * m_);
+      const int32_t right_begin = width_ - m_ - 1;
+      std::copy_n(from_start, m_, out);
+      std::copy_n(from_start, right_begin - m_, out + m_);
+      std::copy_n(from_start + right_begin - 2 * m_, m_ + 1, out + right_begin);
+      return;
+    }
+    for (int32_t x = 0; x < width_; ++x) {
+      const int32_t start = x < m_ ? x : x > width_ - m_ - 2 ? x - 2 * m_ : x - m_;
+      out[x] = range_of(columns, start, start + 2 * m_);
+    }
   }
 
  private:
-  uint8_t range_of(const Extremes& columns, int64_t first, int64_t last) const {
+  uint8_t range_of(const Extremes& columns, int32_t first, int32_t last) const {
     uint8_t least = 255;
     uint8_t most = 0;
-    for (int64_t x = std::max<int64_t>(first, 0); x <= std::min<int64_t>(last, width_ - 1); ++x) {
+    for (int32_t x = std::max(first, 0); x <= std::min(last, width_ - 1); ++x) {
       least = lesser(least, columns.least[x]);
       most = greater(most, columns.most[x]);
     }
     return static_cast<uint8_t>(most - least);
   }
 
-  // Places 0 to n - 1 of the row have the columns from there on to 2m further as their window.
-  void write_middle(const Extremes& columns, uint8_t* out, int32_t n) {
+  // The windows that start at places 0 to n - 1.
+  void write_windows(const Extremes& columns, uint8_t* out, int32_t n) {
     const int32_t window = 2 * m_ + 1;
     const Extremes* current = &columns;
     Extremes* next = &doubled_[0];

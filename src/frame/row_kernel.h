@@ -3,6 +3,8 @@
 // A row kernel is a small function over raw pointers and a count, in the narrowest types that hold its
 // values, without a branch or a call inside, so that the compiler turns it into vector code. On ELF the mark
 // asks GCC for one copy per x86-64 level, chosen when the library loads; elsewhere it does nothing.
+// A kernel that does little but load neighbours is marked as load-bound, and has no copy with vectors of 64
+// bytes: each load at an odd place would cross a cache line.
 // Every copy computes the same: the kernels are integer code, or floating code without contraction.
 
 #ifndef NUV_FRAME_ROW_KERNEL_H
@@ -12,8 +14,10 @@
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__ELF__) && \
     !defined(__SANITIZE_ADDRESS__)
 #define NUV_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
+#define NUV_LOAD_BOUND_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3")))
 #else
 #define NUV_ROW_KERNEL
+#define NUV_LOAD_BOUND_ROW_KERNEL
 #endif
 
 // For the pieces that a row kernel is made of: they must be compiled with its instruction set.
