@@ -67,14 +67,6 @@ bool match_spans(const int32_t* source, const int32_t* target, int32_t size, Spa
   return true;
 }
 
-using ByteTable = std::array<uint8_t, kBins>;
-
-void map_pixels_by(GrayImage image, const ByteTable& table) {
-  for_rows(image, image.whole(), [&table](uint8_t* pixels, std::ptrdiff_t n) {
-    for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = table[pixels[i]];
-  });
-}
-
 // Maps each pixel to what place(low, high) makes of its span.
 template <class Place>
 void map_by_spans(GrayImage image, const Histogram& bins, const Spans& spans, Place place) {
@@ -82,7 +74,7 @@ void map_by_spans(GrayImage image, const Histogram& bins, const Spans& spans, Pl
   for (int32_t v = 0; v < kBins; ++v) {
     if (bins[v] != 0) table[v] = low_byte(place(spans.low[v], spans.high[v]));
   }
-  map_pixels_by(image, table);
+  map_bytes(table, image.pixels, image.size());
 }
 
 }  // namespace
@@ -102,7 +94,7 @@ void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t height) {
     count += bins[v];
     table[v] = low_byte(count * 255 / area);
   }
-  map_pixels_by(image, table);
+  map_bytes(table, image.pixels, image.size());
 }
 
 void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t height) {
