@@ -111,10 +111,7 @@ void print_table(const Detection& detection, const Options& options) {
 void run(Options options) {
   Picture picture = read_picture(options.picture);
   complete(options, picture);
-  std::error_code unknown;
-  if (std::filesystem::equivalent(options.picture, options.result, unknown)) {
-    throw PictureError(options.result, "is the picture itself");
-  }
+  check_result(options.picture, options.result);
   Picture gray = to_gray(picture);
   Detection detection = detect(gray, options);
   std::stable_sort(detection.segments.begin(), detection.segments.end(),

@@ -84,6 +84,11 @@ Picture read_picture(const std::string& file) {
   return picture;
 }
 
+void check_result(const std::string& picture, const std::string& result) {
+  std::error_code unknown;
+  if (fs::equivalent(picture, result, unknown)) throw PictureError(result, "is the picture itself");
+}
+
 void write_picture(Picture& picture, const std::string& file) {
   const auto write = picture.channels == 1 ? NuvWrite8BitImg2BmpFile : NuvWrite24BitImg2BmpFile;
   std::error_code unknown;

@@ -25,6 +25,9 @@ struct PictureError : std::runtime_error {
 // Reads an 8-bit or 24-bit BMP file. The library's readers believe a header; this one checks it first.
 Picture read_picture(const std::string& file);
 
+// Refuses a result file that is the picture itself.
+void check_result(const std::string& picture, const std::string& result);
+
 // Writes an 8-bit or 24-bit BMP file. A file that cannot be completed is removed again.
 void write_picture(Picture& picture, const std::string& file);
 

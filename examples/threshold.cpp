@@ -124,12 +124,8 @@ void run(Options options) {
   const std::string name = std::filesystem::path(options.picture).stem().string();
   if (options.result.empty()) options.result = name + "_" + options.method + ".bmp";
   if (options.histogram.empty()) options.histogram = name + "_histogram.bmp";
-  for (const std::string& file : {options.result, options.histogram}) {
-    std::error_code unknown;
-    if (std::filesystem::equivalent(options.picture, file, unknown)) {
-      throw PictureError(file, "is the picture itself");
-    }
-  }
+  check_result(options.picture, options.result);
+  check_result(options.picture, options.histogram);
 
   print_numbers(histogram_of(gray));
   Picture result = options.method == "otsu"         ? by_otsu(gray, options)

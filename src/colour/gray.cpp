@@ -61,10 +61,6 @@ NUV_ROW_KERNEL void largest_row(const PlaneBlock& in, uint8_t* NUV_RESTRICT out,
 
 }  // namespace
 
-void whole_image_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray) {
-  map_pixels(pixels, count, gray, whole_image_row);
-}
-
 void rectangle_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray) {
   map_pixels(pixels, count, gray, rectangle_row);
 }
@@ -74,7 +70,7 @@ void rectangle_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray) 
 using namespace nuv;
 
 void NuvRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg) {
-  whole_image_gray(pRGBImg, RgbImage{pRGBImg, width, height}.size(), pGryImg);
+  map_pixels(pRGBImg, RgbImage{pRGBImg, width, height}.size(), pGryImg, whole_image_row);
 }
 
 void NuvRGB2GryInvert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg) {

@@ -1,4 +1,4 @@
-// The gray weightings of an interleaved pixel.
+// The gray of a rectangle, for the functions that copy rectangles.
 
 #ifndef NUV_COLOUR_WEIGHTING_H
 #define NUV_COLOUR_WEIGHTING_H
@@ -8,8 +8,7 @@
 
 namespace nuv {
 
-// One row each, count pixels of three bytes to count bytes of gray.
-void whole_image_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray);
+// One row: count pixels of three bytes to count bytes of gray.
 void rectangle_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray);
 
 }  // namespace nuv

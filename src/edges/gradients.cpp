@@ -9,7 +9,9 @@
 #include "frame/borders.h"
 #include "frame/interleaved.h"
 #include "frame/row_kernel.h"
+#include "frame/sobel.h"
 #include "frame/views.h"
+#include "nuv/colour.h"
 #include "nuv/edges.h"
 
 namespace nuv {
@@ -27,20 +29,6 @@ NUV_INLINE int16_t magnitude(int16_t v) {
 
 NUV_INLINE uint8_t at_most(int16_t v, int16_t limit) {
   return static_cast<uint8_t>(v < limit ? v : limit);
-}
-
-// Strong on a horizontal edge.
-NUV_INLINE int16_t sobel_0(const uint8_t* p, std::ptrdiff_t w) {
-  const uint8_t* above = p - w;
-  const uint8_t* below = p + w;
-  return static_cast<int16_t>(above[-1] + 2 * above[0] + above[1] - below[-1] - 2 * below[0] - below[1]);
-}
-
-// Strong on a vertical edge.
-NUV_INLINE int16_t sobel_90(const uint8_t* p, std::ptrdiff_t w) {
-  const uint8_t* above = p - w;
-  const uint8_t* below = p + w;
-  return static_cast<int16_t>(above[-1] + 2 * p[-1] + below[-1] - above[1] - 2 * p[1] - below[1]);
 }
 
 // Two pixels against two, step being the way from one to the next.
@@ -67,10 +55,6 @@ NUV_ROW_KERNEL void robert_sum_row(const uint8_t* p, std::ptrdiff_t step, std::p
 
 NUV_ROW_KERNEL void gate_row(const uint8_t* mask, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = mask[x] != 0 ? out[x] : 0;
-}
-
-NUV_ROW_KERNEL void largest_plane_row(const PlaneBlock& planes, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = greater(greater(planes.b0[x], planes.b1[x]), planes.b2[x]);
 }
 
 NUV_ROW_KERNEL void sobel_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
@@ -203,12 +187,10 @@ void NuvRobertRGBImage2GryRobert(uint8_t* pRGBImg, int32_t width, int32_t height
   clear_band({pResImg, width, height}, 1);
   for_interior_rows({pRGBImg, width, height}, [=](const uint8_t* p, std::ptrdiff_t offset, std::ptrdiff_t n) {
     uint8_t sums[3 * kPlaneBlock];
-    PlaneBlock planes;
     for (std::ptrdiff_t x = 0; x < n; x += kPlaneBlock) {
       const std::ptrdiff_t span = std::min(kPlaneBlock, n - x);
       robert_sum_row(p + 3 * x, 3, 3 * static_cast<std::ptrdiff_t>(width), sums, 3 * span);
-      split_planes(sums, planes.b0, planes.b1, planes.b2, span);
-      largest_plane_row(planes, pResImg + offset + x, span);
+      NuvExtractMaxRGB2GryImg(sums, static_cast<int32_t>(span), 1, pResImg + offset + x);
     }
   });
 }

@@ -36,7 +36,7 @@ void accumulate(const T* values, int32_t n, int32_t* prefix) {
   for (int32_t x = 0; x < n; ++x) prefix[x + 1] = sum += values[x];
 }
 
-// The sums of each column over some rows of an image, and their prefix.
+// The sums of each column over the rows that a window takes in.
 class ColumnSums {
  public:
   explicit ColumnSums(GrayImage image)
@@ -47,12 +47,15 @@ class ColumnSums {
   }
 
   bool allocated() const { return sums_ && prefix_; }
+  // Entry x is the sum of the columns before x.
+  const int32_t* prefix() {
+    accumulate(sums_.get(), image_.width, prefix_.get());
+    return prefix_.get();
+  }
+
+ protected:
   void add(int32_t y) { add_to(sums_.get(), image_.row(y), image_.width); }
   void subtract(int32_t y) { subtract_from(sums_.get(), image_.row(y), image_.width); }
-  void accumulate_columns() { accumulate(sums_.get(), image_.width, prefix_.get()); }
-
-  // After accumulate_columns(): entry x is the sum of the columns before x.
-  const int32_t* prefix() const { return prefix_.get(); }
 
  private:
   GrayImage image_;
@@ -60,56 +63,43 @@ class ColumnSums {
   Buffer<int32_t> prefix_;
 };
 
-// The rows above a row less those below it: n each, the row itself left out. Moving down by one row, the row
-// itself goes up from neither, and the first row below goes out to neither.
-class AboveLessBelow {
+// The rows above a row less those below it: n each, the row itself left out.
+class AboveLessBelow : public ColumnSums {
  public:
-  AboveLessBelow(GrayImage image, int32_t n) : columns_(image), n_(n) {}
+  AboveLessBelow(GrayImage image, int32_t n) : ColumnSums(image), n_(n) {}
 
-  bool allocated() const { return columns_.allocated(); }
   void start(int32_t y) {
     for (int32_t i = 1; i <= n_; ++i) {
-      columns_.add(y - i);
-      columns_.subtract(y + i);
+      add(y - i);
+      subtract(y + i);
     }
   }
-  // From row y to row y + 1.
+  // From row y to row y + 1: y joins the rows above, and y + 1 leaves the rows below.
   void move_down(int32_t y) {
-    columns_.add(y);
-    columns_.subtract(y - n_);
-    columns_.add(y + 1);
-    columns_.subtract(y + n_ + 1);
-  }
-  const int32_t* prefix() {
-    columns_.accumulate_columns();
-    return columns_.prefix();
+    add(y);
+    subtract(y - n_);
+    add(y + 1);
+    subtract(y + n_ + 1);
   }
 
  private:
-  ColumnSums columns_;
   int32_t n_;
 };
 
 // The rows from n above to n below a row.
-class WindowRows {
+class WindowRows : public ColumnSums {
  public:
-  WindowRows(GrayImage image, int32_t n) : columns_(image), n_(n) {}
+  WindowRows(GrayImage image, int32_t n) : ColumnSums(image), n_(n) {}
 
-  bool allocated() const { return columns_.allocated(); }
   void start(int32_t y) {
-    for (int32_t i = -n_; i <= n_; ++i) columns_.add(y + i);
+    for (int32_t i = -n_; i <= n_; ++i) add(y + i);
   }
   void move_down(int32_t y) {
-    columns_.subtract(y - n_);
-    columns_.add(y + n_ + 1);
-  }
-  const int32_t* prefix() {
-    columns_.accumulate_columns();
-    return columns_.prefix();
+    subtract(y - n_);
+    add(y + n_ + 1);
   }
 
  private:
-  ColumnSums columns_;
   int32_t n_;
 };
 

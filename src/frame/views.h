@@ -41,7 +41,6 @@ struct Image {
 
   bool empty() const { return width <= 0 || height <= 0; }
   std::ptrdiff_t size() const { return empty() ? 0 : static_cast<std::ptrdiff_t>(width) * height; }
-  std::ptrdiff_t bytes() const { return size() * Channels; }
   Region whole() const { return {0, width - 1, 0, height - 1}; }
 
   bool contains(int32_t x, int32_t y) const { return x >= 0 && x < width && y >= 0 && y < height; }

@@ -11,6 +11,7 @@
 #include "frame/arithmetic.h"
 #include "frame/interleaved.h"
 #include "frame/row_kernel.h"
+#include "frame/sobel.h"
 #include "frame/views.h"
 #include "nuv/histogram.h"
 
@@ -74,21 +75,13 @@ struct Response {
   int32_t across_rows;     // |G0|
 };
 
-// At p, in rows of that width.
-Response sobel(const uint8_t* p, std::ptrdiff_t width) {
-  const uint8_t* above = p - width;
-  const uint8_t* below = p + width;
-  const int32_t g90 = 2 * (p[-1] - p[1]) + above[-1] + below[-1] - above[1] - below[1];
-  const int32_t g0 = 2 * (above[0] - below[0]) + above[-1] + above[1] - below[-1] - below[1];
-  return {std::abs(g90), std::abs(g0)};
-}
-
 // Calls count(x, y, response) for the interior pixels on an edge more vertical than horizontal.
 template <class Count>
 void for_vertical_edges(GrayImage image, Count count) {
   for (int32_t y = 1; y < image.height - 1; ++y) {
     for (int32_t x = 1; x < image.width - 1; ++x) {
-      const Response response = sobel(image.at(x, y), image.width);
+      const uint8_t* p = image.at(x, y);
+      const Response response{std::abs(sobel_90(p, image.width)), std::abs(sobel_0(p, image.width))};
       if (response.across_rows < response.across_columns) count(x, y, response);
     }
   }
