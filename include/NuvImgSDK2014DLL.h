@@ -1,5 +1,5 @@
 /// @file
-/// Everything a host includes. See docs/architecture.md for the conventions that all functions share.
+/// Everything a host includes. The conventions that all functions share stand in nuv/frame.h.
 #ifndef NUVIMGSDK2014DLL_H
 #define NUVIMGSDK2014DLL_H
 

@@ -17,8 +17,8 @@
 //     G90 = TL + 2 L + BL - TR - 2 R - BR
 //
 // Sources have width*height pixels, results width*height bytes in another buffer. Unless a function says
-// otherwise, all of the result is written: the interior as told, and a band of 0 around it, one pixel wide for
-// windows of 3 by 3 and two for those of 5. An image without an interior gets its band alone.
+// otherwise, all of the result is written: the interior as told, and a band of 0 around it, one pixel wide
+// for windows of 3 by 3 and two for those of 5. An image without an interior gets its band alone.
 //
 // @see L. Roberts, Machine perception of three-dimensional solids, 1963; I. Sobel and G. Feldman, A 3x3
 // isotropic gradient operator for image processing, 1968; J. Prewitt, Object enhancement and extraction, 1970
@@ -37,8 +37,9 @@ NUV_API void NuvRobertRGBImage2GryRobert(uint8_t* pRGBImg, int32_t width, int32_
 
 /// min(|B - T| + |R - L|, 255) of each channel, as an RGB image of width*height*3 bytes.
 ///
-/// Instead of a band, 0 is written to the first width bytes of the first and of the last row, and to bytes 0 and
-/// width-1 of each row, over what the interior has there. The other bytes of the border pixels are left alone.
+/// Instead of a band, 0 is written to the first width bytes of the first and of the last row, and to bytes 0
+/// and width-1 of each row, over what the interior has there. The other bytes of the border pixels are left
+/// alone.
 NUV_API void NuvRobertRGBImage2RGBRobert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Sobel gradient strength, city-block form: min(|G0| + |G90|, 255).
@@ -56,12 +57,13 @@ NUV_API void NuvGryImgSobel0(uint8_t* pGryImg, int32_t width, int32_t height, ui
 /// min(|G90|, 255).
 NUV_API void NuvGryImgSobel90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
-/// The N rows above less the N rows below, over 2M + 1 columns: min(|difference|, 255), not divided by the area.
+/// The N rows above less the N rows below, over 2M + 1 columns: min(|difference|, 255), not divided by the
+/// area.
 ///
 /// Written are the pixels x from M to width-M-2, y from N to height-N-2; 0 goes to rows 0..N-1 and
 /// height-N-1..height-2 and, in the rows between, to columns 0..M-1 and width-M..width-1, as far as the image
-/// goes. What is in none of these, such as the last row and column width-M-1, is left alone. Sums are 32-bit and
-/// wrap.
+/// goes. What is in none of these, such as the last row and column width-M-1, is left alone. Sums are 32-bit
+/// and wrap.
 ///
 /// @param M, N  half sizes; below 1 counts as 1
 NUV_API void NuvGradientByPrewitt0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
@@ -76,7 +78,8 @@ NUV_API void NuvGradientByPrewitt0(uint8_t* pGryImg, int32_t width, int32_t heig
 NUV_API void NuvGradientByPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                     uint8_t* pResImg);
 
-/// The larger of two differences, two pixels against two along the row and along the column, at most 250 each.
+/// The larger of two differences, two pixels against two along the row and along the column, at most 250
+/// each.
 NUV_API void NuvGradient5x5ByPrewitt0_90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// min(|p[x-2] + p[x-1] - p[x+1] - p[x+2]|, 255) along the row; the band is two pixels wide.
@@ -94,17 +97,18 @@ NUV_API void NuvGradient0ByPrewitt5x5(uint8_t* pGryImg, int32_t width, int32_t h
 ///     d1  |the N rows above less the N rows below|
 ///     d2  |the M columns at the left less the M columns at the right|
 ///     d3  |the pixels left of the rising diagonal less those right of it|
-///     d4  the pixels left of the falling diagonal less those right of it, where that is positive; else what d4
+///     d4  the pixels left of the falling diagonal less those right of it, where that is positive; else what
+///     d4
 ///         was at the pixel before that had one, in raster order, and 0 before the first
 ///
-/// A d4 of 255 or more makes the pixel 255. The diagonals are taken for M = N: row r of the window is divided at
-/// column 2N - r and r. With M below N the dividing column can pass the end of its row; the left side then goes
-/// on in the next rows of the window, and behind its last row counts 0.
+/// A d4 of 255 or more makes the pixel 255. The diagonals are taken for M = N: row r of the window is divided
+/// at column 2N - r and r. With M below N the dividing column can pass the end of its row; the left side then
+/// goes on in the next rows of the window, and behind its last row counts 0.
 ///
-/// Written are the windows that fit, x from M to width-M-1, y from N to height-N-1; 0 goes to the N rows at top
-/// and bottom and, in the rows between, to columns 0 to M-1, and column M where no window fits the width. The
-/// other columns that no window reaches are left alone. Windows of more than 16129 pixels, or negative sizes, write
-/// nothing.
+/// Written are the windows that fit, x from M to width-M-1, y from N to height-N-1; 0 goes to the N rows at
+/// top and bottom and, in the rows between, to columns 0 to M-1, and column M where no window fits the width.
+/// The other columns that no window reaches are left alone. Windows of more than 16129 pixels, or negative
+/// sizes, write nothing.
 NUV_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                   uint8_t* pResImg);
 
@@ -140,8 +144,8 @@ NUV_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// Edges with a floating coefficient on a byte scratch image: step truncates (new - old)*a0 + old toward
 /// zero.
 ///
-/// @param a0  weight of the new sample, meaningful above 0 up to 1: 1 smoothes nothing, and finds nothing. Steps
-///            beyond a byte, as other values give them, are stored as their low byte
+/// @param a0  weight of the new sample, meaningful above 0 up to 1: 1 smoothes nothing, and finds nothing.
+///            Steps beyond a byte, as other values give them, are stored as their low byte
 NUV_API void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, double a0,
                                int32_t grdThreshold, uint8_t* pResImg);
 
@@ -182,13 +186,13 @@ NUV_API void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t width
 // In an edge image 0 is no edge and any other value an edge pixel. Images are changed in place.
 
 /// Deletes the pixels where edges cross or clump: interior pixels with more than maxNeighbours of their eight
-/// neighbours set, all judged on the image as it came, with its outermost rows and columns cleared first. Pixels
-/// of value 128 are deleted too. Pixels without a neighbour stay, whatever the limit.
+/// neighbours set, all judged on the image as it came, with its outermost rows and columns cleared first.
+/// Pixels of value 128 are deleted too. Pixels without a neighbour stay, whatever the limit.
 NUV_API void NuvEdgeDeleteNoiseAndCrossPoints(uint8_t* pBinImg, int32_t width, int32_t height,
                                               int32_t maxNeighbours);
 
-/// Keeps the outer contours that have at least minLength codes and that perimeter, as their pixels alone. A lone
-/// pixel has no codes and always goes.
+/// Keeps the outer contours that have at least minLength codes and that perimeter, as their pixels alone. A
+/// lone pixel has no codes and always goes.
 ///
 /// @param pBinImg  edge image of 0 and 255; changed as NuvGetContours tells
 /// @param pResImg  receives 255 on the contours kept and 0 elsewhere, width*height bytes in another buffer
@@ -201,10 +205,10 @@ NUV_API void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int32
 
 /// Marks where gaps between the ends of edges can be bridged.
 ///
-/// Interior edge pixels with fewer than two neighbours become 200. With R = gapLength/2 + 1, pixels at least R
-/// from the border that are no edge and allowed by the mask become 100 if their window, R pixels to the left and
-/// up and R-1 to the right and down, holds two pixels of value 200 (among its first thousand) with the pixel
-/// between their rows and between their columns, inclusive.
+/// Interior edge pixels with fewer than two neighbours become 200. With R = gapLength/2 + 1, pixels at least
+/// R from the border that are no edge and allowed by the mask become 100 if their window, R pixels to the
+/// left and up and R-1 to the right and down, holds two pixels of value 200 (among its first thousand) with
+/// the pixel between their rows and between their columns, inclusive.
 ///
 /// @param pMskImg    mask of the size of the image: not 0 where a gap may be bridged
 /// @param gapLength  about the longest gap; below -1 only the ends are marked
@@ -217,9 +221,9 @@ NUV_API void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width, 
 
 /// The two strong rows of each column of a gradient image.
 ///
-/// Over the rows between y1 and y2, both excluded, the first row with the greatest value is found (row 0 if all
-/// are 0), and then the first with the greatest value among those at least minGap rows from it (itself if all of
-/// those are 0).
+/// Over the rows between y1 and y2, both excluded, the first row with the greatest value is found (row 0 if
+/// all are 0), and then the first with the greatest value among those at least minGap rows from it (itself if
+/// all of those are 0).
 ///
 /// @param pFirst, pSecond  receive width entries each: the smaller and the larger row, 0 outside x1..x2
 NUV_API void NuvExtractTwoEdgePointPerCol(uint8_t* pGrdImg, int32_t width, int32_t minGap, int32_t x1,
@@ -228,9 +232,9 @@ NUV_API void NuvExtractTwoEdgePointPerCol(uint8_t* pGrdImg, int32_t width, int32
 
 /// The two strongest pixels in each row and in each column of a rectangle.
 ///
-/// The first is the strongest of the line, the first of equals; the second the strongest of those more than 10
-/// pixels from it, the last of equals, or the first again where those are all 0. A row of zeros gives -1 to
-/// pRight and the value that pBottom[y] holds on entry to pLeft; a column of zeros gives -1 twice.
+/// The first is the strongest of the line, the first of equals; the second the strongest of those more than
+/// 10 pixels from it, the last of equals, or the first again where those are all 0. A row of zeros gives -1
+/// to pRight and the value that pBottom[y] holds on entry to pLeft; a column of zeros gives -1 twice.
 ///
 /// @param pLeft, pRight  receive the columns in order, entries y1..y2
 /// @param pTop, pBottom  receive the rows in order, entries x1..x2; pBottom is also read at y1..y2 as told
@@ -246,8 +250,9 @@ NUV_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_
 
 /// A gray threshold voted for by edge pixels.
 ///
-/// Each edge pixel strictly inside the rectangle votes for a range of gray levels, from its own value c and the
-/// values lo..hi among c and seven samples around: (1,0), (2,-1), (2,-2), (1,-3), (0,-3), (-1,-2), (-1,-1).
+/// Each edge pixel strictly inside the rectangle votes for a range of gray levels, from its own value c and
+/// the values lo..hi among c and seven samples around: (1,0), (2,-1), (2,-2), (1,-3), (0,-3), (-1,-2),
+/// (-1,-1).
 ///
 /// @param x1, x2, y1, y2  rectangle; the samples of its inner pixels must lie in the image
 /// @param mode            1: lo to c; 2: c to hi; any other: lo to hi
@@ -257,10 +262,10 @@ NUV_API int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32
 
 /// The range of gray levels (largest less smallest) around each pixel, and the histogram of the ranges.
 ///
-/// The window is 2M + 1 by 2N + 1. Near the top it moves inwards and keeps its height, near the bottom it is cut
-/// short. Its columns are x..x+2M for x below M, x-2M..x from x = width-M-1 on, and x-M..x+M between; where the
-/// row is too narrow for that they end with it, and the first of the forms that fit counts. Negative half sizes
-/// count as 0.
+/// The window is 2M + 1 by 2N + 1. Near the top it moves inwards and keeps its height, near the bottom it is
+/// cut short. Its columns are x..x+2M for x below M, x-2M..x from x = width-M-1 on, and x-M..x+M between;
+/// where the row is too narrow for that they end with it, and the first of the forms that fit counts.
+/// Negative half sizes count as 0.
 ///
 /// @param pResImg     receives the ranges, width*height bytes
 /// @param pHistogram  receives 256 bins

@@ -1,5 +1,5 @@
 /// @file
-/// Binary measures, and image files.
+/// Binary measures, image files, lists of files, and the debug log.
 ///
 /// Conventions that hold for every function of the library:
 ///
@@ -91,8 +91,8 @@ NUV_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, 
 /// A width or height of 0 or below gives a file of headers and palette alone.
 ///
 /// @return false if the file cannot be opened or any write came back short; the file is then completed as
-///         far as the stream allows. What is still buffered when the file is closed, and is lost then, does not
-///         show: a host that must know compares the file's length
+///         far as the stream allows. What is still buffered when the file is closed, and is lost then, does
+///         not show: a host that must know compares the file's length
 NUV_API bool NuvWrite8BitImg2BmpFile(uint8_t* pGryImg, int32_t width, int32_t height, const char* pFileName);
 
 /// NuvWrite8BitImg2BmpFile with the last four palette entries coloured, to see marks in an image: 252 shows
@@ -113,5 +113,48 @@ NUV_API uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth,
 ///
 /// @return as NuvWrite8BitImg2BmpFile
 NUV_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t height, const char* pFileName);
+
+// ---- Lists of files --------------------------------------------------------------------------------------
+//
+// A list is a text with one name a line. A line ends with carriage return and line feed, and what follows the
+// last line end is no line. The list is read whole and held, in memory that only grows, until the next one:
+// this is one global object, one thread at a time.
+
+/// Reads a list, and starts the walk of NuvSequenceFiles_GetNextFileName from its first line.
+///
+/// @param pFileName  name of the list, zero-terminated, less than 1024 bytes
+/// @return false if the name is too long, the file cannot be opened, or it has no length that an int32_t
+///         holds: the list before stays, and its walk starts anew. False also for want of memory, and then
+///         there is no list, and for an empty file while no other list has been read. An error in reading
+///         does not show: what could not be read is 0
+NUV_API bool NuvSequenceFiles_Initialize(char* pFileName);
+
+/// The next line of the list, without the blanks (spaces, no tabs) at its end.
+///
+/// A line of size bytes or more, its trailing blanks counted, gives false and is skipped.
+///
+/// @param pFileName  receives the line; all of its size bytes are written, those behind the line with 0
+/// @param size       bytes of pFileName; 0 or below writes nothing, and every line is too long
+/// @return false, with an empty name, if the line does not fit, or there is none; without a list there is
+///        none
+NUV_API bool NuvSequenceFiles_GetNextFileName(char* pFileName, int32_t size);
+
+/// A line of the list by its number, the first being 0. The walk is not moved.
+///
+/// @param pFileName, size  as of NuvSequenceFiles_GetNextFileName
+/// @return false, with an empty name, if the line does not fit, or there is none of that number
+NUV_API bool NuvSequenceFiles_GetFileName(int32_t index, char* pFileName, int32_t size);
+
+// ---- The debug log ---------------------------------------------------------------------------------------
+
+/// Appends a line feed, a text, a comma and a number to the log, which the first line that a host writes
+/// empties.
+///
+/// The log is d:\tmp\NuvDebugInfo.txt on Windows and /tmp/NuvDebugInfo.txt elsewhere. The directory has to
+/// exist. The file is opened and closed for each line. If it cannot be opened, the line is lost and nothing
+/// else. One thread at a time.
+///
+/// @param pText  text, zero-terminated
+NUV_API void NuvDebugInfo(char* pText, int32_t value);
 
 #endif

@@ -97,8 +97,8 @@ NUV_API int32_t NuvGetMostInHistogram(int32_t* pHistogram, int32_t* pMaxCount);
 
 /// The lower tail: the lowest value whose cumulative count from 0 upward exceeds truncate(N*ratio).
 ///
-/// @param ratio  share of the pixels to leave below; 0 gives the lowest value present. A negative ratio gives 0,
-///               and so does one whose product with N is not finite or beyond int32_t
+/// @param ratio  share of the pixels to leave below; 0 gives the lowest value present. A negative ratio gives
+///               0, and so does one whose product with N is not finite or beyond int32_t
 /// @return 0 to 255; 256 if no value exceeds it (a ratio of 1 or more, or an empty histogram)
 NUV_API int32_t NuvGetMinValueInHistogram(int32_t* pHistogram, double ratio);
 
@@ -115,7 +115,8 @@ NUV_API int32_t NuvGetMaxValueInHistogram(int32_t* pHistogram, double ratio);
 /// @return 1 to 256; 128 for an empty histogram
 NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 
-// ---- Threshold selection -----------------------------------------------------------------------------------
+// ---- Threshold selection
+// -----------------------------------------------------------------------------------
 
 /// Otsu's threshold, with the highest occupied bin left out of all sums.
 ///
@@ -124,8 +125,8 @@ NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 /// maximum wins. Sums are 32-bit and wrap.
 ///
 /// @param nSize  number of bins
-/// @return the highest value of the dark class, so that the bright one begins above it; 0 for fewer than three
-///         occupied bins
+/// @return the highest value of the dark class, so that the bright one begins above it; 0 for fewer than
+///         three occupied bins
 /// @see N. Otsu, A threshold selection method from gray-level histograms, 1979
 NUV_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 
@@ -135,8 +136,8 @@ NUV_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 /// @return 255 at once for a ratio of 0; -1 if the count never reaches c
 NUV_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
 
-/// The levels k standard deviations below and above the mean, truncated, the lower one raised to 0 and the upper
-/// one lowered to 255.
+/// The levels k standard deviations below and above the mean, truncated, the lower one raised to 0 and the
+/// upper one lowered to 255.
 NUV_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t* pMaxT);
 
 /// A noise threshold from a histogram of absolute differences: three sigma, where sigma is the median,
@@ -145,8 +146,9 @@ NUV_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT,
 /// @return truncate(median/0.67*3 + 0.5)
 NUV_API int32_t NuvGetDifImgThreshold(int32_t* pHistogram);
 
-/// The first valley of a histogram: the first occupied bin i from 1 to maxT that is no higher than its occupied
-/// left neighbour (the next occupied bin below, bin 0 excepted) and than bin i + 1, which must be occupied.
+/// The first valley of a histogram: the first occupied bin i from 1 to maxT that is no higher than its
+/// occupied left neighbour (the next occupied bin below, bin 0 excepted) and than bin i + 1, which must be
+/// occupied.
 ///
 /// @param nIgnored    not read
 /// @param maxT        highest bin looked at, at most 250
@@ -158,12 +160,12 @@ NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_
 /// centre moves as soon as a bin joins it, and its sums are never cleared between passes.
 ///
 /// The first centre starts at the most frequent level, the others at occupied levels evenly spaced behind it.
-/// A level joins the nearest centre, the first of equals. Passes end when no centre has moved by more than eps
-/// relative to itself; should they not, after 100,000 passes.
+/// A level joins the nearest centre, the first of equals. Passes end when no centre has moved by more than
+/// eps relative to itself; should they not, after 100,000 passes.
 ///
 /// @param nClusters  2 to 256
-/// @param pCentres   receives the centres in the order of their start, not sorted: as many as nClusters, or as
-///                   the histogram has occupied bins if that is fewer
+/// @param pCentres   receives the centres in the order of their start, not sorted: as many as nClusters, or
+///                   as the histogram has occupied bins if that is fewer
 /// @return false, and nothing written, for nClusters below 2
 /// @see J. MacQueen, Some methods for classification and analysis of multivariate observations, 1967
 NUV_API bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, double eps, double* pCentres);
@@ -174,8 +176,8 @@ NUV_API bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, double 
 // must lie inside the image, and pixels outside of them are left alone, in a result image too. Result images
 // have the size of the source, in another buffer.
 //
-// The ratio forms find T in the histogram: the first i from 255 down at which the count exceeds (strictly) the
-// share of the pixels that is to become 255; -1 if none does.
+// The ratio forms find T in the histogram: the first i from 255 down at which the count exceeds (strictly)
+// the share of the pixels that is to become 255; -1 if none does.
 
 /// Binarises an image in place.
 NUV_API void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T);
@@ -237,10 +239,10 @@ NUV_API int32_t NuvThresholdByRatioAndMiniT(uint8_t* pGryImg, int32_t width, int
 
 /// Smooths a histogram by a Gaussian of a scale of 1024, cut off where its value falls below cutoff.
 ///
-/// With n weights K[0..n-1] (the centre and one side) and S their sum, the bins from n below the lowest occupied
-/// to n above the highest one are replaced: n bins at each end by means of the weights that reach into that
-/// stretch, the bins between by (K[0]*h[t] + sum(K[k]*(h[t-k] + h[t+k]))) / S. As S holds one side only, those
-/// come out amplified by about (2*S - 1024)/S. All in 32-bit integers with truncating division.
+/// With n weights K[0..n-1] (the centre and one side) and S their sum, the bins from n below the lowest
+/// occupied to n above the highest one are replaced: n bins at each end by means of the weights that reach
+/// into that stretch, the bins between by (K[0]*h[t] + sum(K[k]*(h[t-k] + h[t+k]))) / S. As S holds one side
+/// only, those come out amplified by about (2*S - 1024)/S. All in 32-bit integers with truncating division.
 ///
 /// @param nIgnored       not read
 /// @param pResHistogram  receives 256 bins, in another array
@@ -253,12 +255,14 @@ NUV_API int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t nIgnored
 /// @param pResHistogram  receives 256 bins, in another array; all 0 for a negative M
 NUV_API void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t* pResHistogram);
 
-/// Marks the peaks of a series with 100 and its valleys with -100, and leaves the signs of the slopes elsewhere.
+/// Marks the peaks of a series with 100 and its valleys with -100, and leaves the signs of the slopes
+/// elsewhere.
 ///
-/// The slope of an element is the sign of its difference from the one before (element 0 is compared with element
-/// 1). A rise and a fall after it make a peak, at the last rise, or half way from there to the last flat behind
-/// it. While no flat has come yet, the flat counts as at N, so that a first peak without one is marked half way
-/// to the end of the series. Valleys are found likewise in the marks that the peaks have left.
+/// The slope of an element is the sign of its difference from the one before (element 0 is compared with
+/// element 1). A rise and a fall after it make a peak, at the last rise, or half way from there to the last
+/// flat behind it. While no flat has come yet, the flat counts as at N, so that a first peak without one is
+/// marked half way to the end of the series. Valleys are found likewise in the marks that the peaks have
+/// left.
 ///
 /// @param pMarks  receives N values out of 1, 0, -1, 100, -100; for N = 1 a single 0
 NUV_API void NuvSetPeakTo100ValleyTo_100(int32_t* pData, int32_t N, int32_t* pMarks);
@@ -276,39 +280,41 @@ NUV_API void NuvFindTwoPeaks(int32_t* pHistogram, int32_t minDist, int32_t* pPea
 /// @return the number of occupied bins
 NUV_API int32_t NuvHistogramOrder(int32_t* pHistogram, int32_t* pOrder);
 
-/// Equalises an image in place: v becomes (pixels up to v)*255/(width*height), the product in 32 bits. An image
-/// of one value becomes 255.
+/// Equalises an image in place: v becomes (pixels up to v)*255/(width*height), the product in 32 bits. An
+/// image of one value becomes 255.
 NUV_API void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t height);
 
-/// Equalises an image in place by spans: the m occupied values are spread over m targets of equal counts, and a
-/// value goes to the centre of the targets that it spreads over, times 255/m. An image of one value becomes 0.
+/// Equalises an image in place by spans: the m occupied values are spread over m targets of equal counts, and
+/// a value goes to the centre of the targets that it spreads over, times 255/m. An image of one value becomes
+/// 0.
 ///
-/// The counts are width*height/m, truncated. The pixels that this leaves over can keep the highest values from
-/// being reached: those that are not count as spread from -10 on, and the low byte of what follows is stored.
+/// The counts are width*height/m, truncated. The pixels that this leaves over can keep the highest values
+/// from being reached: those that are not count as spread from -10 on, and the low byte of what follows is
+/// stored.
 NUV_API void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t height);
 
-/// Matches an image in place to a histogram, by spans: each value goes to the centre of the target bins that its
-/// pixels spread over, truncated.
+/// Matches an image in place to a histogram, by spans: each value goes to the centre of the target bins that
+/// its pixels spread over, truncated.
 ///
 /// @param pTargetHistogram  256 bins that should sum up to width*height. Where they ask for less, the values
-///                          that the walk does not reach count as spread from and to -10 (the highest one: to the
-///                          last target), and the low byte is stored; an empty one changes nothing
+///                          that the walk does not reach count as spread from and to -10 (the highest one: to
+///                          the last target), and the low byte is stored; an empty one changes nothing
 NUV_API void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_t height,
                                        int32_t* pTargetHistogram);
 
-/// Draws N values as bars that hang from row 0, in 255 on 0. The bar of the greatest value p spans p/(p + 1) of the
-/// rows.
+/// Draws N values as bars that hang from row 0, in 255 on 0. The bar of the greatest value p spans p/(p + 1)
+/// of the rows.
 NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryImg, int32_t width,
                                   int32_t height);
 
 /// Whether a histogram has two modes with a deep valley between them.
 ///
-/// The histogram is smoothed by means of 2*(M/2) + 1 bins; the left peak is its greatest bin from T down to 1,
-/// the right one from T up to 255, the nearest to T of equals. The contrast is (B - A)/A, with A the area between
-/// the peaks under the curve and B that of the trapezoid over them.
+/// The histogram is smoothed by means of 2*(M/2) + 1 bins; the left peak is its greatest bin from T down to
+/// 1, the right one from T up to 255, the nearest to T of equals. The contrast is (B - A)/A, with A the area
+/// between the peaks under the curve and B that of the trapezoid over them.
 ///
-/// Half a window at the ends stays as it is, but that bin 255 - M/2 counts as 0. Between peaks of which nothing
-/// is left, for a minDist of 0 or below, the contrast can be not a number, which reaches no ratio.
+/// Half a window at the ends stays as it is, but that bin 255 - M/2 counts as 0. Between peaks of which
+/// nothing is left, for a minDist of 0 or below, the contrast can be not a number, which reaches no ratio.
 ///
 /// @param T                      as far as it lies in 0 to 255
 /// @param M                      0 to 255; what lies outside counts as the nearer end
@@ -320,31 +326,32 @@ NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryI
 NUV_API bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t minDist, double ratio,
                                   int32_t* pLeftPeak, int32_t* pRightPeak, double* pContrast);
 
-/// The histogram of the gray levels at the two sides of edges, so that object and ground show without the ramp
-/// between them.
+/// The histogram of the gray levels at the two sides of edges, so that object and ground show without the
+/// ramp between them.
 ///
-/// Edges are the pixels whose local range (NuvEdgeTripeDetection with M and N = 1) is T or more. Per row, with W =
-/// 2M + 1, each run of edge pixels is sampled: where its first pixel is brighter than its last by T or more,
-/// outwards in pairs from W apart on, while a pair differs by T or more; else its middle, and at each side the
-/// first pixel W or more away (column 0 excepted) that differs from it by more than T. A negative M counts as 0.
+/// Edges are the pixels whose local range (NuvEdgeTripeDetection with M and N = 1) is T or more. Per row,
+/// with W = 2M + 1, each run of edge pixels is sampled: where its first pixel is brighter than its last by T
+/// or more, outwards in pairs from W apart on, while a pair differs by T or more; else its middle, and at
+/// each side the first pixel W or more away (column 0 excepted) that differs from it by more than T. A
+/// negative M counts as 0.
 ///
 /// @param pHistogram  receives 256 bins
-/// @param pResImg     receives 0 and 200 (edges), each increased by 1 per sample taken, width*height bytes. For
-///                    a width above 4096 it is not filled first: what it holds counts as the local ranges
+/// @param pResImg     receives 0 and 200 (edges), each increased by 1 per sample taken, width*height bytes.
+///                    For a width above 4096 it is not filled first: what it holds counts as the local ranges
 NUV_API void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t T,
                                    int32_t* pHistogram, uint8_t* pResImg);
 
 /// A reduced gray scale of about 256/maxStep classes, spent where the histogram is occupied.
 ///
-/// Cells of s gray levels are formed, with the least s from minStep to maxStep that leaves at most two thirds of
-/// 256/maxStep cells occupied. If there is none below maxStep, the result is i/maxStep. Otherwise each occupied
-/// cell becomes a class, and the gaps between share the rest of the classes by their length; where there are more
-/// gaps than that, each becomes one class. Gaps without a share go to their neighbours.
+/// Cells of s gray levels are formed, with the least s from minStep to maxStep that leaves at most two thirds
+/// of 256/maxStep cells occupied. If there is none below maxStep, the result is i/maxStep. Otherwise each
+/// occupied cell becomes a class, and the gaps between share the rest of the classes by their length; where
+/// there are more gaps than that, each becomes one class. Gaps without a share go to their neighbours.
 ///
 /// @param minStep, maxStep  positive; otherwise all entries become 0 and the result is 0
-/// @param pLUT              receives 256 class numbers, 0 and rising. Where s does not divide 256 and the last
-///                          cell is occupied, up to s - 1 entries behind them are written too: room for 255 +
-///                          maxStep entries is always enough
+/// @param pLUT              receives 256 class numbers, 0 and rising. Where s does not divide 256 and the
+///                          last cell is occupied, up to s - 1 entries behind them are written too: room for
+///                          255 + maxStep entries is always enough
 /// @return the number of levels handed out; classes can be fewer
 NUV_API int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int32_t maxStep, int32_t* pLUT);
 
@@ -355,12 +362,12 @@ NUV_API int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int3
 /// @param pRes  receives N values in another array; left alone if N is less than the window
 NUV_API void Nuv1DAverageFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
 
-/// The median of 0 and 1 in the windows of Nuv1DAverageFilter: 1 where more than half of the window is 1. pRes as
-/// there.
+/// The median of 0 and 1 in the windows of Nuv1DAverageFilter: 1 where more than half of the window is 1.
+/// pRes as there.
 NUV_API void NuvBin1DMedianFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
 
-/// Resamples N values to resN by linear interpolation at i*(N-1)/(resN-1), truncated. The place of the last one
-/// can round to just below the last element, and its value then truncate to one less.
+/// Resamples N values to resN by linear interpolation at i*(N-1)/(resN-1), truncated. The place of the last
+/// one can round to just below the last element, and its value then truncate to one less.
 ///
 /// @return false, and nothing written, if N or resN is below 2
 NUV_API bool NuvDataLinearInterpolattion(int32_t* pData, int32_t N, int32_t* pRes, int32_t resN);
@@ -393,8 +400,8 @@ NUV_API int32_t NuvDataAvrAndDevAndReturnSum(int32_t* pData, int32_t N, double* 
 NUV_API bool NuvDataMaxAvrAndPosInMovingWindow(int32_t* pData, int32_t N, int32_t W, double* pMaxAvr,
                                                int32_t* pPos);
 
-/// The window of W elements with the greatest standard deviation, the first of equals. The sum behind its mean
-/// is slid along, adding the element that comes in before the one that goes out is taken off.
+/// The window of W elements with the greatest standard deviation, the first of equals. The sum behind its
+/// mean is slid along, adding the element that comes in before the one that goes out is taken off.
 ///
 /// @param pMaxDev, pPos, @return  as NuvDataMaxAvrAndPosInMovingWindow
 NUV_API bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDev,
@@ -418,9 +425,9 @@ NUV_API int32_t NuvpDataDeleteByWeightReturnNum(int32_t* pData, int32_t* pWeight
 ///
 /// In each round the greatest element that is not blocked is found, provided that it exceeds pData[0]. The
 /// position told is one behind the stretch of equal unblocked elements that begins there: p + 1 for a peak of
-/// one element at p. The elements from the position told less minDist up to, but not including, it plus minDist
-/// are blocked. A round without such an element starts from the place that the round before has found, at first
-/// from place 0, and tells pData[0].
+/// one element at p. The elements from the position told less minDist up to, but not including, it plus
+/// minDist are blocked. A round without such an element starts from the place that the round before has
+/// found, at first from place 0, and tells pData[0].
 ///
 /// @param pPeakValue, pPeakPos  receive K entries each; all 0 on failure
 /// @return false if N is above 4096 or below 1
@@ -461,8 +468,9 @@ NUV_API void NuvGryImgColDevDev(uint8_t* pGryImg, int32_t width, int32_t height,
 NUV_API void NuvGryImgRowDevDev(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, int32_t* pRes);
 
-/// The spread, as of NuvGryImgColDev100, of strips of M columns over the whole height, written to all M entries
-/// of the strip. Where M does not divide the width, a last strip of the last M columns overlaps its neighbour.
+/// The spread, as of NuvGryImgColDev100, of strips of M columns over the whole height, written to all M
+/// entries of the strip. Where M does not divide the width, a last strip of the last M columns overlaps its
+/// neighbour.
 ///
 /// @param M  1 to width; any other M writes nothing
 NUV_API void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t* pRes);

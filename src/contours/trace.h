@@ -3,6 +3,7 @@
 #ifndef NUV_CONTOURS_TRACE_H
 #define NUV_CONTOURS_TRACE_H
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -65,14 +66,20 @@ class ChainSink {
   // A buffer of capacity bytes takes capacity - 1 codes.
   ChainSink(uint8_t* codes, int32_t capacity) : codes_(codes), limit_(capacity > 0 ? capacity - 1 : 0) {}
   void operator()(uint8_t code) {
-    if (count_ < limit_) codes_[count_++] = code;
+    if (count_ < limit_) {
+      codes_[count_++] = code;
+    } else {
+      cut_ = true;
+    }
   }
   int32_t count() const { return count_; }
+  bool cut() const { return cut_; }
 
  private:
   uint8_t* codes_;
   int32_t limit_;
   int32_t count_ = 0;
+  bool cut_ = false;
 };
 
 struct ContourStart {
@@ -81,24 +88,49 @@ struct ContourStart {
   bool is_outer;
 };
 
-// The contour scan of one row: calls action(ContourStart) where an untraced contour starts. A pixel of
-// exactly 255 behind background starts an outer contour; a pixel of exactly 0 behind an object starts that of
-// a hole, at the object pixel. The action traces the contour, and the scan goes on reading the marks.
+// Calls action(x, pixel, left) where a pixel differs from the one before it. The action may change the image,
+// and the scan goes on reading it.
 template <class Action>
-void scan_row_for_contours(GrayImage image, int32_t y, int32_t first, int32_t last, Action action) {
+void scan_row_for_pairs(GrayImage image, int32_t y, int32_t first, int32_t last, Action action) {
   const uint8_t* row = image.row(y);
   int32_t x = first;
   while (x <= last) {
-    // Nothing starts where pixels equal the ones before them: eight of those at a step.
+    // Eight pixels that equal the ones before them at a step.
     while (x + 7 <= last && std::memcmp(row + x, row + x - 1, 8) == 0) x += 8;
     for (const int32_t end = x + 7 <= last ? x + 7 : last; x <= end; ++x) {
       const uint8_t pixel = row[x];
       const uint8_t left = row[x - 1];
-      if (pixel == left) continue;
-      if (pixel == 255 && left < 10) action(ContourStart{x, y, true});
-      if (pixel == 0 && left > 250) action(ContourStart{x - 1, y, false});
+      if (pixel != left) action(x, pixel, left);
     }
   }
+}
+
+// The modes of NuvGetContours that leave contours out.
+enum ContourMode : int32_t { kOuterOnly = 1, kInnerOnly = 2 };
+
+// What counts as background at the left of the start of an outer contour: everything below. The narrow limit
+// takes just 0 and what a trace has touched.
+constexpr uint8_t kBackground = 10;
+constexpr uint8_t kNarrowBackground = 2;
+
+// Whether a pair starts an untraced contour: a pixel of exactly 255 behind background the outer contour of an
+// object; a pixel of exactly 0 behind an object the contour of a hole, at the object pixel.
+inline bool starts_outer(uint8_t pixel, uint8_t left, uint8_t background = kBackground) {
+  return pixel == 255 && left < background;
+}
+inline bool starts_inner(uint8_t pixel, uint8_t left) {
+  return pixel == 0 && left > 250;
+}
+
+// The contour scan of one row: calls action(ContourStart) where an untraced contour starts. The action traces
+// the contour, and the scan goes on reading the marks.
+template <class Action>
+void scan_row_for_contours(GrayImage image, int32_t y, int32_t first, int32_t last, Action action,
+                           uint8_t background = kBackground) {
+  scan_row_for_pairs(image, y, first, last, [&](int32_t x, uint8_t pixel, uint8_t left) {
+    if (starts_outer(pixel, left, background)) action(ContourStart{x, y, true});
+    if (starts_inner(pixel, left)) action(ContourStart{x - 1, y, false});
+  });
 }
 
 // Makes the region of a traced image binary again: below 50 becomes 0, anything else 255.

@@ -1,9 +1,11 @@
 // Edge images cleaned: crossings, short contours and weak points dropped, gaps marked.
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 
+#include "contours/trace.h"
 #include "frame/borders.h"
 #include "frame/buffer.h"
 #include "frame/neighbours.h"
@@ -39,8 +41,9 @@ class NeighbourCount {
 // Calls action(x, y) for the interior pixels in raster order.
 template <class Action>
 void for_interior(GrayImage image, Action action) {
-  for (int32_t y = 1; y < image.height - 1; ++y) {
-    for (int32_t x = 1; x < image.width - 1; ++x) action(x, y);
+  const Region interior = image.interior();
+  for (int32_t y = interior.y1; y <= interior.y2; ++y) {
+    for (int32_t x = interior.x1; x <= interior.x2; ++x) action(x, y);
   }
 }
 
@@ -85,9 +88,9 @@ class EndPointColumns {
 
 constexpr int32_t kMaxEndPoints = 1000;
 
-// Whether the window of (x, y), rows y - reach to y + reach - 1 and columns likewise, holds two end points with
-// y between their rows and x between their columns, all inclusive: one in a closed quadrant around (x, y), and
-// one in the quadrant across. Only the first thousand end points count.
+// Whether the window of (x, y), rows y - reach to y + reach - 1 and columns likewise, holds two end points
+// with y between their rows and x between their columns, all inclusive: one in a closed quadrant around (x,
+// y), and one in the quadrant across. Only the first thousand end points count.
 bool bridges_end_points(GrayImage edges, int32_t x, int32_t y, int32_t reach) {
   bool upper_left = false;
   bool upper_right = false;
@@ -149,7 +152,6 @@ void NuvEdgeDeleteNoiseAndCrossPoints(uint8_t* pBinImg, int32_t width, int32_t h
 
 void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                 uint8_t* pResImg) {
-  constexpr int32_t kOuterOnly = 1;
   NUV_CONTOUR_STRUCT* contours = NuvGetContours(pBinImg, pResImg, width, height, minLength, 0, kOuterOnly);
   std::memset(pResImg, 0, static_cast<std::size_t>(GrayImage{pResImg, width, height}.size()));
   for (const NUV_CONTOUR_STRUCT* c = contours; c != nullptr; c = c->pNext) {

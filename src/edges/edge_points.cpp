@@ -90,7 +90,7 @@ Ends ellipse_ends(int32_t center, int32_t offset, int32_t along, int32_t across)
   return ends;
 }
 
-// The way through the samples around an edge pixel: each step from the one before.
+// The samples around an edge pixel, as steps from it.
 constexpr std::array<Point, 7> kSamples = {{{1, 0}, {2, -1}, {2, -2}, {1, -3}, {0, -3}, {-1, -2}, {-1, -1}}};
 
 enum VoteMode : int32_t { kDarkSide = 1, kBrightSide = 2 };

@@ -8,6 +8,7 @@
 
 #include "frame/borders.h"
 #include "frame/interleaved.h"
+#include "frame/point_pass.h"
 #include "frame/row_kernel.h"
 #include "frame/sobel.h"
 #include "frame/views.h"
@@ -18,14 +19,6 @@ namespace nuv {
 namespace {
 
 // ---- responses; p is the pixel, w the distance between rows ----
-
-NUV_INLINE uint8_t difference(uint8_t a, uint8_t b) {
-  return static_cast<uint8_t>(a > b ? a - b : b - a);
-}
-
-NUV_INLINE int16_t magnitude(int16_t v) {
-  return static_cast<int16_t>(v < 0 ? -v : v);
-}
 
 NUV_INLINE uint8_t at_most(int16_t v, int16_t limit) {
   return static_cast<uint8_t>(v < limit ? v : limit);
@@ -127,22 +120,15 @@ using RowKernel = void(const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::pt
 
 // Writes the region of the result, which must lie in the interior.
 void write_region(GrayImage source, uint8_t* result, Region region, RowKernel kernel) {
-  if (source.empty() || region.empty()) return;
-  for (int32_t y = region.y1; y <= region.y2; ++y) {
-    const uint8_t* row = source.at(region.x1, y);
-    kernel(row, source.width, result + (row - source.pixels), region.columns());
-  }
+  for_rows(source, result, region,
+           [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) { kernel(row, source.width, out, n); });
 }
 
-Region interior(int32_t width, int32_t height, int32_t band) {
-  return {band, width - 1 - band, band, height - 1 - band};
-}
-
-// The interior is written as one run from its first pixel to its last, which a kernel does not mind, and begun
-// where results are aligned. What falls on the band between two rows is cleared with it.
+// The interior is written as one run from its first pixel to its last, which a kernel does not mind, and
+// begun where results are aligned. What falls on the band between two rows is cleared with it.
 void write_interior(GrayImage source, uint8_t* result, int32_t band, RowKernel kernel) {
   constexpr std::ptrdiff_t kAlignment = 64;
-  const Region inner = interior(source.width, source.height, band);
+  const Region inner = source.interior(band);
   if (!source.empty() && !inner.empty()) {
     const std::ptrdiff_t first = source.at(inner.x1, inner.y1) - source.pixels;
     const std::ptrdiff_t n = source.at(inner.x2, inner.y2) - source.pixels - first + 1;
@@ -155,10 +141,11 @@ void write_interior(GrayImage source, uint8_t* result, int32_t band, RowKernel k
   clear_band({result, source.width, source.height}, band);
 }
 
-// Calls write(first byte of the row's interior in the source, its pixel offset, pixels) for the interior rows.
+// Calls write(first byte of the row's interior in the source, its pixel offset, pixels) for the interior
+// rows.
 template <class Write>
 void for_interior_rows(RgbImage source, Write write) {
-  const Region inner = interior(source.width, source.height, 1);
+  const Region inner = source.interior();
   if (source.empty() || inner.empty()) return;
   for (int32_t y = inner.y1; y <= inner.y2; ++y) {
     const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(y) * source.width + inner.x1;
@@ -202,9 +189,7 @@ void NuvRobertRGBImage2RGBRobert(uint8_t* pRGBImg, int32_t width, int32_t height
     robert_sum_row(p, 3, 3 * static_cast<std::ptrdiff_t>(width), pResImg + 3 * offset, 3 * n);
   });
   // The border is cleared as if a row had width bytes, over what the interior has written.
-  std::memset(result.row(0), 0, static_cast<std::size_t>(width));
-  std::memset(result.row(height - 1), 0, static_cast<std::size_t>(width));
-  for (int32_t y = 0; y < height; ++y) result.row(y)[0] = result.row(y)[width - 1] = 0;
+  set_side_bytes(result, 0);
 }
 
 void NuvGryImgSobel(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
@@ -237,7 +222,7 @@ void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pRes
 
 void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                   int32_t y2, uint8_t* pResImg) {
-  const Region inner = interior(width, height, 2);
+  const Region inner = GrayImage{pGryImg, width, height}.interior(2);
   const Region region{std::max(x1, inner.x1), std::min(x2, inner.x2), std::max(y1, inner.y1),
                       std::min(y2, inner.y2)};
   write_region({pGryImg, width, height}, pResImg, region, prewitt_90_row);

@@ -1,11 +1,12 @@
 // The local range of gray levels.
 //
 // The window is folded in two steps: the extremes of each column over the window's rows, then the extremes of
-// those over its columns. Extremes of a stretch of columns are had by doubling: those of two columns, of four,
-// of eight, and at last of two such stretches that overlap.
+// those over its columns. Extremes of a stretch of columns are had by doubling: those of two columns, of
+// four, of eight, and at last of two such stretches that overlap.
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "frame/byte_counter.h"
 #include "frame/row_kernel.h"

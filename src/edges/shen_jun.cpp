@@ -360,6 +360,7 @@ int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, in
                            int32_t grdThreshold, int32_t* pX, int32_t* pY, int32_t maxN, uint8_t* pResImg) {
   NuvShenJunEdgeFast(pGryImg, pTmpImg, width, height, shift, grdThreshold, pResImg);
   const GrayImage edges{pResImg, width, height};
+  if (edges.empty()) return 0;
   int32_t count = 0;
   for (int32_t y = 1; y < height - 1 && count < maxN; ++y) {
     for_edge_pixels({0, y, width, edges.row(y)}, [&](int32_t x) {

@@ -1,67 +1,25 @@
 // Gradient images of windows of any size.
 //
-// Sums over windows are not formed pixel by pixel. Sums of columns slide down with the rows, and their running
-// total along the row (a prefix) gives any stretch of columns as one difference. The two diagonals of the
-// four-direction operator ask, for each row of the window, for the pixels left and right of a dividing line
-// that moves by one column a row: that is a sum of row prefixes along a diagonal, and it slides too, one row
-// down and one column aside at a time.
+// Sums over windows are not formed pixel by pixel. Sums of columns slide down with the rows, and their
+// running total along the row (a prefix) gives any stretch of columns as one difference. The two diagonals of
+// the four-direction operator ask, for each row of the window, for the pixels left and right of a dividing
+// line that moves by one column a row: that is a sum of row prefixes along a diagonal, and it slides too, one
+// row down and one column aside at a time.
 
 #include <algorithm>
-#include <cstdlib>
+#include <utility>
 
 #include "frame/borders.h"
 #include "frame/buffer.h"
 #include "frame/row_kernel.h"
 #include "frame/views.h"
+#include "frame/window_sums.h"
 #include "nuv/edges.h"
 
 namespace nuv {
 namespace {
 
 // ---- column sums and prefixes ----
-
-NUV_ROW_KERNEL void add_to(int32_t* NUV_RESTRICT sums, const uint8_t* row, int32_t n) {
-  for (int32_t x = 0; x < n; ++x) sums[x] += row[x];
-}
-
-NUV_ROW_KERNEL void subtract_from(int32_t* NUV_RESTRICT sums, const uint8_t* row, int32_t n) {
-  for (int32_t x = 0; x < n; ++x) sums[x] -= row[x];
-}
-
-// prefix[x] becomes the sum of the x values before place x; prefix has n + 1 entries.
-template <class T>
-void accumulate(const T* values, int32_t n, int32_t* prefix) {
-  int32_t sum = 0;
-  prefix[0] = 0;
-  for (int32_t x = 0; x < n; ++x) prefix[x + 1] = sum += values[x];
-}
-
-// The sums of each column over the rows that a window takes in.
-class ColumnSums {
- public:
-  explicit ColumnSums(GrayImage image)
-      : image_(image),
-        sums_(allocate<int32_t>(static_cast<std::size_t>(image.width))),
-        prefix_(allocate<int32_t>(static_cast<std::size_t>(image.width) + 1)) {
-    if (sums_) std::fill_n(sums_.get(), image.width, 0);
-  }
-
-  bool allocated() const { return sums_ && prefix_; }
-  // Entry x is the sum of the columns before x.
-  const int32_t* prefix() {
-    accumulate(sums_.get(), image_.width, prefix_.get());
-    return prefix_.get();
-  }
-
- protected:
-  void add(int32_t y) { add_to(sums_.get(), image_.row(y), image_.width); }
-  void subtract(int32_t y) { subtract_from(sums_.get(), image_.row(y), image_.width); }
-
- private:
-  GrayImage image_;
-  Buffer<int32_t> sums_;
-  Buffer<int32_t> prefix_;
-};
 
 // The rows above a row less those below it: n each, the row itself left out.
 class AboveLessBelow : public ColumnSums {
@@ -270,7 +228,7 @@ class DiagonalSums {
   bool allocated_ = false;
 };
 
-// Calls write(y) for each row that has a window, with all sums in place for it.
+// Each row that has a window is written once all sums stand for it.
 void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int32_t n) {
   AboveLessBelow above_less_below(source, n);
   WindowRows rows(source, n);
@@ -304,9 +262,9 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
   }
 }
 
-// The window row by row, as the diagonals are defined on that order: where the window is higher than wide their
-// dividing line passes the end of a row, and the left side goes on in the next row. Behind the last row there
-// is nothing. Its prefix gives any stretch of that order as one difference.
+// The window row by row, as the diagonals are defined on that order: where the window is higher than wide
+// their dividing line passes the end of a row, and the left side goes on in the next row. Behind the last row
+// there is nothing. Its prefix gives any stretch of that order as one difference.
 class WindowInOrder {
  public:
   WindowInOrder(GrayImage source, int32_t m, int32_t n)

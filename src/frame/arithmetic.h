@@ -6,7 +6,6 @@
 #ifndef NUV_FRAME_ARITHMETIC_H
 #define NUV_FRAME_ARITHMETIC_H
 
-#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -19,6 +18,12 @@ constexpr int32_t kNoInteger = std::numeric_limits<int32_t>::min();
 // Toward zero. The comparisons are written so that a not-a-number fails them.
 inline int32_t truncated(double value) {
   return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int32_t>(value) : kNoInteger;
+}
+
+// Truncated toward zero; 0 where there is nothing to divide by. In 64 bits no quotient of 32-bit sums is out
+// of range.
+inline int32_t quotient(int64_t sum, int64_t n) {
+  return n == 0 ? 0 : static_cast<int32_t>(sum / n);
 }
 
 inline uint8_t low_byte(int32_t value) {

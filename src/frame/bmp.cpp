@@ -8,9 +8,9 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "frame/buffer.h"
+#include "frame/file.h"
 #include "nuv/frame.h"
 
 namespace nuv {
@@ -18,15 +18,6 @@ namespace {
 
 constexpr uint32_t kHeaderBytes = 54;  // 14 of the file, 40 of the image
 constexpr int kPaletteEntries = 256;
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-File open_file(const char* name, const char* mode) {
-  return File(std::fopen(name, mode));
-}
 
 int64_t padding_of(int64_t row_bytes) {
   return -row_bytes & 3;

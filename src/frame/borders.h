@@ -39,6 +39,16 @@ inline void clear_band(GrayImage image, int32_t band) {
   }
 }
 
+// Sets the outermost bytes of an image that is taken for one of a byte per pixel, but for the distance of its
+// rows.
+template <int Channels>
+void set_side_bytes(Image<Channels> image, uint8_t value) {
+  if (image.empty()) return;
+  std::memset(image.row(0), value, static_cast<std::size_t>(image.width));
+  std::memset(image.row(image.height - 1), value, static_cast<std::size_t>(image.width));
+  for (int32_t y = 0; y < image.height; ++y) image.row(y)[0] = image.row(y)[image.width - 1] = value;
+}
+
 inline void clear_sides(GrayImage image) {
   clear_band(image, 1);
 }

@@ -4,6 +4,7 @@
 #define NUV_FRAME_BUFFER_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 
@@ -15,6 +16,9 @@ using Buffer = std::unique_ptr<T[]>;
 // Elements are left as the memory comes.
 template <class T>
 Buffer<T> allocate(std::size_t count) {
+  // Of more than there are addresses for, new throws in spite of what it is asked for.
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): elements may be pointers.
+  if (count > PTRDIFF_MAX / sizeof(T)) return {};
   return Buffer<T>(new (std::nothrow) T[count]);
 }
 

@@ -1,37 +1,155 @@
-// Splitting pixels of three bytes into planes, 16 pixels at a time.
+// Splitting and joining interleaved bytes.
+//
+// Byte k of pixel i is byte 3i + k of the row. As 16 is one more than a multiple of 3, the bytes of one plane
+// stand on every third place of each of three vectors of 16, and no two of them on the same place: one vector
+// takes them all in, and turning its places puts them in order. Joining is the way back. Two such groups of
+// 16 pixels go abreast, each in its own lane.
 
 #include "frame/interleaved.h"
+
+#include <utility>
 
 #include "frame/lanes.h"
 #include "frame/row_kernel.h"
 
 namespace nuv {
 
+#if NUV_HAS_LANES
+namespace {
+
+constexpr std::ptrdiff_t kStep = 32;  // pixels that are worked on at once
+using Places = std::make_integer_sequence<int, kStep>;
+
+// Place j of a lane gets what stands on place 3j + K, or sends it there: 3 * 11 is one more than 2 * 16.
+template <int K, int... J>
+NUV_INLINE void take_from_thirds(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
+  v = __builtin_shufflevector(v, v, (J & 16) + ((3 * J + K) & 15)...);
+}
+template <int K, int... J>
+NUV_INLINE void send_to_thirds(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
+  v = __builtin_shufflevector(v, v, (J & 16) + (11 * (J - K) & 15)...);
+}
+
+// Place j of a lane from v0, v1 or v2, as j is 0, 1 or 2 more than a multiple of 3.
+template <int... J>
+NUV_INLINE void mix_by_thirds(const Bytes32& v0, const Bytes32& v1, const Bytes32& v2, Bytes32& mixed,
+                              std::integer_sequence<int, J...> /*places*/) {
+  const Bytes32 v01 = __builtin_shufflevector(v0, v1, (J & 15) % 3 == 1 ? J + 32 : J...);
+  mixed = __builtin_shufflevector(v01, v2, (J & 15) % 3 == 2 ? J + 32 : J...);
+}
+
+// One lane of a and one of b.
+template <int LaneOfA, int LaneOfB, int... J>
+NUV_INLINE void take_lanes(const Bytes32& a, const Bytes32& b, Bytes32& lanes,
+                           std::integer_sequence<int, J...> /*places*/) {
+  lanes = __builtin_shufflevector(a, b, (J < 16 ? 16 * LaneOfA + J : 16 + 16 * LaneOfB + J)...);
+}
+
+NUV_INLINE void split_step(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8_t* plane2) {
+  Bytes32 row[3];
+  for (int i = 0; i < 3; ++i) load32(pixels + 32 * i, row[i]);
+  Bytes32 a;
+  Bytes32 b;
+  Bytes32 c;
+  take_lanes<0, 1>(row[0], row[1], a, Places{});
+  take_lanes<1, 0>(row[0], row[2], b, Places{});
+  take_lanes<0, 1>(row[1], row[2], c, Places{});
+  Bytes32 planes[3];
+  mix_by_thirds(a, c, b, planes[0], Places{});
+  mix_by_thirds(b, a, c, planes[1], Places{});
+  mix_by_thirds(c, b, a, planes[2], Places{});
+  take_from_thirds<0>(planes[0], Places{});
+  take_from_thirds<1>(planes[1], Places{});
+  take_from_thirds<2>(planes[2], Places{});
+  store32(plane0, planes[0]);
+  store32(plane1, planes[1]);
+  store32(plane2, planes[2]);
+}
+
+NUV_INLINE void join_step(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2,
+                          uint8_t* pixels) {
+  Bytes32 planes[3];
+  load32(plane0, planes[0]);
+  load32(plane1, planes[1]);
+  load32(plane2, planes[2]);
+  send_to_thirds<0>(planes[0], Places{});
+  send_to_thirds<1>(planes[1], Places{});
+  send_to_thirds<2>(planes[2], Places{});
+  Bytes32 a;
+  Bytes32 b;
+  Bytes32 c;
+  mix_by_thirds(planes[0], planes[1], planes[2], a, Places{});
+  mix_by_thirds(planes[1], planes[2], planes[0], b, Places{});
+  mix_by_thirds(planes[2], planes[0], planes[1], c, Places{});
+  Bytes32 row[3];
+  take_lanes<0, 0>(a, b, row[0], Places{});
+  take_lanes<0, 1>(c, a, row[1], Places{});
+  take_lanes<1, 1>(b, c, row[2], Places{});
+  for (int i = 0; i < 3; ++i) store32(pixels + 32 * i, row[i]);
+}
+
+// Where a step starts: the last one ends with the row, over what the one before it did if need be.
+NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t count) {
+  return done < count - kStep ? done : count - kStep;
+}
+
+}  // namespace
+#endif
+
 NUV_ROW_KERNEL void split_planes(const uint8_t* NUV_RESTRICT pixels, uint8_t* NUV_RESTRICT plane0,
                                  uint8_t* NUV_RESTRICT plane1, uint8_t* NUV_RESTRICT plane2,
                                  std::ptrdiff_t count) {
-  std::ptrdiff_t i = 0;
+  std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  for (; i + 16 <= count; i += 16) {
-    const Bytes16 a = load16(pixels + 3 * i);
-    const Bytes16 b = load16(pixels + 3 * i + 16);
-    const Bytes16 c = load16(pixels + 3 * i + 32);
-    // Every third byte: first those of a and b, then those of c behind them.
-    const Bytes16 ab0 = __builtin_shufflevector(a, b, 0, 3, 6, 9, 12, 15, 18, 21, 24, 27, 30, 0, 0, 0, 0, 0);
-    const Bytes16 ab1 = __builtin_shufflevector(a, b, 1, 4, 7, 10, 13, 16, 19, 22, 25, 28, 31, 0, 0, 0, 0, 0);
-    const Bytes16 ab2 = __builtin_shufflevector(a, b, 2, 5, 8, 11, 14, 17, 20, 23, 26, 29, 0, 0, 0, 0, 0, 0);
-    store16(plane0 + i,
-            __builtin_shufflevector(ab0, c, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 17, 20, 23, 26, 29));
-    store16(plane1 + i,
-            __builtin_shufflevector(ab1, c, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 18, 21, 24, 27, 30));
-    store16(plane2 + i,
-            __builtin_shufflevector(ab2, c, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 16, 19, 22, 25, 28, 31));
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, count);
+    split_step(pixels + 3 * i, plane0 + i, plane1 + i, plane2 + i);
+    done = i + kStep;
   }
 #endif
-  for (; i < count; ++i) {
-    plane0[i] = pixels[3 * i];
-    plane1[i] = pixels[3 * i + 1];
-    plane2[i] = pixels[3 * i + 2];
+  for (; done < count; ++done) {
+    plane0[done] = pixels[3 * done];
+    plane1[done] = pixels[3 * done + 1];
+    plane2[done] = pixels[3 * done + 2];
+  }
+}
+
+NUV_ROW_KERNEL void join_planes(const uint8_t* NUV_RESTRICT plane0, const uint8_t* NUV_RESTRICT plane1,
+                                const uint8_t* NUV_RESTRICT plane2, uint8_t* NUV_RESTRICT pixels,
+                                std::ptrdiff_t count) {
+  std::ptrdiff_t done = 0;
+#if NUV_HAS_LANES
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, count);
+    join_step(plane0 + i, plane1 + i, plane2 + i, pixels + 3 * i);
+    done = i + kStep;
+  }
+#endif
+  for (; done < count; ++done) {
+    pixels[3 * done] = plane0[done];
+    pixels[3 * done + 1] = plane1[done];
+    pixels[3 * done + 2] = plane2[done];
+  }
+}
+
+NUV_ROW_KERNEL void split_pairs(const uint8_t* NUV_RESTRICT pairs, uint8_t* NUV_RESTRICT plane0,
+                                uint8_t* NUV_RESTRICT plane1, std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    plane0[i] = pairs[2 * i];
+    plane1[i] = pairs[2 * i + 1];
+  }
+}
+
+NUV_ROW_KERNEL void second_of_pairs(const uint8_t* NUV_RESTRICT pairs, uint8_t* NUV_RESTRICT plane1,
+                                    std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) plane1[i] = pairs[2 * i + 1];
+}
+
+NUV_ROW_KERNEL void join_pairs(const uint8_t* NUV_RESTRICT plane0, const uint8_t* NUV_RESTRICT plane1,
+                               uint8_t* NUV_RESTRICT pairs, std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    pairs[2 * i] = plane0[i];
+    pairs[2 * i + 1] = plane1[i];
   }
 }
 

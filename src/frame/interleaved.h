@@ -1,4 +1,4 @@
-// Pixels of three interleaved bytes, taken apart into planes.
+// Interleaved bytes, taken apart into planes and put together again.
 //
 // Arithmetic on interleaved bytes does not become vector code by itself. A pass over RGB pixels therefore
 // works on short planes: a block of pixels is split into three arrays that stay in the first-level cache,
@@ -13,10 +13,18 @@
 
 namespace nuv {
 
+// Pixels of three bytes.
 void split_planes(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8_t* plane2,
                   std::ptrdiff_t count);
+void join_planes(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2, uint8_t* pixels,
+                 std::ptrdiff_t count);
 
-constexpr std::ptrdiff_t kPlaneBlock = 1024;
+// Pairs of bytes.
+void split_pairs(const uint8_t* pairs, uint8_t* plane0, uint8_t* plane1, std::ptrdiff_t count);
+void second_of_pairs(const uint8_t* pairs, uint8_t* plane1, std::ptrdiff_t count);
+void join_pairs(const uint8_t* plane0, const uint8_t* plane1, uint8_t* pairs, std::ptrdiff_t count);
+
+constexpr std::ptrdiff_t kPlaneBlock = 2048;
 
 struct PlaneBlock {
   alignas(64) uint8_t b0[kPlaneBlock];

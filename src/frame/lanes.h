@@ -1,6 +1,6 @@
-// Sixteen bytes at once, where the order of bytes is the work: taking interleaved pixels apart, turning
-// columns into rows. Loops over arrays leave such moves to the compiler, which does not see them; here they
-// are vector types of the language extension that GCC and clang share, for any processor.
+// Sixteen bytes at once, or twice sixteen, where the order of bytes is the work: taking interleaved pixels
+// apart, turning columns into rows. Loops over arrays leave such moves to the compiler, which does not see
+// them; here they are vector types of the language extension that GCC and clang share, for any processor.
 //
 // Without the extension NUV_HAS_LANES is 0, and the users of this header take their plain loops.
 
@@ -41,6 +41,18 @@ NUV_INLINE void store16(uint8_t* p, Bytes16 v) {
   std::memcpy(p, &v, 16);
 }
 
+// Two lanes of sixteen bytes abreast. They are handed on by reference: a processor without registers of this
+// size has another way to pass them by value than one that has them.
+using Bytes32 = uint8_t __attribute__((vector_size(32)));
+
+NUV_INLINE void load32(const uint8_t* p, Bytes32& lanes) {
+  std::memcpy(&lanes, p, 32);
+}
+
+NUV_INLINE void store32(uint8_t* p, const Bytes32& lanes) {
+  std::memcpy(p, &lanes, 32);
+}
+
 // The average of each pair of bytes, rounded up.
 NUV_INLINE Bytes16 average_up(Bytes16 a, Bytes16 b) {
 #if defined(__SSE2__)
@@ -56,6 +68,21 @@ NUV_INLINE Bytes16 zip_low(Bytes16 a, Bytes16 b) {
 }
 NUV_INLINE Bytes16 zip_high(Bytes16 a, Bytes16 b) {
   return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+}
+
+NUV_INLINE Bytes16 reversed(Bytes16 v) {
+  return __builtin_shufflevector(v, v, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+}
+
+// Byte i of the result is the byte of v at place places[i], which must be below 16.
+NUV_INLINE Bytes16 picked(Bytes16 v, Bytes16 places) {
+#if defined(__clang__)
+  Bytes16 result;
+  for (int i = 0; i < 16; ++i) result[i] = v[places[i]];
+  return result;
+#else
+  return __builtin_shuffle(v, places);
+#endif
 }
 
 // Turns 16 rows of 16 bytes into 16 columns. Zipping row i with row i + 8 doubles the distance between the

@@ -6,7 +6,7 @@
 // pixel outside the image is not visited.
 //
 // A line between two points is walked connected: each column is filled from the row where the column before
-// ended. Its column of the left end point is not visited.
+// ended. Of a line that is neither level nor upright the column of the left end point is not visited.
 
 #ifndef NUV_FRAME_LINE_WALKS_H
 #define NUV_FRAME_LINE_WALKS_H

@@ -2,7 +2,6 @@
 //
 // Counts of pixels under a test are row kernels; the two that need positions walk runs or rows.
 
-#include <algorithm>
 #include <array>
 
 #include "frame/row_kernel.h"
@@ -89,7 +88,7 @@ int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_t height, 
   const GrayImage image{pBinImg, width, height};
   RunEnds long_runs(width);
   for (int32_t y = 0; y < height; ++y) {
-    for_white_runs(row_line(image, y), [&](int32_t first, int32_t last) {
+    for_white_runs(rows_of(image)[y], [&](int32_t first, int32_t last) {
       if (last - first > 10) long_runs.add(first, last);
     });
   }

@@ -26,6 +26,17 @@ void for_rows(GrayImage image, Region region, RowMap row_map) {
   }
 }
 
+// Applies row_map(pixels, their places in a result of the image's size, count) to each row of a region that
+// lies in the image.
+template <class RowMap>
+void for_rows(GrayImage image, uint8_t* result, Region region, RowMap row_map) {
+  if (image.empty() || region.empty()) return;
+  for (int32_t y = region.y1; y <= region.y2; ++y) {
+    uint8_t* row = image.at(region.x1, y);
+    row_map(row, result + (row - image.pixels), static_cast<std::ptrdiff_t>(region.columns()));
+  }
+}
+
 using ByteTable = std::array<uint8_t, 256>;
 
 // Replaces each byte by its entry in a table, eight at a time: one load and one store for all of them.

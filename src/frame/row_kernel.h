@@ -10,7 +10,7 @@
 #ifndef NUV_FRAME_ROW_KERNEL_H
 #define NUV_FRAME_ROW_KERNEL_H
 
-// The sanitizers instrument the resolver that chooses the copy, which runs before they are ready.
+// The address sanitizer instruments the resolver that chooses the copy, which runs before it is ready.
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__ELF__) && \
     !defined(__SANITIZE_ADDRESS__)
 #define NUV_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
@@ -39,6 +39,13 @@ NUV_INLINE uint8_t lesser(uint8_t a, uint8_t b) {
 }
 NUV_INLINE uint8_t greater(uint8_t a, uint8_t b) {
   return a > b ? a : b;
+}
+
+NUV_INLINE uint8_t difference(uint8_t a, uint8_t b) {
+  return static_cast<uint8_t>(greater(a, b) - lesser(a, b));
+}
+NUV_INLINE int16_t magnitude(int16_t v) {
+  return static_cast<int16_t>(v < 0 ? -v : v);
 }
 
 }  // namespace nuv

@@ -21,6 +21,15 @@ struct Region {
   int32_t y1;
   int32_t y2;
 
+  static Region of(Point p) { return {p.x, p.x, p.y, p.y}; }
+  // Grows to hold a point.
+  void take_in(Point p) {
+    x1 = std::min(x1, p.x);
+    x2 = std::max(x2, p.x);
+    y1 = std::min(y1, p.y);
+    y2 = std::max(y2, p.y);
+  }
+
   int32_t columns() const { return x2 - x1 + 1; }
   int32_t rows() const { return y2 - y1 + 1; }
   bool empty() const { return x1 > x2 || y1 > y2; }
@@ -28,7 +37,8 @@ struct Region {
   // Cut to an image: the lower ends are only raised and the upper ends only lowered, so that a region
   // beside the image becomes empty.
   Region clamped_to(int32_t width, int32_t height) const {
-    return {std::max(x1, 0), std::min(x2, width - 1), std::max(y1, 0), std::min(y2, height - 1)};
+    return {std::max(x1, 0), std::min(x2, std::max(width, 0) - 1), std::max(y1, 0),
+            std::min(y2, std::max(height, 0) - 1)};
   }
 };
 
@@ -41,7 +51,11 @@ struct Image {
 
   bool empty() const { return width <= 0 || height <= 0; }
   std::ptrdiff_t size() const { return empty() ? 0 : static_cast<std::ptrdiff_t>(width) * height; }
-  Region whole() const { return {0, width - 1, 0, height - 1}; }
+  Region whole() const { return empty() ? Region{0, -1, 0, -1} : Region{0, width - 1, 0, height - 1}; }
+  // Without a band on all four sides; without one of 1, where all eight neighbours lie in the image.
+  Region interior(int32_t band = 1) const {
+    return empty() ? whole() : Region{band, width - 1 - band, band, height - 1 - band};
+  }
 
   bool contains(int32_t x, int32_t y) const { return x >= 0 && x < width && y >= 0 && y < height; }
   uint8_t* at(int32_t x, int32_t y) const {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <numeric>
+#include <utility>
 
 #include "frame/arithmetic.h"
 #include "histogram/histogram.h"
@@ -68,9 +69,9 @@ int32_t smoothed_near_an_end(const BinStretch& h, int32_t t, const HalfKernel& k
 // ---- peaks and valleys ----
 
 // One pass over the slopes: a rise (slopes of the given sign) ends in a mark when a slope of the other sign
-// follows, or the data end. The mark goes to the rise, or half way to the last flat where that lies behind it.
-// Before the first flat that place counts as the end of the data. Marks are read as slopes when their turn
-// comes.
+// follows, or the data end. The mark goes to the rise, or half way to the last flat where that lies behind
+// it. Before the first flat that place counts as the end of the data. Marks are read as slopes when their
+// turn comes.
 void mark_turns(int32_t* marks, int32_t n, int32_t sign, int32_t mark) {
   int32_t flat = n;
   int32_t rise = n;
@@ -110,8 +111,8 @@ int32_t greatest_bin(const int32_t* bins, Accept accept) {
 
 // ---- contrast ----
 
-// Means of windows, except for half a window at the ends, which stays as it is; the one entry between the two,
-// at 255 - half, is 0.
+// Means of windows, except for half a window at the ends, which stays as it is; the one entry between the
+// two, at 255 - half, is 0.
 Histogram windowed_means(const int32_t* bins, int32_t window) {
   const int32_t half = window / 2;
   Histogram means{};

@@ -1,10 +1,10 @@
 // The histogram of the gray levels at the two sides of edges.
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 
 #include "frame/byte_counter.h"
+#include "frame/runs.h"
 #include "frame/views.h"
 #include "nuv/edges.h"
 #include "nuv/histogram.h"
@@ -96,13 +96,8 @@ void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int3
     uint8_t* marks = result.row(y);
     RowSampler sampler(source.row(y), marks, width, 2 * half + 1, T, bins.data());
     // Runs are looked for in the marks as the samples of earlier runs leave them.
-    for (int32_t x = 0; x < width; ++x) {
-      if (marks[x] < kEdge) continue;
-      const int32_t start = x;
-      while (x + 1 < width && marks[x + 1] >= kEdge) ++x;
-      const int32_t end = x;
-      sampler.sample(start, end);
-    }
+    for_bright_runs({marks, width, 1}, kEdge, kEdge,
+                    [&sampler](int32_t start, int32_t end) { sampler.sample(start, end); });
   }
   std::copy(bins.begin(), bins.end(), pHistogram);
 }

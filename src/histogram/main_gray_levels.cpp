@@ -1,8 +1,8 @@
 // A reduced gray scale, spent where the histogram is occupied.
 //
-// The histogram is laid out in cells of equal width, as narrow as leaves no more occupied cells than two thirds
-// of the levels. Each occupied cell gets a level. What is left is shared among the gaps between them, by their
-// length; gaps that get nothing are absorbed by their neighbours.
+// The histogram is laid out in cells of equal width, as narrow as leaves no more occupied cells than two
+// thirds of the levels. Each occupied cell gets a level. What is left is shared among the gaps between them,
+// by their length; gaps that get nothing are absorbed by their neighbours.
 
 #include <algorithm>
 #include <array>

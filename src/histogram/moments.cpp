@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "frame/arithmetic.h"
 #include "frame/views.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
@@ -19,11 +20,6 @@ int32_t total(const int32_t* bins) {
 }
 
 namespace {
-
-// Division that truncates, of 32-bit sums that may have wrapped: no quotient of theirs is a trap.
-int32_t quotient(int64_t sum, int64_t n) {
-  return static_cast<int32_t>(sum / n);
-}
 
 // The mean, from a floating sum of 32-bit products.
 double mean(const int32_t* bins, int32_t n) {

@@ -78,8 +78,9 @@ struct Response {
 // Calls count(x, y, response) for the interior pixels on an edge more vertical than horizontal.
 template <class Count>
 void for_vertical_edges(GrayImage image, Count count) {
-  for (int32_t y = 1; y < image.height - 1; ++y) {
-    for (int32_t x = 1; x < image.width - 1; ++x) {
+  const Region interior = image.interior();
+  for (int32_t y = interior.y1; y <= interior.y2; ++y) {
+    for (int32_t x = interior.x1; x <= interior.x2; ++x) {
       const uint8_t* p = image.at(x, y);
       const Response response{std::abs(sobel_90(p, image.width)), std::abs(sobel_0(p, image.width))};
       if (response.across_rows < response.across_columns) count(x, y, response);
@@ -173,8 +174,8 @@ void NuvGryImgRowDevDev(uint8_t* pGryImg, int32_t width, int32_t /*height*/, int
 }
 
 void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t* pRes) {
-  if (M < 1 || M > width) return;
   const GrayImage image{pGryImg, width, height};
+  if (image.empty() || M < 1 || M > width) return;
   const auto write_strip = [&](int32_t first) {
     Spread strip;
     for_row_spreads(image, {first, first + M - 1, 0, height - 1}, [&strip](int32_t, const Spread& row) {
@@ -227,7 +228,8 @@ void NuvRGBImgPrj2X(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t* pP
 }
 
 void NuvGryImgPrjXY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX, int32_t* pPrjY) {
-  NuvGryImgPrjXYInRect(pGryImg, width, height, 0, width - 1, 0, height - 1, pPrjX, pPrjY);
+  const Region whole = GrayImage{pGryImg, width, height}.whole();
+  NuvGryImgPrjXYInRect(pGryImg, width, height, whole.x1, whole.x2, whole.y1, whole.y2, pPrjX, pPrjY);
 }
 
 void NuvGryImgPrjXYInRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,

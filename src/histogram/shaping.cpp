@@ -1,8 +1,6 @@
 // Images shaped by their histogram, and a histogram drawn into an image.
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstring>
 
 #include "frame/arithmetic.h"

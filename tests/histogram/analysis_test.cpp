@@ -179,7 +179,8 @@ TEST(MainGrayLevels, AreSpentWhereTheHistogramIs) {
   EXPECT_EQ(NuvGenerateMainGryLUT(h.data(), 0, 16, table.data()), 0);
 }
 
-// Whatever the histogram and the steps: the table rises by single classes, and nothing past its room is written.
+// Whatever the histogram and the steps: the table rises by single classes, and nothing past its room is
+// written.
 TEST(MainGrayLevels, RiseForEveryHistogram) {
   Random random(24);
   for (int round = 0; round < 3000; ++round) {

@@ -1,0 +1,135 @@
+#include <gmock/gmock.h>
+
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "NuvImgSDK2014DLL.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class SequenceFiles : public testing::Test {
+ protected:
+  SequenceFiles() {
+    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+    directory_ = fs::temp_directory_path() / ("nuv_" + std::string(info->name()));
+    fs::remove_all(directory_);
+    fs::create_directories(directory_);
+  }
+  ~SequenceFiles() override { fs::remove_all(directory_); }
+
+  std::string path(const std::string& name) const { return (directory_ / name).string(); }
+  void write(const std::string& name, const std::string& text) const {
+    std::ofstream(path(name), std::ios::binary) << text;
+  }
+  std::string content(const std::string& name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  }
+  bool load(const std::string& text) const {
+    write("list.txt", text);
+    return NuvSequenceFiles_Initialize(path("list.txt").data());
+  }
+
+  fs::path directory_;
+};
+
+// A line, or how there is none.
+constexpr char kNone[] = "(none)";
+
+template <class Get>
+std::string got(Get get, int32_t size) {
+  std::string name(40, 'x');
+  const bool found = get(name.data(), size);
+  const auto written = static_cast<std::size_t>(size);
+  EXPECT_EQ(name.substr(written), std::string(40 - written, 'x')) << "behind the buffer";
+  name.resize(written);
+  const std::size_t end = std::min(name.find('\0'), written);
+  EXPECT_EQ(name.substr(end), std::string(written - end, '\0'));
+  EXPECT_TRUE(found || end == 0);
+  return found ? name.substr(0, end) : kNone;
+}
+std::string next(int32_t size = 32) {
+  return got(NuvSequenceFiles_GetNextFileName, size);
+}
+std::string line(int32_t index, int32_t size = 32) {
+  return got([=](char* name, int32_t n) { return NuvSequenceFiles_GetFileName(index, name, n); }, size);
+}
+
+TEST_F(SequenceFiles, AreTheLinesThatEnd) {
+  ASSERT_TRUE(load("a.bmp\r\nb c.bmp  \r\n\r\n x\ry\nz\t\r\nlast"));
+  const std::string lines[] = {"a.bmp", "b c.bmp", "", " x\ry\nz\t", kNone, kNone};
+  for (const std::string& expected : lines) {
+    EXPECT_EQ(next(), expected);
+    EXPECT_EQ(line(1), "b c.bmp") << "does not move the walk";
+  }
+  for (int32_t i = 0; i < 6; ++i) EXPECT_EQ(line(i), lines[i]);
+  for (int32_t i : {-1, INT_MIN, INT_MAX}) EXPECT_EQ(line(i), kNone);
+  ASSERT_TRUE(load("a\r\n\r"));
+  EXPECT_EQ(next(), "a");
+  EXPECT_EQ(next(), kNone);
+}
+
+TEST_F(SequenceFiles, SkipLinesThatDoNotFitBeforeTheirBlanksAreDropped) {
+  ASSERT_TRUE(load("four\r\nabc \r\nabc\r\n"));
+  EXPECT_EQ(next(4), kNone);
+  EXPECT_EQ(next(4), kNone);
+  EXPECT_EQ(next(4), "abc");
+  EXPECT_EQ(line(1, 4), kNone);
+  EXPECT_EQ(line(1, 5), "abc");
+  for (int32_t size : {0, -1, INT_MIN}) {
+    char name = 'x';
+    EXPECT_FALSE(NuvSequenceFiles_GetFileName(2, &name, size));
+    EXPECT_EQ(name, 'x');
+  }
+}
+
+TEST_F(SequenceFiles, ServeTheListBeforeAfterOneThatCannotBeOpened) {
+  ASSERT_TRUE(load("one\r\ntwo\r\n"));
+  EXPECT_EQ(next(), "one");
+  for (const std::string& name : {path("missing"), directory_.string(), std::string(2000, 'n')}) {
+    EXPECT_EQ(next(), "two");
+    EXPECT_FALSE(NuvSequenceFiles_Initialize(std::string(name).data()));
+    EXPECT_EQ(next(), "one");
+  }
+  ASSERT_TRUE(load("x\r\n"));
+  EXPECT_EQ(next(), "x");
+  EXPECT_EQ(next(), kNone) << "the longer list still behind it in memory does not count";
+  EXPECT_TRUE(load(""));
+  EXPECT_EQ(line(0), kNone);
+}
+
+// What holds only at the start of a process is looked at in one of its own.
+using SequenceFilesDeathTest = SequenceFiles;
+
+TEST_F(SequenceFilesDeathTest, AreNoneAtFirst) {
+  EXPECT_EXIT(
+      {
+        const bool none = next() == kNone && line(0) == kNone;
+        std::exit(none && !load("") && load("a\r\n") && load("") ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+#if !defined(_WIN32)
+TEST_F(SequenceFilesDeathTest, TheLogIsEmptiedByTheFirstLineOfAProcess) {
+  const std::string log = "/tmp/NuvDebugInfo.txt";
+  EXPECT_EXIT(
+      {
+        char text[] = "100% %d";
+        NuvDebugInfo(text, INT_MIN);
+        NuvDebugInfo(text, 7);
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+  std::ifstream file(log, std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "\n100% %d,-2147483648\n100% %d,7");
+  std::filesystem::remove(log);
+}
+#endif
+
+}  // namespace
