@@ -1,0 +1,80 @@
+// The colour matrix that all camera formats share: BT.601 of full range in 14-bit fixed point.
+//
+//     B = (16384*Y + 29032*u) >> 14                u = Cb - 128
+//     G = (16384*Y - 5638*u - 11700*v) >> 14       v = Cr - 128
+//     R = (16384*Y + 22970*v) >> 14                each clamped to 0..255
+//
+//     Y = (1867*B + 9617*G + 4898*R) >> 14
+//     c = (8192*B - 5428*G - 2763*R) >> 14         Cb is the mean of the c of its pixels, plus 128
+//     d = (8192*R - 6859*G - 1332*B) >> 14         Cr is that of the d
+//
+// The row kernels work on planes, a block of a row at a time. Two pixels side by side share their Cb and Cr,
+// so a pair of bytes is one 16-bit number to them, and both are worked on without taking the plane apart. All
+// is exact in 16 bits; how is told with the formulas.
+
+#ifndef NUV_COLOUR_COLOUR_MATRIX_H
+#define NUV_COLOUR_COLOUR_MATRIX_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "frame/interleaved.h"
+#include "frame/row_kernel.h"
+
+namespace nuv {
+
+// What the chroma adds to Y, which stays out of the shift, as 16384*Y is a multiple of 2^14. With one weight
+// the term is the upper half of a product of 16 bits. With two, each weight is 256*high + low, and the upper
+// byte of the low sum carries over into the high sum: rounded down, it has all that the shift would keep.
+NUV_INLINE int16_t upper_half(int16_t a, int16_t b) {
+  return static_cast<int16_t>(a * b >> 16);
+}
+NUV_INLINE int16_t blue_term(uint8_t cb) {
+  return upper_half(static_cast<int16_t>(4 * (cb - 128)), 29032);
+}
+NUV_INLINE int16_t green_term(uint8_t cb, uint8_t cr) {
+  static_assert(5638 == 22 * 256 + 6 && 11700 == 46 * 256 - 76);
+  const auto u = static_cast<int16_t>(cb - 128);
+  const auto v = static_cast<int16_t>(cr - 128);
+  const auto low = static_cast<int16_t>(76 * v - 6 * u);
+  return static_cast<int16_t>(static_cast<int16_t>((low >> 8) - 22 * u - 46 * v) >> 6);
+}
+NUV_INLINE int16_t red_term(uint8_t cr) {
+  return upper_half(static_cast<int16_t>(4 * (cr - 128)), 22970);
+}
+
+NUV_INLINE uint8_t clamped_sum(int16_t luma, int16_t term) {
+  const auto sum = static_cast<int16_t>(luma + term);
+  const auto positive = static_cast<int16_t>(sum < 0 ? 0 : sum);
+  return static_cast<uint8_t>(positive > 255 ? 255 : positive);
+}
+
+struct TermBlock {
+  alignas(64) int16_t blue[kPlaneBlock / 2];
+  alignas(64) int16_t green[kPlaneBlock / 2];
+  alignas(64) int16_t red[kPlaneBlock / 2];
+};
+
+void chroma_terms(const uint8_t* cb, const uint8_t* cr, TermBlock& terms, std::ptrdiff_t pairs);
+void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, PlaneBlock& pixels, std::ptrdiff_t pairs);
+
+// Red alone.
+void red_terms(const uint8_t* cr, TermBlock& terms, std::ptrdiff_t pairs);
+void red_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* red, std::ptrdiff_t pairs);
+
+// The sums of c and of d over each pair, with 6 bits behind the point that do not count.
+struct ChromaSums {
+  alignas(64) int16_t c[kPlaneBlock / 2];
+  alignas(64) int16_t d[kPlaneBlock / 2];
+};
+
+// Writes Y, 2*pairs bytes, and the sums.
+void luma_and_chroma(const PlaneBlock& pixels, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pairs);
+
+// Chroma as the mean over a pair, or over the four pixels of two rows; the low bits are dropped.
+void mean_of_two(const int16_t* sums, uint8_t* chroma, std::ptrdiff_t pairs);
+void mean_of_four(const int16_t* upper, const int16_t* lower, uint8_t* chroma, std::ptrdiff_t pairs);
+
+}  // namespace nuv
+
+#endif
