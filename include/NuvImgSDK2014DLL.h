@@ -7,6 +7,7 @@
 #include "nuv/contours.h"
 #include "nuv/drawing.h"
 #include "nuv/edges.h"
+#include "nuv/filters.h"
 #include "nuv/frame.h"
 #include "nuv/histogram.h"
 #include "nuv/lines.h"

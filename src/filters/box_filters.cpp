@@ -1,0 +1,258 @@
+// Box means.
+//
+// The sums of the columns over the rows of a window slide down with the rows, and the sums of windows come
+// from them by doubling. The bytes of RGB pixels stay interleaved: columns are columns of bytes, and
+// neighbours stand Channels apart.
+//
+// What the exports differ in is what happens where a window does not fit (the two passes below), and how a
+// mean is had from an area.
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "frame/buffer.h"
+#include "frame/row_kernel.h"
+#include "frame/views.h"
+#include "frame/window_sums.h"
+#include "nuv/filters.h"
+
+namespace nuv {
+namespace {
+
+NUV_INLINE uint8_t mean(uint32_t sum, uint32_t multiplier) {
+  return static_cast<uint8_t>(sum * multiplier >> 24);
+}
+
+template <class Sum>
+NUV_ROW_KERNEL void mean_row(const Sum* sums, uint32_t multiplier, uint8_t* NUV_RESTRICT out,
+                             std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = mean(sums[i], multiplier);
+}
+
+// ---- sums ----
+
+// 2m + 1 by 2n + 1 pixels.
+struct Window {
+  int32_t m;
+  int32_t n;
+
+  int64_t area() const { return (2 * static_cast<int64_t>(m) + 1) * (2 * static_cast<int64_t>(n) + 1); }
+};
+
+// The sums over the columns of 2m + 1 pixels, for the rows that are in. m must fit the width.
+template <int Channels, class Sum>
+class WindowSums {
+ public:
+  WindowSums(Image<Channels> image, int32_t m)
+      : image_(image), m_(m), bytes_(static_cast<std::ptrdiff_t>(image.width) * Channels) {
+    for (Buffer<Sum>& buffer : buffers_) buffer = allocate<Sum>(static_cast<std::size_t>(bytes_));
+    if (buffers_[0]) std::fill_n(buffers_[0].get(), bytes_, Sum{0});
+  }
+
+  bool allocated() const { return buffers_[0] && buffers_[1] && buffers_[2]; }
+
+  void add(int32_t y) { add_row(buffers_[0].get(), image_.row(y), bytes_); }
+  void subtract(int32_t y) { subtract_row(buffers_[0].get(), image_.row(y), bytes_); }
+  void exchange(int32_t in, int32_t out) {
+    exchange_rows(buffers_[0].get(), image_.row(in), image_.row(out), bytes_);
+  }
+
+  const Sum* columns() const { return buffers_[0].get(); }
+
+  // Writes the means of all windows that lie in the row, from place m on.
+  void write_means(uint32_t multiplier, uint8_t* row) const {
+    const std::ptrdiff_t m = static_cast<std::ptrdiff_t>(m_) * Channels;
+    const std::ptrdiff_t n = bytes_ - 2 * m;
+    const Sum* sums =
+        neighbour_sums(columns(), n, 2 * m_ + 1, Channels, buffers_[1].get(), buffers_[2].get());
+    mean_row(sums, multiplier, row + m, n);
+  }
+
+ private:
+  Image<Channels> image_;
+  int32_t m_;
+  std::ptrdiff_t bytes_;
+  Buffer<Sum> buffers_[3];  // of the columns, and two that take turns
+};
+
+// Sums are kept in 16 bits where a window's sum fits: twice as many at once.
+template <class Pass>
+bool with_sums_for(Window window, Pass pass) {
+  return window.area() * 255 <= UINT16_MAX ? pass(uint16_t{}) : pass(uint32_t{});
+}
+
+// ---- means at the border ----
+
+uint32_t reciprocal(int64_t area) {
+  return static_cast<uint32_t>((1 << 24) / area);
+}
+
+// The largest area that the limited forms take is the one that they have no reciprocal for.
+constexpr int64_t kMaxArea = 16129;
+
+uint32_t reciprocal_below_limit(int64_t area) {
+  return area == kMaxArea ? 1 : reciprocal(area);
+}
+
+// From an end of the row inwards, the window growing by a column on each side from one pixel to the next.
+template <int Step, class Sum>
+void write_growing(const Sum* columns, const uint32_t* multipliers, int32_t count, uint8_t* out) {
+  uint32_t sum = columns[0];
+  for (int32_t x = 0; x < count; ++x, out += Step) {
+    *out = mean(sum, multipliers[x]);
+    sum += columns[Step] + columns[2 * Step];
+    columns += 2 * Step;
+  }
+}
+
+// The window shrinks on both sides alike where it does not fit, and stays centred.
+template <int Channels, class Sum>
+bool average_shrinking(Image<Channels> source, uint8_t* result, Window window,
+                       uint32_t (*multiplier)(int64_t)) {
+  const auto [m, n] = window;
+  WindowSums<Channels, Sum> sums(source, m);
+  const Buffer<uint32_t> multipliers = allocate<uint32_t>(static_cast<std::size_t>(m) + 1);
+  if (!sums.allocated() || !multipliers) return false;
+  const int32_t last = source.height - 1;
+  sums.add(0);
+  for (int32_t y = 0; y <= last; ++y) {
+    const int32_t rows = std::min({n, y, last - y});
+    if (rows < n || y == n) {
+      for (int32_t x = 0; x <= m; ++x) multipliers[x] = multiplier(Window{x, rows}.area());
+    }
+    uint8_t* out = result + (source.row(y) - source.pixels);
+    const std::ptrdiff_t last_pixel = static_cast<std::ptrdiff_t>(source.width - 1) * Channels;
+    for (int c = 0; c < Channels; ++c) {
+      write_growing<Channels>(sums.columns() + c, multipliers.get(), m, out + c);
+      write_growing<-Channels>(sums.columns() + last_pixel + c, multipliers.get(), m, out + last_pixel + c);
+    }
+    sums.write_means(multipliers[m], out);
+    if (y < n) {
+      sums.add(2 * y + 1);
+      sums.add(2 * y + 2);
+    } else if (y < last - n) {
+      sums.exchange(y + n + 1, y - n);
+    } else if (y < last) {
+      sums.subtract(y - rows);
+      sums.subtract(y - rows + 1);
+    }
+  }
+  return true;
+}
+
+template <int Channels>
+bool average_shrinking(uint8_t* pixels, int32_t width, int32_t height, int32_t M, int32_t N, uint8_t* result,
+                       uint32_t (*multiplier)(int64_t)) {
+  const Image<Channels> source{pixels, width, height};
+  if (source.empty()) return true;
+  // No window grows beyond half of the image.
+  const Window window{std::clamp(M, 0, (width - 1) / 2), std::clamp(N, 0, (height - 1) / 2)};
+  return with_sums_for(window, [=](auto sum) {
+    return average_shrinking<Channels, decltype(sum)>(source, result, window, multiplier);
+  });
+}
+
+// The nearest full window stands in where the window does not fit.
+template <int Channels, class Sum>
+bool average_full_windows(Image<Channels> source, Image<Channels> result, Window window) {
+  const auto [m, n] = window;
+  WindowSums<Channels, Sum> sums(source, m);
+  if (!sums.allocated()) return false;
+  const uint32_t multiplier = reciprocal(window.area());
+  for (int32_t y = 0; y <= 2 * n; ++y) sums.add(y);
+  for (int32_t y = n;; ++y) {
+    sums.write_means(multiplier, result.row(y));
+    for (int32_t x = 0; x < m; ++x) {
+      std::memcpy(result.at(x, y), result.at(m, y), Channels);
+      std::memcpy(result.at(source.width - m + x, y), result.at(source.width - m - 1, y), Channels);
+    }
+    if (y + n + 1 >= source.height) return true;
+    sums.exchange(y + n + 1, y - n);
+  }
+}
+
+template <int Channels>
+void copy_row(Image<Channels> image, int32_t from, int32_t to) {
+  if (image.contains(0, from) && image.contains(0, to)) {
+    std::memcpy(image.row(to), image.row(from), static_cast<std::size_t>(image.width) * Channels);
+  }
+}
+
+template <int Channels>
+bool average_replicating(uint8_t* pixels, int32_t width, int32_t height, Window window, uint8_t* result) {
+  const Image<Channels> source{pixels, width, height};
+  const Image<Channels> target{result, width, height};
+  if (source.empty()) return true;
+  const auto [m, n] = window;
+  if (m <= (width - 1) / 2 && n <= (height - 1) / 2) {
+    const bool done = with_sums_for(window, [=](auto sum) {
+      return average_full_windows<Channels, decltype(sum)>(source, target, window);
+    });
+    if (!done) return false;
+  }
+  const int32_t rows = std::min(n, height);
+  for (int32_t i = 0; i < rows; ++i) copy_row(target, n, i);
+  for (int32_t i = 0; i < rows; ++i) copy_row(target, height - n - 1, height - n + i);
+  return true;
+}
+
+// ---- limits ----
+
+constexpr int32_t kMaxWidth = 4096;
+
+bool within_limits(int32_t width, int32_t M, int32_t N) {
+  const Window window{std::max(M, 0), std::max(N, 0)};
+  return width <= kMaxWidth && window.m < kMaxArea && window.n < kMaxArea && window.area() <= kMaxArea;
+}
+
+int32_t absolute(int32_t half_size) {
+  return std::abs(std::max(half_size, -INT32_MAX));
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvGryAverageFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                         uint8_t* pResImg) {
+  average_shrinking<1>(pGryImg, width, height, M, N, pResImg, reciprocal);
+}
+
+bool NuvGryAverageFilterFast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                             uint8_t* pResImg) {
+  return within_limits(width, M, N) &&
+         average_shrinking<1>(pGryImg, width, height, M, N, pResImg, reciprocal_below_limit);
+}
+
+bool NuvGryAverageFilterFastNonBoundary(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                                        uint8_t* pResImg) {
+  return width <= kMaxWidth &&
+         average_replicating<1>(pGryImg, width, height, {std::max(M, 0), std::max(N, 0)}, pResImg);
+}
+
+void NuvGryAverageFilterByX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, uint8_t* pResImg) {
+  average_replicating<1>(pGryImg, width, height, {absolute(M), 0}, pResImg);
+}
+
+void NuvGryAverageFilterByY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t N, uint8_t* pResImg) {
+  average_replicating<1>(pGryImg, width, height, {0, absolute(N)}, pResImg);
+}
+
+void NuvRGBAverageFilter(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                         uint8_t* pResImg) {
+  average_shrinking<3>(pRGBImg, width, height, M, N, pResImg, reciprocal);
+}
+
+bool NuvRGBAverageFilterFast(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                             uint8_t* pResImg) {
+  return within_limits(width, M, N) &&
+         average_shrinking<3>(pRGBImg, width, height, M, N, pResImg, reciprocal_below_limit);
+}
+
+bool NuvRGBAverageFilterFastNonBoundary(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                                        uint8_t* pResImg) {
+  return width <= kMaxWidth &&
+         average_replicating<3>(pRGBImg, width, height, {std::max(M, 0), std::max(N, 0)}, pResImg);
+}

@@ -1,0 +1,129 @@
+// Median filters: which windows there are, and what stands at the sides.
+//
+// Windows of 3 by 3 and 5 by 5 that lie in the image have networks; all others are searched for in bins.
+
+#include <algorithm>
+
+#include "filters/median_bins.h"
+#include "filters/median_networks.h"
+#include "frame/borders.h"
+#include "frame/buffer.h"
+#include "frame/views.h"
+#include "frame/window_sums.h"
+#include "nuv/filters.h"
+
+namespace nuv {
+namespace {
+
+using Network = void(const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::ptrdiff_t n);
+
+Network* network_for(int32_t m, int32_t n) {
+  if (m == 1 && n == 1) return medians_3x3;
+  if (m == 2 && n == 2) return medians_5x5;
+  return nullptr;
+}
+
+// The medians of all windows that lie in the image, of which there must be one. What the m pixels at both
+// sides of these rows get has no meaning.
+bool write_full_windows(GrayImage source, uint8_t* result, int32_t m, int32_t n) {
+  const int32_t y2 = source.height - 1 - n;
+  Network* network = network_for(m, n);
+  if (network == nullptr) return write_medians(source, result, m, n, n, y2);
+  const std::ptrdiff_t first = source.at(m, n) - source.pixels;
+  const std::ptrdiff_t last = source.at(source.width - 1 - m, y2) - source.pixels;
+  network(source.pixels + first, source.width, result + first, last - first + 1);
+  return true;
+}
+
+// The medians of all rows, the windows being clipped at top and bottom.
+bool write_clipped_windows(GrayImage source, uint8_t* result, int32_t m, int32_t n) {
+  const int32_t last = source.height - 1;
+  if (network_for(m, n) == nullptr || 2 * n > last) return write_medians(source, result, m, n, 0, last);
+  return write_full_windows(source, result, m, n) && write_medians(source, result, m, n, 0, n - 1) &&
+         write_medians(source, result, m, n, last - n + 1, last);
+}
+
+// Calls write(y, sums, rows) for each row, with the sums of count columns over the rows of its window. A
+// column behind the last one is a column of the rows below, as rows follow each other in memory.
+template <class Write>
+void for_column_sums(GrayImage source, int32_t n, int32_t first_column, std::ptrdiff_t count, Write write) {
+  const Buffer<int32_t> sums = allocate<int32_t>(static_cast<std::size_t>(count));
+  if (!sums) return;
+  std::fill_n(sums.get(), count, 0);
+  int32_t top = 0;
+  int32_t next = 0;
+  for (int32_t y = 0; y < source.height; ++y) {
+    const int32_t bottom = y + std::min(n, source.height - 1 - y);
+    while (next <= bottom) add_row(sums.get(), source.at(first_column, next++), count);
+    while (top < y - n) subtract_row(sums.get(), source.at(first_column, top++), count);
+    write(y, sums.get(), next - top);
+  }
+}
+
+uint8_t mean(int32_t sum, int32_t columns, int32_t rows) {
+  return static_cast<uint8_t>(sum / (static_cast<int64_t>(columns) * rows));
+}
+
+// At the left the window is clipped.
+void write_left_means(GrayImage source, GrayImage result, int32_t m, int32_t n) {
+  for_column_sums(source, n, 0, 2 * static_cast<std::ptrdiff_t>(m),
+                  [=](int32_t y, const int32_t* columns, int32_t rows) {
+                    int32_t sum = 0;
+                    for (int32_t i = 0; i < m; ++i) sum += columns[i];
+                    for (int32_t x = 0; x < m; ++x) {
+                      sum += columns[x + m];
+                      *result.at(x, y) = mean(sum, x + m + 1, rows);
+                    }
+                  });
+}
+
+// At the right it is not, and the last column that has a median is written over.
+void write_right_means(GrayImage source, GrayImage result, int32_t m, int32_t n) {
+  const int32_t first = source.width - 2 * m - 1;
+  for_column_sums(source, n, first, 3 * static_cast<std::ptrdiff_t>(m) + 1,
+                  [=](int32_t y, const int32_t* columns, int32_t rows) {
+                    int32_t sum = 0;
+                    for (int32_t i = 0; i < 2 * m; ++i) sum += columns[i];
+                    for (int32_t i = 0; i <= m; ++i) {
+                      sum += columns[i + 2 * m];
+                      *result.at(first + m + i, y) = mean(sum, 2 * m + 1, rows);
+                      sum -= columns[i];
+                    }
+                  });
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvGryImgMedianBoundary0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                              uint8_t* pResImg) {
+  const GrayImage source{pGryImg, width, height};
+  const GrayImage result{pResImg, width, height};
+  const int32_t m = std::max(M, 1);
+  const int32_t n = std::max(N, 1);
+  const bool any = !source.empty() && m <= (width - 1) / 2 && n <= (height - 1) / 2;
+  if (!any || !write_full_windows(source, pResImg, m, n)) {
+    clear_rows(result, 0, height - 1);
+    return;
+  }
+  clear_rows(result, 0, n - 1);
+  clear_rows(result, height - n, height - 1);
+  for (int32_t y = n; y < height - n; ++y) {
+    clear_columns(result, y, 0, m - 1);
+    clear_columns(result, y, width - m, width - 1);
+  }
+}
+
+void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                            uint8_t* pResImg) {
+  const GrayImage source{pGryImg, width, height};
+  const int32_t m = std::max(M, 0);
+  if (source.empty() || m > (width - 1) / 2) return;
+  // A window that reaches beyond both ends of the image is the same from there on.
+  const int32_t n = std::clamp(N, 0, height - 1);
+  if (!write_clipped_windows(source, pResImg, m, n)) return;
+  write_left_means(source, {pResImg, width, height}, m, n);
+  write_right_means(source, {pResImg, width, height}, m, n);
+}

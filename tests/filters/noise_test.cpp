@@ -1,0 +1,95 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+constexpr uint8_t kSentinel = 77;
+
+// Random images from weak noise to all values.
+TestImage noise(Random& random, int32_t width, int32_t height) {
+  TestImage image(width, height);
+  const int32_t low = random.between(0, 255);
+  const int32_t high = random.between(low, 255);
+  for (uint8_t& p : image.pixels) p = static_cast<uint8_t>(random.between(low, high));
+  return image;
+}
+
+bool is_inner(const TestImage& image, int32_t x, int32_t y) {
+  return x > 0 && x < image.width - 1 && y > 0 && y < image.height - 1;
+}
+
+TEST(NoiseEstimate, FollowsItsMask) {
+  Random random(56);
+  const int mask[3][3] = {{1, -2, 1}, {-2, 4, -2}, {1, -2, 1}};
+  for (const auto& [width, height] : kOddSizes) {
+    TestImage source = noise(random, width, height);
+    TestImage expected(width, height, kSentinel);
+    uint32_t sum = 0;
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) {
+        if (!is_inner(source, x, y)) continue;
+        int d = 0;
+        for (int i = 0; i < 9; ++i) d += mask[i / 3][i % 3] * source.at(x + i % 3 - 1, y + i / 3 - 1);
+        sum += static_cast<uint32_t>(d * d);
+        expected.at(x, y) = static_cast<uint8_t>(std::min(d * d / 36, 250));
+      }
+    }
+    TestImage result(width, height, kSentinel);
+    const double estimate = NuvEstimateNoiseDelta(source.data(), width, height, result.data());
+    ASSERT_EQ(result, expected) << width << 'x' << height;
+    if (width == 2 || height == 2) {
+      EXPECT_TRUE(std::isnan(estimate));
+    } else {
+      EXPECT_EQ(estimate, std::sqrt(sum / (36.0 * (width - 2) * (height - 2))));
+    }
+  }
+}
+
+TEST(NoiseEstimate, ItsSumWraps) {
+  // Each response is 8*255: 1200 of them are more than 32 bits hold.
+  TestImage chess(42, 32);
+  for (std::size_t i = 0; i < chess.pixels.size(); ++i)
+    chess.pixels[i] = (i % 42 + i / 42) % 2 == 0 ? 255 : 0;
+  const auto wrapped = static_cast<uint32_t>(1200ULL * 2040 * 2040);
+  EXPECT_EQ(NuvEstimateNoiseDelta(chess.data(), 42, 32, TestImage(42, 32).data()),
+            std::sqrt(wrapped / (36.0 * 40 * 30)));
+}
+
+TEST(ZedFilter, FollowsItsTable) {
+  Random random(57);
+  for (const auto& [width, height] : kOddSizes) {
+    for (int32_t T : {-1, 0, 1, 10, 50, 85, 86, 128, 200, 254, 255, 300, INT32_MAX, INT32_MIN}) {
+      TestImage source = noise(random, width, height);
+      TestImage expected(width, height, kSentinel);
+      for (int32_t y = 0; y < height; ++y) {
+        for (int32_t x = 0; x < width; ++x) {
+          if (!is_inner(source, x, y)) continue;
+          const int c = source.at(x, y);
+          int sum = 0;
+          for (int i = 0; i < 9; ++i) {
+            const int n = source.at(x + i % 3 - 1, y + i / 3 - 1);
+            const int64_t a = std::abs(n - c);
+            const int64_t limit = 3 * static_cast<int64_t>(T);
+            if (a <= T) {
+              sum += n - c;
+            } else if (a <= limit) {
+              sum += static_cast<int>(n > c ? limit - a : a - limit);
+            }
+          }
+          expected.at(x, y) = static_cast<uint8_t>(c + (sum >> 3));
+        }
+      }
+      TestImage result(width, height, kSentinel);
+      NuvGryZedFilter(source.data(), width, height, T, result.data());
+      ASSERT_EQ(result, expected) << width << 'x' << height << ' ' << T;
+    }
+  }
+}
+
+}  // namespace
