@@ -3,6 +3,7 @@
 #ifndef NUVIMGSDK2014DLL_H
 #define NUVIMGSDK2014DLL_H
 
+#include "nuv/binary.h"
 #include "nuv/colour.h"
 #include "nuv/contours.h"
 #include "nuv/drawing.h"

@@ -1,0 +1,165 @@
+// Box filters with a threshold on the window's sum.
+//
+// Column sums slide down the image, and their prefix along the row gives the sum of each window as one
+// difference. Two rules for the sides of the image: the fast filter computes where the whole window fits and
+// repeats the nearest result; the filter with a mask lets its window shrink around the pixel.
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "frame/buffer.h"
+#include "frame/row_kernel.h"
+#include "frame/views.h"
+#include "frame/window_sums.h"
+#include "nuv/binary.h"
+
+namespace nuv {
+namespace {
+
+// Windows of span columns, from the prefix of the column sums; n windows.
+NUV_ROW_KERNEL void threshold_windows(const int32_t* prefix, std::ptrdiff_t span, uint32_t threshold,
+                                      uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  const int32_t* behind = prefix + span;
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    out[x] = static_cast<uint32_t>(behind[x] - prefix[x]) > threshold ? 255 : 0;
+  }
+}
+
+NUV_ROW_KERNEL void threshold_windows_signed(const int32_t* prefix, std::ptrdiff_t span, int32_t threshold,
+                                             uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  const int32_t* behind = prefix + span;
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = behind[x] - prefix[x] > threshold ? 255 : 0;
+}
+
+// ---- whole windows ----
+
+bool fits(GrayImage image, int32_t m, int32_t n) {
+  return !image.empty() && m >= 0 && n >= 0 && m <= (image.width - 1) / 2 && n <= (image.height - 1) / 2;
+}
+
+// Works in width column sums. False if there is no memory.
+bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t threshold, int32_t* columns,
+                          uint8_t* result) {
+  const std::ptrdiff_t width = image.width;
+  const Buffer<int32_t> sums = allocate<int32_t>(static_cast<std::size_t>(width) + 1);
+  if (!sums) return false;
+  int32_t* prefix = sums.get();
+  const GrayImage out{result, image.width, image.height};
+  const int32_t last = image.height - 1 - n;
+  const int32_t windows = image.width - 2 * m;
+  std::fill_n(columns, width, 0);
+  for (int32_t y = 0; y < 2 * n; ++y) add_row(columns, image.row(y), width);
+  for (int32_t y = n; y <= last; ++y) {
+    add_row(columns, image.row(y + n), width);
+    accumulate(columns, width, prefix);
+    uint8_t* row = out.row(y);
+    threshold_windows(prefix, 2 * m + 1, threshold, row + m, windows);
+    std::memset(row, row[m], static_cast<std::size_t>(m));
+    std::memset(row + m + windows, row[m + windows - 1], static_cast<std::size_t>(m));
+    subtract_row(columns, image.row(y - n), width);
+  }
+  for (int32_t y = 0; y < n; ++y) {
+    std::memcpy(out.row(y), out.row(n), static_cast<std::size_t>(width));
+    std::memcpy(out.row(last + 1 + y), out.row(last), static_cast<std::size_t>(width));
+  }
+  return true;
+}
+
+// ---- shrinking windows ----
+
+constexpr int32_t kMaxMaskedWidth = 4095;
+
+// What a byte of the mask leaves of the pixel.
+struct Complement {
+  uint8_t operator()(uint8_t mask) const { return static_cast<uint8_t>(~mask); }
+};
+struct UpperHalfRemoves {
+  uint8_t operator()(uint8_t mask) const { return mask <= 128 ? 255 : 0; }
+};
+
+NUV_ROW_KERNEL void apply_complement(const uint8_t* row, const uint8_t* mask, uint8_t* NUV_RESTRICT out,
+                                     std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = Complement()(mask[x]) & row[x];
+}
+NUV_ROW_KERNEL void apply_upper_half(const uint8_t* row, const uint8_t* mask, uint8_t* NUV_RESTRICT out,
+                                     std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = UpperHalfRemoves()(mask[x]) & row[x];
+}
+using ApplyMask = void(const uint8_t* row, const uint8_t* mask, uint8_t* out, std::ptrdiff_t n);
+
+// The window of row y reaches as far up as down, and no farther than the image; so in a row.
+bool remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int32_t n, int32_t threshold,
+                            ApplyMask apply, uint8_t* result) {
+  if (image.width > kMaxMaskedWidth) return false;
+  if (image.empty()) return true;
+  const int32_t width = image.width;
+  const int32_t height = image.height;
+  m = std::clamp(m, 0, (width - 1) / 2);
+  n = std::clamp(n, 0, (height - 1) / 2);
+
+  std::array<uint8_t, kMaxMaskedWidth> masked;
+  std::array<int32_t, kMaxMaskedWidth> columns;
+  std::array<int32_t, kMaxMaskedWidth + 1> prefix;
+  std::fill_n(columns.begin(), width, 0);
+  const auto masked_row = [&](int32_t y) {
+    const uint8_t* row = image.row(y);
+    apply(row, mask + (row - image.pixels), masked.data(), width);
+    return masked.data();
+  };
+
+  int32_t first = 0;   // rows in the column sums,
+  int32_t behind = 0;  // to the one before this
+  for (int32_t y = 0; y < height; ++y) {
+    const int32_t reach = std::min({y, n, height - 1 - y});
+    while (behind <= y + reach) add_row(columns.data(), masked_row(behind++), width);
+    while (first < y - reach) subtract_row(columns.data(), masked_row(first++), width);
+    accumulate(columns.data(), width, prefix.data());
+
+    const int32_t rows = 2 * reach + 1;
+    uint8_t* out = result + (image.row(y) - image.pixels);
+    for (int32_t x = 0; x < m; ++x) {
+      const int32_t c = 2 * x + 1;
+      out[x] = prefix[c] > c * rows * threshold ? 255 : 0;
+      out[width - 1 - x] = prefix[width] - prefix[width - c] > c * rows * threshold ? 255 : 0;
+    }
+    const int32_t span = 2 * m + 1;
+    threshold_windows_signed(prefix.data(), span, span * rows * threshold, out + m, width - 2 * m);
+    // The last column alone has a level of its own, half of white.
+    out[width - 1] = columns[width - 1] > rows * 126 ? 255 : 0;
+  }
+  return true;
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N, uint32_t* pSum,
+                     uint32_t threshold, uint8_t* pResImg) {
+  const GrayImage image{pBinImg, width, height};
+  if (!fits(image, M, N)) return;
+  // Sums wrap alike with and without a sign.
+  filter_whole_windows(image, M, N, threshold, reinterpret_cast<int32_t*>(pSum), pResImg);
+}
+
+bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                     uint32_t threshold, uint8_t* pResImg) {
+  const GrayImage image{pBinImg, width, height};
+  if (!fits(image, M, N)) return true;
+  const Buffer<int32_t> columns = allocate<int32_t>(static_cast<std::size_t>(width));
+  return columns && filter_whole_windows(image, M, N, threshold, columns.get(), pResImg);
+}
+
+bool NuvBinImgRemoveMskAndFilter(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t M,
+                                 int32_t N, int32_t threshold, uint8_t* pResImg) {
+  return remove_mask_and_filter({pBinImg, width, height}, pMskImg, M, N, threshold, apply_complement,
+                                pResImg);
+}
+
+bool NuvBinImgRemoveMskAndFilterUseLUT(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width, int32_t height,
+                                       int32_t M, int32_t N, int32_t threshold, uint8_t* pResImg) {
+  return remove_mask_and_filter({pBinImg, width, height}, pMskImg, M, N, threshold, apply_upper_half,
+                                pResImg);
+}

@@ -1,0 +1,315 @@
+// Run lengths: counted, and runs removed or kept for their length.
+//
+// Rows and columns are the same code over lines; each export says which lines, which runs and what happens.
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/arithmetic.h"
+#include "frame/borders.h"
+#include "frame/row_kernel.h"
+#include "frame/runs.h"
+#include "frame/views.h"
+#include "nuv/binary.h"
+#include "nuv/histogram.h"
+
+namespace nuv {
+namespace {
+
+struct WhiteRuns {
+  template <class Action>
+  void operator()(Line line, Action action) const {
+    for_white_runs(line, action);
+  }
+};
+struct BlackRuns {
+  template <class Action>
+  void operator()(Line line, Action action) const {
+    for_black_runs(line, action);
+  }
+};
+
+// ---- counted ----
+
+template <class ForRuns>
+void count_lengths(Lines lines, int32_t* counts, int32_t max_length, ForRuns for_runs) {
+  if (max_length < 0) return;
+  std::fill_n(counts, static_cast<std::ptrdiff_t>(max_length) + 1, 0);
+  for (int32_t i = 0; i < lines.count; ++i) {
+    for_runs(lines[i],
+             [=](int32_t first, int32_t last) { ++counts[std::min(last - first + 1, max_length)]; });
+  }
+}
+
+// Noise around the threshold does not cut a run in two.
+constexpr int32_t kRunStart = 201;
+constexpr int32_t kRunThreshold = 200;
+
+int32_t measure_runs(Lines lines, int32_t least, int32_t* sum, int32_t* min, int32_t* max,
+                     int32_t* max_runs) {
+  *sum = 0;
+  *min = least;
+  *max = 0;
+  *max_runs = 0;
+  int32_t runs = 0;
+  for (int32_t i = 0; i < lines.count; ++i) {
+    int32_t of_line = 0;
+    for_bright_runs(lines[i], kRunStart, kRunThreshold, [&](int32_t first, int32_t last) {
+      const int32_t length = last - first + 1;
+      *sum += length;
+      *min = std::min(*min, length);
+      *max = std::max(*max, length);
+      ++of_line;
+    });
+    *max_runs = std::max(*max_runs, of_line);
+    runs += of_line;
+  }
+  return runs;
+}
+
+// ---- removed ----
+
+template <class ForRuns, class Test>
+void recolor_runs(Lines lines, int32_t color, ForRuns for_runs, Test is_recolored) {
+  for (int32_t i = 0; i < lines.count; ++i) {
+    const Line line = lines[i];
+    for_runs(line, [=](int32_t first, int32_t last) {
+      if (is_recolored(last - first + 1)) line.fill(first, last, low_byte(color));
+    });
+  }
+}
+
+auto longer_than(int32_t length) {
+  return [=](int32_t run) { return run > length; };
+}
+auto shorter_than(int32_t length) {
+  return [=](int32_t run) { return run < length; };
+}
+
+NUV_ROW_KERNEL void recolor_isolated(const uint8_t* NUV_RESTRICT above, const uint8_t* NUV_RESTRICT below,
+                                     uint8_t* NUV_RESTRICT row, std::ptrdiff_t n, uint8_t color) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t alone = (above[x] | below[x]) == 0 ? color : row[x];
+    row[x] = row[x] != 0 ? alone : 0;
+  }
+}
+
+// ---- kept ----
+
+// The line of another image at the places of one of the source.
+Line same_place(Line line, const GrayImage& source, uint8_t* result) {
+  return {result + (line.start - source.pixels), line.count, line.stride};
+}
+
+void mark_short_columns(GrayImage image, Region region, int32_t threshold, int32_t max_length,
+                        uint8_t* result) {
+  const Lines columns = columns_of(image, region);
+  for (int32_t x = 0; x < columns.count; ++x) {
+    const Line marks = same_place(columns[x], image, result);
+    for_bright_runs(columns[x], threshold, threshold, [=](int32_t first, int32_t last) {
+      if (last - first + 1 <= max_length) marks.fill(first, last, 255);
+    });
+  }
+}
+
+// ---- kept for what they lead to ----
+
+constexpr int32_t kMaxLevel = 250;
+
+uint8_t first_level(Line levels, int32_t first, int32_t last) {
+  for (int32_t i = first; i <= last; ++i) {
+    if (levels[i] != 0) return levels[i];
+  }
+  return 0;
+}
+
+// A long run has level 1. A short one has one more than the first run it touches in the line before it, first
+// going up the line numbers and then, overwriting, down; beyond the greatest level there is none.
+void keep_connected_runs(GrayImage image, Lines lines, int32_t min_length, int32_t max_level,
+                         uint8_t* result) {
+  max_level = std::min(max_level, kMaxLevel);
+  const auto set_levels = [=](int32_t i, int32_t before) {
+    const Line line = lines[i];
+    const Line levels = same_place(line, image, result);
+    const Line levels_before = same_place(lines[before], image, result);
+    for_white_runs(line, [=](int32_t first, int32_t last) {
+      if (last - first + 1 >= min_length) {
+        levels.fill(first, last, 1);
+        return;
+      }
+      const uint8_t level = first_level(levels_before, first, last);
+      if (level != 0 && level < max_level) levels.fill(first, last, static_cast<uint8_t>(level + 1));
+    });
+  };
+  std::memset(result, 0, static_cast<std::size_t>(image.size()));
+  for (int32_t i = 1; i < lines.count; ++i) set_levels(i, i - 1);
+  for (int32_t i = lines.count - 2; i >= 0; --i) set_levels(i, i + 1);
+  NuvThreshold(result, image.width, image.height, 1);
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvRLXBlackCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
+  count_lengths(rows_of({pBinImg, width, height}), pCount, maxLength, BlackRuns());
+}
+
+void NuvRLXWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
+  count_lengths(rows_of({pBinImg, width, height}), pCount, maxLength, WhiteRuns());
+}
+
+void NuvRLYBlackCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
+  count_lengths(columns_of({pBinImg, width, height}), pCount, maxLength, BlackRuns());
+}
+
+void NuvRLYWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
+  count_lengths(columns_of({pBinImg, width, height}), pCount, maxLength, WhiteRuns());
+}
+
+int32_t NuvRLXWhiteCount(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                         int32_t y2, int32_t* pSum, int32_t* pMin, int32_t* pMax, int32_t* pMaxRuns) {
+  const Region region = Region{x1, x2, y1, y2}.clamped_to(width, height);
+  return measure_runs(rows_of({pGryImg, width, height}, region), width, pSum, pMin, pMax, pMaxRuns);
+}
+
+int32_t NuvRLYWhiteCount(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
+                         int32_t y2, int32_t* pSum, int32_t* pMin, int32_t* pMax, int32_t* pMaxRuns) {
+  const Region region = Region{x1, x2, y1, y2}.clamped_to(width, height);
+  // The least length starts at the width here too.
+  return measure_runs(columns_of({pGryImg, width, height}, region), width, pSum, pMin, pMax, pMaxRuns);
+}
+
+void NuvRLXWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
+                           uint8_t color) {
+  recolor_runs(rows_of({pBinImg, width, height}), color, WhiteRuns(), longer_than(maxLength));
+}
+
+void NuvRLXWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
+                            int32_t color) {
+  recolor_runs(rows_of({pBinImg, width, height}), color, WhiteRuns(), shorter_than(minLength));
+}
+
+void NuvRLXBlackDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
+                            int32_t color) {
+  // The first and the last column are not looked at: runs begin behind the one and end before the other.
+  const Lines inner_rows = rows_of({pBinImg, width, height}, {1, width - 2, 0, height - 1});
+  recolor_runs(inner_rows, color, BlackRuns(), shorter_than(minLength));
+}
+
+void NuvRLYWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
+                           int32_t color) {
+  recolor_runs(columns_of({pBinImg, width, height}), color, WhiteRuns(), longer_than(maxLength));
+}
+
+void NuvRLYWhiteDeleteIsolated(uint8_t* pBinImg, int32_t width, int32_t height, int32_t color) {
+  const GrayImage image{pBinImg, width, height};
+  if (image.empty()) return;
+  for (int32_t y = 1; y < height - 1; ++y) {
+    recolor_isolated(image.row(y - 1), image.row(y + 1), image.row(y), width, low_byte(color));
+  }
+}
+
+void NuvRLYWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
+                            int32_t color) {
+  if (minLength < 2) {
+    NuvRLYWhiteDeleteIsolated(pBinImg, width, height, color);
+    return;
+  }
+  recolor_runs(columns_of({pBinImg, width, height}), color, WhiteRuns(), shorter_than(minLength));
+}
+
+void NuvBinImgMarkMinOfRLXandRLY(uint8_t* pBinImg, int32_t width, int32_t height) {
+  const Lines rows = rows_of({pBinImg, width, height});
+  for (int32_t y = 0; y < rows.count; ++y) {
+    for_white_runs(rows[y], [=](int32_t first, int32_t last) {
+      rows[y].fill(first, last, static_cast<uint8_t>(std::min(last - first + 1, 255)));
+    });
+  }
+  const Lines columns = columns_of({pBinImg, width, height});
+  for (int32_t x = 0; x < columns.count; ++x) {
+    const Line column = columns[x];
+    for_white_runs(column, [=](int32_t first, int32_t last) {
+      // Cut to a byte: the lengths begin anew at every multiple of 256.
+      const uint8_t length = low_byte(last - first + 1);
+      for (int32_t y = first; y <= last; ++y) column[y] = std::min(column[y], length);
+    });
+  }
+}
+
+void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t height, int32_t X,
+                         uint8_t* pResImg) {
+  const GrayImage image{pBinImg, width, height};
+  if (image.empty()) return;
+  const int32_t half = std::clamp((((X + 1) / 2) * 2 + 1) / 2, 0, (width - 1) / 2);
+  for (int32_t y = 0; y < height; ++y) {
+    const uint8_t* row = image.row(y);
+    pBuf[0] = 0;
+    for (int32_t x = 1; x < width; ++x) pBuf[x] = row[x] != 0 && row[x - 1] == 0 ? 1 : 0;
+
+    // The window reaches as far to one side as to the other: it grows by two columns, slides, and shrinks.
+    uint8_t* out = pResImg + (row - pBinImg);
+    int32_t sum = pBuf[0];
+    int32_t first = 0;
+    int32_t last = 0;
+    for (int32_t x = 0; x < width; ++x) {
+      const int32_t reach = std::min({x, half, width - 1 - x});
+      while (last < x + reach) sum += pBuf[++last];
+      while (first < x - reach) sum -= pBuf[first++];
+      out[x] = low_byte(sum);
+    }
+  }
+}
+
+void NuvRLXWhiteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minTop, int32_t minBottom,
+                     uint8_t* pResImg) {
+  const GrayImage image{pBinImg, width, height};
+  const Lines inner = rows_of(image, {1, width - 2, 1, height - 2});
+  for (int32_t i = 0; i < inner.count; ++i) {
+    const int32_t min_length = limit_at(i + 1, height - 1, minTop, minBottom);
+    const Line marks = same_place(inner[i], image, pResImg);
+    for_white_runs(inner[i], [=](int32_t first, int32_t last) {
+      if (last - first + 1 >= min_length) marks.fill(first, last, 255);
+    });
+  }
+}
+
+void NuvRLYWhiteShort(uint8_t* pGryImg, int32_t width, int32_t height, int32_t threshold, int32_t maxLength,
+                      uint8_t* pResImg) {
+  const GrayImage image{pGryImg, width, height};
+  mark_short_columns(image, image.whole(), threshold, maxLength, pResImg);
+}
+
+bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,
+                                     int32_t threshold, int32_t maxLength, int32_t minTop, int32_t minBottom,
+                                     uint8_t* pResImg) {
+  const GrayImage image{pGryImg, width, height};
+  const GrayImage thin{pTmpImg, width, height};
+  std::memset(pTmpImg, 0, static_cast<std::size_t>(image.size()));
+  // A stretch is told by the pixel behind it, so the last column is left out; and so is the first row.
+  mark_short_columns(image, {0, width - 2, 0, height - 1}, threshold, maxLength, pTmpImg);
+  const Lines rows = rows_of(thin, {0, width - 1, 1, height - 1});
+  for (int32_t i = 0; i < rows.count; ++i) {
+    const int32_t min_length = limit_at(i + 1, height, minTop, minBottom);
+    const Line marks = same_place(rows[i], thin, pResImg);
+    for_white_runs(rows[i], [=](int32_t first, int32_t last) {
+      if (last - first + 1 >= min_length) marks.fill(first, last, 255);
+    });
+  }
+  return true;
+}
+
+void NuvRLXDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
+                            int32_t maxLevel, uint8_t* pResImg) {
+  const GrayImage image{pBinImg, width, height};
+  clear_sides(image);
+  keep_connected_runs(image, rows_of(image), minLength, maxLevel, pResImg);
+}
+
+void NuvRLYDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
+                            int32_t maxLevel, uint8_t* pResImg) {
+  const GrayImage image{pBinImg, width, height};
+  clear_sides(image);
+  keep_connected_runs(image, columns_of(image), minLength, maxLevel, pResImg);
+}

@@ -1,0 +1,100 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+int32_t sum_of(const TestImage& image, int32_t x1, int32_t x2, int32_t y1, int32_t y2) {
+  int32_t sum = 0;
+  for (int32_t y = y1; y <= y2; ++y) {
+    for (int32_t x = x1; x <= x2; ++x) sum += image.at(x, y);
+  }
+  return sum;
+}
+
+TEST(BinImgFilter, ThresholdsWholeWindowsAndRepeatsTheNearestResult) {
+  Random random(51);
+  for (const auto& [width, height] : kOddSizes) {
+    TestImage image = random.gray(width, height);
+    const int32_t m = random.between(0, std::min((width - 1) / 2, 9));
+    const int32_t n = random.between(0, std::min((height - 1) / 2, 9));
+    const auto threshold = static_cast<uint32_t>((2 * m + 1) * (2 * n + 1) * random.between(100, 150));
+    TestImage expected(width, height);
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) {
+        const int32_t cx = std::clamp(x, m, width - 1 - m);
+        const int32_t cy = std::clamp(y, n, height - 1 - n);
+        const int32_t sum = sum_of(image, cx - m, cx + m, cy - n, cy + n);
+        expected.at(x, y) = static_cast<uint32_t>(sum) > threshold ? 255 : 0;
+      }
+    }
+    TestImage result(width, height, 7);
+    EXPECT_TRUE(NuvBinImgFilter(image.data(), width, height, m, n, threshold, result.data()));
+    EXPECT_EQ(result, expected);
+  }
+}
+
+TEST(BinImgFilter, LeavesTheResultAloneWhereNoWindowFits) {
+  TestImage image(8, 4, 255);
+  for (const auto& [m, n] : {std::pair{4, 1}, {1, 2}, {-1, 1}, {1, -1}, {INT32_MAX, 0}}) {
+    TestImage result(8, 4, 7);
+    NuvBinImgFilter(image.data(), 8, 4, m, n, 0, result.data());
+    EXPECT_EQ(result, TestImage(8, 4, 7)) << m << ' ' << n;
+  }
+}
+
+TEST(BinImgRemoveMskAndFilter, ShrinksItsWindowAtTheSides) {
+  Random random(52);
+  const auto complement = [](uint8_t mask) { return static_cast<uint8_t>(~mask); };
+  const auto table = [](uint8_t mask) { return static_cast<uint8_t>(mask <= 128 ? 255 : 0); };
+  for (const auto& [w, h] : kOddSizes) {
+    const int32_t width = w;
+    const int32_t height = h;
+    TestImage image = random.gray(width, height);
+    TestImage mask = random.gray(width, height);
+    const int32_t m = random.between(0, 9);
+    const int32_t n = random.between(0, 9);
+    const int32_t threshold = random.between(40, 90);
+    const auto expected = [&](auto value_of) {
+      TestImage kept(width, height);
+      for (std::size_t i = 0; i < kept.pixels.size(); ++i) {
+        kept.pixels[i] = value_of(mask.pixels[i]) & image.pixels[i];
+      }
+      TestImage result(width, height);
+      for (int32_t y = 0; y < height; ++y) {
+        for (int32_t x = 0; x < width; ++x) {
+          const int32_t rx = std::min({x, m, width - 1 - x});
+          const int32_t ry = std::min({y, n, height - 1 - y});
+          const int32_t level = x == width - 1 ? 126 : threshold;
+          const bool above =
+              sum_of(kept, x - rx, x + rx, y - ry, y + ry) > (2 * rx + 1) * (2 * ry + 1) * level;
+          result.at(x, y) = above ? 255 : 0;
+        }
+      }
+      return result;
+    };
+    TestImage result(width, height, 7);
+    EXPECT_TRUE(NuvBinImgRemoveMskAndFilter(image.data(), mask.data(), width, height, m, n, threshold,
+                                            result.data()));
+    EXPECT_EQ(result, expected(complement));
+    EXPECT_TRUE(NuvBinImgRemoveMskAndFilterUseLUT(image.data(), mask.data(), width, height, m, n, threshold,
+                                                  result.data()));
+    EXPECT_EQ(result, expected(table));
+  }
+}
+
+TEST(BinImgRemoveMskAndFilter, RefusesWidthsBeyondItsLimit) {
+  for (const auto& [width, accepted] : {std::pair{4095, true}, {4096, false}}) {
+    TestImage image(width, 1, 255);
+    TestImage mask(width, 1, 0);
+    TestImage result(width, 1, 7);
+    EXPECT_EQ(NuvBinImgRemoveMskAndFilter(image.data(), mask.data(), width, 1, 3, 0, 100, result.data()),
+              accepted);
+    EXPECT_EQ(result.at(0, 0), accepted ? 255 : 7);
+  }
+}
+
+}  // namespace
