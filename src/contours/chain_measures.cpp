@@ -1,7 +1,6 @@
 // What a chain measures: areas, perimeters, centre, boxes, points, and how well it fits a bar.
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -41,21 +40,19 @@ constexpr AreaOfTurn kAreaOfTurn[8][8] = {
     {kPlusY1, kPlusY1, kPlusY1, kPlus1, kNothing, kNothing, kNothing, kPlusY1},
 };
 
-// Bounds that grow with the points shown to them.
-struct Bounds {
-  int32_t x1;
-  int32_t x2;
-  int32_t y1;
-  int32_t y2;
-
-  explicit Bounds(Point p) : x1(p.x), x2(p.x), y1(p.y), y2(p.y) {}
-  void add(Point p) {
-    x1 = std::min(x1, p.x);
-    x2 = std::max(x2, p.x);
-    y1 = std::min(y1, p.y);
-    y2 = std::max(y2, p.y);
+// Positive for the contour of an object, negative for that of a hole.
+int32_t enclosed_area(const uint8_t* codes, int32_t n) {
+  const Chain chain{{0, 0}, codes, n};
+  int32_t y = 0;
+  int32_t area = 0;
+  for (int32_t i = 0; i < n; ++i) {
+    const int code = direction_of(codes[i]);
+    const AreaOfTurn turn = kAreaOfTurn[chain.previous(i)][code];
+    area += turn.per_y * y + turn.constant;
+    y += kDy[code];
   }
-};
+  return area;
+}
 
 }  // namespace
 }  // namespace nuv
@@ -63,17 +60,12 @@ struct Bounds {
 using namespace nuv;
 
 void NuvRealAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter) {
-  const Chain chain{{0, 0}, pChainCode, N};
-  int32_t y = 0;
-  int32_t area = 0;
-  for (int32_t i = 0; i < N; ++i) {
-    const int code = direction_of(pChainCode[i]);
-    const AreaOfTurn turn = kAreaOfTurn[chain.previous(i)][code];
-    area += turn.per_y * y + turn.constant;
-    y += kDy[code];
-  }
-  *pArea = std::abs(area);
+  *pArea = std::abs(enclosed_area(pChainCode, N));
   *pPerimeter = perimeter_of(pChainCode, N);
+}
+
+int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N) {
+  return std::abs(enclosed_area(pChainCode, N));
 }
 
 void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter) {
@@ -107,12 +99,12 @@ void NuvContourCenter(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int3
 
 void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX1, int32_t* pX2,
                     int32_t* pY1, int32_t* pY2) {
-  Bounds bounds({x, y});
+  Region bounds = Region::of({x, y});
   Point p{x, y};
   for (int32_t i = 0; i + 1 < N; ++i) {
     p = stepped(p, pChainCode[i]);
     // The extremes of a contour fall on its turns.
-    if (pChainCode[i] != pChainCode[i + 1]) bounds.add(p);
+    if (pChainCode[i] != pChainCode[i + 1]) bounds.take_in(p);
   }
   *pX1 = bounds.x1;
   *pX2 = bounds.x2;
@@ -126,8 +118,8 @@ void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N,
   const int32_t c = truncated(std::cos(turn) * 1024);
   const int32_t s = truncated(std::sin(turn) * 1024);
   const auto turned = [c, s](Point p) { return Point{(c * p.x - s * p.y) >> 10, (s * p.x + c * p.y) >> 10}; };
-  Bounds bounds(turned({x, y}));
-  walk_positions({{x, y}, pChainCode, N}, [&](Point p) { bounds.add(turned(p)); });
+  Region bounds = Region::of(turned({x, y}));
+  walk_positions({{x, y}, pChainCode, N}, [&](Point p) { bounds.take_in(turned(p)); });
   *pX1 = bounds.x1;
   *pX2 = bounds.x2;
   *pY1 = bounds.y1;

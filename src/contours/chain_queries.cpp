@@ -1,27 +1,9 @@
 // What a chain can be asked: pixels under it, points on it and in it, lines across it.
 
 #include "contours/chain.h"
+#include "contours/crossings.h"
 #include "frame/views.h"
 #include "nuv/contours.h"
-
-namespace nuv {
-namespace {
-
-// What the walk through a position adds to the crossings of the row at the right of a point, by whether the
-// code before leads up (0 to 3) or down (4 to 7).
-constexpr int8_t kCrossing[2][8] = {
-    {0, 1, 1, 1, 1, 0, 0, 0},
-    {-1, 0, 0, 0, 0, -1, -1, -1},
-};
-
-// What it adds besides where the position is the point itself, so that the pixels of a contour are inside.
-constexpr int8_t kOnPoint[8][8] = {
-    {0, 0, 0, 0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 1, 0, 0}, {0, 0, 0, 0, 0, 1, 1, 0}, {0, 0, 0, 0, 0, 1, 1, 1},
-    {1, 0, 0, 0, 0, 1, 1, 1}, {1, 1, 0, 0, 0, 1, 1, 1}, {1, 1, 1, 0, 0, 1, 1, 1}, {1, 1, 1, 1, 0, 1, 1, 1},
-};
-
-}  // namespace
-}  // namespace nuv
 
 using namespace nuv;
 

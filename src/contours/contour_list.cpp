@@ -11,8 +11,6 @@
 namespace nuv {
 namespace {
 
-enum Mode : int32_t { kOuterOnly = 1, kInnerOnly = 2 };
-
 // A node that owns a copy of the chain, or null if there is no memory for both.
 NUV_CONTOUR_STRUCT* new_contour(const uint8_t* codes, int32_t n) {
   Buffer<uint8_t> chain = allocate<uint8_t>(static_cast<std::size_t>(n));
@@ -56,9 +54,10 @@ NUV_CONTOUR_STRUCT* NuvGetContours(uint8_t* pBinImg, uint8_t* pChainCode, int32_
     tail = &contour->pNext;
   };
 
+  if (image.empty()) return nullptr;
   clear_sides(image);
   for (int32_t y = 1; y < height - 1; ++y) scan_row_for_contours(image, y, 1, width - 1, collect);
-  if (!image.empty()) restore_binary(image, image.whole());
+  restore_binary(image, image.whole());
   return head;
 }
 
