@@ -27,6 +27,7 @@ void draw_between(const Pen& pen, Point p1, Point p2) {
 template <class Pen>
 void draw_kb_line(const Pen& pen, int32_t is_vertical, double k, double b) {
   const auto& image = pen.image;
+  if (image.empty()) return;
   const auto along = [=](int32_t major) { return truncated(major * k + b + 0.5); };
   const auto put = [&pen](int32_t x, int32_t y) { pen.put(x, y); };
   if (is_vertical == 0) {
@@ -126,6 +127,7 @@ void NuvDrawABCLineByInc(uint8_t* pGryImg, int32_t width, int32_t height, double
 void NuvDrawHoughLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t thro, int32_t theta,
                       uint8_t color) {
   const GrayPen pen(pGryImg, width, height, color);
+  if (pen.image.empty()) return;
   const double cosine = std::cos(radians(theta));
   const double sine = std::sin(radians(theta));
   const auto put = [&pen](int32_t x, int32_t y) { pen.put(x, y); };

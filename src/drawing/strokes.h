@@ -1,0 +1,43 @@
+// Strokes along one column or one row, cut to the image, and the cross that two of them make.
+
+#ifndef NUV_DRAWING_STROKES_H
+#define NUV_DRAWING_STROKES_H
+
+#include <algorithm>
+#include <cstdint>
+
+#include "frame/views.h"
+
+namespace nuv {
+
+template <class Pen>
+void stroke_column(const Pen& pen, int32_t x, int32_t y1, int32_t y2) {
+  if (pen.image.empty() || x < 0 || x >= pen.image.width) return;
+  const int32_t last = std::min(y2, pen.image.height - 1);
+  for (int32_t y = std::max(y1, 0); y <= last; ++y) pen.put(x, y);
+}
+
+template <class Pen>
+void stroke_row(const Pen& pen, int32_t y, int32_t x1, int32_t x2) {
+  if (pen.image.empty() || y < 0 || y >= pen.image.height) return;
+  const int32_t last = std::min(x2, pen.image.width - 1);
+  for (int32_t x = std::max(x1, 0); x <= last; ++x) pen.put(x, y);
+}
+
+// A column and a row, each over its extent in arms.
+template <class Pen>
+void draw_cross(const Pen& pen, int32_t column, int32_t row, Region arms) {
+  stroke_column(pen, column, arms.y1, arms.y2);
+  stroke_row(pen, row, arms.x1, arms.x2);
+}
+
+// What arms of that length round a point cover, off the two outer lines of the image.
+template <int Channels>
+Region arms_off_border(Image<Channels> image, int32_t x, int32_t y, int32_t size) {
+  return {std::max(2, x - size), std::min(image.width - 3, x + size), std::max(2, y - size),
+          std::min(image.height - 3, y + size)};
+}
+
+}  // namespace nuv
+
+#endif
