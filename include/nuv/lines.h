@@ -1,5 +1,5 @@
 /// @file
-/// Lines: their forms and plane geometry, fitting, and the chain-line detector.
+/// Lines: their forms and plane geometry, fitting, the chain-line and Hough detectors, key points.
 ///
 /// Coordinates are image coordinates: x grows to the right, y grows down. A line travels in one of four
 /// forms:
@@ -313,11 +313,10 @@ NUV_API bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork,
 ///
 /// @param width, height    the largest image to come, by its number of pixels
 /// @param minStraightness  least ratio of chord to path of a straight stretch, below 1; 0.9 allows slight
-/// bends.
-///                         It also sets how much of each end a fit leaves out: a share of (1 - it)/2
+///                         bends. It also sets how much of each end a fit leaves out: a share of (1 - it)/2
 /// @param maxDeviation     greatest mean distance of the path from its chord, in pixels; 1 is typical
-/// @param minLength        least length of a chain, in codes, and of a stretch while it is followed, in pixels
-///                         of path; at least 6. A stretch at the end of its chain gives up one code
+/// @param minLength        least length of a chain, in codes, and of a stretch while it is followed, in
+///                         pixels of path; at least 6. A stretch at the end of its chain gives up one code
 /// @param grdThreshold     least gray-level step of an edge, at least 1
 /// @param maxLines         capacity, of lines and of stretches per chain; what is beyond it is dropped
 /// @return false if memory is missing, or none was ever asked for
@@ -346,8 +345,8 @@ NUV_API int32_t NuvImgChainLines_DoGryImg(uint8_t* pGryImg, int32_t width, int32
 NUV_API bool NuvImgChainLines_GetNxtCodeLine(int32_t** ppX, int32_t** ppY, int32_t* pN);
 
 /// The fitted segments, as many as the detection returned, inside the detector and good for as long as the
-/// points of NuvImgChainLines_GetNxtCodeLine; null if the last call for a detection, refused or not, asked for
-/// no fit.
+/// points of NuvImgChainLines_GetNxtCodeLine; null if the last call for a detection, refused or not, asked
+/// for no fit.
 NUV_API TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines();
 
 /// Shows the last detection in six panels of width*height bytes, one behind the other.
@@ -358,11 +357,101 @@ NUV_API TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines();
 ///
 /// The points of lines already fetched by NuvImgChainLines_GetNxtCodeLine are missing from panel 2 and what
 /// comes from it; fetching starts over afterwards. width and height are those of the last call for a
-/// detection. Panel 1 is computed anew, with the settings of now; it is 0 for an image that the detector has no
-/// memory for. Before any detection nothing is written.
+/// detection. Panel 1 is computed anew, with the settings of now; it is 0 for an image that the detector has
+/// no memory for. Before any detection nothing is written.
 ///
 /// @param pResImg  receives 6*width*height bytes
 /// @return the number of lines
 NUV_API int32_t NuvImgChainLines_Debug(uint8_t* pResImg);
+
+// ---- The Hough detector ----------------------------------------------------------------------------------
+//
+// Straight lines in a set of points, by votes in an accumulator with one row per Theta, in steps of a degree,
+// and one cell per Thro, in steps of a pixel, measured from the centre of the points' bounding box. A point
+// votes 2 for its cell and 1 for each of the two beside it in the row; cosines and sines are scaled by 1024
+// and truncated, and the Thro of a point is rounded down. The strongest cell is the line, the lowest Theta
+// and then the lowest Thro of equals, if its count is 3 or more; its strength is half of the count, for a
+// clean line the number of its points.
+//
+// Lines come in ABC form, as of NuvThroTheta2ABC, and in Hough form, as NuvABC2ThroTheta has it of that: its
+// Theta can differ by a degree from that of the votes.
+//
+// This is one global object: one thread at a time. All memory is allocated in NuvHoughLines_Initialize.
+//
+// @see R. O. Duda and P. E. Hart, Use of the Hough transformation to detect lines and curves in pictures,
+//      1972
+
+/// Sizes the detector for points in an image of width by height; memory never shrinks, and grows with the
+/// area: after 100 by 100, 1 by 1500 changes nothing, and points 1500 apart are refused. The lines found so
+/// far are forgotten.
+///
+/// @return false without memory
+NUV_API bool NuvHoughLines_Initialize(int32_t width, int32_t height);
+
+/// The strongest line of points with a Theta from Theta1 up to, but not including, Theta2.
+///
+/// @param pX, pY          N points, also outside the image. They are moved while the call runs and moved
+///                        back; if the detector is too small for them they stay moved by the centre of their
+///                        bounding box
+/// @param Theta1, Theta2  degrees; those outside 0..180 get no votes
+/// @param pA .. pTheta    receive the line; left alone if there is none
+/// @return the strength; 0 for no line, for N below 2, or if the detector is too small. In all of these the
+///         lines found before are forgotten
+NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, int32_t Theta1, int32_t Theta2,
+                                 double* pA, double* pB, double* pC, int32_t* pThro, int32_t* pTheta);
+
+/// The same for the Thetas that a mask enables, but for the highest of them.
+///
+/// @param pThetaMask  181 entries, true where the Theta is enabled; with none there is no line
+/// @note With N below 2 the lines found before stay, for NuvHoughLines_GetNextLine.
+NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, bool* pThetaMask, double* pA,
+                                 double* pB, double* pC, int32_t* pThro, int32_t* pTheta);
+
+/// The same for points that know their Theta: each votes from pPointTheta - dTheta to pPointTheta + dTheta,
+/// both included, within 0 to 179.
+///
+/// @param pPointMask  N entries, true where the point is left out. Point 0 counts for the bounding box and
+///                    the range of Thetas all the same
+NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t* pPointTheta, bool* pPointMask, int32_t N,
+                                 int32_t dTheta, double* pA, double* pB, double* pC, int32_t* pThro,
+                                 int32_t* pTheta);
+
+/// The strongest line beside those found since the last transform: cells nearer than dThro in Thro and nearer
+/// than dTheta in Theta to one of theirs are left out. Votes stay, and Theta 0 and 179 are not neighbours.
+///
+/// @param pA .. pTheta  receive the line, or zeros if there is none
+/// @return the strength, 0 for no line. After a transform without a line, or 1024 lines, it is 0 and the
+///         outputs are left alone
+NUV_API int32_t NuvHoughLines_GetNextLine(int32_t dThro, int32_t dTheta, double* pA, double* pB, double* pC,
+                                          int32_t* pThro, int32_t* pTheta);
+
+/// Draws the line found last, by NuvDrawABCLineByColor; nothing before any line.
+NUV_API void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t height, int32_t color);
+
+// ---- Key points ------------------------------------------------------------------------------------------
+
+/// The M points that keep the shape of a curve best, by splitting it again and again at the point farthest
+/// from a chord. Meant for curves that run from top to bottom; the time grows with the square of N.
+///
+/// First and last point by y are the first two. Then the stretch whose farthest inner point lies farthest
+/// from the chord of its ends is split there, the first of equals; a stretch without inner points stands at
+/// distance 0 with its end for a point, so that straight runs can give a point twice.
+///
+/// @param pX, pY          N points; changed: sorted by y, by exchanges
+/// @param pKeyX, pKeyY    receive M points, sorted by y likewise; N if there are not more
+/// @return the number of points written: M, or N if M is greater; 0 for M below 1, and without memory
+/// @see U. Ramer, An iterative procedure for the polygonal approximation of plane curves, 1972;
+///      D. H. Douglas and T. K. Peucker, Algorithms for the reduction of the number of points, 1973
+NUV_API int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M, int32_t* pKeyX,
+                                 int32_t* pKeyY);
+
+/// The corners of a quadrilateral: the two points of a contour that lie farthest apart, and between them the
+/// point farthest from their line on each side, in the order of the contour. Of equals the first. A side
+/// without points gives the point halfway along the contour. The time grows with the square of N.
+///
+/// @param pX, pY          N points of a contour, in order
+/// @param pPolyX, pPolyY  receive 4 corners
+/// @return false, with nothing written, if all points are one
+NUV_API bool NuvContour2Poly4(int32_t* pX, int32_t* pY, int32_t N, int32_t* pPolyX, int32_t* pPolyY);
 
 #endif

@@ -12,7 +12,6 @@
 #include <cstring>
 
 #include "contours/trace.h"
-#include "frame/arithmetic.h"
 #include "nuv/contours.h"
 #include "nuv/drawing.h"
 #include "nuv/edges.h"
@@ -198,13 +197,10 @@ void NuvImgChainLines::record_fitted(const Piece& piece) {
   for (int32_t drops = 0; drops <= trim && high > low && !is_near(high); ++drops) --high;
   runs_[static_cast<std::size_t>(n_lines_)] = {high - low + 1, point_cursor_ + low};
 
-  Region box{*x_at(low), *x_at(low), *y_at(low), *y_at(low)};
+  Region box = Region::of({*x_at(low), *y_at(low)});
   for (int32_t i = low; i <= high; ++i) {
     if (i == low + trim && i != high) continue;  // this one point takes no part in the box
-    box.x1 = std::min(box.x1, *x_at(i));
-    box.x2 = std::max(box.x2, *x_at(i));
-    box.y1 = std::min(box.y1, *y_at(i));
-    box.y2 = std::max(box.y2, *y_at(i));
+    box.take_in({*x_at(i), *y_at(i)});
   }
   NuvABCLine2KBLine(segment.A, segment.B, segment.C, &is_vertical, &k, &b);
   NuvKBLineBeginEndPoint(source_.width, source_.height, box.x1, box.x2, box.y1, box.y2, is_vertical, k, b,

@@ -43,7 +43,6 @@ class NuvImgChainLines {
   void find_edges(uint8_t* edges);
   void process_chain(Point start, int32_t n);
   bool is_spent(const Piece& piece) const;
-  void record(const Piece& piece, int32_t n);
   void record_fitted(const Piece& piece);
   void mark(Point start, uint8_t* codes, int32_t n);
   int32_t* x_at(int32_t i) const { return point_x_.get() + point_cursor_ + i; }

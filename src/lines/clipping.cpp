@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "frame/arithmetic.h"
 #include "frame/line_walks.h"

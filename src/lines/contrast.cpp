@@ -1,7 +1,6 @@
 // The contrast between the two sides of a line.
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 #include "frame/arithmetic.h"
