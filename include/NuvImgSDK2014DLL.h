@@ -13,5 +13,6 @@
 #include "nuv/histogram.h"
 #include "nuv/lines.h"
 #include "nuv/records.h"
+#include "nuv/transforms.h"
 
 #endif

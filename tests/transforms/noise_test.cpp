@@ -1,0 +1,124 @@
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+#include "NuvImgSDK2014DLL.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::Each;
+using testing::Ge;
+using testing::Le;
+
+constexpr int32_t kCount = 200'000;
+
+enum Type : uint32_t { kGaussian, kUniform, kSaltAndPepper, kPoisson, kRician };
+
+// The host's own seed counts from the second call of a process on.
+void seed(unsigned value) {
+  Brindlemar2008AddNoise(nullptr, 0, 1.0, kGaussian);
+  std::srand(value);
+}
+
+// Bytes of one value, between two more that leave room for noise.
+std::vector<uint8_t> noisy(uint8_t value, double noise, uint32_t type, uint8_t low = 0, uint8_t high = 255) {
+  std::vector<uint8_t> bytes(kCount, value);
+  bytes.front() = low;
+  bytes.back() = high;
+  Brindlemar2008AddNoise(bytes.data(), kCount, noise, type);
+  return bytes;
+}
+
+struct Moments {
+  double mean = 0;
+  double deviation = 0;
+};
+
+Moments moments(const std::vector<uint8_t>& bytes) {
+  double sum = 0;
+  double squares = 0;
+  for (uint8_t v : bytes) {
+    sum += v;
+    squares += v * v;
+  }
+  const double n = static_cast<double>(bytes.size());
+  return {sum / n, std::sqrt(squares / n - sum / n * (sum / n))};
+}
+
+TEST(Noise, HasTheMomentsOfItsModel) {
+  seed(1);
+  const struct {
+    uint32_t type;
+    uint8_t value;
+    double noise;
+    double mean;  // values are truncated, which takes half a level
+    double deviation;
+  } models[] = {
+      {kGaussian, 128, 10, 127.5, 10},
+      {kGaussian, 128, -10, 127.5, 25.5},
+      {kUniform, 128, 60, 127.5, 60 / std::sqrt(3.0)},
+      {kSaltAndPepper, 128, 20, 0.8 * 128 + 0.2 * 127.5, std::sqrt(0.2) * 127.5},
+      {kPoisson, 30, 1, 30, std::sqrt(30.0)},
+      {kPoisson, 100, 7, 100, 10},
+      {kPoisson, 121, 1, 120.5, 11},
+      {kRician, 200, 10, 199.75, 10},
+      {kRician, 0, 40, 40 * std::sqrt(3.14159 / 2) - 0.5, 40 * std::sqrt(2 - 3.14159 / 2)},
+  };
+  for (const auto& model : models) {
+    const Moments found = moments(noisy(model.value, model.noise, model.type));
+    EXPECT_NEAR(found.mean, model.mean, 0.5) << &model - models;
+    // A Poisson count also ends at a sample of 0, which once in 300 counts of 100 makes it any smaller
+    // number.
+    EXPECT_NEAR(found.deviation, model.deviation, 0.08 * model.deviation) << &model - models;
+  }
+}
+
+TEST(Noise, StaysBetweenTheExtremesOfTheBuffer) {
+  seed(2);
+  for (const Type type : {kGaussian, kUniform, kSaltAndPepper, kRician}) {
+    EXPECT_THAT(noisy(55, 90, type, 50, 60), Each(AllOf(Ge(50), Le(60)))) << type;
+  }
+  // Samples reach both ends of their range, and nothing beyond.
+  std::vector<uint8_t> bytes = noisy(128, -100, kUniform);
+  EXPECT_THAT(bytes, testing::Contains(0));
+  EXPECT_THAT(bytes, testing::Contains(255));
+}
+
+TEST(Noise, SaltAndPepperOfAFlatBufferIsBlackAndWhite) {
+  seed(3);
+  std::vector<uint8_t> bytes(kCount, 100);
+  Brindlemar2008AddNoise(bytes.data(), kCount, 100, kSaltAndPepper);
+  int32_t spared = 0;
+  for (uint8_t v : bytes) spared += v != 0 && v != 255 ? 1 : 0;
+  EXPECT_LE(spared, 30);  // 6 are expected
+  EXPECT_NEAR(moments(bytes).mean, 127.5, 2);
+}
+
+TEST(Noise, PoissonWrapsAndKeepsBlack) {
+  seed(4);
+  EXPECT_THAT(std::vector<uint8_t>(noisy(0, 1, kPoisson, 0, 0)), Each(0));
+  EXPECT_THAT(noisy(250, 1, kPoisson), testing::Contains(Le(40)));
+  std::vector<uint8_t> flat(1000, 50);  // no range, so no strength, and still the model runs
+  Brindlemar2008AddNoise(flat.data(), 1000, -5, kPoisson);
+  EXPECT_THAT(flat, testing::Contains(testing::Ne(50)));
+}
+
+TEST(Noise, NoStrengthOrNoModelChangesNothing) {
+  for (const uint32_t type : {0U, 1U, 2U, 3U, 4U}) EXPECT_EQ(noisy(9, 0, type)[1], 9);
+  EXPECT_THAT(noisy(9, 50, 5, 9, 9), Each(9));
+  EXPECT_THAT(noisy(9, -50, kGaussian, 9, 9), Each(9));
+}
+
+TEST(Noise, FollowsTheHostsSeedAndGoesOnWithoutIt) {
+  seed(5);
+  const std::vector<uint8_t> first = noisy(128, 20, kGaussian);
+  EXPECT_NE(noisy(128, 20, kGaussian), first);
+  seed(5);
+  EXPECT_EQ(noisy(128, 20, kGaussian), first);
+}
+
+}  // namespace

@@ -1,0 +1,201 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+#include "NuvImgSDK2014DLL.h"
+#include "images.h"
+
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+
+// Every value once.
+TestImage all_values() {
+  TestImage image(256, 1);
+  std::iota(image.pixels.begin(), image.pixels.end(), uint8_t{0});
+  return image;
+}
+
+TEST(PixelValues, FollowTheirRules) {
+  const TestImage all = all_values();
+  TestImage inverted = all;
+  TestImage odd = all;
+  TestImage unmarked = all;
+  TestImage selected = all;
+  NuvInvertGryValue(inverted.data(), 256, 1);
+  NuvSetOddPixelsTo255(odd.data(), 256, 1);
+  NuvChange0and250PlusPixels(unmarked.data(), 256, 1);
+  NuvSetPixelsTo255(selected.data(), 256, 3, 250, 0, 0, 77);
+  for (int32_t v = 0; v < 256; ++v) {
+    EXPECT_EQ(inverted.at(v, 0), 255 - v);
+    EXPECT_EQ(odd.at(v, 0), v % 2 == 1 ? 255 : v);
+    EXPECT_EQ(unmarked.at(v, 0), std::clamp(v, 1, 250));
+    EXPECT_EQ(selected.at(v, 0), v < 3 || v > 250 ? v : v == 77 ? 255 : 0);
+  }
+}
+
+TEST(Normalize, ReachesMeanAndDeviation) {
+  TestImage image(8, 8, 100);
+  for (int32_t i = 0; i < 32; ++i)
+    image.pixels[static_cast<std::size_t>(2 * i)] = 120;  // mean 110, deviation 10
+  NuvGryImgNormalize(image.data(), 8, 8, 60, 25);
+  EXPECT_EQ(image.at(0, 0), 85);
+  EXPECT_EQ(image.at(1, 0), 35);
+  TestImage flat(5, 5, 9);
+  NuvGryImgNormalize(flat.data(), 5, 5, 300, 10);
+  EXPECT_THAT(flat.pixels, Each(255));
+}
+
+TEST(SixteenLevels, CutsTheTenths) {
+  TestImage image = all_values();
+  NuvGryImg4Bit(image.data(), 256, 1);  // 26 pixels are more than a tenth: from 25 to 230
+  for (int32_t v = 0; v < 256; ++v) {
+    ASSERT_EQ(image.at(v, 0), v < 25 ? 0 : v > 230 ? 15 : (v - 25) * 15 / 205) << v;
+  }
+  TestImage flat(5, 5, 99);
+  NuvGryImg4Bit(flat.data(), 5, 5);
+  EXPECT_THAT(flat.pixels, Each(0));
+}
+
+TEST(Gains, OfRowsRiseAndOfColumnsAreSymmetric) {
+  TestImage rows(3, 100, 100);
+  NuvCorrectPixelsGryValueByRow(rows.data(), 3, 100, 2.0);
+  EXPECT_EQ(rows.at(1, 0), 0);
+  EXPECT_EQ(rows.at(1, 50), 100);
+  EXPECT_EQ(rows.at(1, 99), 198);
+  TestImage columns(100, 3, 100);
+  NuvCorrectPixelsGryValueByCol(columns.data(), 100, 3, 2.0);
+  for (int32_t x = 0; x < 100; ++x) {
+    ASSERT_EQ(columns.at(x, 2), static_cast<int>(100 * (std::abs(x - 50) * (2.0 / 100) + 1))) << x;
+  }
+  Random random(411);
+  const TestImage image = random.gray(70, 30);
+  TestImage same = image;
+  NuvCorrectPixelsGryValueByRow(same.data(), 70, 30, 1.0);
+  NuvCorrectPixelsGryValueByCol(same.data(), 70, 30, 1.0);
+  EXPECT_EQ(same, image);
+  for (const double ratio : {0.0, -1e300, 1e300, std::numeric_limits<double>::quiet_NaN()}) {
+    NuvCorrectPixelsGryValueByRow(same.data(), 70, 30, ratio);
+    NuvCorrectPixelsGryValueByCol(same.data(), 70, 30, ratio);
+  }
+}
+
+TEST(Light, BringsLinesToTheirMean) {
+  TestImage rows = draw({"22", "66", ".."});
+  TestImage columns = draw({"26.", "26."});
+  EXPECT_EQ(NuvLightCorretPerRow(rows.data(), 2, 3), 16 / 3 / 2);
+  EXPECT_EQ(NuvLightCorretPerCol(columns.data(), 3, 2), 16 / 3 / 2);
+  EXPECT_THAT(rows.pixels, ElementsAre(2, 2, 2, 2, 0, 0));  // gains 1280 and 426
+  EXPECT_THAT(columns.pixels, ElementsAre(2, 2, 0, 2, 2, 0));
+  TestImage flat(4096, 2, 255);
+  EXPECT_EQ(NuvLightCorretPerCol(flat.data(), 4096, 2), 255);
+  EXPECT_THAT(flat.pixels, Each(250));
+  TestImage large(2, 4097, 255);
+  EXPECT_EQ(NuvLightCorretPerRow(large.data(), 2, 4097), 0);
+  EXPECT_THAT(large.pixels, Each(255));
+}
+
+TEST(RectangleStatistics, MeanRangeAndBox) {
+  TestImage image = draw({"12345", "67899", "....."});
+  EXPECT_EQ(NuvGryRectAvr(image.data(), 5, 3, 1, 3, 0, 1), (2 + 3 + 4 + 7 + 8 + 9) / 6);
+  EXPECT_EQ(NuvGryRectAvr(image.data(), 5, 3, 3, 1, 0, 1), 0);
+  const auto range = [&](double ratio) {
+    std::pair<int32_t, int32_t> limits;
+    NuvGryMinMaxInRect(image.data(), 5, 0, 4, 0, 1, ratio, &limits.first, &limits.second);
+    return limits;
+  };
+  EXPECT_EQ(range(0), std::pair(1, 9));
+  EXPECT_EQ(range(0.2), std::pair(3, 8));
+  EXPECT_EQ(range(1), std::pair(256, 0));
+  int32_t xs[] = {4, -7, 9};
+  int32_t ys[] = {1, 1, -3};
+  int32_t box[4];
+  NuvPointsRect(xs, ys, 3, &box[0], &box[1], &box[2], &box[3]);
+  EXPECT_THAT(box, ElementsAre(-7, 9, -3, 1));
+  NuvPointsRect(xs, ys, 0, &box[0], &box[1], &box[2], &box[3]);
+  EXPECT_THAT(box, ElementsAre(4, 4, 1, 1));
+}
+
+TEST(Paste, LeavesOutWhatFallsOutside) {
+  Random random(412);
+  constexpr int32_t kEnd = std::numeric_limits<int32_t>::max();
+  const int32_t places[] = {0, 3, -2, 9, 12, -7, kEnd, -kEnd - 1};
+  TestImage gray = random.gray(7, 5);
+  std::vector<uint8_t> rgb(3 * gray.pixels.size());
+  NuvGry2RGBImg(gray.data(), gray.data(), gray.data(), 7, 5, rgb.data());
+  for (const int32_t x : places) {
+    for (const int32_t y : places) {
+      TestImage result(12, 8, 99);
+      TestImage of_gray(36, 8, 99);
+      TestImage of_rgb(36, 8, 99);
+      NuvPasteGryImg2ResImg(gray.data(), 7, 5, result.data(), 12, 8, x, y);
+      NuvPasteGryImg2RGBImg(gray.data(), 7, 5, of_gray.data(), 12, 8, x, y);
+      NuvPasteRGBImg2ResImg(rgb.data(), 7, 5, of_rgb.data(), 12, 8, x, y);
+      EXPECT_EQ(of_gray, of_rgb);
+      for (int32_t r = 0; r < 8; ++r) {
+        for (int32_t c = 0; c < 12; ++c) {
+          const int64_t dx = int64_t{c} - x;
+          const int64_t dy = int64_t{r} - y;
+          const bool pasted = dx >= 0 && dx < 7 && dy >= 0 && dy < 5;
+          ASSERT_EQ(result.at(c, r),
+                    pasted ? gray.at(static_cast<int32_t>(dx), static_cast<int32_t>(dy)) : 99);
+          ASSERT_EQ(of_rgb.at(3 * c + 1, r), result.at(c, r));
+        }
+      }
+    }
+  }
+}
+
+TEST(BrightestWindow, EqualsThePlainSearch) {
+  Random random(413);
+  for (int round = 0; round < 200; ++round) {
+    TestImage image = random.gray(random.between(1, 20), random.between(1, 20));
+    for (uint8_t& p : image.pixels) p = static_cast<uint8_t>(p / 86);  // so that many windows are equal
+    const int32_t m = random.between(1, image.width);
+    const int32_t n = random.between(1, image.height);
+    int32_t best = 0;
+    std::pair<int32_t, int32_t> place(image.width / 2, image.height / 2);
+    for (int32_t y = 0; y < image.height - n; ++y) {
+      for (int32_t x = 0; x < std::max(image.width - m, 1); ++x) {
+        int32_t sum = 0;
+        for (int32_t i = 0; i < m * n; ++i) sum += image.at(x + i % m, y + i / m);
+        if (sum > best) {
+          best = sum;
+          place = {m / 2 + x, n / 2 + y};
+        }
+      }
+    }
+    std::pair<int32_t, int32_t> found;
+    ASSERT_EQ(NuvMaxBrightRect(image.data(), image.width, image.height, m, n, &found.first, &found.second),
+              static_cast<double>(best) / (m * n));
+    ASSERT_EQ(found, place);
+  }
+  TestImage image(9, 7, 5);
+  int32_t x = 0;
+  int32_t y = 0;
+  for (const auto& [m, n] : {std::pair(10, 1), {1, 8}, {0, 3}, {3, -1}}) {
+    EXPECT_EQ(NuvMaxBrightRect(image.data(), 9, 7, m, n, &x, &y), 0.0);
+    EXPECT_EQ(std::pair(x, y), std::pair(4, 3));
+  }
+}
+
+TEST(EstimateStdev, IsTheMedianOfTheWindows) {
+  TestImage image(64, 64);
+  for (int32_t i = 0; i < 64 * 64; ++i) image.at(i % 64, i / 64) = (i + i / 64) % 2 == 0 ? 90 : 110;
+  TestImage mask(64, 64, 1);
+  const auto of = [&](int32_t m, int32_t n) {
+    return NuvEstimateImgStdev(image.data(), mask.data(), 64, 64, m, n);
+  };
+  EXPECT_EQ(of(8, 8), 10);
+  EXPECT_EQ(of(1, 1), 10);
+  EXPECT_EQ(of(0, 8), 0);
+  EXPECT_EQ(of(std::numeric_limits<int32_t>::max(), 2), 0);  // too few pixels under the mask
+  mask = TestImage(64, 64);
+  EXPECT_EQ(of(8, 8), 0);
+}
+
+}  // namespace
