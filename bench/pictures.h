@@ -1,7 +1,7 @@
 // What the benchmarks work on, and how a row stands beside its peer.
 //
-// A row is named after the export, and after the slash who does the work: "nuv" is the library, "opencv" a peer
-// on the same picture, "copy" the memory's own speed for the same bytes, "plain" the naive form.
+// A row is named after the export, and after the slash who does the work: "nuv" is the library, "opencv" a
+// peer on the same picture, "copy" the memory's own speed for the same bytes, "plain" the naive form.
 
 #ifndef NUV_BENCH_PICTURES_H
 #define NUV_BENCH_PICTURES_H
@@ -16,8 +16,8 @@
 #include <opencv2/imgproc.hpp>
 #endif
 
-// One side of a row. make_work() sets the picture up and returns what is measured, a function to be called over
-// and over.
+// One side of a row. make_work() sets the picture up and returns what is measured, a function to be called
+// over and over.
 struct Row {
   template <class MakeWork>
   Row(const char* name, MakeWork make_work) {

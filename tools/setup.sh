@@ -19,7 +19,8 @@ need_packages() {
 build_packages=(g++ cmake ninja-build libcli11-dev)
 test_packages=(libgtest-dev libgmock-dev binutils pkgconf)
 style_packages=(clang clang-format clang-tidy)
-bench_packages=(libbenchmark-dev libopencv-dev)
+bench_packages=(libbenchmark-dev libopencv-dev libyuv-dev)
+font_packages=(unifont)
 
 # build PRESET [TARGET...]: configures and builds, saying little unless it fails.
 build() {

@@ -1,0 +1,126 @@
+#include <algorithm>
+
+#include "NuvImgSDK2014DLL.h"
+#include "pictures.h"
+
+namespace {
+
+constexpr std::size_t kPixels = 1280 * 960;
+
+BenchPicture inverted_picture() {
+  BenchPicture picture = gray_picture();
+  NuvInvertGryValue(picture.data(), picture.width, picture.height);
+  return picture;
+}
+
+const Row integral("NuvDoSumGryImg/nuv", [] {
+  return [picture = gray_picture(), sums = std::vector<int32_t>(kPixels)]() mutable {
+    NuvDoSumGryImg(picture.data(), picture.width, picture.height, sums.data());
+  };
+});
+
+const Row difference("NuvDifferenceImg12/nuv", [] {
+  return [a = gray_picture(), b = inverted_picture(), result = gray_picture()]() mutable {
+    NuvDifferenceImg12(a.data(), b.data(), a.width, a.height, false, result.data());
+  };
+});
+
+const Row subtract("NuvImg1SubstractImg2/nuv", [] {
+  return [a = gray_picture(), b = inverted_picture(), result = gray_picture()]() mutable {
+    NuvImg1SubstractImg2(a.data(), b.data(), a.width, a.height, false, result.data());
+  };
+});
+
+const Row either("NuvImg1OrImg2ToRes/nuv", [] {
+  return [a = gray_picture(), b = inverted_picture(), result = gray_picture()]() mutable {
+    NuvImg1OrImg2ToRes(a.data(), b.data(), static_cast<int32_t>(kPixels), result.data());
+  };
+});
+
+const Row most("NuvRemainMaxGry/nuv", [] {
+  return [frame = gray_picture(), kept = inverted_picture()]() mutable {
+    NuvRemainMaxGry(frame.data(), frame.width, frame.height, false, kept.data());
+  };
+});
+
+const Row invert("NuvInvertGryValue/nuv", [] {
+  return [picture = gray_picture(), result = gray_picture()]() mutable {
+    NuvInvertGryValue(picture.data(), picture.width, picture.height, result.data());
+  };
+});
+
+// Two bytes read and one written are half as much again as a copy of the picture moves.
+const Row difference_copy("NuvDifferenceImg12/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
+const Row subtract_copy("NuvImg1SubstractImg2/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
+const Row either_copy("NuvImg1OrImg2ToRes/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
+const Row most_copy("NuvRemainMaxGry/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
+const Row invert_copy("NuvInvertGryValue/copy", [] { return copy_of_bytes(kPixels); });
+
+const Row brightest("NuvMaxBrightRect/nuv", [] {
+  return [picture = gray_picture()]() mutable {
+    int32_t x = 0;
+    int32_t y = 0;
+    benchmark::DoNotOptimize(NuvMaxBrightRect(picture.data(), picture.width, picture.height, 64, 64, &x, &y));
+  };
+});
+
+// The window slides along each row of places, and begins anew in the next one.
+const Row brightest_plain("NuvMaxBrightRect/plain", [] {
+  return [picture = gray_picture()]() mutable {
+    constexpr int32_t kSize = 64;
+    const auto column_of = [&](int32_t x, int32_t y) {
+      int32_t sum = 0;
+      for (int32_t i = 0; i < kSize; ++i) sum += picture.data()[(y + i) * picture.width + x];
+      return sum;
+    };
+    int32_t best = 0;
+    for (int32_t y = 0; y < picture.height - kSize; ++y) {
+      int32_t sum = 0;
+      for (int32_t x = 0; x < kSize; ++x) sum += column_of(x, y);
+      best = std::max(best, sum);
+      for (int32_t x = 1; x < picture.width - kSize; ++x) {
+        sum += column_of(x - 1 + kSize, y) - column_of(x - 1, y);
+        best = std::max(best, sum);
+      }
+    }
+    benchmark::DoNotOptimize(best);
+  };
+});
+
+#if NUV_WITH_OPENCV
+const Row cv_integral("NuvDoSumGryImg/opencv", [] {
+  return
+      [picture = gray_picture(), sums = cv::Mat()]() mutable { cv::integral(picture.mat(), sums, CV_32S); };
+});
+
+const Row cv_difference("NuvDifferenceImg12/opencv", [] {
+  return [a = gray_picture(), b = inverted_picture(), result = cv::Mat()]() mutable {
+    cv::absdiff(a.mat(), b.mat(), result);
+  };
+});
+
+const Row cv_subtract("NuvImg1SubstractImg2/opencv", [] {
+  return [a = gray_picture(), b = inverted_picture(), result = cv::Mat()]() mutable {
+    cv::subtract(a.mat(), b.mat(), result);
+  };
+});
+
+const Row cv_either("NuvImg1OrImg2ToRes/opencv", [] {
+  return [a = gray_picture(), b = inverted_picture(), result = cv::Mat()]() mutable {
+    cv::bitwise_or(a.mat(), b.mat(), result);
+  };
+});
+
+const Row cv_most("NuvRemainMaxGry/opencv", [] {
+  return [frame = gray_picture(), kept = inverted_picture()]() mutable {
+    cv::Mat result = kept.mat();
+    cv::max(frame.mat(), result, result);
+  };
+});
+
+const Row cv_invert("NuvInvertGryValue/opencv", [] {
+  return [picture = gray_picture(), result = cv::Mat()]() mutable { cv::bitwise_not(picture.mat(), result); };
+});
+#endif
+
+}  // namespace
