@@ -1,7 +1,7 @@
 // Picks a gray threshold of a photograph and applies it.
 //
-// Four ways to a level, each from the histogram: Otsu's, a share of the pixels, the noise of a difference image,
-// and clusters of gray levels.
+// Four ways to a level, each from the histogram: Otsu's, a share of the pixels, the noise of a difference
+// image, and clusters of gray levels.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

@@ -23,7 +23,8 @@ std::string listed(const char* name, std::string arguments, Function* /*address*
   const std::pair<std::string, std::string> spellings[] = {{"uint8_t", "unsigned char"},
                                                            {"uint32_t", "unsigned int"},
                                                            {"int32_t", "int"},
-                                                           {"const char", "char const"}};
+                                                           {"const char", "char const"},
+                                                           {"const unsigned char", "unsigned char const"}};
   for (const auto& [from, to] : spellings) {
     for (std::size_t at = 0; (at = arguments.find(from, at)) != std::string::npos; at += to.size()) {
       arguments.replace(at, from.size(), to);

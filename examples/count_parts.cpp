@@ -1,0 +1,223 @@
+// Counts the parts in a photograph and measures each.
+//
+// Threshold, clean-up, contours: the road that most inspections take. Parts are what is brighter (or, with
+// --dark, darker) than the background; what is smaller than a part, or a hole smaller than a real one, goes.
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "NuvImgSDK2014DLL.h"
+#include "picture.h"
+
+namespace {
+
+struct Options {
+  std::string picture;
+  std::string result;
+  int32_t threshold = -1;  // Otsu's
+  bool dark = false;
+  int32_t background = 0;
+  int32_t smooth = 1;
+  int32_t min_area = 100;
+  int32_t min_hole = 100;
+  bool csv = false;
+};
+
+struct Part {
+  tagRECT box{};
+  int32_t x = 0;
+  int32_t y = 0;
+  int32_t area = 0;
+  int32_t perimeter = 0;
+  int32_t holes = 0;
+  const NUV_CONTOUR_STRUCT* contour = nullptr;
+};
+
+Picture blank_like(const Picture& gray) {
+  return {gray.width, gray.height, 1, std::vector<uint8_t>(gray.pixels.size())};
+}
+
+// Evens out light that changes across the picture: what a pixel has more than the mean of its surroundings,
+// from a middle gray on.
+Picture flattened(Picture& gray, int32_t half_size) {
+  Picture mean = blank_like(gray);
+  NuvGryAverageFilter(gray.pixels.data(), gray.width, gray.height, half_size, half_size, mean.pixels.data());
+  for (std::size_t i = 0; i < mean.pixels.size(); ++i) {
+    mean.pixels[i] = static_cast<uint8_t>(std::clamp(128 + gray.pixels[i] - mean.pixels[i], 0, 255));
+  }
+  return mean;
+}
+
+// Parts as 255 on 0.
+Picture binarised(Picture& gray, Options& options) {
+  if (options.threshold < 0) {
+    std::array<int32_t, 256> bins{};
+    NuvGetHistogram(gray.pixels.data(), gray.width, gray.height, bins.data());
+    options.threshold = NuvGetOtsuThreshold(bins.data(), 256) + 1;
+  }
+  Picture binary = gray;
+  NuvThreshold(binary.pixels.data(), binary.width, binary.height, options.threshold);
+  if (options.dark) {
+    for (uint8_t& pixel : binary.pixels) pixel = static_cast<uint8_t>(255 - pixel);
+  }
+  return binary;
+}
+
+// Rough outlines smoothed, small holes closed, small specks removed.
+Picture cleaned(Picture binary, const Options& options) {
+  Picture result = blank_like(binary);
+  std::vector<uint8_t> work(binary.pixels.size());
+  const int32_t width = binary.width;
+  const int32_t height = binary.height;
+  if (options.smooth > 0) {
+    const int32_t side = 2 * options.smooth + 1;
+    NuvBinImgFilter(binary.pixels.data(), width, height, options.smooth, options.smooth,
+                    static_cast<uint32_t>(side * side * 127), result.pixels.data());
+    std::swap(binary, result);
+  }
+  NuvRemoveBlackRegionsByArea(binary.pixels.data(), work.data(), width, height, 0, options.min_hole - 1,
+                              result.pixels.data());
+  NuvRemoveWhiteRegionsByArea(result.pixels.data(), work.data(), width, height, 1, options.min_area - 1,
+                              binary.pixels.data());
+  return binary;
+}
+
+using Contours = std::unique_ptr<NUV_CONTOUR_STRUCT, decltype(&NuvFreeContours)>;
+
+Contours contours_of(Picture& binary) {
+  std::vector<uint8_t> work(binary.pixels.size());
+  return {NuvGetContours(binary.pixels.data(), work.data(), binary.width, binary.height, 1, 0, 0),
+          NuvFreeContours};
+}
+
+Part measured(const NUV_CONTOUR_STRUCT& contour) {
+  Part part;
+  part.contour = &contour;
+  part.area = contour.area;
+  part.perimeter = contour.perimeter;
+  NuvContourRect(contour.x, contour.y, contour.pChainCode, contour.N, &part.box.left, &part.box.right,
+                 &part.box.top, &part.box.bottom);
+  NuvContourCenter(contour.x, contour.y, contour.pChainCode, contour.N, &part.x, &part.y);
+  return part;
+}
+
+// The outer contours, each with the holes that lie in it and in no part inside it.
+std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours) {
+  std::vector<Part> parts;
+  for (const auto* c = contours; c != nullptr; c = c->pNext) {
+    if (c->isOuter) parts.push_back(measured(*c));
+  }
+  for (const auto* hole = contours; hole != nullptr; hole = hole->pNext) {
+    if (hole->isOuter) continue;
+    Part* owner = nullptr;
+    for (Part& part : parts) {
+      const NUV_CONTOUR_STRUCT& c = *part.contour;
+      const bool holds = NuvIsPointIncludedByChain(hole->x, hole->y, c.x, c.y, c.pChainCode, c.N);
+      if (holds && (owner == nullptr || part.area < owner->area)) owner = &part;
+    }
+    if (owner == nullptr) continue;
+    ++owner->holes;
+    owner->area -= hole->area;
+  }
+  return parts;
+}
+
+// Each part's outline in the picture, and its number at its centre.
+Picture drawn(Picture picture, const std::vector<Part>& parts) {
+  constexpr std::array<uint8_t, 3> kOutline = {60, 220, 60};
+  constexpr int32_t kDigitWidth = 8;
+  constexpr int32_t kDigitHeight = 9;
+  Picture result = to_colour(picture);
+  int32_t number = 0;
+  for (const Part& part : parts) {
+    const NUV_CONTOUR_STRUCT& c = *part.contour;
+    std::vector<int32_t> x(static_cast<std::size_t>(c.N) + 1);
+    std::vector<int32_t> y(x.size());
+    NuvChain2Points(c.x, c.y, c.pChainCode, c.N, x.data(), y.data());
+    for (std::size_t i = 0; i < static_cast<std::size_t>(c.N); ++i) {
+      std::copy(kOutline.begin(), kOutline.end(), result.pixels.begin() + (y[i] * result.width + x[i]) * 3);
+    }
+    std::string text = std::to_string(++number);
+    const auto text_width = static_cast<int32_t>(text.size()) * kDigitWidth;
+    NuvSetNumberString2RGBImg(result.pixels.data(), result.width, result.height, part.x - text_width / 2,
+                              part.y - kDigitHeight / 2, 0, 255, 255, 255, text.data());
+  }
+  return result;
+}
+
+void print_table(const std::vector<Part>& parts, const Options& options) {
+  const char* row =
+      options.csv ? "%d,%d,%d,%d,%d,%d,%d,%d,%d,%d\n" : "%6d  %5d %5d %5d %5d  %5d %5d  %8d %9d %5d\n";
+  std::puts(options.csv ? "number,left,top,right,bottom,x,y,area,perimeter,holes"
+                        : "number   left   top right bottom     x     y      area perimeter holes");
+  int32_t number = 0;
+  for (const Part& part : parts) {
+    std::printf(row, ++number, part.box.left, part.box.top, part.box.right, part.box.bottom, part.x, part.y,
+                part.area, part.perimeter, part.holes);
+  }
+}
+
+void run(Options options) {
+  Picture picture = read_picture(options.picture);
+  if (options.result.empty()) {
+    options.result = std::filesystem::path(options.picture).stem().string() + "_parts.bmp";
+  }
+  check_result(options.picture, options.result);
+
+  Picture gray = to_gray(picture);
+  if (options.background > 0) gray = flattened(gray, options.background);
+  Picture binary = cleaned(binarised(gray, options), options);
+  const Contours contours = contours_of(binary);
+  const std::vector<Part> parts = parts_of(contours.get());
+
+  print_table(parts, options);
+  Picture result = drawn(picture, parts);
+  write_picture(result, options.result);
+  if (options.csv) return;
+  std::printf("%zu parts at threshold %d, drawn in %s\n", parts.size(), options.threshold,
+              options.result.c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  Options options;
+  CLI::App app("Counts the parts in a photograph: a table, and a picture with outlines and numbers.");
+  app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
+  app.add_option("result", options.result, "BMP file to write (default: PICTURE_parts.bmp, here)");
+  app.add_option("-t,--threshold", options.threshold,
+                 "gray level from which a pixel belongs to a part (default: Otsu's)")
+      ->check(CLI::Range(0, 255));
+  app.add_flag("-d,--dark", options.dark, "parts are darker than the background");
+  app.add_option(
+         "-b,--background", options.background,
+         "evens out light that changes across the picture: compares each pixel with the mean of so many "
+         "pixels to each side, about the size of a part; 0: off")
+      ->capture_default_str()
+      ->check(CLI::Range(0, 1000));
+  app.add_option("-s,--smooth", options.smooth,
+                 "smooths outlines by a majority over so many pixels to each side; 0: off")
+      ->capture_default_str()
+      ->check(CLI::Range(0, 100));
+  app.add_option("-a,--min-area", options.min_area, "parts of fewer pixels are dropped")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  app.add_option("-o,--min-hole", options.min_hole, "holes of fewer pixels are closed")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  app.add_flag("--csv", options.csv, "print the table as comma-separated values");
+  app.footer("Coins on dark cloth, lit from one side: count_parts coins.bmp --background 40");
+  CLI11_PARSE(app, argc, argv);
+  run(options);
+  return 0;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "count_parts: %s\n", error.what());
+  return 1;
+}

@@ -1,0 +1,48 @@
+// The host that aligns pictures, as a person runs it.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "NuvImgSDK2014DLL.h"
+#include "examples/hosts.h"
+#include "picture.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+class Align : public HostTest {
+ protected:
+  Outcome run(const std::string& arguments) const { return HostTest::run(NUV_ALIGN, arguments); }
+};
+
+TEST_F(Align, FindsTheShiftAndWritesThePictures) {
+  Picture first = read_picture(NUV_PHOTOGRAPH);
+  Picture second = first;
+  NuvImageShift(first.pixels.data(), first.width, first.height, false, 7, -4, second.pixels.data());
+  write_picture(second, (dir_ / "moved.bmp").string());
+
+  const Outcome outcome = run(NUV_PHOTOGRAPH " moved.bmp");
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, HasSubstr("shift               7, -4\nmean difference     0\n"));
+  const Picture difference = read_picture((dir_ / "moved_difference.bmp").string());
+  // Only the columns that fell free differ.
+  for (int32_t x : {0, difference.width - 8}) {
+    EXPECT_EQ(difference.pixels[static_cast<std::size_t>(200 * difference.width + x)], 0);
+  }
+  EXPECT_GT(*std::max_element(difference.pixels.begin(), difference.pixels.end()), 0);
+  EXPECT_THAT(run(NUV_PHOTOGRAPH " moved.bmp -l 7").out, HasSubstr("at the limit: try --limit 14"));
+}
+
+TEST_F(Align, RefusesWhatCannotBeAligned) {
+  Picture small{20, 20, 1, std::vector<uint8_t>(400)};
+  write_picture(small, (dir_ / "small.bmp").string());
+  EXPECT_THAT(run(NUV_PHOTOGRAPH " small.bmp").err, HasSubstr("align: small.bmp: not of the size of"));
+  EXPECT_THAT(run("small.bmp small.bmp").err, HasSubstr("too small for shifts of 16 pixels"));
+  EXPECT_THAT(run(NUV_PHOTOGRAPH " " NUV_PHOTOGRAPH " " NUV_PHOTOGRAPH).err,
+              HasSubstr("is the picture itself"));
+  EXPECT_EQ(run("none.bmp none.bmp").status, 1);
+}
+
+}  // namespace
