@@ -1,11 +1,9 @@
 // Growing black, growing white.
 //
-// All forms ask the same of each pixel: does a neighbour grow? A first kernel flags the pixels of a row that
-// grow; a second one reads the flags of three rows and changes the pixels beside a flag. The pass between
-// them goes down strips that fit the stack. A member is its two kernels and the pixels that it visits.
-//
-// Whole images take a shorter way to the same result: a plain minimum or maximum of 3x3 pixels is right but
-// for exceptions that can be seen in passing, and these are put right one by one.
+// All forms ask the same of each pixel: does a neighbour grow? Eight rows are packed into one, a byte for
+// eight pixels of a column, so that one operation on bytes serves eight pixels: first the pixels that grow
+// are found among the packed ones, then the pixels beside them, and the rows are changed where those stand.
+// A member is a line of a table: which pixels grow, and what becomes of their neighbours.
 
 #include <algorithm>
 #include <array>
@@ -19,132 +17,206 @@
 namespace nuv {
 namespace {
 
-// ---- kernels: rows are read from one pixel before to one behind ----
+// ---- kernels on packed rows: the lowest bit is the uppermost pixel ----
 
-NUV_INLINE uint8_t least_neighbour(const uint8_t* above, const uint8_t* row, const uint8_t* below) {
-  const uint8_t up = lesser(lesser(above[-1], above[0]), above[1]);
-  const uint8_t down = lesser(lesser(below[-1], below[0]), below[1]);
-  return lesser(lesser(up, down), lesser(row[-1], row[1]));
+constexpr int32_t kPacked = 8;
+using RowsToPack = std::array<const uint8_t*, kPacked>;
+
+NUV_INLINE uint8_t bit_if(bool set, int bit) {
+  return static_cast<uint8_t>(set ? 1 << bit : 0);
 }
 
-NUV_LOAD_BOUND_ROW_KERNEL void flag_black_beside_black(const uint8_t* above, const uint8_t* row,
-                                                       const uint8_t* below, uint8_t* NUV_RESTRICT flags,
-                                                       std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++above, ++row, ++below) {
-    flags[x] = greater(*row, least_neighbour(above, row, below)) == 0 ? 255 : 0;
+// Sets the bits of the pixels that have a value.
+NUV_ROW_KERNEL void pack(const RowsToPack& rows, uint8_t value, uint8_t* NUV_RESTRICT packed,
+                         std::ptrdiff_t n) {
+  const uint8_t *a = rows[0], *b = rows[1], *c = rows[2], *d = rows[3];
+  const uint8_t *e = rows[4], *f = rows[5], *g = rows[6], *h = rows[7];
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    packed[x] =
+        static_cast<uint8_t>(bit_if(a[x] == value, 0) | bit_if(b[x] == value, 1) | bit_if(c[x] == value, 2) |
+                             bit_if(d[x] == value, 3) | bit_if(e[x] == value, 4) | bit_if(f[x] == value, 5) |
+                             bit_if(g[x] == value, 6) | bit_if(h[x] == value, 7));
   }
 }
-NUV_LOAD_BOUND_ROW_KERNEL void flag_white_beside_black(const uint8_t* above, const uint8_t* row,
-                                                       const uint8_t* below, uint8_t* NUV_RESTRICT flags,
-                                                       std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++above, ++row, ++below) {
-    const uint8_t beside_black = least_neighbour(above, row, below) == 0 ? 255 : 0;
-    flags[x] = *row != 0 ? beside_black : 0;
+
+// Whether the pixel above or below is set; the packed rows before and behind give those at the ends.
+NUV_ROW_KERNEL void beside_in_column(const uint8_t* before, const uint8_t* block, const uint8_t* behind,
+                                     uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    out[x] = static_cast<uint8_t>(before[x] >> 7 | block[x] << 1 | block[x] >> 1 | behind[x] << 7);
   }
 }
-NUV_ROW_KERNEL void flag_black(const uint8_t* /*above*/, const uint8_t* row, const uint8_t* /*below*/,
-                               uint8_t* NUV_RESTRICT flags, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) flags[x] = row[x] == 0 ? 255 : 0;
-}
-NUV_ROW_KERNEL void flag_255(const uint8_t* /*above*/, const uint8_t* row, const uint8_t* /*below*/,
-                             uint8_t* NUV_RESTRICT flags, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) flags[x] = row[x] == 255 ? 255 : 0;
-}
-using FlagRow = void(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* flags,
-                     std::ptrdiff_t n);
-
-// 255 where any of the eight neighbours is flagged.
-NUV_INLINE uint8_t any_flag(const uint8_t* above, const uint8_t* row, const uint8_t* below) {
-  return static_cast<uint8_t>(above[-1] | above[0] | above[1] | row[-1] | row[1] | below[-1] | below[0] |
-                              below[1]);
-}
-
-NUV_LOAD_BOUND_ROW_KERNEL void blacken(const uint8_t* above, const uint8_t* row, const uint8_t* below,
-                                       uint8_t* NUV_RESTRICT pixels, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++above, ++row, ++below) {
-    pixels[x] = static_cast<uint8_t>(pixels[x] & ~any_flag(above, row, below));
+// Whether any of the eight neighbours is set; column is what the kernel above gives. Both are read from one
+// place before to one behind.
+NUV_ROW_KERNEL void beside(const uint8_t* column, const uint8_t* block, uint8_t* NUV_RESTRICT out,
+                           std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++column, ++block) {
+    out[x] = static_cast<uint8_t>(column[-1] | block[-1] | column[0] | column[1] | block[1]);
   }
 }
-NUV_LOAD_BOUND_ROW_KERNEL void whiten(const uint8_t* above, const uint8_t* row, const uint8_t* below,
-                                      uint8_t* NUV_RESTRICT pixels, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++above, ++row, ++below) {
-    pixels[x] = static_cast<uint8_t>(pixels[x] | any_flag(above, row, below));
+NUV_ROW_KERNEL void keep_set(const uint8_t* block, uint8_t flipped, uint8_t kept, uint8_t* NUV_RESTRICT bits,
+                             std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x)
+    bits[x] = static_cast<uint8_t>(bits[x] & (block[x] ^ flipped) & kept);
+}
+
+// ---- kernels that change rows where a bit is set ----
+
+NUV_ROW_KERNEL void blacken(const uint8_t* bits, uint8_t bit, const uint8_t* from, uint8_t* NUV_RESTRICT to,
+                            std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t kept = (bits[x] & bit) != 0 ? 0 : 255;
+    to[x] = from[x] & kept;
+  }
+}
+NUV_ROW_KERNEL void whiten(const uint8_t* bits, uint8_t bit, const uint8_t* from, uint8_t* NUV_RESTRICT to,
+                           std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t white = (bits[x] & bit) != 0 ? 255 : 0;
+    to[x] = from[x] | white;
   }
 }
 
 constexpr uint8_t kMark = 200;
 
-NUV_INLINE void mark_value(uint8_t value, const uint8_t* above, const uint8_t* row, const uint8_t* below,
-                           uint8_t* NUV_RESTRICT pixels, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++above, ++row, ++below) {
-    const uint8_t marked = any_flag(above, row, below) != 0 ? kMark : value;
-    pixels[x] = pixels[x] == value ? marked : pixels[x];
+NUV_INLINE void mark_value(uint8_t value, const uint8_t* bits, uint8_t bit, const uint8_t* from,
+                           uint8_t* NUV_RESTRICT to, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t marked = (bits[x] & bit) != 0 ? kMark : value;
+    to[x] = from[x] == value ? marked : from[x];
   }
 }
-NUV_LOAD_BOUND_ROW_KERNEL void mark_255(const uint8_t* above, const uint8_t* row, const uint8_t* below,
-                                        uint8_t* NUV_RESTRICT pixels, std::ptrdiff_t n) {
-  mark_value(255, above, row, below, pixels, n);
+NUV_ROW_KERNEL void mark_255(const uint8_t* bits, uint8_t bit, const uint8_t* from, uint8_t* NUV_RESTRICT to,
+                             std::ptrdiff_t n) {
+  mark_value(255, bits, bit, from, to, n);
 }
-NUV_LOAD_BOUND_ROW_KERNEL void mark_black(const uint8_t* above, const uint8_t* row, const uint8_t* below,
-                                          uint8_t* NUV_RESTRICT pixels, std::ptrdiff_t n) {
-  mark_value(0, above, row, below, pixels, n);
+NUV_ROW_KERNEL void mark_black(const uint8_t* bits, uint8_t bit, const uint8_t* from,
+                               uint8_t* NUV_RESTRICT to, std::ptrdiff_t n) {
+  mark_value(0, bits, bit, from, to, n);
 }
-using ChangeRow = void(const uint8_t* above, const uint8_t* row, const uint8_t* below, uint8_t* pixels,
-                       std::ptrdiff_t n);
+using ChangeRow = void(const uint8_t* bits, uint8_t bit, const uint8_t* from, uint8_t* to, std::ptrdiff_t n);
 
 NUV_ROW_KERNEL void replace_mark(uint8_t* pixels, std::ptrdiff_t n, uint8_t color) {
   for (std::ptrdiff_t x = 0; x < n; ++x) pixels[x] = pixels[x] == kMark ? color : pixels[x];
 }
 
+// ---- the members ----
+
+struct Growth {
+  uint8_t value;      // of the pixels that are looked for
+  uint8_t flipped;    // 0: those grow; 255: the others do
+  bool only_beside;   // if a neighbour has the value
+  ChangeRow* change;  // of the neighbours
+};
+constexpr Growth kBlackBesideBlack{0, 0, true, blacken};
+constexpr Growth kWhiteBesideBlack{0, 255, true, whiten};
+constexpr Growth kBlackMarks255{0, 0, false, mark_255};
+constexpr Growth k255MarksBlack{255, 0, false, mark_black};
+
 // ---- the pass ----
 
 constexpr std::ptrdiff_t kStrip = 4096;
-// A strip, with a place before and behind it. Rows that lie a multiple of 4096 bytes apart are in each
-// other's way in caches, so they lie farther.
+// Kernels on packed rows work in steps of a vector, which spares them their last odd places.
+constexpr std::ptrdiff_t kStep = 64;
+// A strip, with two places before it and room for steps behind it. Rows that lie a multiple of 4096 bytes
+// apart are in each other's way in caches, so they lie farther.
 using StripRow = std::array<uint8_t, kStrip + 448>;
 
-// What becomes of the result's rows before they are changed.
-enum class Rows { kCopied, kLeft };
+constexpr std::ptrdiff_t in_steps(std::ptrdiff_t n) {
+  return (n + kStep - 1) / kStep * kStep;
+}
 
-// Flags the visited pixels, which lie in the image and not on its upper, left or right side, and changes
-// their neighbours in the result. Result and source may be the same image if the change makes and takes no
-// flags.
-void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, FlagRow flag, ChangeRow change) {
+// The packed rows of three blocks of rows that follow each other.
+class Blocks {
+ public:
+  void clear() { rows_ = {}; }
+  uint8_t* of(int32_t block) { return rows_[static_cast<std::size_t>(block + 3) % 3].data(); }
+
+  // The bits of n places from one on that have a set neighbour. Writes whole steps.
+  void find_beside(int32_t block, std::ptrdiff_t place, std::ptrdiff_t n, uint8_t* out) {
+    StripRow column;
+    beside_in_column(of(block - 1) + place - 1, of(block) + place - 1, of(block + 1) + place - 1,
+                     column.data(), in_steps(n) + kStep);
+    beside(column.data() + 1, of(block) + place, out, in_steps(n));
+  }
+
+ private:
+  std::array<StripRow, 3> rows_;
+};
+
+// Whose rows are changed: the source's on their way to the result, or the result's own.
+enum class Rows { kOfSource, kOfResult };
+
+// Changes the neighbours of the growing ones of the visited pixels, which lie in the image and not on its
+// upper, left or right side. Result and source may be the same image: rows are packed two blocks ahead of
+// those that are changed.
+void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Growth& growth) {
   if (visited.empty()) return;
   const Region grown = Region{visited.x1 - 1, visited.x2 + 1, visited.y1 - 1, visited.y2 + 1}.clamped_to(
       source.width, source.height);
-  StripRow flags[3] = {};
-  std::array<uint8_t, kStrip + 4> absent;  // below the last row, and beside it, nothing is black
-  absent.fill(255);
+  const int32_t blocks = (grown.rows() - 1) / kPacked + 1;
+  const auto row_of = [=](std::ptrdiff_t block, int32_t bit) { return grown.y1 + block * kPacked + bit; };
+  const auto pixels_at = [=](std::ptrdiff_t y) { return source.pixels + y * source.width; };
+  StripRow absent;  // a row where nothing is seen
+  absent.fill(growth.value ^ 255);
+  Blocks seen;
+  Blocks growing;
+  StripRow changed;
+  StripRow held;
 
   for (std::ptrdiff_t strip = grown.x1; strip <= grown.x2; strip += kStrip) {
     const std::ptrdiff_t n = std::min(kStrip, grown.x2 + 1 - strip);
-    // Place 0 of the flags is column strip - 1. Those outside the visited columns stay 0.
+    // The strip begins at place 2; the visited columns of it and beside it begin at this one.
     const std::ptrdiff_t first = std::max<std::ptrdiff_t>(strip - 1, visited.x1);
-    const std::ptrdiff_t last = std::min<std::ptrdiff_t>(strip + n, visited.x2);
-    const auto flags_of = [&](int32_t y) -> StripRow& { return flags[(y + 3) % 3]; };
-    const auto flag_row = [&](int32_t y) {
-      StripRow& row_flags = flags_of(y);
-      std::fill_n(row_flags.begin(), n + 2, uint8_t{0});
-      if (y < visited.y1 || y > visited.y2) return;
-      const uint8_t* row = source.row(y) + first;
-      const uint8_t* below = y + 1 < source.height ? row + source.width : absent.data() + 1;
-      flag(row - source.width, row, below, row_flags.data() + (first - strip + 1), last - first + 1);
+    const std::ptrdiff_t place = first - strip + 2;
+    const std::ptrdiff_t count = std::min<std::ptrdiff_t>(strip + n, visited.x2) - first + 1;
+    seen.clear();
+    growing.clear();
+    const auto pack_rows = [&](int32_t block) {
+      RowsToPack to_pack;
+      for (int32_t bit = 0; bit < kPacked; ++bit) {
+        const std::ptrdiff_t y = row_of(block, bit);
+        to_pack[bit] = y <= grown.y2 ? pixels_at(y) + first - 1 : absent.data();
+      }
+      pack(to_pack, growth.value, seen.of(block) + place - 1, count + 2);
     };
-    flag_row(grown.y1 - 1);
-    flag_row(grown.y1);
-    for (int32_t y = grown.y1; y <= grown.y2; ++y) {
-      flag_row(y + 1);
-      const uint8_t* from = source.row(y) + strip;
-      uint8_t* to = result + (from - source.pixels);
-      if (rows == Rows::kCopied) std::memcpy(to, from, static_cast<std::size_t>(n));
-      change(flags_of(y - 1).data() + 1, flags_of(y).data() + 1, flags_of(y + 1).data() + 1, to, n);
+    const auto find_growing = [&](int32_t block) {
+      uint8_t visited_rows = 0;
+      for (int32_t bit = 0; bit < kPacked; ++bit) {
+        const std::ptrdiff_t y = row_of(block, bit);
+        visited_rows |= bit_if(y >= visited.y1 && y <= visited.y2, bit);
+      }
+      uint8_t* out = growing.of(block) + place;
+      if (growth.only_beside) {
+        seen.find_beside(block, place, count, out);
+      } else {
+        std::fill_n(out, count, uint8_t{255});
+      }
+      keep_set(seen.of(block) + place, growth.flipped, visited_rows, out, in_steps(count));
+      out[count] = out[count + 1] = 0;
+    };
+    const auto change_rows = [&](int32_t block) {
+      growing.find_beside(block, 2, n, changed.data());
+      for (int32_t bit = 0; bit < kPacked && row_of(block, bit) <= grown.y2; ++bit) {
+        const uint8_t* from = pixels_at(row_of(block, bit)) + strip;
+        uint8_t* to = result + (from - source.pixels);
+        if (rows == Rows::kOfResult) {
+          std::memcpy(held.data(), to, static_cast<std::size_t>(n));
+          from = held.data();
+        }
+        growth.change(changed.data(), bit_if(true, bit), from, to, n);
+      }
+    };
+    for (int32_t block = 0; block < blocks + 2; ++block) {
+      pack_rows(block);
+      if (block >= 1) find_growing(block - 1);
+      if (block >= 2) change_rows(block - 2);
     }
   }
 }
 
 // Only the copy is confined to the region: the column at its right and the row below it are visited too.
-void grow_region(GrayImage source, uint8_t* result, Region region, FlagRow flag, ChangeRow change) {
+void grow_region(GrayImage source, uint8_t* result, Region region, const Growth& growth) {
   if (source.empty()) return;
   region = region.clamped_to(source.width, source.height);
   for_rows(source, result, region, [](const uint8_t* from, uint8_t* to, std::ptrdiff_t n) {
@@ -154,113 +226,20 @@ void grow_region(GrayImage source, uint8_t* result, Region region, FlagRow flag,
   const int32_t limit = source.width - 2;
   const Region visited{std::max(region.x1, 1), std::min(region.x2 + 1, limit), std::max(region.y1, 1),
                        std::min({region.y2 + 1, limit, source.height - 1})};
-  grow(source, result, visited, Rows::kLeft, flag, change);
+  grow(source, result, visited, Rows::kOfResult, growth);
 }
 
-void grow_to_color(GrayImage image, uint8_t color, FlagRow flag, ChangeRow mark) {
-  grow(image, image.pixels, image.interior(), Rows::kLeft, flag, mark);
+void grow_to_color(GrayImage image, uint8_t color, const Growth& growth) {
+  grow(image, image.pixels, image.interior(), Rows::kOfResult, growth);
   replace_mark(image.pixels, image.size(), color);
 }
 
-// ---- whole images ----
-//
-// Three pixels of a row are taken together first, and then the rows. Black pixels grow but for the lone ones,
-// so those are taken out before a minimum of 3x3. White of 255 needs no such care: a pixel without a black
-// neighbour has nothing to grow into. The sides of the image grow in neither.
-//
-// Kernels load few bytes at odd places, and take whole rows, which are handier for vectors than interiors; what
-// they compute at the sides is written over.
-
-NUV_ROW_KERNEL void least_of_rows(const uint8_t* above, const uint8_t* row, const uint8_t* below,
-                                  uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = lesser(lesser(above[x], below[x]), row[x]);
-}
-// 0 where the row is black and a neighbour too; least is that of the three rows.
-NUV_LOAD_BOUND_ROW_KERNEL void without_lone_black(const uint8_t* above, const uint8_t* row,
-                                                  const uint8_t* below, const uint8_t* least,
-                                                  uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++least) {
-    out[x] = greater(row[x], lesser(lesser(above[x], below[x]), lesser(least[-1], least[1])));
+void grow_whole(GrayImage source, uint8_t* result, const Growth& growth) {
+  if (source.interior().empty()) {
+    std::memcpy(result, source.pixels, static_cast<std::size_t>(source.size()));
+  } else {
+    grow(source, result, source.interior(), Rows::kOfSource, growth);
   }
-}
-NUV_LOAD_BOUND_ROW_KERNEL void blacken_by_least(const uint8_t* least, const uint8_t* source,
-                                                uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++least) {
-    const uint8_t kept = lesser(lesser(least[-1], least[0]), least[1]) != 0 ? 255 : 0;
-    out[x] = source[x] & kept;
-  }
-}
-
-NUV_LOAD_BOUND_ROW_KERNEL void greatest_of_three(const uint8_t* row, uint8_t* NUV_RESTRICT out,
-                                                 std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++row) out[x] = greater(greater(row[-1], row[0]), row[1]);
-}
-// Returns 0 if the source is 0 and 255 alone.
-NUV_ROW_KERNEL uint8_t whiten_by_threes(const uint8_t* above, const uint8_t* threes, const uint8_t* below,
-                                        const uint8_t* source, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  uint8_t gray = 0;
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
-    out[x] = above[x] | threes[x] | below[x] | source[x];
-    gray |= static_cast<uint8_t>(source[x] + 1) & 0xFE;
-  }
-  return gray;
-}
-
-void grow_black(GrayImage source, uint8_t* result) {
-  const std::ptrdiff_t width = source.width;
-  const int32_t last = source.height - 1;
-  StripRow least;       // of three rows, with a place before and behind
-  StripRow growing[3];  // 0 where a pixel grows
-  const auto take_growing = [&](int32_t y) {
-    uint8_t* out = growing[y % 3].data();
-    if (y < 1 || y >= last) {
-      std::memset(out, 255, static_cast<std::size_t>(width));
-      return;
-    }
-    const uint8_t* row = source.row(y);
-    least_of_rows(row - width, row, row + width, least.data() + 1, width);
-    without_lone_black(row - width, row, row + width, least.data() + 1, out, width);
-    out[0] = out[width - 1] = 255;
-  };
-  take_growing(0);
-  growing[2].fill(255);
-  for (int32_t y = 0; y <= last; ++y) {
-    take_growing(y + 1);
-    least[0] = least[static_cast<std::size_t>(width) + 1] = 255;
-    least_of_rows(growing[(y + 2) % 3].data(), growing[y % 3].data(), growing[(y + 1) % 3].data(),
-                  least.data() + 1, width);
-    const uint8_t* row = source.row(y);
-    blacken_by_least(least.data() + 1, row, result + (row - source.pixels), width);
-  }
-}
-
-// False, with a result of no use, if the image holds other values than 0 and 255.
-bool grow_white_of_two_values(GrayImage source, uint8_t* result) {
-  const std::ptrdiff_t width = source.width;
-  StripRow threes[3];
-  const auto take_threes = [&](int32_t y) {
-    uint8_t* out = threes[y % 3].data();
-    if (y < 1 || y > source.height - 2) {
-      std::memset(out, 0, static_cast<std::size_t>(width));
-      return;
-    }
-    const uint8_t* row = source.row(y);
-    greatest_of_three(row, out, width);
-    const auto growing = [=](std::ptrdiff_t x) { return x < 1 || x > width - 2 ? uint8_t{0} : row[x]; };
-    for (std::ptrdiff_t x : {std::ptrdiff_t{0}, std::ptrdiff_t{1}, width - 2, width - 1}) {
-      out[x] = greater(greater(growing(x - 1), growing(x)), growing(x + 1));
-    }
-  };
-  uint8_t gray = 0;
-  take_threes(0);
-  std::memset(threes[2].data(), 0, static_cast<std::size_t>(width));
-  for (int32_t y = 0; y < source.height && gray == 0; ++y) {
-    take_threes(y + 1);
-    const uint8_t* row = source.row(y);
-    gray = whiten_by_threes(threes[(y + 2) % 3].data(), threes[y % 3].data(), threes[(y + 1) % 3].data(), row,
-                            result + (row - source.pixels), width);
-  }
-  return gray == 0;
 }
 
 }  // namespace
@@ -269,39 +248,27 @@ bool grow_white_of_two_values(GrayImage source, uint8_t* result) {
 using namespace nuv;
 
 void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  const GrayImage image{pBinImg, width, height};
-  if (image.interior().empty()) {
-    std::memcpy(pResImg, pBinImg, static_cast<std::size_t>(image.size()));
-  } else if (width <= kStrip) {
-    grow_black(image, pResImg);
-  } else {
-    grow(image, pResImg, image.interior(), Rows::kCopied, flag_black_beside_black, blacken);
-  }
+  grow_whole({pBinImg, width, height}, pResImg, kBlackBesideBlack);
 }
 
 void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                            int32_t y1, int32_t y2, uint8_t* pResImg) {
-  grow_region({pBinImg, width, height}, pResImg, {x1, x2, y1, y2}, flag_black_beside_black, blacken);
+  grow_region({pBinImg, width, height}, pResImg, {x1, x2, y1, y2}, kBlackBesideBlack);
 }
 
 void NuvBinImgMinFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color) {
-  grow_to_color({pBinImg, width, height}, color, flag_black, mark_255);
+  grow_to_color({pBinImg, width, height}, color, kBlackMarks255);
 }
 
 void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  const GrayImage image{pBinImg, width, height};
-  if (image.interior().empty()) {
-    std::memcpy(pResImg, pBinImg, static_cast<std::size_t>(image.size()));
-  } else if (width > kStrip || !grow_white_of_two_values(image, pResImg)) {
-    grow(image, pResImg, image.interior(), Rows::kCopied, flag_white_beside_black, whiten);
-  }
+  grow_whole({pBinImg, width, height}, pResImg, kWhiteBesideBlack);
 }
 
 void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                            int32_t y1, int32_t y2, uint8_t* pResImg) {
-  grow_region({pBinImg, width, height}, pResImg, {x1, x2, y1, y2}, flag_white_beside_black, whiten);
+  grow_region({pBinImg, width, height}, pResImg, {x1, x2, y1, y2}, kWhiteBesideBlack);
 }
 
 void NuvBinImgMaxFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color) {
-  grow_to_color({pBinImg, width, height}, color, flag_255, mark_black);
+  grow_to_color({pBinImg, width, height}, color, k255MarksBlack);
 }

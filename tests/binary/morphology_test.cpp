@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
@@ -31,6 +32,10 @@ struct Growing {
   }
 };
 
+using WholeForm = void(uint8_t*, int32_t, int32_t, uint8_t*);
+constexpr WholeForm* min_filter = NuvBinImgMinFilter3x3;
+constexpr WholeForm* max_filter = NuvBinImgMaxFilter3x3;
+
 TEST(Growing3x3, IsTheRuleAppliedPixelByPixel) {
   Random random(53);
   for (const auto& [width, height] : kOddSizes) {
@@ -45,11 +50,7 @@ TEST(Growing3x3, IsTheRuleAppliedPixelByPixel) {
         for (int32_t x = 1; x < width - 1; ++x) whole.visit(image, x, y);
       }
       TestImage result(width, height, 7);
-      if (white) {
-        NuvBinImgMaxFilter3x3(image.data(), width, height, result.data());
-      } else {
-        NuvBinImgMinFilter3x3(image.data(), width, height, result.data());
-      }
+      (white ? max_filter : min_filter)(image.data(), width, height, result.data());
       EXPECT_EQ(result, whole.result) << image;
 
       const int32_t x1 = random.between(0, width - 1);
@@ -77,14 +78,16 @@ TEST(Growing3x3, IsTheRuleAppliedPixelByPixel) {
 
 TEST(Growing3x3, PassesStripsOfWideImages) {
   Random random(54);
-  TestImage image = random.binary(9001, 4, 60);
-  TestImage result(9001, 4);
-  NuvBinImgMaxFilter3x3(image.data(), 9001, 4, result.data());
-  Growing plain{true, image};
-  for (int32_t y = 1; y < 3; ++y) {
-    for (int32_t x = 1; x < 9000; ++x) plain.visit(image, x, y);
+  for (bool white : {false, true}) {
+    TestImage image = random.binary(9001, 19, white ? 60 : 95);
+    TestImage result(9001, 19);
+    (white ? max_filter : min_filter)(image.data(), 9001, 19, result.data());
+    Growing plain{white, image};
+    for (int32_t y = 1; y < 18; ++y) {
+      for (int32_t x = 1; x < 9000; ++x) plain.visit(image, x, y);
+    }
+    EXPECT_TRUE(result == plain.result) << white;
   }
-  EXPECT_EQ(result, plain.result);
 
   // Visited to the last row, below which nothing is black: a lone pixel stays alone, in every strip.
   for (int32_t x : {4095, 8191, 8192}) {
@@ -93,6 +96,32 @@ TEST(Growing3x3, PassesStripsOfWideImages) {
     TestImage copied(12300, 4);
     NuvBinImgMinFilter3x3(lone.data(), 12300, 4, 0, 12299, 0, 3, copied.data());
     EXPECT_TRUE(copied == lone) << x;
+  }
+}
+
+TEST(Growing3x3, ReplacesMarksAndPixelsBesideTheGrowing) {
+  Random random(56);
+  for (const auto& [width, height] : kOddSizes) {
+    TestImage image(width, height);
+    for (uint8_t& pixel : image.pixels)
+      pixel = std::array<uint8_t, 6>{0, 255, 255, 0, 200, 9}[random.between(0, 5)];
+    for (bool white : {false, true}) {
+      const uint8_t growing = white ? 255 : 0;
+      TestImage expected = image;
+      for (int32_t y = 1; y < height - 1; ++y) {
+        for (int32_t x = 1; x < width - 1; ++x) {
+          if (image.at(x, y) != growing) continue;
+          for (int32_t d = 0; d < 8; ++d) {
+            uint8_t& beside = expected.at(x + kStepX[d], y + kStepY[d]);
+            if (beside == 255 - growing) beside = 200;
+          }
+        }
+      }
+      std::replace(expected.pixels.begin(), expected.pixels.end(), uint8_t{200}, uint8_t{7});
+      TestImage result = image;
+      (white ? NuvBinImgMaxFilter3x3ToColor : NuvBinImgMinFilter3x3ToColor)(result.data(), width, height, 7);
+      EXPECT_EQ(result, expected) << image << white;
+    }
   }
 }
 
