@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "colour/from_rgb_avx512.h"
+
 namespace nuv {
 namespace {
 
@@ -60,10 +62,9 @@ NUV_INLINE Fixed from_rgb(int16_t blue, int16_t green, int16_t red, const Factor
           static_cast<int16_t>(32 * r - by.d_b * b + (f >> 8))};
 }
 
-// The sum of two numbers with 6 bits behind the point, of which one has lost them already: what is before the
-// point is the sum of both rounded down.
+// The sum of two numbers with 6 bits behind the point, both rounded down.
 NUV_INLINE int16_t sum_of_floors(int16_t a, int16_t b) {
-  return static_cast<int16_t>(a + (b & ~63));
+  return static_cast<int16_t>((a + (b & ~63)) >> 6);
 }
 
 // The factors come through memory: of those that it knows, a compiler makes chains of shifts and sums, which
@@ -114,19 +115,28 @@ NUV_ROW_KERNEL void red_from_terms(const uint8_t* luma, const TermBlock& terms, 
   for (std::ptrdiff_t i = 0; i < pairs; ++i) store_sums(red, i, load_pair(luma, i), terms.red[i]);
 }
 
-void luma_and_chroma(const PlaneBlock& pixels, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pairs) {
+void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pixels) {
+#if NUV_HAS_AVX512
+  if (pixels >= kWidePixels && has_avx512()) {
+    from_rgb_row_avx512(rgb, luma, sums, pixels);
+    return;
+  }
+#endif
   static constexpr Factors kFactors;
-  from_rgb_row(pixels, kFactors, luma, sums, pairs);
+  PlaneBlock planes;
+  split_planes(rgb, planes.b0, planes.b1, planes.b2, pixels);
+  from_rgb_row(planes, kFactors, luma, sums, pixels / 2);
 }
 
 NUV_ROW_KERNEL void mean_of_two(const int16_t* sums, uint8_t* NUV_RESTRICT chroma, std::ptrdiff_t pairs) {
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) chroma[i] = static_cast<uint8_t>((sums[i] >> 7) + 128);
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) chroma[i] = static_cast<uint8_t>((sums[i] >> 1) + 128);
 }
 
 NUV_ROW_KERNEL void mean_of_four(const int16_t* upper, const int16_t* lower, uint8_t* NUV_RESTRICT chroma,
                                  std::ptrdiff_t pairs) {
   for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    chroma[i] = static_cast<uint8_t>((sum_of_floors(upper[i], lower[i]) >> 8) + 128);
+    const auto sum = static_cast<int16_t>(upper[i] + lower[i]);
+    chroma[i] = static_cast<uint8_t>((sum >> 2) + 128);
   }
 }
 

@@ -62,14 +62,14 @@ void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, PlaneBlock& pix
 void red_terms(const uint8_t* cr, TermBlock& terms, std::ptrdiff_t pairs);
 void red_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* red, std::ptrdiff_t pairs);
 
-// The sums of c and of d over each pair, with 6 bits behind the point that do not count.
+// The sums of c and of d over each pair.
 struct ChromaSums {
   alignas(64) int16_t c[kPlaneBlock / 2];
   alignas(64) int16_t d[kPlaneBlock / 2];
 };
 
-// Writes Y, 2*pairs bytes, and the sums.
-void luma_and_chroma(const PlaneBlock& pixels, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pairs);
+// The Y and the sums of an even number of packed pixels, a block at most.
+void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pixels);
 
 // Chroma as the mean over a pair, or over the four pixels of two rows; the low bits are dropped.
 void mean_of_two(const int16_t* sums, uint8_t* chroma, std::ptrdiff_t pairs);

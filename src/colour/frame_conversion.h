@@ -159,10 +159,7 @@ void from_rgb(Format frame, Region whole, uint8_t* rgb) {
       FrameBlock<Format> block(frame, x, y);
       ChromaSums sums[Format::kChromaRows];
       for (int32_t r = 0; r < Format::kChromaRows; ++r) {
-        PlaneBlock pixels;
-        split_planes(RgbImage{rgb, frame.width, frame.height}.at(x, y + r), pixels.b0, pixels.b1, pixels.b2,
-                     n);
-        luma_and_chroma(pixels, block.luma[r], sums[r], n / 2);
+        luma_and_chroma(RgbImage{rgb, frame.width, frame.height}.at(x, y + r), block.luma[r], sums[r], n);
       }
       if constexpr (Format::kChromaRows == 1) {
         mean_of_two(sums[0].c, block.cb, n / 2);

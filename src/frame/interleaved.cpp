@@ -30,12 +30,15 @@ NUV_INLINE void send_to_thirds(Bytes32& v, std::integer_sequence<int, J...> /*pl
   v = __builtin_shufflevector(v, v, (J & 16) + (11 * (J - K) & 15)...);
 }
 
-// Place j of a lane from v0, v1 or v2, as j is 0, 1 or 2 more than a multiple of 3.
+// Place j of a lane from v0, v1 or v2, as j is 0, 1 or 2 more than a multiple of 3. Masks, as blends by bytes
+// take processors several steps each.
 template <int... J>
 NUV_INLINE void mix_by_thirds(const Bytes32& v0, const Bytes32& v1, const Bytes32& v2, Bytes32& mixed,
                               std::integer_sequence<int, J...> /*places*/) {
-  const Bytes32 v01 = __builtin_shufflevector(v0, v1, (J & 15) % 3 == 1 ? J + 32 : J...);
-  mixed = __builtin_shufflevector(v01, v2, (J & 15) % 3 == 2 ? J + 32 : J...);
+  constexpr Bytes32 first = {((J & 15) % 3 == 0 ? 255 : 0)...};
+  constexpr Bytes32 second = {((J & 15) % 3 == 1 ? 255 : 0)...};
+  constexpr Bytes32 third = {((J & 15) % 3 == 2 ? 255 : 0)...};
+  mixed = (v0 & first) | (v1 & second) | (v2 & third);
 }
 
 // One lane of a and one of b.
@@ -88,6 +91,55 @@ NUV_INLINE void join_step(const uint8_t* plane0, const uint8_t* plane1, const ui
   for (int i = 0; i < 3; ++i) store32(pixels + 32 * i, row[i]);
 }
 
+// Pairs of bytes: each lane gathers the bytes of one plane in its lower half and those of the other in its
+// upper half, and the halves of two lanes make up one.
+template <int... J>
+NUV_INLINE void part_pairs(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
+  v = __builtin_shufflevector(v, v, (J & 16) + (2 * (J & 7) + (J >> 3 & 1))...);
+}
+template <int Half, int... J>
+NUV_INLINE void join_halves(const Bytes32& a, const Bytes32& b, Bytes32& joined,
+                            std::integer_sequence<int, J...> /*places*/) {
+  joined = __builtin_shufflevector(a, b, (J & 16) + (J & 8) * 4 + 8 * Half + (J & 7)...);
+}
+
+NUV_INLINE void split_pairs_step(const uint8_t* pairs, uint8_t* plane0, uint8_t* plane1) {
+  Bytes32 row[2];
+  for (int i = 0; i < 2; ++i) load32(pairs + 32 * i, row[i]);
+  Bytes32 a;
+  Bytes32 b;
+  take_lanes<0, 0>(row[0], row[1], a, Places{});
+  take_lanes<1, 1>(row[0], row[1], b, Places{});
+  part_pairs(a, Places{});
+  part_pairs(b, Places{});
+  Bytes32 planes[2];
+  join_halves<0>(a, b, planes[0], Places{});
+  join_halves<1>(a, b, planes[1], Places{});
+  store32(plane0, planes[0]);
+  store32(plane1, planes[1]);
+}
+
+// The way back takes bytes in turn, from the lower and from the upper halves of the lanes.
+template <int Half, int... J>
+NUV_INLINE void zip_halves(const Bytes32& a, const Bytes32& b, Bytes32& zipped,
+                           std::integer_sequence<int, J...> /*places*/) {
+  zipped = __builtin_shufflevector(a, b, (J & 16) + 8 * Half + (J >> 1 & 7) + (J & 1) * 32 ...);
+}
+
+NUV_INLINE void join_pairs_step(const uint8_t* plane0, const uint8_t* plane1, uint8_t* pairs) {
+  Bytes32 planes[2];
+  load32(plane0, planes[0]);
+  load32(plane1, planes[1]);
+  Bytes32 lower;
+  Bytes32 upper;
+  zip_halves<0>(planes[0], planes[1], lower, Places{});
+  zip_halves<1>(planes[0], planes[1], upper, Places{});
+  Bytes32 row[2];
+  take_lanes<0, 0>(lower, upper, row[0], Places{});
+  take_lanes<1, 1>(lower, upper, row[1], Places{});
+  for (int i = 0; i < 2; ++i) store32(pairs + 32 * i, row[i]);
+}
+
 // Where a step starts: the last one ends with the row, over what the one before it did if need be.
 NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t count) {
   return done < count - kStep ? done : count - kStep;
@@ -134,9 +186,17 @@ NUV_ROW_KERNEL void join_planes(const uint8_t* NUV_RESTRICT plane0, const uint8_
 
 NUV_ROW_KERNEL void split_pairs(const uint8_t* NUV_RESTRICT pairs, uint8_t* NUV_RESTRICT plane0,
                                 uint8_t* NUV_RESTRICT plane1, std::ptrdiff_t count) {
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    plane0[i] = pairs[2 * i];
-    plane1[i] = pairs[2 * i + 1];
+  std::ptrdiff_t done = 0;
+#if NUV_HAS_LANES
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, count);
+    split_pairs_step(pairs + 2 * i, plane0 + i, plane1 + i);
+    done = i + kStep;
+  }
+#endif
+  for (; done < count; ++done) {
+    plane0[done] = pairs[2 * done];
+    plane1[done] = pairs[2 * done + 1];
   }
 }
 
@@ -147,9 +207,17 @@ NUV_ROW_KERNEL void second_of_pairs(const uint8_t* NUV_RESTRICT pairs, uint8_t* 
 
 NUV_ROW_KERNEL void join_pairs(const uint8_t* NUV_RESTRICT plane0, const uint8_t* NUV_RESTRICT plane1,
                                uint8_t* NUV_RESTRICT pairs, std::ptrdiff_t count) {
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    pairs[2 * i] = plane0[i];
-    pairs[2 * i + 1] = plane1[i];
+  std::ptrdiff_t done = 0;
+#if NUV_HAS_LANES
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, count);
+    join_pairs_step(plane0 + i, plane1 + i, pairs + 2 * i);
+    done = i + kStep;
+  }
+#endif
+  for (; done < count; ++done) {
+    pairs[2 * done] = plane0[done];
+    pairs[2 * done + 1] = plane1[done];
   }
 }
 

@@ -45,12 +45,15 @@ NUV_INLINE void store16(uint8_t* p, Bytes16 v) {
 // size has another way to pass them by value than one that has them.
 using Bytes32 = uint8_t __attribute__((vector_size(32)));
 
+// Anywhere in memory. Of a copy by std::memcpy, compilers make two of sixteen bytes by way of the stack.
+using Bytes32Anywhere = uint8_t __attribute__((vector_size(32), aligned(1), may_alias));
+
 NUV_INLINE void load32(const uint8_t* p, Bytes32& lanes) {
-  std::memcpy(&lanes, p, 32);
+  lanes = *reinterpret_cast<const Bytes32Anywhere*>(p);
 }
 
 NUV_INLINE void store32(uint8_t* p, const Bytes32& lanes) {
-  std::memcpy(p, &lanes, 32);
+  *reinterpret_cast<Bytes32Anywhere*>(p) = lanes;
 }
 
 // The average of each pair of bytes, rounded up.
