@@ -46,14 +46,16 @@ NUV_INLINE void store16(uint8_t* p, Bytes16 v) {
 using Bytes32 = uint8_t __attribute__((vector_size(32)));
 
 // Anywhere in memory. Of a copy by std::memcpy, compilers make two of sixteen bytes by way of the stack.
-using Bytes32Anywhere = uint8_t __attribute__((vector_size(32), aligned(1), may_alias));
+struct __attribute__((packed, may_alias)) Bytes32Anywhere {
+  Bytes32 bytes;
+};
 
 NUV_INLINE void load32(const uint8_t* p, Bytes32& lanes) {
-  lanes = *reinterpret_cast<const Bytes32Anywhere*>(p);
+  lanes = reinterpret_cast<const Bytes32Anywhere*>(p)->bytes;
 }
 
 NUV_INLINE void store32(uint8_t* p, const Bytes32& lanes) {
-  *reinterpret_cast<Bytes32Anywhere*>(p) = lanes;
+  reinterpret_cast<Bytes32Anywhere*>(p)->bytes = lanes;
 }
 
 // The average of each pair of bytes, rounded up.
