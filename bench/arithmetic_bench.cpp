@@ -14,7 +14,7 @@ BenchPicture inverted_picture() {
 }
 
 const Row integral("NuvDoSumGryImg/nuv", [] {
-  return [picture = gray_picture(), sums = std::vector<int32_t>(kPixels)]() mutable {
+  return [picture = gray_picture(), sums = LineVector<int32_t>(kPixels)]() mutable {
     NuvDoSumGryImg(picture.data(), picture.width, picture.height, sums.data());
   };
 });

@@ -16,7 +16,7 @@ struct Work {
   BenchPicture result = binary_picture();
   int32_t width = picture.width;
   int32_t height = picture.height;
-  std::vector<uint8_t> codes = std::vector<uint8_t>(picture.pixels.size());
+  LineVector<uint8_t> codes = LineVector<uint8_t>(picture.pixels.size());
   std::vector<uint32_t> sums = std::vector<uint32_t>(static_cast<std::size_t>(picture.width));
 
   uint8_t* in() { return picture.data(); }

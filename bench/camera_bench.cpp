@@ -17,7 +17,7 @@ struct Camera {
   BenchPicture rgb = colour_picture();
   int width = rgb.width;
   int height = rgb.height;
-  std::vector<uint8_t> frame = std::vector<uint8_t>(rgb.pixels.size());
+  LineVector<uint8_t> frame = LineVector<uint8_t>(rgb.pixels.size());
 
   explicit Camera(Conversion from_rgb) { from_rgb(rgb.data(), width, height, frame.data()); }
   uint8_t* luma() { return frame.data(); }
@@ -99,7 +99,7 @@ const Row yuv_to_p("NuvRGB2YUV420P/libyuv", [] {
 
 // By way of two rows of pixels of four bytes.
 const Row yuv_packed("NuvCbYCrY2RGB/libyuv", [] {
-  return [c = Camera(NuvRGB2CbYCrY), row = std::vector<uint8_t>(4 * 1280)]() mutable {
+  return [c = Camera(NuvRGB2CbYCrY), row = LineVector<uint8_t>(4 * 1280)]() mutable {
     for (int y = 0; y < c.height; ++y) {
       libyuv::UYVYToARGB(c.luma() + 2 * y * c.width, 2 * c.width, row.data(), 4 * c.width, c.width, 1);
       libyuv::ARGBToRGB24(row.data(), 4 * c.width, c.rgb.data() + 3 * y * c.width, 3 * c.width, c.width, 1);
@@ -107,7 +107,7 @@ const Row yuv_packed("NuvCbYCrY2RGB/libyuv", [] {
   };
 });
 const Row yuv_to_packed("NuvRGB2CbYCrY/libyuv", [] {
-  return [c = Camera(NuvRGB2CbYCrY), row = std::vector<uint8_t>(4 * 1280)]() mutable {
+  return [c = Camera(NuvRGB2CbYCrY), row = LineVector<uint8_t>(4 * 1280)]() mutable {
     for (int y = 0; y < c.height; ++y) {
       libyuv::RGB24ToARGB(c.rgb.data() + 3 * y * c.width, 3 * c.width, row.data(), 4 * c.width, c.width, 1);
       libyuv::ARGBToUYVY(row.data(), 4 * c.width, c.luma() + 2 * y * c.width, 2 * c.width, c.width, 1);
@@ -115,7 +115,7 @@ const Row yuv_to_packed("NuvRGB2CbYCrY/libyuv", [] {
   };
 });
 const Row yuv_to_sp("NuvRGB2YUV420SP/libyuv", [] {
-  return [c = Camera(NuvRGB2YUV420SP), rows = std::vector<uint8_t>(2 * 4 * 1280)]() mutable {
+  return [c = Camera(NuvRGB2YUV420SP), rows = LineVector<uint8_t>(2 * 4 * 1280)]() mutable {
     for (int y = 0; y < c.height; y += 2) {
       libyuv::RGB24ToARGB(c.rgb.data() + 3 * y * c.width, 3 * c.width, rows.data(), 4 * c.width, c.width, 2);
       libyuv::ARGBToNV12(rows.data(), 4 * c.width, c.luma() + y * c.width, c.width,

@@ -47,7 +47,7 @@ const Row copy_turned("NuvCopyRectFromRotateCCS/nuv", [] {
 
 auto resize_work(Resize resize, BenchPicture picture) {
   const auto size = static_cast<std::size_t>(kWidth * kHeight * picture.channels);
-  return [=, result = std::vector<uint8_t>(size)]() mutable {
+  return [=, result = LineVector<uint8_t>(size)]() mutable {
     resize(picture.data(), picture.width, picture.height, result.data(), kWidth, kHeight);
   };
 }

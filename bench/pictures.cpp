@@ -30,7 +30,7 @@ BenchPicture colour_picture() {
   BenchPicture gray = gray_picture();
   BenchPicture inverted = gray;
   for (uint8_t& pixel : inverted.pixels) pixel = static_cast<uint8_t>(255 - pixel);
-  BenchPicture colour{gray.width, gray.height, 3, std::vector<uint8_t>(gray.pixels.size() * 3)};
+  BenchPicture colour{gray.width, gray.height, 3, LineVector<uint8_t>(gray.pixels.size() * 3)};
   NuvGry2RGBImg(gray.data(), inverted.data(), gray.data(), gray.width, gray.height, colour.data());
   return colour;
 }

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <vector>
 
 #if NUV_WITH_OPENCV
@@ -31,11 +32,29 @@ struct Row {
   }
 };
 
+// Memory from a cache line on, as cameras and the peers have theirs, so that both sides of a row find the same.
+template <class T>
+struct LineAllocator {
+  using value_type = T;
+  static constexpr std::align_val_t kLine{64};
+
+  LineAllocator() = default;
+  template <class U>
+  LineAllocator(const LineAllocator<U>& /*other*/) {}
+
+  T* allocate(std::size_t n) { return static_cast<T*>(::operator new(n * sizeof(T), kLine)); }
+  void deallocate(T* p, std::size_t /*n*/) { ::operator delete(p, kLine); }
+  friend bool operator==(LineAllocator, LineAllocator) { return true; }
+  friend bool operator!=(LineAllocator, LineAllocator) { return false; }
+};
+template <class T>
+using LineVector = std::vector<T, LineAllocator<T>>;
+
 struct BenchPicture {
   int32_t width;
   int32_t height;
   int32_t channels;
-  std::vector<uint8_t> pixels;
+  LineVector<uint8_t> pixels;
 
   uint8_t* data() { return pixels.data(); }
 #if NUV_WITH_OPENCV
@@ -50,7 +69,7 @@ BenchPicture gray_picture(int32_t width = 1280, int32_t height = 960);
 BenchPicture colour_picture();
 // A copy of so many bytes, to stand beside work that moves as many.
 inline auto copy_of_bytes(std::size_t count) {
-  return [source = std::vector<uint8_t>(count, 1), target = std::vector<uint8_t>(count)]() mutable {
+  return [source = LineVector<uint8_t>(count, 1), target = LineVector<uint8_t>(count)]() mutable {
     target = source;
     benchmark::DoNotOptimize(target.data());
   };

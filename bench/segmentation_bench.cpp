@@ -11,7 +11,7 @@ constexpr int kMinArea = 200;
 
 // The picture is inverted by each call: the rows show the mean of both.
 const Row merge_split("NuvMergeSplit/nuv", [] {
-  return [picture = gray_picture(), work = std::vector<uint8_t>(2 * gray_picture().pixels.size())]() mutable {
+  return [picture = gray_picture(), work = LineVector<uint8_t>(2 * gray_picture().pixels.size())]() mutable {
     NuvFreeRegionStruct(
         NuvMergeSplit(picture.data(), work.data(), picture.width, picture.height, kMinArea, 0, 0.5));
   };

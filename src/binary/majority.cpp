@@ -31,8 +31,8 @@ NUV_INLINE uint8_t count_around(const uint8_t* p, std::ptrdiff_t w, uint8_t t) {
   return static_cast<uint8_t>(up + down + reaches(p[-1], t) + reaches(p[1], t));
 }
 
-NUV_ROW_KERNEL void majority_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
-                                 std::ptrdiff_t n) {
+NUV_LOAD_BOUND_ROW_KERNEL void majority_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                            std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = count_around(p, w, 1) >= 5 ? 255 : 0;
 }
 
@@ -42,8 +42,8 @@ void write_majority(GrayImage image, Region region, uint8_t* result) {
   });
 }
 
-NUV_ROW_KERNEL void threshold_and_majority_row(const uint8_t* p, std::ptrdiff_t w, uint8_t t,
-                                               uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+NUV_LOAD_BOUND_ROW_KERNEL void threshold_and_majority_row(const uint8_t* p, std::ptrdiff_t w, uint8_t t,
+                                                          uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t in_company = count_around(p, w, t) >= 4 ? 255 : 0;
     out[x] = *p >= t ? in_company : 0;
