@@ -226,7 +226,8 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 //
 // The region of an outer chain is everything inside and on it, holes included. The region of a hole's chain
 // is the hole, without the rim that the chain runs over. Chains of 4096 codes or less need no memory. A chain
-// that does not close, or does not wind once round its region, encloses nothing.
+// that does not close, or does not wind once round its region, encloses nothing; its own pixels still count
+// where its turns add up to an outer one.
 
 /// Fills what a chain encloses.
 ///

@@ -25,11 +25,13 @@ struct EdgeMarks {
   uint8_t right;  // and ends before this
 };
 
-// The lowest values that are free beside the reserved ones.
+// The lowest values that are free beside the reserved ones; what is no byte is no pixel's value either.
 EdgeMarks choose_marks(uint8_t right, std::initializer_list<int32_t> others) {
   std::array<bool, 256> reserved{};
   reserved[right] = true;
-  for (int32_t value : others) reserved[low_byte(value)] = true;
+  for (int32_t value : others) {
+    if (value == low_byte(value)) reserved[low_byte(value)] = true;
+  }
   int32_t base = 2;
   for (int32_t run = 0, value = 0; value < 256; ++value) {
     run = reserved[static_cast<std::size_t>(value)] ? 0 : run + 1;
@@ -163,7 +165,7 @@ int32_t NuvFillingContour(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y,
   if (N < 1) return 0;
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
   const Chain chain{{x, y}, pChainCode, N};
-  const EdgeMarks marks = choose_marks(low_byte(mark), {fill});
+  const EdgeMarks marks = choose_marks(low_byte(mark), {low_byte(fill)});
   const auto fill_pixel = [=](uint8_t* pixel) { *pixel = low_byte(fill); };
   const auto fill_inside = [&] {
     const Winding winding = mark_edges(image, chain, marks);
@@ -194,7 +196,7 @@ int32_t NuvReplacePixelsColor(uint8_t* pGryImg, int32_t width, int32_t x, int32_
     replace(image.at(x, y));
     return count;
   }
-  const EdgeMarks marks = choose_marks(low_byte(mark), {oldColor, newColor});
+  const EdgeMarks marks = choose_marks(low_byte(mark), {oldColor, low_byte(newColor)});
   visit_enclosed(
       image, {{x, y}, pChainCode, N}, marks, Contour::kChanged, [&](uint8_t* pixel) { replace(pixel); },
       [&](uint8_t* pixel, uint8_t saved) {
