@@ -243,7 +243,8 @@ NUV_API void NuvExtractEdgePointInRect(uint8_t* pGrdImg, int32_t width, int32_t 
                                        int32_t* pBottom);
 
 /// NuvExtractEdgePointInRect on the rows and columns of an ellipse with centre (cx, cy) and half axes rx, ry,
-/// which must lie inside the image. A half axis of 0 gives lines without pixels, which count as zeros.
+/// which must lie inside the image. With rx = 0 the columns are lines without pixels, with ry = 0 the rows,
+/// which count as zeros.
 NUV_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_t cx, int32_t cy, int32_t rx,
                                          int32_t ry, int32_t* pLeft, int32_t* pRight, int32_t* pTop,
                                          int32_t* pBottom);

@@ -115,20 +115,19 @@ bool bridges_end_points(GrayImage edges, int32_t x, int32_t y, int32_t reach) {
 // Calls bridge(x, y) for the pixels that mask and edges leave for a gap, where two end points are near.
 template <class Bridge>
 void for_gap_candidates(GrayImage edges, const uint8_t* mask, int32_t reach, Bridge bridge) {
-  const int32_t last_row = edges.height - reach - 1;
-  const int32_t last_column = edges.width - reach - 1;
-  if (last_row < reach || last_column < reach) return;
+  const Region inner = edges.interior(reach);
+  if (inner.empty()) return;
   EndPointColumns columns(edges, reach);
   columns.start(reach);
-  for (int32_t y = reach; y <= last_row; ++y) {
+  for (int32_t y = inner.y1; y <= inner.y2; ++y) {
     int32_t near = 0;
     for (int32_t x = 0; x < 2 * reach; ++x) near += columns.at(x);
     const uint8_t* allowed = mask + (edges.row(y) - edges.pixels);
-    for (int32_t x = reach; x <= last_column; ++x) {
+    for (int32_t x = inner.x1; x <= inner.x2; ++x) {
       if (near >= 2 && allowed[x] != 0 && *edges.at(x, y) == 0) bridge(x, y);
       near += columns.at(x + reach) - columns.at(x - reach);
     }
-    if (y < last_row) columns.move_down(y);
+    if (y < inner.y2) columns.move_down(y);
   }
 }
 
