@@ -23,7 +23,8 @@ constexpr bool kHasGroups = true;
 #endif
 
 constexpr std::ptrdiff_t kGroup = 8;
-constexpr std::ptrdiff_t kStripGroups = 256;
+// Few, so that a strip is summed up while the stores of the one before are still on their way.
+constexpr std::ptrdiff_t kStripGroups = 64;
 constexpr uint64_t kLowBytes = 0x00FF00FF00FF00FF;
 
 // Entry i of the 16-bit entries that words hold.
