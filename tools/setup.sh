@@ -21,6 +21,20 @@ test_packages=(libgtest-dev libgmock-dev binutils pkgconf)
 style_packages=(clang clang-format clang-tidy)
 bench_packages=(libbenchmark-dev libopencv-dev libyuv-dev)
 font_packages=(unifont)
+windows_packages=(g++-mingw-w64-i686-posix googletest wine)
+
+# need_32_bit_wine: Debian's wine runs 32-bit programs once the libraries of its 32-bit package lie beside its own.
+need_32_bit_wine() {
+  local wine=/usr/lib/x86_64-linux-gnu/wine as_root=() work
+  [ -e "$wine/i386-windows/kernel32.dll" ] && return
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  "${as_root[@]}" dpkg --add-architecture i386
+  "${as_root[@]}" apt-get update -qq >&2
+  work=$(mktemp -d)
+  (cd "$work" && apt-get download -qq libwine:i386 && dpkg -x libwine_*.deb .) >&2
+  "${as_root[@]}" cp -rn "$work/usr/lib/i386-linux-gnu/wine/i386-windows" "$wine"
+  rm -rf "$work"
+}
 
 # build PRESET [TARGET...]: configures and builds, saying little unless it fails.
 build() {

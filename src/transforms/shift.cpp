@@ -26,8 +26,8 @@ NUV_ROW_KERNEL void blend_row(const uint8_t* NUV_RESTRICT in, uint8_t* NUV_RESTR
 void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, uint8_t* result) {
   const int32_t whole = shift >> 12;
   const int32_t weight = interpolated ? shift & (kUnit - 1) : 0;
-  const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(y) * source.width;
-  const std::ptrdiff_t last_read = source.size() - (weight != 0 ? 2 : 1);
+  const int64_t row = int64_t{y} * source.width;
+  const int64_t last_read = source.size() - (weight != 0 ? 2 : 1);
   int64_t x = shift > 0 ? 0 : whole + 2;
   const int64_t end = shift > 0 ? int64_t{source.width} - whole - 1 : source.width;
   while (x < end) {
@@ -39,7 +39,7 @@ void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, ui
     if (first < behind) {
       const uint8_t* in = source.pixels + row + place + (first - x);
       uint8_t* out = result + row + first;
-      const std::ptrdiff_t n = behind - first;
+      const auto n = static_cast<std::ptrdiff_t>(behind - first);
       if (weight != 0) {
         blend_row(in, out, n, weight);
       } else {

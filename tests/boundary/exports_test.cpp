@@ -3,8 +3,10 @@
 #include <cxxabi.h>
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <set>
 #include <string>
@@ -49,6 +51,28 @@ std::string demangled(const std::string& symbol) {
 }
 
 // Every symbol that the library defines for others, whatever its kind.
+#if defined(_WIN32)
+// The system's own header would bring another tagRECT.
+extern "C" __declspec(dllimport) void* __stdcall GetModuleHandleA(const char* name);
+
+uint32_t number_at(const unsigned char* place) {
+  uint32_t number;
+  std::memcpy(&number, place, 4);
+  return number;
+}
+
+Names visible_symbols() {
+  const auto* image = static_cast<const unsigned char*>(GetModuleHandleA("NuvImgSDK2014DLL.dll"));
+  const unsigned char* optional_header = image + number_at(image + 0x3C) + 24;
+  const unsigned char* exports = image + number_at(optional_header + (sizeof(void*) == 4 ? 96 : 112));
+  const unsigned char* symbols = image + number_at(exports + 32);
+  Names names;
+  for (uint32_t i = 0; i < number_at(exports + 24); ++i) {
+    names.insert(demangled(reinterpret_cast<const char*>(image + number_at(symbols + 4 * i))));
+  }
+  return names;
+}
+#else
 Names visible_symbols() {
   Names names;
   const std::unique_ptr<FILE, decltype(&pclose)> nm(
@@ -58,6 +82,7 @@ Names visible_symbols() {
   while (nm && std::fscanf(nm.get(), "%4095s%4095[^\n]", symbol, rest) == 2) names.insert(demangled(symbol));
   return names;
 }
+#endif
 
 TEST(Exports, AreExactlyTheListedFunctions) {
   EXPECT_EQ(visible_symbols(), listed_exports());

@@ -162,7 +162,7 @@ TEST(CameraFrames, AreConvertedPixelByPixel) {
           {f.by_fours, 4, Result::kRgb}, {f.red, 1, Result::kRed}, {f.red_by_twos, 2, Result::kRed}};
       for (const auto& copy : copies) {
         // 422P is thinned by fours in whole fours only.
-        const bool fours = copy.function == NuvCopyYUV422PScale4Rect;
+        const bool fours = copy.step == 4 && std::string(f.name) == "422P";
         const int32_t x2 = fours ? x1 + (w - x1) / 4 * 4 - 1 : w - 1;
         const int32_t y2 = fours ? y1 + (h - y1) / 4 * 4 - 1 : h - 1;
         const Bytes samples = expected(x1, x2, y1, y2, copy.step, copy.result);

@@ -206,7 +206,7 @@ TEST(BmpCorpus, IsReadWithoutHarm) {
     for (Reader reader : {NuvRead8BitBmpFile2Img, NuvRead24BitBmpFile2Img}) {
       int32_t width = 0;
       int32_t height = 0;
-      const std::unique_ptr<uint8_t[]> pixels(reader(entry.path().c_str(), &width, &height));
+      const std::unique_ptr<uint8_t[]> pixels(reader(entry.path().string().c_str(), &width, &height));
       if (pixels) {
         EXPECT_LE(static_cast<uint64_t>(width) * static_cast<uint64_t>(height), entry.file_size());
       }
