@@ -29,7 +29,7 @@ need_32_bit_wine() {
   [ -e "$wine/i386-windows/kernel32.dll" ] && return
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
   "${as_root[@]}" dpkg --add-architecture i386
-  "${as_root[@]}" apt-get update -qq >&2
+  "${as_root[@]}" apt-get update -qq >&2 || true  # the download tells whether the index that it needs is there
   work=$(mktemp -d)
   (cd "$work" && apt-get download -qq libwine:i386 && dpkg -x libwine_*.deb .) >&2
   "${as_root[@]}" cp -rn "$work/usr/lib/i386-linux-gnu/wine/i386-windows" "$wine"
