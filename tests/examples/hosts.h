@@ -23,8 +23,9 @@ struct Outcome {
 class HostTest : public testing::Test {
  protected:
   HostTest() {
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
     dir_ = std::filesystem::temp_directory_path() /
-           (std::string("nuv_host_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+           (std::string("nuv_host_") + test.test_suite_name() + '_' + test.name());
     std::filesystem::remove_all(dir_);
     std::filesystem::create_directories(dir_);
   }
