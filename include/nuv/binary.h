@@ -298,7 +298,7 @@ NUV_API bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg,
 /// likewise, from the row below, replacing what it had. Runs without a level are dropped.
 ///
 /// @param pBinImg   changed: its four sides become 0
-/// @param maxLevel  250 at most; 1 keeps long runs only
+/// @param maxLevel  up to 250, more count as that; 1 or less keeps long runs only
 /// @param pResImg   every byte is written
 NUV_API void NuvRLXDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                     int32_t maxLevel, uint8_t* pResImg);
@@ -322,8 +322,9 @@ NUV_API int32_t NuvRLXRegionsGet(uint8_t* pBinImg, int32_t width, int32_t height
 /// Follows a run of row y downwards while its length stays steady.
 ///
 /// From row y on: let m = (x1+x2)>>1. From m the left end goes left to the first black pixel or to column 0,
-/// the right end right to the first black pixel or to column width-1. The walk ends if pixel m is black, or
-/// if the length, right - left, is 3 or more and differs from the one before by half of that one or more.
+/// the right end right to the first black pixel or to column width-1. The walk ends if pixel m is black, if
+/// the length, right - left, is 0, as it is in lines of one pixel, or if it is 3 or more and differs from the
+/// one before by half of that one or more.
 /// Otherwise y, left and right-1 are stored, and left and right are x1 and x2 of the next row. So x1 is one
 /// left of the run unless the run starts in column 0, and a run that reaches the last column is stored one
 /// short.
@@ -335,7 +336,7 @@ NUV_API int32_t NuvRLXRegionsGrowByYInc(uint8_t* pBinImg, int32_t width, int32_t
 
 /// Follows a run of row y upwards, to row 1 at most; otherwise like NuvRLXRegionsGrowByYInc.
 ///
-/// @return the number of records written, N at most; 0 if y is below 1
+/// @return the number of records written, N at most; 0 if y is below 1, or below the image
 NUV_API int32_t NuvRLXRegionsGrowByYDec(uint8_t* pBinImg, int32_t width, int32_t height, int32_t y,
                                         int32_t x1, int32_t x2, RLX* pRLX, int32_t N);
 
@@ -369,7 +370,7 @@ NUV_API int32_t NuvRLYRegionsGrowByXInc(uint8_t* pBinImg, int32_t width, int32_t
 /// Follows a run of column x to the left, from column x-1 on, to column 1 at most; otherwise like
 /// NuvRLXRegionsGrowByYInc.
 ///
-/// @return the number of records written, N at most; 0 if x-1 is below 1
+/// @return the number of records written, N at most; 0 if x-1 is below 1, or not in the image
 NUV_API int32_t NuvRLYRegionsGrowByXDec(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x,
                                         int32_t y1, int32_t y2, RLY* pRLY, int32_t N);
 
@@ -393,8 +394,8 @@ NUV_API void NuvDrawRLYRegions(uint8_t* pBinImg, int32_t width, int32_t height, 
 /// @param pRLX  receives the runs row by row, with numbers from 0 on without a gap, in no order
 /// @param N     number of records; the scan stops when they are full
 /// @return the number of regions, 1024 at most. If a 1025th is met the scan stops there, and the number of
-///         records written is returned instead, whose numbers have gaps. Otherwise the host does not learn the
-///         number of records: one that wants it fills them beforehand
+///         records written is returned instead, whose numbers have gaps. Otherwise the host does not learn
+///         the number of records: one that wants it fills them beforehand
 NUV_API int32_t NuvRLXRegionsWithID(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minTop,
                                     int32_t minBottom, RLX* pRLX, int32_t N);
 

@@ -2,9 +2,9 @@
 /// RGB, gray and channel operations, camera frames, interlaced fields.
 ///
 /// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. Results of a rectangle are
-/// packed: rows of x2-x1+1 pixels, one behind the other. Rectangles must lie inside the image; of an
-/// empty one nothing is copied. The argument height of a rectangle function is not read where the rectangle
-/// alone tells what is copied.
+/// packed: y2-y1+1 rows of x2-x1+1 pixels, one behind the other. Rectangles must lie inside the image; of
+/// an empty one, x1 > x2 or y1 > y2 wherever its ends are, nothing is copied. NuvSelectRGBRect2Gry and the
+/// functions headed Rectangles do not read their argument height.
 ///
 /// Two gray weightings are in use, and they differ in which end of the pixel is red:
 ///
@@ -168,8 +168,7 @@ NUV_API void NuvGetRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width,
 // Rectangles must lie inside the frame. A function that returns a bool demands that some of width, height,
 // x1, y1, W = x2-x1+1 and H = y2-y1+1 are even, as told with it; it tests them first, and returns false, with
 // nothing written, if one is odd. Otherwise it returns true, also of an empty frame or rectangle, which
-// writes nothing. Results are written in full, to other
-// buffers:
+// writes nothing. Results are written in full, to other buffers:
 //
 //     RGB         W*H pixels of three bytes, all from the frame's own Y, Cb and Cr
 //     gray        W*H bytes, the Y
@@ -351,9 +350,10 @@ NUV_API void NuvSplitOddEvenField(uint8_t* pImg, int32_t width, int32_t height, 
 /// 3*width + 6*width*i: inside the row above, over a part of it. A clean RGB frame takes a positive shift.
 /// With a shift of width or more to either side nothing of the second field is written.
 ///
+/// @param pSecondField, pFirstField  secondHeight and firstHeight rows of width pixels
 /// @param pResImg     has room for max(2*firstHeight - 1, 2*secondHeight) rows; they are written as told,
 ///                    whatever *pResHeight. If the fields differ, rows between are left alone
-/// @param pResHeight  receives secondHeight + firstHeight
+/// @param pResHeight  receives secondHeight + firstHeight, which wraps
 NUV_API void NuvMergeOddEvenField(uint8_t* pSecondField, uint8_t* pFirstField, int32_t secondHeight,
                                   int32_t firstHeight, int32_t width, bool bRGB, int32_t shift,
                                   uint8_t* pResImg, int32_t* pResHeight);

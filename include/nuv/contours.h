@@ -16,7 +16,7 @@
 /// of 2 or more is object to the tracer. The border of an image is not checked while tracing: rows 0 and
 /// height-1 and columns 0 and width-1 must be below 2. Functions that clear the border themselves say so.
 ///
-/// Chains are trusted to stay inside the images they are used with.
+/// Chains are trusted to stay inside the images they are used with, which have a pixel at least.
 #ifndef NUV_CONTOURS_H
 #define NUV_CONTOURS_H
 
@@ -36,7 +36,8 @@
 /// @param pBinImg     binary image with a clear border; changed: 254 and 1 as told above
 /// @param x, y        start pixel. For an outer contour a pixel with background at its left, for a hole the
 ///                    object pixel at the left of a pixel of the hole
-/// @param pChainCode  receives at most N-1 codes; codes past that are dropped, and the marks stay complete
+/// @param pChainCode  receives at most N-1 codes; codes past that are dropped, and the marks stay complete. N
+///                    of 1 or less gets none
 /// @param isOuter     true for the contour of an object, false for that of a hole
 /// @return the number of codes written; 0 for a lone pixel
 /// @see H. Freeman, On the encoding of arbitrary geometric configurations, 1961
@@ -128,7 +129,8 @@ NUV_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, in
 ///
 /// A bar of width W has the length L = perimeter/2 - W and the area W*L. The misfit is
 /// |area - W*L| / min(area, W*L); widths that leave a length below 1 are not tried.
-/// Widths are meant to be positive.
+/// Widths are meant to be positive. They are tried one by one, up to half the perimeter: millions take their
+/// time.
 ///
 /// @param pWidth   receives the best width, the narrowest of equals; 10000 if there is none
 /// @param pLength  receives that bar's length, rounded; left alone if there is none
@@ -227,7 +229,8 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 // The region of an outer chain is everything inside and on it, holes included. The region of a hole's chain
 // is the hole, without the rim that the chain runs over. Chains of 4096 codes or less need no memory. A chain
 // that does not close, or does not wind once round its region, encloses nothing; its own pixels still count
-// where its turns add up to an outer one.
+// where its turns add up to an outer one. One that crosses itself, as the tracer's never do, encloses some of
+// the pixels in its rows, up to the image's sides.
 
 /// Fills what a chain encloses.
 ///

@@ -71,13 +71,15 @@ NUV_API void NuvDrawHoughLine(uint8_t* pGryImg, int32_t width, int32_t height, i
 
 /// The closed polygon through N vertices, each moved by (dx, dy), of lines as NuvGryLine draws them.
 ///
-/// N below 2 draws nothing. N = 2 draws one line, and its second end is moved by (dx, dx).
+/// N below 2 draws nothing. Sums of coordinates are 32-bit and wrap. N = 2 draws one line, and its second end
+/// is moved by (dx, dx).
 NUV_API void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pX, int32_t* pY,
                             int32_t N, int32_t dx, int32_t dy, int32_t color);
 
 /// The ellipse with centre (cx, cy) and half axes rx, ry, of four mirrored polylines with one vertex per
 /// column, drawn and clamped as NuvGryLine does. A negative rx draws nothing; rx = 0, which leaves the shape
-/// without a flattening, draws column cx from the centre up to row 0, whatever ry is.
+/// without a flattening, draws column cx from the centre up to row 0, whatever ry is. Coordinates of the
+/// ellipse are 32-bit and wrap.
 NUV_API void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy,
                            int32_t rx, int32_t ry, int32_t color);
 
@@ -168,7 +170,7 @@ NUV_API void NuvRGBImgDrawArrow(uint8_t* pRGBImg, int32_t width, int32_t height,
 ///     base  row min(y1+10, y2)       wings  columns max(x1-10, 0) and min(x2+10, width-1) of the base
 ///     tip   ((x1+x2)/2, y1)          shaft  columns x1 and x2 from the base to row y2, closed there
 ///
-/// @param x1, x2, y1, y2  rectangle, ends in order
+/// @param x1, x2, y1, y2  rectangle; with ends out of order the places above hold all the same
 NUV_API void NuvDrawUpArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, int32_t color);
 

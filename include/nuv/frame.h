@@ -123,8 +123,8 @@ NUV_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t h
 /// Reads a list, and starts the walk of NuvSequenceFiles_GetNextFileName from its first line.
 ///
 /// @param pFileName  name of the list, zero-terminated, less than 1024 bytes
-/// @return false if the name is too long, the file cannot be opened, or it has no length that an int32_t
-///         holds: the list before stays, and its walk starts anew. False also for want of memory, and then
+/// @return false if the name is too long, the file cannot be opened, or it has no length below
+///         2^31 - 1: the list before stays, and its walk starts anew. False also for want of memory, and then
 ///         there is no list, and for an empty file while no other list has been read. An error in reading
 ///         does not show: what could not be read is 0
 NUV_API bool NuvSequenceFiles_Initialize(char* pFileName);

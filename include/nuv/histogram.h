@@ -32,9 +32,10 @@ NUV_API void NuvGetHistogramByMasked(uint8_t* pGryImg, uint8_t* pMskImg, int32_t
 
 /// Counts the pixels between limits given row by row.
 ///
-/// @param y1, y2         rows, inclusive
-/// @param pLeft, pRight  limits, indexed by the image row y (not by y - y1): row y counts the columns
-///                       pLeft[y] up to but not including pRight[y], and nothing if pLeft[y] >= pRight[y]
+/// @param y1, y2         rows, inclusive; must lie inside the image
+/// @param pLeft, pRight  limits, indexed by the image row y (not by y - y1), so y2 + 1 of them: row y counts
+///                       the columns pLeft[y] up to but not including pRight[y], which must lie inside the
+///                       image, and nothing if pLeft[y] >= pRight[y]
 NUV_API void NuvGetHistogramByLimited(uint8_t* pGryImg, int32_t width, int32_t y1, int32_t y2, int32_t* pLeft,
                                       int32_t* pRight, int32_t* pHistogram);
 
@@ -124,7 +125,7 @@ NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 /// (Wb/W) * (mb - mf)^2 * (Wf/W): weights and means of the pixels up to t and from t + 1 to hi - 1. The first
 /// maximum wins. Sums are 32-bit and wrap.
 ///
-/// @param nSize  number of bins
+/// @param nSize  number of bins; below 1 there are none
 /// @return the highest value of the dark class, so that the bright one begins above it; 0 for fewer than
 ///         three occupied bins
 /// @see N. Otsu, A threshold selection method from gray-level histograms, 1979
@@ -163,7 +164,9 @@ NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_
 /// A level joins the nearest centre, the first of equals. Passes end when no centre has moved by more than
 /// eps relative to itself; should they not, after 100,000 passes.
 ///
-/// @param nClusters  2 to 256
+/// @param nClusters  2 to 256; more count as 256
+/// @param eps        1e-4 or more keeps the passes to some thousand, or milliseconds; 0 takes all of them, or
+///                   seconds
 /// @param pCentres   receives the centres in the order of their start, not sorted: as many as nClusters, or
 ///                   as the histogram has occupied bins if that is fewer
 /// @return false, and nothing written, for nClusters below 2
@@ -375,18 +378,20 @@ NUV_API bool NuvDataLinearInterpolattion(int32_t* pData, int32_t N, int32_t* pRe
 /// The position of the greatest element, the first of equals; 0 if N is below 2.
 NUV_API int32_t NuvDataMaxDataPos(int32_t* pData, int32_t N);
 
-/// The greatest element; pData[0] if N is below 2.
+/// The greatest element; pData[0], which must be there, if N is below 2.
 NUV_API int32_t NuvDataMaxDataValue(int32_t* pData, int32_t N);
 
-/// Mean and mean absolute deviation, in floating point; not a number if N is 0.
+/// Mean and mean absolute deviation, in floating point; not a number if N is 0, and zero if it is below.
 NUV_API void NuvDataAvrAndDif(int32_t* pData, int32_t N, double* pAvr, double* pDif);
 
-/// Mean and standard deviation (divisor N), in floating point; not a number if N is 0.
+/// Mean and standard deviation (divisor N), in floating point; not a number if N is 0, and zero if it is
+/// below.
 ///
-/// @return the greatest element; pData[0] if N is below 2
+/// @return the greatest element; pData[0], which must be there, if N is below 2
 NUV_API int32_t NuvDataAvrAndDevAndReturnMax(int32_t* pData, int32_t N, double* pAvr, double* pDev);
 
-/// Mean and standard deviation (divisor N), the mean from a 32-bit sum that wraps.
+/// Mean and standard deviation (divisor N), the mean from a 32-bit sum that wraps; not a number if N is 0,
+/// and zero if it is below.
 ///
 /// @return that sum
 NUV_API int32_t NuvDataAvrAndDevAndReturnSum(int32_t* pData, int32_t N, double* pAvr, double* pDev);

@@ -136,14 +136,15 @@ NUV_API double NuvABCLineIntersectAngleDegree(double A1, double B1, double C1, d
 /// The length of the common part of two ranges of integers, each inclusive, its ends in either order.
 ///
 /// @param pBegin, pEnd  receive the common range; 0 if there is none
-/// @return end - begin + 1, so 1 for ranges that touch in one value; 0 for disjoint ranges
+/// @return end - begin + 1, which wraps, so 1 for ranges that touch in one value; 0 for disjoint ranges
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2, int32_t* pBegin,
                                   int32_t* pEnd);
 
 /// The same length alone, for ranges that span less than 2^31.
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2);
 
-/// The number of pixels common to two rectangles; their opposite sides may come in either order.
+/// The number of pixels common to two rectangles, in 32 bits that wrap; their opposite sides may come in
+/// either order.
 NUV_API int32_t NuvRectOverlapArea(tagRECT rect1, tagRECT rect2);
 
 // ---- Clipping --------------------------------------------------------------------------------------------
@@ -162,7 +163,7 @@ NUV_API bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVerti
 ///
 /// If |B| > |A| the columns are walked, y = truncate(0.5 - (x*A + C)/B), and y must lie in 0..height-1. Else
 /// the rows are walked, x = truncate(-((y*B + C)/A)), and x must lie in 0..width-2: a vertical line in the
-/// last column is not found.
+/// last column is not found. The time grows with the side that is walked.
 ///
 /// @param pX1, pY1  receive the first point found from 0 up; left alone if there is none
 /// @param pX2, pY2  receive the first point found from the other end; left alone if there is none
@@ -319,7 +320,7 @@ NUV_API bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork,
 ///                         pixels of path; at least 6. A stretch at the end of its chain gives up one code
 /// @param grdThreshold     least gray-level step of an edge, at least 1
 /// @param maxLines         capacity, of lines and of stretches per chain; what is beyond it is dropped
-/// @return false if memory is missing, or none was ever asked for
+/// @return false if memory is missing, none was ever asked for, or no int32_t counts the pixels
 NUV_API bool NuvImgChainLines_Initialize(int32_t width, int32_t height, double minStraightness,
                                          double maxDeviation, int32_t minLength, int32_t grdThreshold,
                                          int32_t maxLines);
@@ -385,7 +386,7 @@ NUV_API int32_t NuvImgChainLines_Debug(uint8_t* pResImg);
 /// area: after 100 by 100, 1 by 1500 changes nothing, and points 1500 apart are refused. The lines found so
 /// far are forgotten.
 ///
-/// @return false without memory
+/// @return false without memory; what was held before is gone then
 NUV_API bool NuvHoughLines_Initialize(int32_t width, int32_t height);
 
 /// The strongest line of points with a Theta from Theta1 up to, but not including, Theta2.
@@ -447,7 +448,8 @@ NUV_API int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M,
 
 /// The corners of a quadrilateral: the two points of a contour that lie farthest apart, and between them the
 /// point farthest from their line on each side, in the order of the contour. Of equals the first. A side
-/// without points gives the point halfway along the contour. The time grows with the square of N.
+/// without points gives the point halfway along the contour. The time grows with the square of N. Squared
+/// distances are 32-bit and wrap: points should lie less than 32768 apart.
 ///
 /// @param pX, pY          N points of a contour, in order
 /// @param pPolyX, pPolyY  receive 4 corners

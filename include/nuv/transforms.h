@@ -26,9 +26,9 @@
 /// and take its place if the sum of their areas is more than ratio times its curArea; otherwise they come
 /// below it.
 ///
-/// @param pGryImg  changed: becomes its inverse, with its four sides 0
+/// @param pGryImg  changed, also without regions: becomes its inverse, with its four sides 0
 /// @param pTmpImg  work space of 2*width*height bytes
-/// @param minArea  least area of a region, in pixels
+/// @param minArea  least area of a region, in pixels; below 0 there is none, and lone pixels count too
 /// @param minGry   the lowest level; from 255 on there is none
 /// @param ratio    0: a region that splits always goes; 1 or more: it stays. Not a number counts as more than
 ///                 1
@@ -179,7 +179,8 @@ NUV_API void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool bR
 /// @param rect      the part of pImg1 to look at
 /// @param pDX, pDY  receive the shift at which pImg2 shows what pImg1 shows at the rectangle
 /// @return the mean difference of that shift. If nothing can be tried, or the cut rectangle is empty, the
-///         shift is (0, 0) and the result columns*rows*255 of the cut rectangle, or *765 with bRGB
+///         shift is (0, 0) and the result columns*rows*255 of the cut rectangle, or *765 with bRGB, below 0
+///         where one of the two is
 /// @note A rectangle of one column or row has nothing to compare: each mean is 0, and the first shift wins.
 ///       Sums are 32-bit and wrap, and so does columns*rows*255 or *765, above which no mean wins: a cut
 ///       rectangle should have no more than 8,421,504 pixels, or 2,807,168 with bRGB.
@@ -242,8 +243,8 @@ NUV_API void NuvShrinkGryImg4x4ByExtract(uint8_t* pGryImg, int32_t width, int32_
 ///
 /// Result (i, j) lies at X = i*sx, Y = j*sy, sx = (width-1)*65536/(resWidth-1) truncated and sy likewise, and
 /// is sampled as told at NuvCopyRectFromRotateCCS; the neighbours behind the last column and row are left
-/// out. The truncated step, which does not wrap, can end up short of the last column and row. A result size of 1 takes the first
-/// column or row.
+/// out. The truncated step, which does not wrap, can end up short of the last column and row. A result size
+/// of 1 takes the first column or row.
 NUV_API void NuvGryImgBilinearInterpolattionFast(uint8_t* pGryImg, int32_t width, int32_t height,
                                                  uint8_t* pResImg, int32_t resWidth, int32_t resHeight);
 
@@ -419,7 +420,7 @@ NUV_API double NuvMaxBrightRect(uint8_t* pGryImg, int32_t width, int32_t height,
 /// for k = 1, else v.
 ///
 /// @param pMskImg  mask of the size of the image; not 0 counts
-/// @param M, N     at least 1, else the result is 0
+/// @param M, N     at least 1, else the result is 0; M*N and its like are 32-bit and wrap
 NUV_API int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                     int32_t M, int32_t N);
 

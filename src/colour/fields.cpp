@@ -38,7 +38,7 @@ using namespace nuv;
 
 void NuvExtractOneField(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, bool bSecondField,
                         uint8_t* pResImg, int32_t* pResHeight) {
-  *pResHeight = height / 2 + (height % 2 != 0 && !bSecondField ? 1 : 0);
+  *pResHeight = height / 2 + (height % 2 > 0 && !bSecondField ? 1 : 0);
   copy_field(pImg, height, bSecondField ? 1 : 0, bytes_of(width, bRGB), pResImg);
 }
 

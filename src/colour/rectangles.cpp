@@ -103,6 +103,7 @@ void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1,
 void NuvCopyRGBScale4Rect(uint8_t* pRGBImg, int32_t width, int32_t /*height*/, int32_t x1, int32_t x2,
                           int32_t y1, int32_t y2, uint8_t* pResImg) {
   const RgbImage image = image_of_any_height<3>(pRGBImg, width);
+  if (Region{x1, x2, y1, y2}.empty()) return;
   for (int32_t y = y1; y <= y2; y += 4) {
     for (int32_t x = x1; x <= x2; x += 4, pResImg += 3) std::memcpy(pResImg, image.at(x, y), 3);
   }
@@ -162,7 +163,7 @@ void NuvRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t /*
   const RgbImage image = image_of_any_height<3>(pRGBImg, width);
   const GrayImage mask = image_of_any_height<1>(pMskImg, width);
   ColourMean mean;
-  for (int32_t y = y1; y <= y2; ++y) {
+  for (int32_t y = y1; x1 <= x2 && y <= y2; ++y) {
     // The colours are read from the row's start on, and only a hit moves on to the next pixel.
     const uint8_t* pixel = image.at(x1, y);
     for (int32_t x = x1; x <= x2; ++x) {

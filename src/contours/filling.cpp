@@ -124,9 +124,11 @@ void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding win
   walk_positions(chain, [&](Point start) {
     uint8_t* pixel = image.at(start.x, start.y);
     if (*pixel != marks.left) return;
+    // A chain that crosses itself may leave a left edge without a right one.
+    const uint8_t* last = image.at(winding.step > 0 ? image.width - 1 : 0, start.y);
     uint8_t* p = pixel;
     visit(p);
-    while (p[winding.step] != marks.right) visit(p += winding.step);
+    while (p != last && p[winding.step] != marks.right) visit(p += winding.step);
     *pixel = marks.right;  // once is enough
   });
 }

@@ -81,8 +81,10 @@ void NuvDrawDegreeLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t 
   const double m = std::tan((by_columns ? degree : 90 - degree) / 180 * kPi);
   const auto rays = [m](int64_t from, int32_t through, int32_t major_size, int32_t minor_size, auto draw) {
     const double c = through - static_cast<double>(from) * m;
-    draw_ray(from + 1, 1, from + 1, int64_t{major_size} - 1, m, c, minor_size, draw);
-    draw_ray(from - 1, -1, 1, from - 1, m, c, minor_size, draw);  // 0 is not reached
+    // From far outside, what lies before the image is passed over at once.
+    const int64_t last = int64_t{major_size} - 1;
+    draw_ray(std::max<int64_t>(from + 1, 0), 1, 0, last, m, c, minor_size, draw);
+    draw_ray(std::min(from - 1, last), -1, 1, last, m, c, minor_size, draw);  // 0 is not reached
   };
   if (by_columns) {
     rays(x0, y0, width, height, put);

@@ -61,7 +61,17 @@ void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, 
   const double flattening = ry / half_axis;
   int32_t px = cx - rx;
   int32_t py = cy;
-  for (int32_t step = -rx; step <= 0; ++step) {
+  // Beyond the image the lines fall into its outermost columns, where one line covers a stretch of steps. So
+  // the next step is the centre, or one with a vertex, at cx + step or cx - step, in the image or beside it.
+  const auto next = [=](int32_t step) {
+    int64_t nearest = 0;
+    for (int64_t begin : {-1 - int64_t{cx}, int64_t{cx} - width}) {
+      const int64_t candidate = std::max(int64_t{step} + 1, begin);
+      if (candidate <= begin + width + 1) nearest = std::min(nearest, candidate);
+    }
+    return static_cast<int32_t>(nearest);
+  };
+  for (int32_t step = -rx;; step = next(step)) {
     const int32_t x = cx + step;
     const double from_center = step;
     const double d = std::sqrt(half_axis * half_axis - from_center * from_center);
@@ -72,6 +82,7 @@ void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, 
     line(2 * cx - px, py, 2 * cx - x, y);
     px = x;
     py = y;
+    if (step == 0) return;
   }
 }
 

@@ -77,7 +77,7 @@ uint8_t* read_bmp(const char* name, int32_t* width, int32_t* height) {
   if (!file_holds_rows(file.get(), offset, row_bytes, *height, BytesPerPixel == 1)) return nullptr;
   if (std::fseek(file.get(), static_cast<long>(offset), SEEK_SET) != 0) return nullptr;
 
-  Buffer<uint8_t> image = allocate<uint8_t>(static_cast<std::size_t>(row_bytes * *height));
+  Buffer<uint8_t> image = allocate<uint8_t>(static_cast<uint64_t>(row_bytes * *height));
   if (!image) return nullptr;
   const auto wanted = static_cast<std::size_t>(row_bytes);
   const auto padding = static_cast<std::size_t>(padding_of(row_bytes));

@@ -13,13 +13,14 @@ namespace nuv {
 template <class T>
 using Buffer = std::unique_ptr<T[]>;
 
-// Elements are left as the memory comes.
+// Elements are left as the memory comes. The count has 64 bits everywhere, as there are more pixels in an
+// image than addresses in a 32-bit process.
 template <class T>
-Buffer<T> allocate(std::size_t count) {
+Buffer<T> allocate(uint64_t count) {
   // Of more than there are addresses for, new throws in spite of what it is asked for.
   // NOLINTNEXTLINE(bugprone-sizeof-expression): elements may be pointers.
   if (count > PTRDIFF_MAX / sizeof(T)) return {};
-  return Buffer<T>(new (std::nothrow) T[count]);
+  return Buffer<T>(new (std::nothrow) T[static_cast<std::size_t>(count)]);
 }
 
 }  // namespace nuv

@@ -2,6 +2,7 @@
 //
 // Counts of pixels under a test are row kernels; the two that need positions walk runs or rows.
 
+#include <algorithm>
 #include <array>
 
 #include "frame/row_kernel.h"
@@ -65,7 +66,7 @@ class RunEnds {
 
   // What the runs add to column x, which may lie outside the image: 1 if it is right of the first pixel
   // and 1 if it is left of the last one.
-  int32_t score(int64_t x) const {
+  int32_t score(int32_t x) const {
     if (x < 0 || x >= width_) return runs_;
     const int32_t begun_before = x == 0 ? 0 : begins_[x - 1];
     return begun_before + runs_ - ends_[x];
@@ -97,15 +98,18 @@ int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_t height, 
   int32_t best = 0;
   int32_t left = width;
   int32_t right = width;
-  for (int64_t x = x1; x <= x2; ++x) {
-    const int32_t score = long_runs.score(x);
-    if (score > best) {
-      best = score;
-      left = right = static_cast<int32_t>(x);
-    } else if (score == best) {
-      right = static_cast<int32_t>(x);
-    }
-  }
+  const auto consider = [&](int32_t first, int32_t last) {  // columns of one score
+    if (first > last) return;
+    const int32_t score = long_runs.score(first);
+    if (score < best) return;
+    if (score > best) left = first;
+    best = score;
+    right = last;
+  };
+  const int32_t columns = std::max(width, 0);
+  consider(x1, std::min(x2, -1));
+  for (int32_t x = std::max(x1, 0); x <= std::min(x2, columns - 1); ++x) consider(x, x);
+  consider(std::max(x1, columns), x2);
   return (left + right) / 2;
 }
 

@@ -10,9 +10,9 @@
 #ifndef NUV_FRAME_ROW_KERNEL_H
 #define NUV_FRAME_ROW_KERNEL_H
 
-// The address sanitizer instruments the resolver that chooses the copy, which runs before it is ready.
+// Sanitizers instrument the resolver that chooses the copy, which runs before they are ready.
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__ELF__) && \
-    !defined(__SANITIZE_ADDRESS__)
+    !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define NUV_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
 #define NUV_LOAD_BOUND_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3")))
 #else

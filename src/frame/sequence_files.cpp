@@ -55,7 +55,8 @@ bool NuvSequenceFiles::load(const char* list) {
   const File file = open_file(list, "rb");
   if (!file || std::fseek(file.get(), 0, SEEK_END) != 0) return false;
   const int64_t length = std::ftell(file.get());
-  if (length < 0 || length > std::numeric_limits<int32_t>::max()) return false;
+  // What is no file, a directory say, can have the greatest length that there is.
+  if (length < 0 || length >= std::numeric_limits<int32_t>::max()) return false;
   if (!hold(static_cast<int32_t>(length))) return false;
   std::rewind(file.get());
   const auto bytes = static_cast<std::size_t>(length);

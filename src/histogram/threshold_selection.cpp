@@ -42,8 +42,13 @@ class Clusters {
  private:
   int32_t nearest(int32_t v) const {
     int32_t best = 0;
+    double least = std::fabs(centres_[0] - v);
     for (int32_t j = 1; j < k_; ++j) {
-      if (std::fabs(centres_[j] - v) < std::fabs(centres_[best] - v)) best = j;
+      const double distance = std::fabs(centres_[j] - v);
+      if (distance < least) {
+        least = distance;
+        best = j;
+      }
     }
     return best;
   }
@@ -72,6 +77,7 @@ using namespace nuv;
 int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize) {
   int32_t lo = 0;
   while (lo < nSize && pHistogram[lo] == 0) ++lo;
+  if (lo >= nSize) return 0;
   int32_t hi = nSize - 1;
   while (hi > lo && pHistogram[hi] == 0) --hi;
   if (lo >= hi) return 0;

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "contours/trace.h"
 #include "nuv/contours.h"
@@ -54,10 +55,12 @@ bool NuvImgChainLines::initialize(int32_t width, int32_t height, const Settings&
   settings_ = settings;
   settings_.straightness.min_length = std::max(settings.straightness.min_length, kShortestPiece);
   settings_.gradient_threshold = std::max(settings.gradient_threshold, 1);
-  init_pixels_ = width * height;
+  const int64_t pixels = width < 1 || height < 1 ? 0 : int64_t{width} * height;
+  const bool is_countable = pixels <= std::numeric_limits<int32_t>::max();
+  init_pixels_ = is_countable ? static_cast<int32_t>(pixels) : 0;
   if (init_pixels_ > capacity_pixels_) allocate_for_pixels(init_pixels_);
   if (settings.max_lines > capacity_lines_) allocate_for_lines(settings.max_lines);
-  return has_memory();
+  return is_countable && has_memory();
 }
 
 // What is held is freed before the larger memory is asked for, and the results go with it. A capacity stays 0

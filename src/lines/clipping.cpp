@@ -87,6 +87,7 @@ bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVertical, dou
 
 bool NuvABCLineImgBoundary(int32_t width, int32_t height, double A, double B, double C, int32_t* pX1,
                            int32_t* pY1, int32_t* pX2, int32_t* pY2) {
+  if (width < 1 || height < 1) return false;
   const AbcLine line{A, B, C};
   if (!line.by_rows()) {
     const auto accept = [=](int32_t* px, int32_t* py) {
@@ -161,7 +162,7 @@ void NuvKBLineBeginEndPoint(int32_t width, int32_t height, int32_t x1, int32_t x
                             int32_t isVertical, double k, double b, int32_t* pX1, int32_t* pY1, int32_t* pX2,
                             int32_t* pY2) {
   const auto clamped = [](double value, int32_t size) {
-    return std::max(0, std::min(truncated(value + 0.5), size - 1));
+    return std::max(0, std::min(truncated(value + 0.5), std::max(size, 1) - 1));
   };
   const auto point_at = [=](int32_t x, int32_t y, int32_t* px, int32_t* py) {
     *px = clamped(isVertical == 0 ? x : y * k + b, width);

@@ -87,13 +87,13 @@ NuvHoughLines::NuvHoughLines() {
 bool NuvHoughLines::initialize(int32_t width, int32_t height) {
   const int64_t size_x = static_cast<int64_t>(width) + 5;
   const int64_t size_y = static_cast<int64_t>(height) + 5;
-  if (size_x * size_y > capacity_area_) {
+  if (width >= 0 && height >= 0 && size_x * size_y > capacity_area_) {
     const double x = static_cast<double>(size_x);
     const double y = static_cast<double>(size_y);
     accumulator_size_ = static_cast<int64_t>(std::sqrt(y * y + x * x) + 6.0) * kCapacityRows;
     accumulator_.reset();
     // A place behind takes the votes that fit nowhere.
-    accumulator_ = allocate<int32_t>(static_cast<std::size_t>(accumulator_size_) + 1);
+    accumulator_ = allocate<int32_t>(static_cast<uint64_t>(accumulator_size_) + 1);
     capacity_area_ = accumulator_ ? size_x * size_y : 0;
     if (!accumulator_) accumulator_size_ = 0;
   }
