@@ -197,22 +197,4 @@ TEST_F(BmpFile, MissingFilesAndDirectories) {
   path_ = file;
 }
 
-// Files that the fuzzer starts from or has found.
-TEST(BmpCorpus, IsReadWithoutHarm) {
-  int files = 0;
-  for (const auto& entry : fs::recursive_directory_iterator(NUV_FUZZ_SEEDS)) {
-    if (!entry.is_regular_file()) continue;
-    ++files;
-    for (Reader reader : {NuvRead8BitBmpFile2Img, NuvRead24BitBmpFile2Img}) {
-      int32_t width = 0;
-      int32_t height = 0;
-      const std::unique_ptr<uint8_t[]> pixels(reader(entry.path().string().c_str(), &width, &height));
-      if (pixels) {
-        EXPECT_LE(static_cast<uint64_t>(width) * static_cast<uint64_t>(height), entry.file_size());
-      }
-    }
-  }
-  EXPECT_GT(files, 0);
-}
-
 }  // namespace
