@@ -1,0 +1,333 @@
+// A table of all exports, and how each is called in a scene: one row an export, which names where every
+// argument comes from. Whatever holds for all exports is tested over the table.
+
+#ifndef NUV_TESTS_BOUNDARY_CALLS_H
+#define NUV_TESTS_BOUNDARY_CALLS_H
+
+#include <functional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "NuvImgSDK2014DLL.h"
+#include "boundary/scene.h"
+
+struct Call {
+  std::string name;       // with the argument types, as in the list of exports
+  std::string signature;  // the line of the list of exports
+  std::function<void(Scene&)> run;
+  std::function<bool(const Scene&)> contract = [](const Scene&) { return true; };
+  bool keeps_state = false;
+
+  // Scenes that break what the header demands of the caller are not played.
+  Call where(std::function<bool(const Scene&)> demanded) && {
+    contract = std::move(demanded);
+    return std::move(*this);
+  }
+  // It remembers something between calls, so that threads cannot share it.
+  Call with_state() && {
+    keeps_state = true;
+    return std::move(*this);
+  }
+};
+
+using Calls = std::vector<Call>;
+Calls binary_calls();
+Calls colour_calls();
+Calls contour_calls();
+Calls drawing_calls();
+Calls edge_calls();
+Calls filter_calls();
+Calls frame_calls();
+Calls histogram_calls();
+Calls line_calls();
+Calls transform_calls();
+
+inline Calls all_calls() {
+  Calls all;
+  for (const auto& room : {binary_calls, colour_calls, contour_calls, drawing_calls, edge_calls, filter_calls,
+                           frame_calls, histogram_calls, line_calls, transform_calls}) {
+    for (Call& call : room()) all.push_back(std::move(call));
+  }
+  return all;
+}
+
+namespace calls {
+
+template <class T>
+constexpr const char* kSpelling = nullptr;
+template <>
+inline constexpr const char* kSpelling<void> = "void";
+template <>
+inline constexpr const char* kSpelling<bool> = "bool";
+template <>
+inline constexpr const char* kSpelling<bool*> = "bool*";
+template <>
+inline constexpr const char* kSpelling<uint8_t> = "uint8_t";
+template <>
+inline constexpr const char* kSpelling<uint8_t*> = "uint8_t*";
+template <>
+inline constexpr const char* kSpelling<const uint8_t*> = "const uint8_t*";
+template <>
+inline constexpr const char* kSpelling<int32_t> = "int32_t";
+template <>
+inline constexpr const char* kSpelling<int32_t*> = "int32_t*";
+template <>
+inline constexpr const char* kSpelling<uint32_t> = "uint32_t";
+template <>
+inline constexpr const char* kSpelling<uint32_t*> = "uint32_t*";
+template <>
+inline constexpr const char* kSpelling<double> = "double";
+template <>
+inline constexpr const char* kSpelling<double*> = "double*";
+template <>
+inline constexpr const char* kSpelling<char*> = "char*";
+template <>
+inline constexpr const char* kSpelling<const char*> = "const char*";
+template <>
+inline constexpr const char* kSpelling<tagRECT> = "tagRECT";
+template <>
+inline constexpr const char* kSpelling<tagRECT*> = "tagRECT*";
+template <>
+inline constexpr const char* kSpelling<RLX*> = "RLX*";
+template <>
+inline constexpr const char* kSpelling<RLY*> = "RLY*";
+
+template <class... Arguments>
+std::string spelled() {
+  std::string list;
+  ((list += list.empty() ? "" : ", ", list += kSpelling<Arguments>), ...);
+  return list;
+}
+
+inline Call row(const std::string& name, const std::string& result, const std::string& arguments) {
+  Call row;
+  row.name = name + "(" + arguments + ")";
+  row.signature = name + "\t" + result + "\t" + arguments;
+  return row;
+}
+
+// Calls with what stands in the scene by now, and notes the result.
+template <class Function, class... Arguments>
+auto run(Scene& scene, Function function, Arguments... arguments) {
+  scene.remember();
+  if constexpr (std::is_void_v<decltype(function(arguments...))>) {
+    function(arguments...);
+  } else {
+    const auto result = function(arguments...);
+    scene.add_result(result);
+    return result;
+  }
+}
+
+template <class Function, class... Roles>
+Call from_roles(const char* name, Function function, Roles... roles) {
+  using Result = decltype(function(roles(std::declval<Scene&>())...));
+  Call call = row(name, kSpelling<Result>, spelled<decltype(roles(std::declval<Scene&>()))...>());
+  call.run = [=](Scene& scene) {
+    // In braces, so that scenes are asked from left to right.
+    const std::tuple<decltype(roles(scene))...> arguments{roles(scene)...};
+    std::apply([&](auto... a) { run(scene, function, a...); }, arguments);
+  };
+  return call;
+}
+
+template <class Function, class Body>
+Call from_body(const char* name, const char* result, std::string arguments, Function* function, Body body) {
+  Call call = row(name, result, arguments.substr(1, arguments.size() - 2));
+  call.run = [=](Scene& scene) { body(scene, function); };
+  return call;
+}
+
+// A row whose scene is changed before it is played.
+template <class Change>
+Call after(Change change, Call call) {
+  call.run = [change, play = std::move(call.run)](Scene& scene) {
+    change(scene);
+    play(scene);
+  };
+  return call;
+}
+
+// ---- Roles: where an argument comes from -----------------------------------------------------------------
+
+inline int32_t width(Scene& s) {
+  return s.width;
+}
+inline int32_t height(Scene& s) {
+  return s.height;
+}
+inline int32_t count(Scene& s) {
+  return s.count;
+}
+inline int32_t result_width(Scene& s) {
+  return s.result_width;
+}
+inline int32_t result_height(Scene& s) {
+  return s.result_height;
+}
+inline int32_t M(Scene& s) {
+  return s.M;
+}
+inline int32_t N(Scene& s) {
+  return s.N;
+}
+
+// A region that may lie anywhere, and one that must not leave the image.
+inline int32_t any_x1(Scene& s) {
+  return s.region.x1;
+}
+inline int32_t any_x2(Scene& s) {
+  return s.region.x2;
+}
+inline int32_t any_y1(Scene& s) {
+  return s.region.y1;
+}
+inline int32_t any_y2(Scene& s) {
+  return s.region.y2;
+}
+inline int32_t inner_x1(Scene& s) {
+  return s.inner.x1;
+}
+inline int32_t inner_x2(Scene& s) {
+  return s.inner.x2;
+}
+inline int32_t inner_y1(Scene& s) {
+  return s.inner.y1;
+}
+inline int32_t inner_y2(Scene& s) {
+  return s.inner.y2;
+}
+
+inline bool flag(Scene& s) {
+  return s.between(0, 1) == 1;
+}
+inline int32_t color(Scene& s) {
+  return s.integer(0, 255);
+}
+inline uint8_t byte(Scene& s) {
+  return static_cast<uint8_t>(s.between(0, 255));
+}
+// A point, typically in the image.
+inline int32_t x(Scene& s) {
+  return s.integer(0, std::max(s.width, 1) - 1);
+}
+inline int32_t y(Scene& s) {
+  return s.integer(0, std::max(s.height, 1) - 1);
+}
+
+inline auto integer(int32_t low, int32_t high) {
+  return [=](Scene& s) { return s.integer(low, high); };
+}
+inline auto real(double low, double high) {
+  return [=](Scene& s) { return s.real(low, high); };
+}
+// Numbers that the contract keeps in their range.
+inline auto integer_within(int32_t low, int32_t high) {
+  return [=](Scene& s) { return s.between(low, high); };
+}
+
+inline uint8_t* gray(Scene& s) {
+  return s.picture(1);
+}
+inline uint8_t* rgb(Scene& s) {
+  return s.picture(3);
+}
+inline uint8_t* binary(Scene& s) {
+  return s.binary_picture();
+}
+inline uint8_t* framed_binary(Scene& s) {
+  return s.binary_picture(1);
+}
+
+// Memory for results and work, full of noise.
+template <class Size>
+auto bytes(Size size) {
+  return [=](Scene& s) { return s.noise(size(s)); };
+}
+inline uint8_t* gray_result(Scene& s) {
+  return s.noise(s.pixels());
+}
+inline uint8_t* rgb_result(Scene& s) {
+  return s.noise(s.pixels() * 3);
+}
+inline uint8_t* inner_gray_result(Scene& s) {
+  return s.noise(s.inner_pixels());
+}
+inline uint8_t* inner_rgb_result(Scene& s) {
+  return s.noise(s.inner_pixels() * 3);
+}
+
+inline int32_t* integer_result(Scene& s) {
+  return s.integers(1, -9, 9);
+}
+inline double* real_result(Scene& s) {
+  return s.reals(1, -9, 9);
+}
+
+template <class Size>
+auto integers(Size size, int32_t low, int32_t high) {
+  return [=](Scene& s) { return s.integers(size(s), low, high); };
+}
+template <class Size>
+auto reals(Size size, double low, double high) {
+  return [=](Scene& s) { return s.reals(size(s), low, high); };
+}
+inline std::size_t counted(const Scene& s) {
+  return Scene::length(s.count);
+}
+inline std::size_t columns(const Scene& s) {
+  return Scene::length(s.width);
+}
+inline std::size_t rows(const Scene& s) {
+  return Scene::length(s.height);
+}
+inline std::size_t pixels(const Scene& s) {
+  return s.pixels();
+}
+inline std::size_t result_pixels(const Scene& s) {
+  return s.result_pixels();
+}
+inline std::size_t levels(const Scene&) {
+  return 256;
+}
+
+inline int32_t* histogram(Scene& s) {
+  return s.integers(256, 0, 40);
+}
+inline int32_t* histogram_result(Scene& s) {
+  return s.integers(256, -9, 9);
+}
+
+inline int32_t chain_x(Scene& s) {
+  return s.chain().x;
+}
+inline int32_t chain_y(Scene& s) {
+  return s.chain().y;
+}
+inline int32_t chain_length(Scene& s) {
+  return static_cast<int32_t>(s.chain().codes.size());
+}
+inline uint8_t* chain(Scene& s) {
+  const std::vector<uint8_t>& codes = s.chain().codes;
+  uint8_t* data = s.memory<uint8_t>(codes.size());
+  std::copy(codes.begin(), codes.end(), data);
+  return data;
+}
+
+inline bool has_pixels(const Scene& s) {
+  return s.width > 0 && s.height > 0;
+}
+
+}  // namespace calls
+
+// A row whose arguments are roles alone; of overloads it is the one that takes the types of the roles.
+#define EXPORT(name, ...) \
+  calls::from_roles(      \
+      #name, [](auto... a) { return ::name(a...); }, __VA_ARGS__)
+// A row that plays a scene of its own: body(scene, address of the export).
+#define EXPORT_BY(name, result, arguments, ...) \
+  calls::from_body(#name, #result, #arguments, static_cast<result(*) arguments>(&::name), __VA_ARGS__)
+
+#endif

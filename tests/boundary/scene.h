@@ -1,0 +1,349 @@
+// What an export is called with: sizes, a region, numbers, and the memory that it is handed. Everything comes
+// from a seed by integer arithmetic, so that it is the same on every machine.
+
+#ifndef NUV_TESTS_BOUNDARY_SCENE_H
+#define NUV_TESTS_BOUNDARY_SCENE_H
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+#include "images.h"
+
+// The sanitizer watches the ends of a block itself.
+#if defined(__SANITIZE_ADDRESS__)
+#define NUV_ASAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define NUV_ASAN 1
+#endif
+#endif
+
+// FNV-1a.
+class Checksum {
+ public:
+  void add(const void* data, std::size_t size) {
+    const auto* bytes = static_cast<const uint8_t*>(data);
+    for (std::size_t i = 0; i < size; ++i) sum_ = (sum_ ^ bytes[i]) * 0x100000001B3;
+  }
+  // Processors differ in the sign of the not-a-numbers that they make.
+  void add(double value) {
+    if (value != value) value = std::numeric_limits<double>::quiet_NaN();
+    add(&value, sizeof value);
+  }
+  uint64_t value() const { return sum_; }
+
+ private:
+  uint64_t sum_ = 0xCBF29CE484222325;
+};
+
+struct Box {
+  int32_t x1, x2, y1, y2;
+
+  int32_t columns() const { return std::max(x2 - x1 + 1, 0); }
+  int32_t rows() const { return std::max(y2 - y1 + 1, 0); }
+};
+
+class Scene {
+ public:
+  // Typical scenes are what a host does all day; hostile ones hold sizes of 0, 1 and less, regions inverted,
+  // empty and outside, and numbers from one end of their type to the other.
+  enum class Kind { kTypical, kHostile };
+
+  Scene(Kind kind, uint32_t seed) : hostile(kind == Kind::kHostile), random_(seed) {
+    width = size(3, 56);
+    height = size(3, 48);
+    if (!hostile && between(0, 1) == 0) {  // camera formats take even sizes
+      width += width % 2;
+      height += height % 2;
+    }
+    inner = {first(width), 0, first(height), 0};
+    inner.x2 = last(inner.x1, width);
+    inner.y2 = last(inner.y1, height);
+    region = hostile ? Box{end(width), end(width), end(height), end(height)} : inner;
+    count = hostile ? one_of({0, 0, 1, 2, 3, 9, 40, -1, kMin}) : between(3, 60);
+    result_width = size(1, 64);
+    result_height = size(1, 64);
+    M = integer(0, 4);
+    N = integer(0, 4);
+  }
+
+  const bool hostile;
+  int32_t width;
+  int32_t height;
+  Box region;     // typical: inside the image; hostile: anywhere
+  Box inner;      // inside the image, or empty
+  int32_t count;  // elements of an array
+  int32_t result_width;
+  int32_t result_height;
+  int32_t M;  // half a window's width
+  int32_t N;  // half a window's height
+
+  std::size_t pixels() const { return area(width, height); }
+  std::size_t inner_pixels() const { return area(inner.columns(), inner.rows()); }
+  std::size_t result_pixels() const { return area(result_width, result_height); }
+  static std::size_t area(int32_t columns, int32_t rows) { return length(columns) * length(rows); }
+  static std::size_t length(int32_t elements) { return static_cast<std::size_t>(std::max(elements, 0)); }
+
+  // ---- Numbers ----
+
+  int32_t between(int32_t low, int32_t high) { return random_.between(low, high); }
+  template <class T>
+  T one_of(std::initializer_list<T> values) {
+    return *(values.begin() + between(0, static_cast<int32_t>(values.size()) - 1));
+  }
+
+  // Typically from low to high; any number where the scene is hostile.
+  int32_t integer(int32_t low, int32_t high) {
+    if (!hostile || between(0, 1) == 0) return between(low, high);
+    return one_of({kMin, kMin + 1, -65536, -256, -2, -1, 0, 1, 2, 3, low - 1, high + 1, 255, 256, 65536,
+                   kMax - 1, kMax});
+  }
+
+  // Typically one of 65 steps from low to high; any number where the scene is hostile.
+  double real(double low, double high) {
+    if (!hostile || between(0, 1) == 0) return low + (high - low) * between(0, 64) / 64;
+    const double infinity = std::numeric_limits<double>::infinity();
+    return one_of({0.0, -0.0, 1.0, -1.0, low - 1, high + 1, 1e-300, 1e300, -1e300, 2147483648.0, -4e9,
+                   infinity, -infinity, infinity - infinity});
+  }
+
+  // ---- Memory ----
+  //
+  // It stays with the scene, which remembers what it held.
+
+  template <class T>
+  T* memory(std::size_t elements) {
+    blocks_.emplace_back(elements * sizeof(T), std::is_same_v<T, double>);
+    return reinterpret_cast<T*>(blocks_.back().data());
+  }
+
+  uint8_t* noise(std::size_t bytes) {
+    uint8_t* data = memory<uint8_t>(bytes);
+    for (std::size_t i = 0; i < bytes; ++i) data[i] = static_cast<uint8_t>(between(0, 255));
+    return data;
+  }
+
+  int32_t* integers(std::size_t elements, int32_t low, int32_t high) {
+    int32_t* data = memory<int32_t>(elements);
+    for (std::size_t i = 0; i < elements; ++i) data[i] = integer(low, high);
+    return data;
+  }
+
+  double* reals(std::size_t elements, double low, double high) {
+    double* data = memory<double>(elements);
+    for (std::size_t i = 0; i < elements; ++i) data[i] = real(low, high);
+    return data;
+  }
+
+  // Noise, blocks of a few levels, ramps; channels bytes to the pixel.
+  uint8_t* picture(int32_t channels) {
+    const int32_t style = between(0, hostile ? 3 : 2);
+    const int32_t side = between(2, 7);
+    const int32_t spread = between(0, 12);
+    const int32_t slope = between(-4, 4);
+    return paint(channels, [&](int32_t x, int32_t y, int32_t channel) {
+      if (style == 0) return between(0, 255);
+      if (style == 3) return side % 2 * 255;
+      const int32_t level = style == 1 ? (x / side * 73 + y / side * 151 + (x / side) * (y / side) * 37) % 200
+                                       : 120 + (slope * x + (channel + 1) * y) % 100;
+      return std::clamp(level + 20 + between(-spread, spread), 0, 255);
+    });
+  }
+
+  // Objects of 255 on 0, of few pixels or of blocks. A frame of this many pixels stays 0.
+  uint8_t* binary_picture(int32_t frame = 0) {
+    const int32_t style = between(0, hostile ? 3 : 1);
+    const int32_t side = style == 0 ? 1 : between(2, 6);
+    const int32_t percent = between(10, 90);
+    const uint32_t salt = static_cast<uint32_t>(between(0, 65535));
+    return paint(1, [&](int32_t x, int32_t y, int32_t) {
+      const bool in_frame = x < frame || y < frame || x >= width - frame || y >= height - frame;
+      if (in_frame) return 0;
+      if (style == 2) return percent % 2 * 255;
+      if (style == 3) return between(0, 255);
+      const auto place = static_cast<uint32_t>(x / side * 4096 + y / side) ^ salt;
+      return place * 2654435761U >> 25 < static_cast<uint32_t>(percent) * 128 / 100 ? 255 : 0;
+    });
+  }
+
+  // ---- A chain ----
+  //
+  // It stays inside the image, and typically it closes.
+
+  struct Chain {
+    int32_t x = 0;
+    int32_t y = 0;
+    std::vector<uint8_t> codes;
+  };
+
+  const Chain& chain() {
+    if (!chain_)
+      chain_ = std::make_unique<Chain>(hostile && between(0, 2) != 0 ? wandering_chain() : closed_chain());
+    return *chain_;
+  }
+
+  // ---- What came of it ----
+
+  template <class T>
+  void add_result(T value) {
+    returned_something_ = returned_something_ || value != T{};
+    if constexpr (std::is_same_v<T, double>) {
+      sum_.add(value);
+    } else {
+      sum_.add(&value, sizeof value);
+    }
+  }
+
+  // Marks what the memory holds by now as what it held at first.
+  void remember() {
+    for (Block& block : blocks_) block.remember();
+  }
+  bool shows_an_effect() const {
+    return returned_something_ ||
+           std::any_of(blocks_.begin(), blocks_.end(), [](const Block& b) { return b.changed(); });
+  }
+  bool guards_hold() const {
+    return std::all_of(blocks_.begin(), blocks_.end(), [](const Block& b) { return b.guards_hold(); });
+  }
+  // Of all that was returned and of everything in memory.
+  uint64_t checksum() const {
+    Checksum sum = sum_;
+    for (const Block& block : blocks_) block.add_to(sum);
+    return sum.value();
+  }
+
+ private:
+  static constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
+  static constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
+
+  // Memory between guards.
+  class Block {
+   public:
+    Block(std::size_t size, bool of_reals)
+        : size_(size), of_reals_(of_reals), memory_(new uint8_t[size + 2 * kGuard]) {
+      std::memset(memory_.get(), kGuardByte, size + 2 * kGuard);
+    }
+
+    uint8_t* data() const { return memory_.get() + kGuard; }
+    void remember() { held_.assign(data(), data() + size_); }
+    bool changed() const { return !std::equal(held_.begin(), held_.end(), data()); }
+    bool guards_hold() const {
+      const auto is_guard = [](uint8_t byte) { return byte == kGuardByte; };
+      return std::all_of(memory_.get(), data(), is_guard) &&
+             std::all_of(data() + size_, data() + size_ + kGuard, is_guard);
+    }
+    void add_to(Checksum& sum) const {
+      if (!of_reals_) {
+        sum.add(data(), size_);
+        return;
+      }
+      for (std::size_t i = 0; i < size_; i += sizeof(double)) {
+        double value;
+        std::memcpy(&value, data() + i, sizeof value);
+        sum.add(value);
+      }
+    }
+
+   private:
+#if defined(NUV_ASAN)
+    static constexpr std::size_t kGuard = 0;
+#else
+    static constexpr std::size_t kGuard = 64;
+#endif
+    static constexpr uint8_t kGuardByte = 0xA7;
+
+    std::size_t size_;
+    bool of_reals_;
+    std::unique_ptr<uint8_t[]> memory_;
+    std::vector<uint8_t> held_;
+  };
+
+  int32_t size(int32_t low, int32_t high) {
+    return hostile ? one_of({0, 0, 1, 1, 2, 3, 4, 5, 7, 8, 17, 33, -1, kMin}) : between(low, high);
+  }
+
+  int32_t first(int32_t length) {
+    return between(0, std::max(length, 1) - 1);
+  }
+  // An end for a range from there on. It may be empty where the scene is hostile.
+  int32_t last(int32_t from, int32_t length) {
+    if (length < 1) return from - 1;
+    if (hostile && between(0, 3) == 0) return from - 1;
+    return between(from, length - 1);
+  }
+  // An end of a region anywhere.
+  int32_t end(int32_t length) {
+    return one_of({kMin, -65536, -2, -1, 0, 0, 1, 2, length / 2, length - 2, length - 1, length - 1, length,
+                   length + 1, 65536, kMax});
+  }
+
+  template <class Pixel>
+  uint8_t* paint(int32_t channels, Pixel pixel) {
+    uint8_t* data = memory<uint8_t>(pixels() * static_cast<std::size_t>(channels));
+    if (pixels() == 0) return data;
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) {
+        for (int32_t c = 0; c < channels; ++c)
+          data[(y * width + x) * channels + c] = static_cast<uint8_t>(pixel(x, y, c));
+      }
+    }
+    return data;
+  }
+
+  // An octagon: opposite sides of equal length, gone round to the left or to the right.
+  Chain closed_chain() {
+    Chain chain;
+    const int32_t columns = std::max(width, 1) - 1;  // that it may reach over
+    const int32_t rows = std::max(height, 1) - 1;
+    int32_t sides[4];  // of codes 0 and 4, 1 and 5, 2 and 6, 3 and 7
+    sides[1] = between(0, std::min(columns, rows) / 3);
+    sides[3] = between(0, std::min(columns, rows) / 3);
+    sides[0] = between(0, columns - sides[1] - sides[3]);
+    sides[2] = between(0, rows - sides[1] - sides[3]);
+    const bool to_the_left = between(0, 1) == 0;
+    for (int32_t code = 0; code < 8; ++code) {
+      const auto length = static_cast<std::size_t>(sides[code % 4]);
+      chain.codes.insert(chain.codes.end(), length,
+                         static_cast<uint8_t>(to_the_left ? code : (8 - code) % 8));
+    }
+    // It starts to the right along its lowest side, or along its highest one.
+    const int32_t reach = sides[1] + sides[2] + sides[3];
+    chain.x = sides[3] + between(0, columns - sides[0] - sides[1] - sides[3]);
+    chain.y = (to_the_left ? reach : 0) + between(0, rows - reach);
+    return chain;
+  }
+
+  Chain wandering_chain() {
+    static constexpr int32_t kX[] = {1, 1, 0, -1, -1, -1, 0, 1};
+    static constexpr int32_t kY[] = {0, -1, -1, -1, 0, 1, 1, 1};
+    Chain chain;
+    chain.x = first(width);
+    chain.y = first(height);
+    int32_t x = chain.x;
+    int32_t y = chain.y;
+    for (int32_t tries = between(0, 120); tries > 0; --tries) {
+      const int32_t code = between(0, 7);
+      const bool stays =
+          x + kX[code] >= 0 && x + kX[code] < width && y + kY[code] >= 0 && y + kY[code] < height;
+      if (!stays) continue;
+      x += kX[code];
+      y += kY[code];
+      chain.codes.push_back(static_cast<uint8_t>(code));
+    }
+    return chain;
+  }
+
+  Random random_;
+  std::vector<Block> blocks_;
+  std::unique_ptr<Chain> chain_;
+  Checksum sum_;
+  bool returned_something_ = false;
+};
+
+#endif
