@@ -1,15 +1,10 @@
 #!/usr/bin/env bash
-# Builds the library for 32-bit Windows and runs its unit tests and find_lines under Wine: ./test-windows.sh
+# Builds the library for 32-bit Windows and runs all its tests under Wine: ./test-windows.sh
 # What is built needs nothing beside it but Windows itself, and find_lines gives what it gives here, to the byte.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
-need_packages "${build_packages[@]}" "${test_packages[@]}" "${windows_packages[@]}"
-need_32_bit_wine
-export WINEDEBUG=-all WINEPREFIX="$PWD/build/wine"
-
-build windows
-ctest --preset windows
+./test.sh windows
 
 bin=$PWD/build/windows/bin
 needed=$(i686-w64-mingw32-objdump -p "$bin/NuvImgSDK2014DLL.dll" | sed -n 's/.*DLL Name: //p')
@@ -19,6 +14,7 @@ if others=$(grep -ivE '^(kernel32|msvcrt)\.dll$' <<<"$needed"); then
 fi
 
 build release find_lines
+export WINEDEBUG=-all WINEPREFIX="$PWD/build/wine"
 mkdir -p build/windows/here build/windows/there
 cp examples/data/camera.bmp build/windows
 (cd build/windows/here && ../../release/examples/find_lines --csv ../camera.bmp lines.bmp >lines.csv)

@@ -31,19 +31,26 @@ class HostTest : public testing::Test {
   }
   ~HostTest() override { std::filesystem::remove_all(dir_); }
 
+  // As text, so that lines end alike everywhere.
   static std::string text_of(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(file);
     return std::string(std::istreambuf_iterator<char>(stream), {});
   }
 
   Outcome run(const std::string& program, const std::string& arguments) const {
+#if defined(_WIN32)
+    const std::string start = "cd /d " + quoted(dir_) + " && " + quoted(program);
+    constexpr int kStatusUnit = 1;
+#else
+    const std::string start = "cd " + quoted(dir_) + " && " + program;  // which may be an emulator's call
+    constexpr int kStatusUnit = 256;
+#endif
     const std::filesystem::path err = dir_ / "err.txt";
     const std::filesystem::path out = dir_ / "out.txt";
-    const std::string command = "cd '" + dir_.string() + "' && " + program + " " + arguments + " >'" +
-                                out.string() + "' 2>'" + err.string() + "'";
+    const std::string command = start + " " + arguments + " >" + quoted(out) + " 2>" + quoted(err);
     Outcome outcome;
     const int status = std::system(command.c_str());
-    outcome.status = status < 0 ? status : status >> 8;
+    outcome.status = status < 0 ? status : status / kStatusUnit;
     outcome.out = text_of(out);
     outcome.err = text_of(err);
     std::filesystem::remove(out);
@@ -57,6 +64,12 @@ class HostTest : public testing::Test {
   }
 
   std::filesystem::path dir_;
+
+ private:
+  // With the system's own separators: a program finds its libraries by its path.
+  static std::string quoted(std::filesystem::path path) {
+    return '"' + path.make_preferred().string() + '"';
+  }
 };
 
 #endif
