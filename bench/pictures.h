@@ -32,7 +32,7 @@ struct Row {
   }
 };
 
-// Memory from a cache line on, as cameras and the peers have theirs, so that both sides of a row find the same.
+// Memory from a cache line on, as cameras and the peers have theirs, so that both sides find the same.
 template <class T>
 struct LineAllocator {
   using value_type = T;
