@@ -1,0 +1,12 @@
+// A host may include <windows.h> before the library's header, and hand over its rectangles.
+
+#include <windows.h>
+
+// After it.
+#include <gtest/gtest.h>
+
+#include "NuvImgSDK2014DLL.h"
+
+TEST(WindowsHeader, SharesItsRectangle) {
+  EXPECT_EQ(NuvRectOverlapArea(RECT{0, 0, 9, 9}, RECT{5, 6, 20, 20}), 5 * 4);
+}
