@@ -85,11 +85,6 @@ Call demanding(Demands d, Call call) {
   return calls::after(meet, std::move(call));
 }
 
-// Long rows are converted in wide steps.
-void widen(Scene& s) {
-  if (!s.hostile && s.between(0, 1) == 0) s.width += 64;
-}
-
 // ---- Interlaced fields: gray or RGB ----
 
 uint8_t* rows_result(Scene& s, int32_t rows, int32_t channels) {
@@ -174,7 +169,7 @@ Calls colour_calls() {
 
       // Packed CbYCrY frames
       demanding({2, 1, 1, 1, 1, 1}, EXPORT(NuvCbYCrY2RGB, packed, width, height, rgb_result)),
-      after(widen, demanding({2, 1, 1, 1, 1, 1}, EXPORT(NuvRGB2CbYCrY, rgb, width, height, packed))),
+      demanding({2, 1, 1, 1, 1, 1}, EXPORT(NuvRGB2CbYCrY, rgb, width, height, packed)),
       EXPORT(NuvCbYCrY2Gry, packed, width, height, gray_result),
       demanding({1, 1, 2, 2, 1, 1}, EXPORT(NuvCopyCbYCrYRect2RGB, packed, width, height, inner_x1, inner_x2,
                                            inner_y1, inner_y2, inner_rgb_result)),
@@ -192,7 +187,7 @@ Calls colour_calls() {
 
       // YUV 420SP frames
       demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvYUV420SP2RGB, yuv420, width, height, rgb_result)),
-      after(widen, demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvRGB2YUV420SP, rgb, width, height, yuv420))),
+      demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvRGB2YUV420SP, rgb, width, height, yuv420)),
       EXPORT(NuvYUV420SP2Gry, yuv420, width, height, gray_result),
       demanding({1, 1, 2, 2, 2, 2}, EXPORT(NuvCopyYUV420SPRect, yuv420, width, height, inner_x1, inner_x2,
                                            inner_y1, inner_y2, inner_yuv420)),
@@ -209,7 +204,7 @@ Calls colour_calls() {
 
       // YUV 420P frames
       demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvYUV420P2RGB, yuv420, width, height, rgb_result)),
-      after(widen, demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvRGB2YUV420P, rgb, width, height, yuv420))),
+      demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvRGB2YUV420P, rgb, width, height, yuv420)),
       EXPORT(NuvYUV420P2Gry, yuv420, width, height, gray_result),
       demanding({2, 2, 2, 2, 2, 2}, EXPORT(NuvCopyYUV420PRect, yuv420, width, height, inner_x1, inner_x2,
                                            inner_y1, inner_y2, inner_rgb_result, inner_gray_result)),
@@ -224,7 +219,7 @@ Calls colour_calls() {
 
       // YUV 422P frames
       demanding({2, 1, 1, 1, 1, 1}, EXPORT(NuvYUV422P2RGB, yuv422, width, height, rgb_result)),
-      after(widen, demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvRGB2YUV422P, rgb, width, height, yuv422))),
+      demanding({2, 2, 1, 1, 1, 1}, EXPORT(NuvRGB2YUV422P, rgb, width, height, yuv422)),
       EXPORT(NuvYUV422P2Gry, yuv422, width, height, gray_result),
       demanding({2, 2, 2, 2, 1, 1}, EXPORT(NuvCopyYUV422PRect, yuv422, width, height, inner_x1, inner_x2,
                                            inner_y1, inner_y2, inner_rgb_result, inner_gray_result)),

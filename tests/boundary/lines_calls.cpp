@@ -149,7 +149,7 @@ Call in_detector(Prepare prepare, Call call) {
 // Detectors keep their memory. That what came before makes no difference, they are typically large enough for
 // all scenes.
 int32_t detector_width(Scene& s) {
-  return s.hostile ? s.result_width : 56;
+  return s.hostile ? s.result_width : 2200;
 }
 int32_t detector_height(Scene& s) {
   return s.hostile ? s.result_height : 48;

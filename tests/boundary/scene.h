@@ -58,6 +58,10 @@ class Scene {
   Scene(Kind kind, uint32_t seed) : hostile(kind == Kind::kHostile), random_(seed) {
     width = size(3, 56);
     height = size(3, 48);
+    if (!hostile && between(0, 7) == 0) {  // wide rows are worked in strips and blocks
+      width = between(500, 2200);
+      height = between(3, 9);
+    }
     if (!hostile && between(0, 1) == 0) {  // camera formats take even sizes
       width += width % 2;
       height += height % 2;
