@@ -19,28 +19,6 @@ int rectangle_gray(Pixel p) {
   return (p[0] * 306 + p[1] * 601 + p[2] * 116) >> 10;
 }
 
-// All colours whose bytes are multiples of 5, and so 0 and 255 among them.
-Bytes many_colours() {
-  Bytes pixels;
-  for (int b = 0; b < 256; b += 5) {
-    for (int g = 0; g < 256; g += 5) {
-      for (int r = 0; r < 256; r += 5) {
-        for (int byte : {b, g, r}) pixels.push_back(static_cast<uint8_t>(byte));
-      }
-    }
-  }
-  return pixels;
-}
-
-void expect_formula(Bytes pixels, int32_t width, int32_t height, ToGray to_gray,
-                    const std::function<int(Pixel)>& formula) {
-  Bytes gray(pixels.size() / 3);
-  to_gray(pixels.data(), width, height, gray.data());
-  for (std::size_t i = 0; i < gray.size(); ++i) {
-    ASSERT_EQ(gray[i], formula(&pixels[3 * i])) << "pixel " << i << " of " << width << 'x' << height;
-  }
-}
-
 void rectangle_of_whole(uint8_t* rgb, int32_t width, int32_t height, uint8_t* gray) {
   NuvCopyRGBRect2Gry(rgb, width, height, 0, width - 1, 0, height - 1, gray);
 }
@@ -53,14 +31,15 @@ TEST(Gray, FollowsTheFormulas) {
       {NuvRGBsDif2Gry, [](Pixel p) { return *std::max_element(p, p + 3) - *std::min_element(p, p + 3); }},
       {NuvExtractMaxRGB2GryImg, [](Pixel p) { return *std::max_element(p, p + 3); }},
   };
-  Random random(7);
+  // All colours whose bytes are multiples of 3, and so 0 and 255 among them.
+  Bytes colours;
+  for (int i = 0; i < 86 * 86 * 86; ++i) {
+    for (int unit : {86 * 86, 86, 1}) colours.push_back(static_cast<uint8_t>(i / unit % 86 * 3));
+  }
+  Bytes gray(colours.size() / 3);
   for (const auto& [to_gray, formula] : functions) {
-    const Bytes colours = many_colours();
-    expect_formula(colours, static_cast<int32_t>(colours.size() / 3), 1, to_gray, formula);
-    for (const auto& [width, height] : kOddSizes) {
-      expect_formula(random.bytes(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3),
-                     width, height, to_gray, formula);
-    }
+    to_gray(colours.data(), static_cast<int32_t>(gray.size()), 1, gray.data());
+    for (std::size_t i = 0; i < gray.size(); ++i) ASSERT_EQ(gray[i], formula(&colours[3 * i])) << i;
   }
 }
 
@@ -73,12 +52,8 @@ TEST(Channels, AreTakenApartAndPutTogether) {
   Bytes rgb = original;
   Bytes planes[3];
   for (int32_t channel = 0; channel < 3; ++channel) {
-    Bytes& plane = planes[channel];
-    plane.resize(n);
-    NuvSelectRGB2Gry(rgb.data(), width, height, channel, plane.data());
-    Bytes same(n);
-    NuvExtractOneChannelFromRGB(rgb.data(), width, height, channel, same.data());
-    EXPECT_EQ(plane, same);
+    planes[channel].resize(n);
+    NuvSelectRGB2Gry(rgb.data(), width, height, channel, planes[channel].data());
   }
   Bytes joined(3 * n);
   NuvGry2RGBImg(planes[2].data(), planes[1].data(), planes[0].data(), width, height, joined.data());

@@ -61,19 +61,32 @@ inline TestImage random_blobs(Random& random, int32_t width, int32_t height) {
   return image;
 }
 
-// Which pixels a 4-connected background reaches from the corner.
-inline TestImage outside_of(const TestImage& image) {
-  TestImage reached(image.width, image.height);
-  std::vector<std::pair<int32_t, int32_t>> open = {{0, 0}};
+// Gives a value to the pixels that are 4-connected with one and of its value.
+inline void flood(TestImage& image, int32_t from_x, int32_t from_y, uint8_t value) {
+  const uint8_t old = image.at(from_x, from_y);
+  std::vector<std::pair<int32_t, int32_t>> open = {{from_x, from_y}};
   while (!open.empty()) {
     const auto [x, y] = open.back();
     open.pop_back();
-    if (x < 0 || y < 0 || x >= image.width || y >= image.height) continue;
-    if (reached.at(x, y) != 0 || image.at(x, y) != 0) continue;
-    reached.at(x, y) = 255;
+    if (x < 0 || y < 0 || x >= image.width || y >= image.height || image.at(x, y) != old) continue;
+    image.at(x, y) = value;
     for (int d = 0; d < 8; d += 2) open.emplace_back(x + kStepX[d], y + kStepY[d]);
   }
-  return reached;
+}
+
+// The pixels that a chain, drawn alone in an image of 0, cuts off from the corner, and those that it draws.
+struct Enclosed {
+  TestImage region;
+  TestImage rim;
+};
+
+inline Enclosed enclosed_by(TracedChain& chain, int32_t width, int32_t height) {
+  TestImage rim(width, height);
+  NuvMarkChainByColor(rim.data(), width, chain.x, chain.y, chain.data(), chain.n(), 255);
+  TestImage region = rim;
+  flood(region, 0, 0, 1);
+  for (uint8_t& pixel : region.pixels) pixel = pixel == 1 ? 0 : 255;
+  return {region, rim};
 }
 
 #endif

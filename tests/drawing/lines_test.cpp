@@ -23,10 +23,10 @@ TEST(GryLine, IsConnectedAndLeavesOutItsLeftColumn) {
   EXPECT_EQ(line(5, 5, 2, 2), diagonal);
   EXPECT_EQ(line(2, 2, 2, 2),
             draw({".......", ".......", "..#....", ".......", ".......", ".......", "......."}));
-  EXPECT_EQ(line(1, 6, 1, 3),
-            draw({".......", ".......", ".......", ".#.....", ".#.....", ".#.....", ".#....."}));
   EXPECT_EQ(line(5, 0, 3, 0),
             draw({"...###.", ".......", ".......", ".......", ".......", ".......", "......."}));
+  EXPECT_EQ(line(1, 6, 1, 3),
+            draw({".......", ".......", ".......", ".#.....", ".#.....", ".#.....", ".#....."}));
 }
 
 TEST(GryLine, ClampsItsEndsToTheImage) {
@@ -65,7 +65,6 @@ TEST(EquationLines, RoundAsTheirFormsDo) {
                  [=](uint8_t* p, int32_t w, int32_t h) { NuvDrawABCLineByColor(p, w, h, a, b, c, 255); });
   };
   EXPECT_EQ(abc(1, -1, 0), draw({"#...", ".#..", "..#.", "...#"}));
-  EXPECT_EQ(abc(0, 1, -2.5), draw({"....", "....", "....", "####"}));
   EXPECT_EQ(abc(0, 0, 1), TestImage(4, 4));
 
   const auto hough = [](int32_t thro, int32_t theta) {

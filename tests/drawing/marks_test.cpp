@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <climits>
 
 #include "NuvImgSDK2014DLL.h"
 #include "images.h"
@@ -27,15 +26,6 @@ TestImage drawn_channel(int32_t width, int32_t height, std::size_t channel, Draw
   return image;
 }
 
-template <class Value>
-TestImage by_pixel(int32_t width, int32_t height, Value value) {
-  TestImage image(width, height);
-  for (int32_t y = 0; y < height; ++y) {
-    for (int32_t x = 0; x < width; ++x) image.at(x, y) = static_cast<uint8_t>(value(x, y));
-  }
-  return image;
-}
-
 TEST(Cross, StaysOffTwoLinesOfTheBorder) {
   const auto cross = [](int32_t x, int32_t y) {
     return drawn(8, 7, [=](uint8_t* p, int32_t w, int32_t h) { NuvDrawGryCross(p, w, h, x, y, 3, 255); });
@@ -44,9 +34,6 @@ TEST(Cross, StaysOffTwoLinesOfTheBorder) {
             draw({"........", "........", "....#...", "..####..", "....#...", "........", "........"}));
   EXPECT_EQ(cross(-7, 0),
             draw({"........", "..###...", ".#......", ".#......", ".#......", "........", "........"}));
-  EXPECT_EQ(drawn(9, 2, [](uint8_t* p, int32_t w, int32_t h) { NuvDrawGryCross(p, w, h, 4, 0, 3, 255); }),
-            TestImage(9, 2))
-      << "no row is off the border";
 }
 
 TEST(Cross, HasAShadowAsLongAsItsArms) {
@@ -83,53 +70,39 @@ TEST(CrossedArrow, GrowsWithItsLineAndSwapsColoursOnIt) {
   };
   const TestImage red = of_lines(
       30, 16, {19, 5, 19, 13, 20, 5, 20, 13, 21, 5, 21, 13, 16, 8, 24, 8, 16, 9, 24, 9, 16, 10, 24, 10});
-  const TestImage line = of_lines(30, 16, {2, 2, 20, 9});
   EXPECT_EQ(drawn_channel(30, 16, 2, arrow), red);
-  EXPECT_EQ(drawn_channel(30, 16, 0, arrow),
-            by_pixel(30, 16, [&](int32_t x, int32_t y) { return line.at(x, y) & ~red.at(x, y); }));
+  TestImage blue = of_lines(30, 16, {2, 2, 20, 9});
+  for (std::size_t i = 0; i < blue.pixels.size(); ++i) blue.pixels[i] &= static_cast<uint8_t>(~red.pixels[i]);
+  EXPECT_EQ(drawn_channel(30, 16, 0, arrow), blue);
 }
-
-using BlockDraw = void (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t);
 
 TEST(BlockArrow, IsSixLines) {
-  const auto expect = [](BlockDraw arrow, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
-                         const Lines& lines) {
-    TestImage image(40, 35);
-    arrow(image.data(), 40, 35, x1, x2, y1, y2, 255);
-    EXPECT_EQ(image, of_lines(40, 35, lines));
-  };
-  expect(NuvDrawUpArrow, 15, 24, 5, 30,
-         {5, 15, 19, 5, 34, 15, 19, 5, 5, 15, 34, 15, 15, 15, 15, 30, 24, 15, 24, 30, 15, 30, 24, 30});
-  expect(NuvDrawUpArrow, 15, 24, 5, 11, {5, 11, 19, 5, 34, 11, 19, 5, 5, 11, 34, 11});
-  expect(NuvDrawDownArrow, 4, 35, 5, 30,
-         {0, 20, 19, 30, 39, 20, 19, 30, 0, 20, 39, 20, 4, 20, 4, 5, 35, 20, 35, 5, 4, 5, 35, 5});
-  expect(NuvDrawLeftArrow, 5, 30, 12, 19,
-         {15, 2, 5, 15, 15, 29, 5, 15, 15, 2, 15, 29, 15, 12, 30, 12, 15, 19, 30, 19, 30, 12, 30, 19});
-  expect(NuvDrawRightArrow, 5, 30, 7, 28,
-         {20, 0, 30, 17, 20, 34, 30, 17, 20, 0, 20, 34, 20, 7, 5, 7, 20, 28, 5, 28, 5, 7, 5, 28});
+  TestImage up(40, 35);
+  NuvDrawUpArrow(up.data(), 40, 35, 15, 24, 5, 30, 255);
+  EXPECT_EQ(up, of_lines(40, 35, {5,  15, 19, 5,  34, 15, 19, 5,  5,  15, 34, 15,
+                                  15, 15, 15, 30, 24, 15, 24, 30, 15, 30, 24, 30}));
+  TestImage left(40, 35);  // no longer than its head, and its wings end with the image
+  NuvDrawLeftArrow(left.data(), 40, 35, 5, 12, 3, 28, 255);
+  EXPECT_EQ(left, of_lines(40, 35, {12, 0, 5, 15, 12, 34, 5, 15, 12, 0, 12, 34}));
 }
 
-using GrayDraw = void (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t);
-using RgbDraw = void (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t);
-
 TEST(SimpleArrow, IsSixLinesInGrayAndInColour) {
-  const auto expect = [](GrayDraw gray, RgbDraw rgb, int32_t x, int32_t y, int32_t len, const Lines& lines) {
+  const auto expect = [](auto arrow, int32_t x, int32_t y, int32_t len, const Lines& lines) {
     TestImage image(30, 25);
-    gray(image.data(), 30, 25, x, y, len, 255);
+    arrow(image.data(), 30, 25, x, y, len, 255);
     EXPECT_EQ(image, of_lines(30, 25, lines));
-    const auto draw_rgb = [=](uint8_t* p, int32_t w, int32_t h) { rgb(p, w, h, x, y, len, 255, 9, 8); };
+    const auto draw_rgb = [=](uint8_t* p, int32_t w, int32_t h) { arrow(p, w, h, x, y, len, 255, 9, 8); };
     EXPECT_EQ(drawn_channel(30, 25, 2, draw_rgb), image);
   };
-  expect(NuvDrawUpArrow, NuvDrawUpArrow, 15, 20, 17,
-         {15, 20, 15, 3, 15, 3, 11, 12, 15, 3, 19, 12, 16, 20, 16, 3, 15, 3, 12, 12, 15, 3, 18, 12});
-  expect(NuvDrawUpArrow, NuvDrawUpArrow, 15, 20, 3,  // the wings are on the axis
+  const auto up = [](auto... a) { NuvDrawUpArrow(a...); };
+  const auto down = [](auto... a) { NuvDrawDownArrow(a...); };
+  const auto right = [](auto... a) { NuvDrawRightArrow(a...); };
+  expect(up, 15, 20, 3,  // the wings are on the axis
          {15, 20, 15, 17, 15, 17, 15, 19, 16, 20, 16, 17, 15, 17, 16, 19, 15, 17, 14, 19});
-  expect(NuvDrawDownArrow, NuvDrawDownArrow, 29, 10, 18,  // off the bottom, at the right
+  expect(down, 29, 10, 18,  // off the bottom, at the right
          {29, 10, 29, 28, 29, 28, 25, 19, 29, 28, 29, 19, 29, 28, 26, 19, 29, 28, 28, 19});
-  expect(NuvDrawRightArrow, NuvDrawRightArrow, 5, 1, 60,  // off the right, at the top
+  expect(right, 5, 1, 60,  // off the right, at the top
          {5, 1, 29, 1, 29, 1, 29, 0, 29, 1, 29, 16, 5, 2, 29, 2, 29, 1, 29, 1, 29, 1, 29, 15});
-  expect(NuvDrawLeftArrow, NuvDrawLeftArrow, 25, 12, 16,
-         {25, 12, 9, 12, 9, 12, 17, 8, 9, 12, 17, 16, 25, 13, 9, 13, 9, 12, 17, 9, 9, 12, 17, 15});
 }
 
 TEST(Plot, BarsStandOnTheLastRowAndOnColumn0) {
@@ -142,14 +115,12 @@ TEST(Plot, BarsStandOnTheLastRowAndOnColumn0) {
   const TestImage four = draw({"....", "...#", "..##", "..##", ".###", ".###"});
   EXPECT_EQ(columns(plot_x, 4), four);
   EXPECT_EQ(columns(plot_x, -9, 3), four) << "there are no entries before column 0";
-  // Those behind the last column count: (v - 10) * 6 / 82 + 0.5.
-  EXPECT_EQ(columns(plot_x, 0, 4), draw({"....", "....", "....", "....", "...#", ".###"}));
   // (v - 20) * 6 / 12 + 0.5 = 0.5, 5.5
   EXPECT_EQ(columns(plot_x, 1, 2), draw({"....", "..#.", "..#.", "..#.", "..#.", "..#."}));
   // (v - 10) * 6 / 82 + 0.5 = 0.5, 1.2, 2.0 (less a little), 2.7
-  EXPECT_EQ(columns(plot_x, 5), draw({"....", "....", "....", "....", "...#", ".###"}))
-      << "entries beyond the image set the scale";
-  EXPECT_EQ(columns(plot_x, -1), TestImage(4, 6));
+  const TestImage five = draw({"....", "....", "....", "....", "...#", ".###"});
+  EXPECT_EQ(columns(plot_x, 5), five) << "entries beyond the image set the scale";
+  EXPECT_EQ(columns(plot_x, 0, 4), five);
   // v * 6 / 42 + 0.5 = 1.9, 3.4, 4.8, 6.2
   EXPECT_EQ(columns(NuvDrawPrjXMinV0, 4), draw({"....", "...#", "..##", ".###", ".###", "####"}));
 
@@ -165,48 +136,6 @@ TEST(Plot, BarsStandOnTheLastRowAndOnColumn0) {
   EXPECT_EQ(std::count(tall.pixels.begin(), tall.pixels.end(), 255), 88);
 }
 
-// Every mark with any arguments, on small images too.
-TEST(Marks, WriteOnlyInsideTheImage) {
-  Random random(71);
-  const auto any = [&] {
-    constexpr int32_t kExtremes[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, 2, INT_MAX - 1, INT_MAX};
-    return random.between(0, 3) == 0 ? kExtremes[random.between(0, 7)] : random.between(-20, 60);
-  };
-  std::vector<int32_t> sums(1200);
-  for (int32_t& sum : sums) sum = any();
-  for (const auto& [w, h] : kOddSizes) {
-    const auto size = static_cast<std::size_t>(w) * static_cast<std::size_t>(h);
-    Bytes memory(5 * size, 77);
-    uint8_t* p = &memory[size];
-    const auto expect_untouched_around = [&](std::size_t bytes) {
-      EXPECT_EQ(std::count(memory.begin(), memory.begin() + static_cast<std::ptrdiff_t>(size), 77), size);
-      const auto behind = memory.begin() + static_cast<std::ptrdiff_t>(size + bytes);
-      EXPECT_EQ(std::count(behind, memory.end(), 77), memory.end() - behind);
-    };
-    for (int i = 0; i < 100; ++i) {
-      NuvDrawGryCross(p, w, h, any(), any(), any(), 1);
-      NuvDrawGryCrossShadow(p, w, h, any(), any(), any(), 1);
-      NuvGryImgDrawArrow(p, w, h, any(), any(), any(), any(), 1);
-      NuvDrawUpArrow(p, w, h, any(), any(), any(), any(), 1);
-      NuvDrawRightArrow(p, w, h, any(), any(), any(), any(), 1);
-      NuvDrawPrjX(p, w, h, sums.data(), any(), std::min(any(), static_cast<int32_t>(sums.size()) - 1), 1);
-      for (auto plot : {NuvDrawPrjXMinV0, NuvDrawPrjY, NuvDrawPrjYMinV0}) {
-        plot(p, w, h, sums.data(), random.between(-1, 1200), 1);
-      }
-      NuvSetPrivateLogo(p, w, h, false, any(), any());
-    }
-    expect_untouched_around(size);
-    for (int i = 0; i < 100; ++i) {
-      NuvDrawRGBCross(p, w, h, any(), any(), any(), 1, 1, 1);
-      NuvRGBImgDrawArrow(p, w, h, any(), any(), any(), any(), any(), 1, 1, 1);
-      NuvDrawUpArrow(p, w, h, any(), any(), any(), 1, 1, 1);
-      NuvDrawRightArrow(p, w, h, any(), any(), any(), 1, 1, 1);
-      NuvSetPrivateLogo(p, w, h, true, any(), any());
-    }
-    expect_untouched_around(3 * size);
-  }
-}
-
 TEST(Logo, IsTheSameInColourAndIsCutByTheImage) {
   const auto stamp = [](bool rgb, int32_t x, int32_t y) {
     return [=](uint8_t* p, int32_t w, int32_t h) { NuvSetPrivateLogo(p, w, h, rgb, x, y); };
@@ -216,8 +145,10 @@ TEST(Logo, IsTheSameInColourAndIsCutByTheImage) {
   for (std::size_t channel : {0U, 1U, 2U}) {
     EXPECT_EQ(drawn_channel(29, 13, channel, stamp(true, 0, 0)), whole);
   }
-  EXPECT_EQ(drawn(10, 9, stamp(false, -5, -3), 7),
-            by_pixel(10, 9, [&](int32_t x, int32_t y) { return whole.at(x + 5, y + 3); }));
+  const TestImage cut = drawn(10, 9, stamp(false, -5, -3), 7);
+  for (int32_t y = 0; y < 9; ++y) {
+    for (int32_t x = 0; x < 10; ++x) EXPECT_EQ(cut.at(x, y), whole.at(x + 5, y + 3));
+  }
 }
 
 }  // namespace

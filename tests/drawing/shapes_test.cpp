@@ -17,7 +17,6 @@ TEST(Rectangle, OutlineIsClampedAndPutInOrder) {
   EXPECT_EQ(rectangle(1, 4, 1, 3), draw({"......", ".####.", ".#..#.", ".####.", "......"}));
   EXPECT_EQ(rectangle(4, 1, 3, 1), rectangle(1, 4, 1, 3));
   EXPECT_EQ(rectangle(-5, 99, -5, 99), draw({"######", "#....#", "#....#", "#....#", "######"}));
-  EXPECT_EQ(rectangle(90, 99, 2, 2), draw({"......", "......", ".....#", "......", "......"}));
 }
 
 TEST(Rectangle, FillsOnlyARegion) {
@@ -33,40 +32,35 @@ TEST(Rectangle, FillsOnlyARegion) {
 }
 
 TEST(ChangeColor, OnTheOutlineOnly) {
-  TestImage image(6, 5, 9);
-  image.at(2, 1) = 8;
-  NuvChangeColorOnRect(image.data(), 6, 5, 1, 4, 1, 3, 9, 0);
-  TestImage expected(6, 5, 9);
-  for (int32_t x = 1; x <= 4; ++x) expected.at(x, 1) = expected.at(x, 3) = 0;
-  expected.at(1, 2) = expected.at(4, 2) = 0;
-  expected.at(2, 1) = 8;
-  EXPECT_EQ(image, expected);
-  NuvChangeColorOnRect(image.data(), 6, 5, 0, 5, 0, 4, 9 + 256, 0);
-  EXPECT_EQ(image, expected) << "matches nothing";
-  TestImage columns(6, 5, 9);
-  NuvChangeColorOnRect(columns.data(), 6, 5, 4, 1, 1, 3, 9, 0);
-  EXPECT_EQ(columns.at(2, 1), 9) << "x1 > x2 leaves the rows alone";
-  EXPECT_EQ(columns.at(4, 1) | columns.at(1, 3), 0);
+  TestImage image = draw({"999999", "998999", "999999", "999999", "999999"});
+  const auto change = [&](int32_t x1, int32_t x2, int32_t old_color) {
+    NuvChangeColorOnRect(image.data(), 6, 5, x1, x2, 1, 3, old_color, 0);
+  };
+  change(1, 4, 9 + 256);
+  EXPECT_EQ(image, draw({"999999", "998999", "999999", "999999", "999999"})) << "matches nothing";
+  change(3, 2, 9);
+  EXPECT_EQ(image, draw({"999999", "998.99", "99..99", "99..99", "999999"})) << "the columns alone";
+  change(1, 4, 9);
+  EXPECT_EQ(image, draw({"999999", "9.8..9", "9....9", "9....9", "999999"}));
 }
 
 TEST(Polygon, ClosesAndMovesTwoPointsInItsOwnWay) {
-  int32_t x[] = {1, 4, 4};
-  int32_t y[] = {1, 1, 4};
-  TestImage triangle(7, 7);
-  NuvDrawPolygon(triangle.data(), 7, 7, x, y, 3, 1, 0, 255);
+  const auto polygon = [](int32_t n, int32_t dx, int32_t dy) {
+    int32_t x[] = {1, 4, 4};
+    int32_t y[] = {1, 1, 4};
+    TestImage image(7, 7);
+    NuvDrawPolygon(image.data(), 7, 7, x, y, n, dx, dy, 255);
+    return image;
+  };
   TestImage sides(7, 7);
   NuvGryLine(sides.data(), 7, 7, 2, 1, 5, 1, 255);
   NuvGryLine(sides.data(), 7, 7, 5, 1, 5, 4, 255);
   NuvGryLine(sides.data(), 7, 7, 5, 4, 2, 1, 255);
-  EXPECT_EQ(triangle, sides);
-  TestImage two(7, 7);
-  NuvDrawPolygon(two.data(), 7, 7, x, y, 2, 2, 0, 255);
-  TestImage expected(7, 7);
-  NuvGryLine(expected.data(), 7, 7, 3, 1, 6, 3, 255);
-  EXPECT_EQ(two, expected) << "the second y moves by dx";
-  TestImage one(7, 7);
-  NuvDrawPolygon(one.data(), 7, 7, x, y, 1, 0, 0, 255);
-  EXPECT_EQ(one, TestImage(7, 7));
+  EXPECT_EQ(polygon(3, 1, 0), sides);
+  TestImage line(7, 7);
+  NuvGryLine(line.data(), 7, 7, 3, 1, 6, 3, 255);
+  EXPECT_EQ(polygon(2, 2, 0), line) << "the second y moves by dx";
+  EXPECT_EQ(polygon(1, 0, 0), TestImage(7, 7));
 }
 
 }  // namespace

@@ -20,10 +20,6 @@ TestImage noise(Random& random, int32_t width, int32_t height) {
   return image;
 }
 
-bool is_inner(const TestImage& image, int32_t x, int32_t y) {
-  return x > 0 && x < image.width - 1 && y > 0 && y < image.height - 1;
-}
-
 TEST(NoiseEstimate, FollowsItsMask) {
   Random random(56);
   const int mask[3][3] = {{1, -2, 1}, {-2, 4, -2}, {1, -2, 1}};
@@ -31,9 +27,8 @@ TEST(NoiseEstimate, FollowsItsMask) {
     TestImage source = noise(random, width, height);
     TestImage expected(width, height, kSentinel);
     uint32_t sum = 0;
-    for (int32_t y = 0; y < height; ++y) {
-      for (int32_t x = 0; x < width; ++x) {
-        if (!is_inner(source, x, y)) continue;
+    for (int32_t y = 1; y < height - 1; ++y) {
+      for (int32_t x = 1; x < width - 1; ++x) {
         int d = 0;
         for (int i = 0; i < 9; ++i) d += mask[i / 3][i % 3] * source.at(x + i % 3 - 1, y + i / 3 - 1);
         sum += static_cast<uint32_t>(d * d);
@@ -64,12 +59,11 @@ TEST(NoiseEstimate, ItsSumWraps) {
 TEST(ZedFilter, FollowsItsTable) {
   Random random(57);
   for (const auto& [width, height] : kOddSizes) {
-    for (int32_t T : {-1, 0, 1, 10, 50, 85, 86, 128, 200, 254, 255, 300, INT32_MAX, INT32_MIN}) {
+    for (int32_t T : {-1, 0, 1, 10, 50, 85, 86, 128, 254, 255, INT32_MAX}) {
       TestImage source = noise(random, width, height);
       TestImage expected(width, height, kSentinel);
-      for (int32_t y = 0; y < height; ++y) {
-        for (int32_t x = 0; x < width; ++x) {
-          if (!is_inner(source, x, y)) continue;
+      for (int32_t y = 1; y < height - 1; ++y) {
+        for (int32_t x = 1; x < width - 1; ++x) {
           const int c = source.at(x, y);
           int sum = 0;
           for (int i = 0; i < 9; ++i) {

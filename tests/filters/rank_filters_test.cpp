@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <array>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -12,105 +12,51 @@ namespace {
 
 constexpr uint8_t kSentinel = 77;
 
-// ---- extremes, as passes of pairs ----
+// ---- extremes ----
 
-using Extremes = void (*)(uint8_t*, int32_t, int32_t, uint8_t*);
 using Pixels = std::vector<uint8_t>;
 
-// Forward, backward, and both once more for a reach of 5. A late start reads one pixel behind.
-Pixels passes(const Pixels& line, bool greatest, int places, bool late) {
-  const auto extreme = [=](uint8_t a, uint8_t b) { return greatest ? std::max(a, b) : std::min(a, b); };
-  const std::size_t n = line.size();
-  Pixels a = line;
-  for (std::size_t i = 1; i < n; ++i) {
-    a[i] = late ? extreme(line[i < 2 ? 0 : i - 2], line[i - 1]) : extreme(line[i - 1], line[i]);
-  }
-  for (std::size_t i = 0; i + 1 < n; ++i) a[i] = extreme(a[i], a[i + 1]);
-  if (places == 3) return a;
-  for (std::size_t i = n - 1; i > 0; --i) a[i] = extreme(a[i], a[i - 1]);
-  for (std::size_t i = 0; i + 1 < n; ++i) a[i] = extreme(a[i], a[i + 1]);
-  return a;
-}
-
-TEST(Extremes, EqualTheirPasses) {
-  struct Member {
-    Extremes filter;
+TEST(Extremes, AreThoseOfTheirWindows) {
+  const struct {
+    void (*filter)(uint8_t*, int32_t, int32_t, uint8_t*);
     bool greatest;
-    int places;
-    bool along_rows;
-    bool late;
-  };
-  const Member members[] = {{NuvGryImgMaxFilter3xInRow, true, 3, true, false},
-                            {NuvGryImgMaxFilter5xInRow, true, 5, true, false},
-                            {NuvGryImgMaxFilter3xInCol, true, 3, false, false},
-                            {NuvGryImgMaxFilter5xInCol, true, 5, false, false},
-                            {NuvGryImgMinFilter3xInRow, false, 3, true, false},
-                            {NuvGryImgMinFilter5xInRow, false, 5, true, false},
-                            {NuvGryImgMinFilter3xInCol, false, 3, false, false},
-                            {NuvGryImgMinFilter5xInCol, false, 5, false, true}};
+    bool along_row;
+    int32_t first, last;  // around the pixel
+    int32_t unread;       // rows at the bottom
+  } members[] = {{NuvGryImgMaxFilter3xInRow, true, true, -1, 1, 0},
+                 {NuvGryImgMaxFilter5xInRow, true, true, -2, 2, 0},
+                 {NuvGryImgMaxFilter3xInCol, true, false, -1, 1, 0},
+                 {NuvGryImgMaxFilter5xInCol, true, false, -2, 2, 0},
+                 {NuvGryImgMinFilter3xInRow, false, true, -1, 1, 0},
+                 {NuvGryImgMinFilter5xInRow, false, true, -2, 2, 0},
+                 {NuvGryImgMinFilter3xInCol, false, false, -1, 1, 0},
+                 {NuvGryImgMinFilter5xInCol, false, false, -3, 1, 1}};
   Random random(53);
-  std::vector<std::pair<int32_t, int32_t>> sizes(std::begin(kOddSizes), std::end(kOddSizes));
-  sizes.insert(sizes.end(), {{4, 2}, {2, 4}, {5, 5}, {70, 70}});
-  for (const Member& member : members) {
-    for (const auto& [width, height] : sizes) {
+  for (const auto& member : members) {
+    for (const auto& [width, height] : kOddSizes) {
       TestImage source = random.gray(width, height);
+      TestImage expected(width, height);
+      const int32_t last_row = std::max(height - 1 - member.unread, 0);
+      for (int32_t y = 0; y < height; ++y) {
+        for (int32_t x = 0; x < width; ++x) {
+          // A window that takes in the pixel at the end again has the extreme of the clipped one.
+          Pixels window;
+          for (int32_t i = member.first; i <= member.last; ++i) {
+            window.push_back(member.along_row ? source.at(std::clamp(x + i, 0, width - 1), y)
+                                              : source.at(x, std::clamp(y + i, 0, last_row)));
+          }
+          const auto [least, most] = std::minmax_element(window.begin(), window.end());
+          expected.at(x, y) = member.greatest ? *most : *least;
+        }
+      }
       TestImage result(width, height, kSentinel);
       member.filter(source.data(), width, height, result.data());
-      for (int32_t i = 0; i < (member.along_rows ? height : width); ++i) {
-        Pixels line;
-        Pixels got;
-        for (int32_t j = 0; j < (member.along_rows ? width : height); ++j) {
-          line.push_back(member.along_rows ? source.at(j, i) : source.at(i, j));
-          got.push_back(member.along_rows ? result.at(j, i) : result.at(i, j));
-        }
-        ASSERT_EQ(got, passes(line, member.greatest, member.places, member.late))
-            << &member - members << ' ' << width << 'x' << height << ' ' << i;
-      }
+      ASSERT_EQ(result, expected) << &member - members << ' ' << width << 'x' << height;
     }
   }
 }
 
-// ---- medians, by a histogram that slides along the row ----
-
-class SlidingMedian {
- public:
-  explicit SlidingMedian(const Pixels& window)
-      : area_(static_cast<int>(window.size())), rank_(area_ / 2 + 1) {
-    for (uint8_t v : window) ++bins_[v];
-    int reached = bins_[0];
-    while (reached < rank_) reached += bins_[++median_];
-    less_ = reached - bins_[median_];
-    greater_ = area_ - reached;
-  }
-
-  void exchange(uint8_t out, uint8_t in) {
-    --bins_[out];
-    ++bins_[in];
-    less_ += (in < median_) - (out < median_);
-    greater_ += (in > median_) - (out > median_);
-  }
-  uint8_t adjusted() {
-    const bool down = less_ >= rank_;
-    int& near = down ? less_ : greater_;
-    int& far = down ? greater_ : less_;
-    while (near >= rank_) {
-      far += bins_[median_];
-      do {
-        median_ += down ? -1 : 1;
-      } while (bins_[median_] == 0);
-      near -= bins_[median_];
-    }
-    return static_cast<uint8_t>(median_);
-  }
-
- private:
-  std::array<int, 256> bins_{};
-  int area_;
-  int rank_;
-  int median_ = 0;
-  int less_;
-  int greater_;
-};
+// ---- medians ----
 
 // The window's columns first..last, clipped at top and bottom alone; columns may lie behind the row's end.
 Pixels window_of(const Pixels& p, int32_t width, int32_t height, int32_t first, int32_t last, int32_t y,
@@ -123,27 +69,25 @@ Pixels window_of(const Pixels& p, int32_t width, int32_t height, int32_t first, 
 }
 
 uint8_t mean(const Pixels& window) {
-  int sum = 0;
-  for (uint8_t v : window) sum += v;
-  return static_cast<uint8_t>(sum / static_cast<int>(window.size()));
+  return static_cast<uint8_t>(std::accumulate(window.begin(), window.end(), 0) /
+                              static_cast<int>(window.size()));
 }
 
 // The pixels have M more behind them.
 TestImage plain_fast_median(const Pixels& p, int32_t width, int32_t height, int32_t M, int32_t N) {
   TestImage result(width, height);
   for (int32_t y = 0; y < height; ++y) {
-    const auto window = [&, y](int32_t first, int32_t last) {
-      return window_of(p, width, height, first, last, y, N);
-    };
-    SlidingMedian median(window(0, 2 * M));
-    for (int32_t x = M; x < width - M - 1; ++x) {
-      result.at(x, y) = median.adjusted();
-      const Pixels out = window(x - M, x - M);
-      const Pixels in = window(x + M + 1, x + M + 1);
-      for (std::size_t i = 0; i < in.size(); ++i) median.exchange(out[i], in[i]);
+    uint8_t median = 255;
+    for (int32_t x = 0; x < width; ++x) {
+      Pixels window = window_of(p, width, height, std::max(x - M, 0), x + M, y, N);
+      if (x < M || x >= width - M - 1) {
+        result.at(x, y) = mean(window);
+      } else {
+        std::sort(window.begin(), window.end());
+        median = std::clamp(median, window[(window.size() - 1) / 2], window[window.size() / 2]);
+        result.at(x, y) = median;
+      }
     }
-    for (int32_t x = 0; x < M; ++x) result.at(x, y) = mean(window(0, x + M));
-    for (int32_t x = width - M - 1; x < width; ++x) result.at(x, y) = mean(window(x - M, x + M));
   }
   return result;
 }
@@ -153,8 +97,7 @@ TestImage plain_median_with_zeros(const Pixels& p, int32_t width, int32_t height
   for (int32_t y = N; y < height - N; ++y) {
     for (int32_t x = M; x < width - M; ++x) {
       Pixels window = window_of(p, width, height, x - M, x + M, y, N);
-      std::nth_element(window.begin(), window.begin() + static_cast<std::ptrdiff_t>(window.size() / 2),
-                       window.end());
+      std::sort(window.begin(), window.end());
       result.at(x, y) = window[window.size() / 2];
     }
   }
@@ -171,39 +114,30 @@ TestImage run(Median median, Pixels pixels, int32_t width, int32_t height, int32
 
 TEST(Medians, EqualTheirPlainForms) {
   Random random(54);
-  struct Case {
-    int32_t width;
-    int32_t height;
-    int32_t M;
-    int32_t N;
+  const auto compare = [&random](int32_t width, int32_t height, int32_t M, int32_t N) {
+    // From a few far values, between which there are gaps, to all of them.
+    const int32_t step = random.between(1, 85);
+    Pixels pixels(static_cast<std::size_t>(width * height + M));
+    for (uint8_t& p : pixels) p = static_cast<uint8_t>(random.between(0, 255 / step) * step);
+    ASSERT_EQ(run(NuvGryFastMedianFilter, pixels, width, height, M, N),
+              plain_fast_median(pixels, width, height, M, N))
+        << M << ' ' << N;
+    ASSERT_EQ(run(NuvGryImgMedianBoundary0, pixels, width, height, M, N),
+              plain_median_with_zeros(pixels, width, height, std::max(M, 1), std::max(N, 1)))
+        << M << ' ' << N;
   };
-  std::vector<Case> cases;
   for (const auto& [width, height] : kOddSizes) {
     for (const auto& [M, N] : {std::pair{0, 0}, {1, 1}, {2, 2}, {1, 2}, {7, 7}, {0, 3}, {3, 0}, {2, 40}}) {
-      if (width > 2 * M) cases.push_back({width, height, M, N});
+      if (width > 2 * M) compare(width, height, M, N);
     }
   }
   // Strips with a seam, counts of 8 bits and of 16.
-  cases.insert(cases.end(), {{300, 20, 7, 7}, {200, 40, 15, 15}});
-  for (const Case& c : cases) {
-    // From a few far values, between which there are gaps, to all of them.
-    const int32_t step = random.between(1, 85);
-    Pixels pixels(static_cast<std::size_t>(c.width * c.height + c.M));
-    for (uint8_t& p : pixels) p = static_cast<uint8_t>(random.between(0, 255 / step) * step);
-    ASSERT_EQ(run(NuvGryFastMedianFilter, pixels, c.width, c.height, c.M, c.N),
-              plain_fast_median(pixels, c.width, c.height, c.M, c.N))
-        << c.width << 'x' << c.height << ' ' << c.M << ' ' << c.N;
-    const int32_t m = std::max(c.M, 1);
-    const int32_t n = std::max(c.N, 1);
-    ASSERT_EQ(run(NuvGryImgMedianBoundary0, pixels, c.width, c.height, c.M, c.N),
-              plain_median_with_zeros(pixels, c.width, c.height, m, n))
-        << c.width << 'x' << c.height << ' ' << c.M << ' ' << c.N;
-  }
+  compare(300, 20, 7, 7);
+  compare(200, 40, 15, 15);
 }
 
 TEST(FastMedian, OfAnEvenWindowKeepsTheValueBefore) {
-  // Of the six pixels in the window the middle two are 3 and 3 at x = 1, 3 and 9 at x = 2, and 9 and 9 at x =
-  // 3.
+  // The middle two of the six pixels in the window are 3 and 3 at x = 1, 3 and 9 at x = 2, 9 and 9 at x = 3.
   TestImage source = draw({"333999", "339999", "......"});
   TestImage result(6, 2);
   NuvGryFastMedianFilter(source.data(), 6, 2, 1, 1, result.data());
@@ -215,16 +149,10 @@ TEST(FastMedian, OfAnEvenWindowKeepsTheValueBefore) {
 TEST(Medians, TakeAnySize) {
   Random random(55);
   const Pixels pixels = random.bytes(12 * 9 + 5);
-  for (int32_t extreme : {INT32_MIN, INT32_MAX}) {
-    run(NuvGryImgMedianBoundary0, pixels, 12, 9, extreme, extreme);
-    EXPECT_EQ(run(NuvGryFastMedianFilter, pixels, 12, 9, INT32_MAX, extreme), TestImage(12, 9, kSentinel));
-  }
-  EXPECT_EQ(run(NuvGryImgMedianBoundary0, pixels, 12, 9, INT32_MAX, 1), TestImage(12, 9));
-  EXPECT_EQ(run(NuvGryImgMedianBoundary0, pixels, 12, 9, -5, 0),
-            plain_median_with_zeros(pixels, 12, 9, 1, 1));
-  EXPECT_EQ(run(NuvGryFastMedianFilter, pixels, 12, 9, 5, INT32_MAX), plain_fast_median(pixels, 12, 9, 5, 9));
-  EXPECT_EQ(run(NuvGryFastMedianFilter, pixels, 12, 9, INT32_MIN, INT32_MIN).pixels,
+  EXPECT_EQ(run(NuvGryFastMedianFilter, pixels, 12, 9, 6, 1), TestImage(12, 9, kSentinel));
+  EXPECT_EQ(run(NuvGryFastMedianFilter, pixels, 12, 9, -1, -1).pixels,
             Pixels(pixels.begin(), pixels.end() - 5));
+  EXPECT_EQ(run(NuvGryImgMedianBoundary0, pixels, 12, 9, 6, 1), TestImage(12, 9));
   const Pixels large = random.bytes(263 * 259);  // counts beyond 16 bits
   EXPECT_EQ(run(NuvGryImgMedianBoundary0, large, 263, 259, 130, 128),
             plain_median_with_zeros(large, 263, 259, 130, 128));

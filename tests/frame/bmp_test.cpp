@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <array>
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -49,14 +48,6 @@ class BmpFile : public testing::Test {
   std::string path_;
 };
 
-Bytes header(uint32_t offset, int32_t width, int32_t height) {
-  Bytes bytes(54);
-  std::memcpy(&bytes[10], &offset, 4);
-  std::memcpy(&bytes[18], &width, 4);
-  std::memcpy(&bytes[22], &height, 4);
-  return bytes;
-}
-
 uint32_t field(const Bytes& bytes, std::size_t at) {
   uint32_t value = 0;
   std::memcpy(&value, &bytes[at], 4);
@@ -80,15 +71,9 @@ TEST_F(BmpFile, GrayLayout) {
   ASSERT_TRUE(NuvWrite8BitImg2BmpFile(image.data(), 5, 2, path_.c_str()));
   const Bytes file = content();
   ASSERT_EQ(file.size(), 1078U + 16);
-  EXPECT_EQ(file[0], 'B');
-  EXPECT_EQ(file[1], 'M');
+  EXPECT_THAT(Bytes(file.begin(), file.begin() + 2), ElementsAre('B', 'M'));
   EXPECT_EQ(field(file, 2), 5 * 2 + 1078U) << "padding is left out of the stated size";
-  EXPECT_EQ(field(file, 10), 1078U);
-  EXPECT_EQ(field(file, 14), 40U);
-  EXPECT_EQ(field(file, 18), 5U);
-  EXPECT_EQ(field(file, 22), 2U);
   EXPECT_EQ(field(file, 26), 1U | 8U << 16);
-  EXPECT_EQ(Bytes(file.begin() + 30, file.begin() + 54), Bytes(24, 0));
   EXPECT_EQ(Bytes(file.begin() + 54 + 4 * 253, file.begin() + 58 + 4 * 253), (Bytes{253, 253, 253, 0}));
   EXPECT_THAT(Bytes(file.begin() + 1078, file.end()),
               ElementsAre(6, 7, 8, 9, 10, 10, 10, 10, 1, 2, 3, 4, 5, 5, 5, 5));
@@ -109,92 +94,72 @@ TEST_F(BmpFile, ColourLayout) {
   EXPECT_THAT(Bytes(file.begin() + 54, file.end()), ElementsAre(4, 5, 6, 4, 1, 2, 3, 1));
 }
 
-TEST_F(BmpFile, ReadsBackWhatWasWritten) {
+TEST_F(BmpFile, ReadsBackWhatWasWrittenUnlessCutShort) {
   Random random(4);
-  for (int32_t width = 1; width <= 9; ++width) {
-    TestImage gray = random.gray(width, 3);
-    ASSERT_TRUE(NuvWrite8BitImg2BmpFile(gray.data(), width, 3, path_.c_str()));
-    Read result = read(NuvRead8BitBmpFile2Img);
-    ASSERT_TRUE(result.pixels);
-    EXPECT_EQ(result.width, width);
-    EXPECT_EQ(result.height, 3);
-    EXPECT_EQ(Bytes(result.pixels.get(), result.pixels.get() + width * 3), gray.pixels);
-
-    Bytes colour = random.bytes(static_cast<std::size_t>(width) * 9);
-    ASSERT_TRUE(NuvWrite24BitImg2BmpFile(colour.data(), width, 3, path_.c_str()));
-    result = read(NuvRead24BitBmpFile2Img);
-    ASSERT_TRUE(result.pixels);
-    EXPECT_EQ(Bytes(result.pixels.get(), result.pixels.get() + width * 9), colour);
+  for (int32_t width = 1; width <= 5; ++width) {
+    for (bool gray : {true, false}) {
+      TestImage image = random.gray(width * (gray ? 1 : 3), 3);
+      ASSERT_TRUE(
+          (gray ? NuvWrite8BitImg2BmpFile : NuvWrite24BitImg2BmpFile)(image.data(), width, 3, path_.c_str()));
+      const Bytes whole = content();
+      // The last padding of colour may be missing.
+      const std::size_t needed = whole.size() - (gray ? 0 : (4 - image.pixels.size() / 3 % 4) % 4);
+      for (std::size_t length :
+           {std::size_t{0}, std::size_t{53}, std::size_t{54}, needed - 1, needed, whole.size()}) {
+        set_content(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
+        const Read result = read(gray ? NuvRead8BitBmpFile2Img : NuvRead24BitBmpFile2Img);
+        EXPECT_EQ(result.width, length < 54 ? 0 : width);
+        EXPECT_EQ(result.height, length < 54 ? 0 : 3);
+        ASSERT_EQ(result.pixels != nullptr, length >= needed) << width << ' ' << length;
+        if (length < needed) continue;
+        EXPECT_TRUE(std::equal(image.pixels.begin(), image.pixels.end(), result.pixels.get()));
+      }
+    }
   }
 }
 
-TEST_F(BmpFile, CutShortAnywhereIsNullButForTheLastPaddingOfColour) {
-  TestImage gray = Random(5).gray(5, 3);
-  ASSERT_TRUE(NuvWrite8BitImg2BmpFile(gray.data(), 5, 3, path_.c_str()));
-  const Bytes gray_file = content();
-  Bytes colour = Random(6).bytes(5 * 3 * 3);
-  ASSERT_TRUE(NuvWrite24BitImg2BmpFile(colour.data(), 5, 3, path_.c_str()));
-  const Bytes colour_file = content();
-
-  const auto check = [&](Reader reader, const Bytes& whole, std::size_t needed) {
-    for (std::size_t length = 0; length <= whole.size(); ++length) {
-      set_content(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
-      const Read result = read(reader);
-      EXPECT_EQ(result.pixels != nullptr, length >= needed) << length;
-      EXPECT_EQ(result.width, length < 54 ? 0 : 5) << length;
-      EXPECT_EQ(result.height, length < 54 ? 0 : 3) << length;
-    }
-  };
-  check(NuvRead8BitBmpFile2Img, gray_file, gray_file.size());
-  check(NuvRead24BitBmpFile2Img, colour_file, colour_file.size() - 1);
-}
-
-TEST_F(BmpFile, HostileHeadersAreNullAndKeepTheDimensions) {
-  struct Case {
+TEST_F(BmpFile, HeadersAreBelievedAsFarAsTheFileGoes) {
+  const struct {
     uint32_t offset;
     int32_t width, height;
-    bool refused_with_zeros;
+    bool is_image;
+  } cases[] = {
+      {53, 1, 1, false},
+      {54, 4, -4, false},
+      {54, -3, -3, false},
+      // A size of 0 in 32 bits.
+      {54, 65536, 65536, false},
+      {54, 1, INT32_MAX, false},
+      {0xFFFFFFFF, 1, 1, false},
+      // Images without pixels.
+      {54, 7, 0, true},
+      {54, 0, 7, true},
   };
-  const Case cases[] = {
-      {53, 1, 1, true},          {0, 1, 1, true},           {54, INT32_MAX, INT32_MAX, false},
-      {54, INT32_MIN, 1, false}, {54, 4, -4, false},        {54, -3, -3, false},
-      {54, 65536, 65536, false},  // a size of 0 in 32 bits
-      {54, 1, INT32_MAX, false}, {0xFFFFFFFF, 1, 1, false}, {10000, 1, 1, false},
-  };
-  for (const Case& c : cases) {
-    Bytes file = header(c.offset, c.width, c.height);
-    file.resize(200);
+  for (const auto& [offset, width, height, is_image] : cases) {
+    Bytes file(200);
+    std::memcpy(&file[10], &offset, 4);
+    std::memcpy(&file[18], &width, 4);
+    std::memcpy(&file[22], &height, 4);
     set_content(file);
     for (Reader reader : {NuvRead8BitBmpFile2Img, NuvRead24BitBmpFile2Img}) {
       const Read result = read(reader);
-      EXPECT_FALSE(result.pixels);
-      EXPECT_EQ(result.width, c.refused_with_zeros ? 0 : c.width);
-      EXPECT_EQ(result.height, c.refused_with_zeros ? 0 : c.height);
+      EXPECT_EQ(result.pixels != nullptr, is_image) << width << 'x' << height;
+      EXPECT_EQ(result.width, offset < 54 ? 0 : width);
+      EXPECT_EQ(result.height, offset < 54 ? 0 : height);
     }
   }
 }
 
-TEST_F(BmpFile, WithoutPixelsIsAnEmptyImage) {
-  for (const auto& [width, height] : {std::pair{7, 0}, {0, 7}, {0, 0}}) {
-    set_content(header(54, width, height));
-    for (Reader reader : {NuvRead8BitBmpFile2Img, NuvRead24BitBmpFile2Img}) {
-      EXPECT_TRUE(read(reader).pixels) << width << 'x' << height;
-    }
-  }
-}
-
-TEST_F(BmpFile, MissingFilesAndDirectories) {
-  path_ += ".missing";
-  Read result = read(NuvRead8BitBmpFile2Img);
-  EXPECT_FALSE(result.pixels);
-  EXPECT_EQ(result.width, 0);
-  const std::string file = path_;
-  path_ = fs::temp_directory_path().string();
-  EXPECT_FALSE(read(NuvRead24BitBmpFile2Img).pixels);
+TEST_F(BmpFile, WhatCannotBeOpenedIsNullOrFalse) {
+  const Read missing = read(NuvRead8BitBmpFile2Img);
+  EXPECT_FALSE(missing.pixels);
+  EXPECT_EQ(missing.width, 0);
+  const std::string directory = fs::temp_directory_path().string();
+  Read no_file;
+  EXPECT_FALSE(NuvRead24BitBmpFile2Img(directory.c_str(), &no_file.width, &no_file.height));
   uint8_t pixel[3] = {};
-  EXPECT_FALSE(NuvWrite8BitImg2BmpFile(pixel, 1, 1, path_.c_str()));
-  EXPECT_FALSE(NuvWrite24BitImg2BmpFile(pixel, 1, 1, path_.c_str()));
-  path_ = file;
+  EXPECT_FALSE(NuvWrite8BitImg2BmpFile(pixel, 1, 1, directory.c_str()));
+  EXPECT_FALSE(NuvWrite24BitImg2BmpFile(pixel, 1, 1, directory.c_str()));
 }
 
 }  // namespace

@@ -1,9 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <cmath>
-#include <cstdlib>
-#include <numeric>
-
 #include "NuvImgSDK2014DLL.h"
 #include "images.h"
 
@@ -13,112 +9,80 @@ using testing::Each;
 using testing::ElementsAre;
 using Profile = std::vector<int32_t>;
 
-Profile filled(int32_t n, int32_t value = -7) {
-  return Profile(static_cast<std::size_t>(n), value);
+Profile filled(int32_t n) {
+  return Profile(static_cast<std::size_t>(n), -7);
 }
 
-struct Sums {
-  int32_t n = 0;
-  int32_t sum = 0;
-  int32_t squares = 0;
-  void add(int32_t v) {
-    ++n;
-    sum += v;
-    squares += v * v;
-  }
-  int32_t dev100() const {
-    const double mean = static_cast<double>(sum) / n;
-    return static_cast<int32_t>(std::sqrt(static_cast<double>(squares) / n - mean * mean) * 100);
-  }
-};
+TEST(SpreadProfiles, OfRectanglesClearAllOrLeaveTheirSurroundings) {
+  TestImage image = draw({"2468", "3319", "1517"});
+  Profile columns = filled(4);
+  Profile rows = filled(3);
+  NuvGryImgColDev100(image.data(), 4, 3, 1, 2, 1, 2, columns.data());
+  NuvGryImgRowDev100(image.data(), 4, 3, 1, 2, 1, 2, rows.data());
+  EXPECT_THAT(columns, ElementsAre(0, 100, 0, 0));
+  EXPECT_THAT(rows, ElementsAre(0, 100, 200));
+  columns = filled(4);
+  rows = filled(3);
+  NuvGryImgColDevDev(image.data(), 4, 3, 1, 2, 1, 2, columns.data());
+  NuvGryImgRowDevDev(image.data(), 4, 3, 1, 2, 1, 2, rows.data());
+  EXPECT_THAT(columns, ElementsAre(-7, 34 * 2 - 8 * 8, 0, -7));
+  EXPECT_THAT(rows, ElementsAre(-7, 10 * 2 - 4 * 4, 26 * 2 - 6 * 6));
+}
 
-TEST(SpreadProfiles, EqualThePlainSums) {
-  Random random(25);
-  for (const auto& [width, height] : kOddSizes) {
-    TestImage image = random.gray(width, height);
-    Profile columns = filled(width);
-    Profile rows = filled(height);
-    NuvGryImgColDev100(image.data(), width, height, 0, width - 1, 0, height - 1, columns.data());
-    NuvGryImgRowDev100(image.data(), width, height, 0, width - 1, 0, height - 1, rows.data());
-    for (int32_t x = 0; x < width; ++x) {
-      Sums column;
-      for (int32_t y = 0; y < height; ++y) column.add(image.at(x, y));
-      ASSERT_EQ(columns[static_cast<std::size_t>(x)], column.dev100());
-    }
-    for (int32_t y = 0; y < height; ++y) {
-      Sums row;
-      for (int32_t x = 0; x < width; ++x) row.add(image.at(x, y));
-      ASSERT_EQ(rows[static_cast<std::size_t>(y)], row.dev100());
-    }
-  }
+TEST(SpreadProfiles, OfManyColumns) {
+  TestImage image(600, 2);
+  for (int32_t x = 0; x < 600; ++x) image.at(x, 1) = static_cast<uint8_t>(x);
+  Profile columns = filled(600);
+  NuvGryImgColDev100(image.data(), 600, 2, 0, 599, 0, 1, columns.data());
+  for (int32_t x = 0; x < 600; ++x) ASSERT_EQ(columns[static_cast<std::size_t>(x)], 50 * image.at(x, 1));
 }
 
 TEST(SpreadProfiles, OfStripsOverlapAtTheEnd) {
-  TestImage image = Random(26).gray(10, 5);
-  Profile strips = filled(10);
-  NuvGryImgColsDev100(image.data(), 10, 5, 4, strips.data());
-  const auto strip = [&](int32_t first) {
-    Sums sums;
-    for (int32_t y = 0; y < 5; ++y) {
-      for (int32_t x = first; x < first + 4; ++x) sums.add(image.at(x, y));
-    }
-    return sums.dev100();
-  };
-  EXPECT_THAT(strips, ElementsAre(strip(0), strip(0), strip(0), strip(0), strip(4), strip(4), strip(6),
-                                  strip(6), strip(6), strip(6)));
-  for (int32_t m : {-1, 0, 11}) {
-    Profile untouched = filled(10);
-    NuvGryImgColsDev100(image.data(), 10, 5, m, untouched.data());
-    EXPECT_THAT(untouched, Each(-7));
-  }
+  TestImage image = draw({"1155.."});
+  Profile strips = filled(6);
+  NuvGryImgColsDev100(image.data(), 6, 1, 4, strips.data());
+  EXPECT_THAT(strips, ElementsAre(200, 200, 250, 250, 250, 250));
+  strips = filled(6);
+  for (int32_t m : {0, 7}) NuvGryImgColsDev100(image.data(), 6, 1, m, strips.data());
+  EXPECT_THAT(strips, Each(-7));
 }
 
 TEST(EdgeStrength, AnswersToVerticalEdgesAlone) {
-  TestImage vertical(8, 5);
-  TestImage horizontal(8, 5);
-  for (int32_t y = 0; y < 5; ++y) {
-    for (int32_t x = 0; x < 8; ++x) {
-      vertical.at(x, y) = x < 4 ? 10 : 110;
-      horizontal.at(x, y) = y < 2 ? 10 : 110;
-    }
-  }
+  TestImage vertical = draw({"11119999", "11119999", "11119999", "11119999", "11119999"});
+  TestImage horizontal = draw({"11111111", "11111111", "99999999", "99999999", "99999999"});
   Profile columns = filled(8);
   NuvGryImgSobel90JustToPrjX(vertical.data(), 8, 5, columns.data());
-  EXPECT_THAT(columns, ElementsAre(0, 0, 0, 1200, 1200, 0, 0, 0));
+  EXPECT_THAT(columns, ElementsAre(0, 0, 0, 3 * 32, 3 * 32, 0, 0, 0));
   Profile rows = filled(5);
   NuvGryImgSobel90JustToPrjY(vertical.data(), 8, 5, rows.data());
-  EXPECT_THAT(rows, Each(800)) << "with the ends repeated";
+  EXPECT_THAT(rows, Each(2 * 32)) << "with the ends repeated";
   NuvGryImgSobel90JustToPrjX(horizontal.data(), 8, 5, columns.data());
   EXPECT_THAT(columns, Each(0));
-  for (const auto& [width, height] : {std::pair{1, 1}, {2, 2}, {1, 9}, {9, 1}, {2, 9}}) {
-    TestImage small(width, height, 50);
-    Profile c = filled(width);
-    Profile r = filled(height);
-    NuvGryImgSobel90JustToPrjX(small.data(), width, height, c.data());
-    NuvGryImgSobel90JustToPrjY(small.data(), width, height, r.data());
-    EXPECT_THAT(c, Each(0));
-    EXPECT_THAT(r, Each(0));
-  }
+  rows = filled(5);
+  NuvGryImgSobel90JustToPrjY(vertical.data(), 2, 5, rows.data());
+  EXPECT_THAT(rows, Each(0)) << "no interior";
 }
 
-TEST(Projections, SumUpToTheImage) {
+TEST(Projections, SumUpColumnsAndRows) {
   Random random(27);
   for (const auto& [width, height] : kOddSizes) {
     TestImage image = random.gray(width, height);
     Profile columns = filled(width);
     Profile rows = filled(height);
     NuvGryImgPrjXY(image.data(), width, height, columns.data(), rows.data());
-    const int32_t total = std::accumulate(image.pixels.begin(), image.pixels.end(), 0);
-    EXPECT_EQ(std::accumulate(columns.begin(), columns.end(), 0), total);
-    EXPECT_EQ(std::accumulate(rows.begin(), rows.end(), 0), total);
-    int32_t first_column = 0;
-    for (int32_t y = 0; y < height; ++y) first_column += image.at(0, y);
-    EXPECT_EQ(columns[0], first_column);
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) {
+        columns[static_cast<std::size_t>(x)] -= image.at(x, y);
+        rows[static_cast<std::size_t>(y)] -= image.at(x, y);
+      }
+    }
+    EXPECT_THAT(columns, Each(0));
+    EXPECT_THAT(rows, Each(0));
   }
 }
 
 TEST(Projections, OfRectanglesClearAllOrTheirEntries) {
-  TestImage image = draw({"....", ".12.", ".30.", "...."});
+  TestImage image = draw({"1111", "112.", "13..", "1111"});
   Profile columns = filled(4);
   Profile rows = filled(4);
   NuvGryImgPrjXYInRect(image.data(), 4, 4, 1, 2, 1, 2, columns.data(), rows.data());
@@ -132,25 +96,16 @@ TEST(Projections, OfRectanglesClearAllOrTheirEntries) {
 }
 
 TEST(Projections, OfColourByChannelAndWeighted) {
-  Random random(28);
-  const int32_t width = 1030;
-  std::vector<uint8_t> rgb = random.bytes(static_cast<std::size_t>(width) * 3 * 3);
-  Profile red = filled(width);
-  Profile green = filled(width);
-  Profile blue = filled(width);
-  Profile weighted = filled(width);
-  NuvRGBImgPrj2X(rgb.data(), width, 3, red.data(), green.data(), blue.data());
-  NuvRGBImgPrj2X(rgb.data(), width, 3, weighted.data());
-  for (std::size_t x = 0; x < 1030; ++x) {
-    int32_t sums[3] = {};
-    for (std::size_t y = 0; y < 3; ++y) {
-      for (std::size_t c = 0; c < 3; ++c) sums[c] += rgb[(y * 1030 + x) * 3 + c];
-    }
-    ASSERT_EQ(blue[x], sums[0]);
-    ASSERT_EQ(green[x], sums[1]);
-    ASSERT_EQ(red[x], sums[2]);
-    ASSERT_EQ(weighted[x], (sums[0] + sums[1] + 2 * sums[2]) >> 2);
-  }
+  std::vector<uint8_t> rgb = {1, 2, 3, 10, 20, 30, 1, 2, 4, 10, 20, 30};
+  Profile red = filled(2);
+  Profile green = filled(2);
+  Profile blue = filled(2);
+  NuvRGBImgPrj2X(rgb.data(), 2, 2, red.data(), green.data(), blue.data());
+  EXPECT_THAT(red, ElementsAre(7, 60));
+  EXPECT_THAT(green, ElementsAre(4, 40));
+  EXPECT_THAT(blue, ElementsAre(2, 20));
+  NuvRGBImgPrj2X(rgb.data(), 2, 2, red.data());
+  EXPECT_THAT(red, ElementsAre((2 + 4 + 2 * 7) / 4, (20 + 40 + 2 * 60) / 4));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <initializer_list>
 
 #include "NuvImgSDK2014DLL.h"
 
@@ -10,52 +11,49 @@ using testing::ElementsAre;
 using Ends = std::array<int32_t, 4>;  // x1, y1, x2, y2
 constexpr Ends kUntouched = {-9, -9, -9, -9};
 
-TEST(KbLineInImage, TakesTheFirstTwoCrossingsByX) {
-  struct Case {
-    int32_t is_vertical;
-    double k, b;
-    bool found;
-    Ends ends;
-  };
-  const Case cases[] = {
-      {0, 0, 5, true, {0, 5, 99, 5}}, {1, 0, 99, true, {99, 0, 99, 49}}, {0, 0.5, -10, true, {20, 0, 99, 39}},
-      {0, 1, 0, true, {0, 0, 0, 0}},  // the corner is a crossing of two borders
-      {0, 0, 50, false, kUntouched},  {1, 0, -1, false, kUntouched},
-  };
+// A line by its three numbers, and what is found of it in 100 by 50 pixels.
+struct Case {
+  double first, second, third;
+  bool found;
+  Ends ends;
+};
+
+template <class Clip>
+void expect_clipped(Clip clip, std::initializer_list<Case> cases) {
   for (const Case& c : cases) {
     Ends e = kUntouched;
-    EXPECT_EQ(NuvKBLineImgBoundary(100, 50, c.is_vertical, c.k, c.b, &e[0], &e[1], &e[2], &e[3]), c.found);
-    EXPECT_EQ(e, c.ends) << c.is_vertical << ' ' << c.k << ' ' << c.b;
+    EXPECT_EQ(clip(c.first, c.second, c.third, &e[0], &e[1], &e[2], &e[3]), c.found);
+    EXPECT_EQ(e, c.ends) << c.first << ' ' << c.second << ' ' << c.third;
   }
+}
+
+TEST(KbLineInImage, TakesTheFirstTwoCrossingsByX) {
+  const auto clip = [](double is_vertical, double k, double b, auto... ends) {
+    return NuvKBLineImgBoundary(100, 50, static_cast<int32_t>(is_vertical), k, b, ends...);
+  };
+  expect_clipped(clip, {{0, 0, 5, true, {0, 5, 99, 5}},
+                        {1, 0, 99, true, {99, 0, 99, 49}},
+                        {0, 0.5, -10, true, {20, 0, 99, 39}},
+                        {0, 1, 0, true, {0, 0, 0, 0}},  // the corner is a crossing of two borders
+                        {0, 0, 50, false, kUntouched}});
 }
 
 TEST(AbcLineInImage, WalksFromBothEndsAndMissesTheLastColumn) {
-  struct Case {
-    double a, b, c;
-    bool found;
-    Ends ends;
-  };
-  const Case cases[] =
-      {
-          {0, 1, -5, true, {0, 5, 99, 5}},      {1, 0, -98, true, {98, 0, 98, 49}},
-          {1, 0, -99, false, kUntouched},       {1, -1, 0, true, {0, 0, 49, 49}},
-          {-0.5, 1, 10, true, {18, 0, 99, 40}},  // -0.5 in column 18 truncates to row 0
-          {0, 0, 1, false, kUntouched},
-      };
-  for (const Case& c : cases) {
-    Ends e = kUntouched;
-    EXPECT_EQ(NuvABCLineImgBoundary(100, 50, c.a, c.b, c.c, &e[0], &e[1], &e[2], &e[3]), c.found);
-    EXPECT_EQ(e, c.ends) << c.a << ' ' << c.b << ' ' << c.c;
-  }
+  const auto clip = [](auto... a) { return NuvABCLineImgBoundary(100, 50, a...); };
+  expect_clipped(clip, {{0, 1, -5, true, {0, 5, 99, 5}},
+                        {1, 0, -98, true, {98, 0, 98, 49}},
+                        {1, 0, -99, false, kUntouched},
+                        {0, 0, 1, false, kUntouched},
+                        {1, -1, 0, true, {0, 0, 49, 49}},
+                        {-0.5, 1, 10, true, {18, 0, 99, 40}}});  // -0.5 in column 18 truncates to row 0
 }
 
 TEST(HoughLineInImage, TriesTheBordersInTheirOrder) {
-  struct Case {
+  const struct {
     int32_t thro, theta;
     bool found;
     Ends ends;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {500, 90, true, {0, 500, 99, 500}},                                   // the image is not asked
       {-7, 0, true, {-7, 0, -7, 49}},     {30, 80, true, {0, 30, 99, 13}},  // left and right
       {10, 150, true, {0, 19, 16, 49}},                                     // left, at 19.99, and bottom
@@ -63,7 +61,7 @@ TEST(HoughLineInImage, TriesTheBordersInTheirOrder) {
       {60, 10, true, {60, 0, 52, 49}},  // top and bottom
       {-90, 60, false, {0, 0, 0, 0}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     int32_t x[2];
     int32_t y[2];
     EXPECT_EQ(NuvHoughLineImgBoundary(100, 50, c.thro, c.theta, x, y), c.found);

@@ -4,17 +4,17 @@
 #include <array>
 
 #include "NuvImgSDK2014DLL.h"
-#include "frame/arithmetic.h"
 #include "images.h"
 
 namespace {
 
-// Bytes of a row lie step apart where they belong to neighbouring pixels.
+using Bytes = std::vector<uint8_t>;
+
 struct Source {
   int32_t width;
   int32_t height;
   int32_t channels;
-  std::vector<uint8_t> bytes;
+  Bytes bytes;
 
   Source(Random& random, int32_t w, int32_t h, int32_t c)
       : width(w), height(h), channels(c), bytes(random.bytes(static_cast<std::size_t>(w * h * c))) {}
@@ -25,8 +25,8 @@ struct Source {
 
 // The image with byte(x, y, c) everywhere.
 template <class Byte>
-std::vector<uint8_t> image_of(int32_t width, int32_t height, int32_t channels, Byte byte) {
-  std::vector<uint8_t> result;
+Bytes image_of(int32_t width, int32_t height, int32_t channels, Byte byte) {
+  Bytes result;
   for (int32_t y = 0; y < height; ++y) {
     for (int32_t x = 0; x < width; ++x) {
       for (int32_t c = 0; c < channels; ++c) result.push_back(static_cast<uint8_t>(byte(x, y, c)));
@@ -36,13 +36,6 @@ std::vector<uint8_t> image_of(int32_t width, int32_t height, int32_t channels, B
 }
 
 TEST(Zoom, PutsMeansBetweenPixels) {
-  TestImage drawn(2, 2);
-  drawn.pixels = {0, 100, 200, 50};
-  std::vector<uint8_t> doubled(16);
-  NuvZoomGryImg2x2(drawn.data(), 2, 2, doubled.data());
-  EXPECT_EQ(doubled,
-            (std::vector<uint8_t>{0, 50, 100, 100, 100, 87, 75, 75, 200, 125, 50, 50, 200, 125, 50, 50}));
-
   Random random(98);
   for (auto [width, height] : kOddSizes) {
     for (int32_t channels : {1, 3}) {
@@ -50,7 +43,7 @@ TEST(Zoom, PutsMeansBetweenPixels) {
       const auto along_row = [&](int32_t x, int32_t y, int32_t c) {
         return (p.at(x / 2, y, c) + p.at(std::min((x + 1) / 2, p.width - 1), y, c)) >> 1;
       };
-      std::vector<uint8_t> result(p.bytes.size() * 4);
+      Bytes result(p.bytes.size() * 4);
       (channels == 3 ? NuvZoomRGBImg2x2 : NuvZoomGryImg2x2)(p.bytes.data(), width, height, result.data());
       ASSERT_EQ(result, image_of(2 * width, 2 * height, channels, [&](int32_t x, int32_t y, int32_t c) {
                   return (along_row(x, y / 2, c) + along_row(x, std::min((y + 1) / 2, p.height - 1), c)) >> 1;
@@ -60,44 +53,40 @@ TEST(Zoom, PutsMeansBetweenPixels) {
 }
 
 TEST(Shrinking, TakesSamplesAndMeansOfWholeBlocks) {
+  TestImage image = draw({"1234567", "3456789", "9999999"});
+  Bytes result(2);
+  NuvShrinkGryImgByExtract(image.data(), 7, 3, 3, 2, result.data());
+  EXPECT_EQ(result, (Bytes{1, 4}));
+  NuvShrinkImgByAvr(image.data(), false, 7, 3, 3, 2, result.data());
+  EXPECT_EQ(result, (Bytes{(1 + 2 + 3 + 3 + 4 + 5) / 6, (4 + 5 + 6 + 6 + 7 + 8) / 6}));
+  Bytes of_rgb(3);
+  NuvShrinkImgByAvr(image.data(), true, 2, 1, 2, 1, of_rgb.data());
+  EXPECT_EQ(of_rgb, (Bytes{(1 + 4) / 2, (2 + 5) / 2, (3 + 6) / 2}));
+}
+
+TEST(Shrinking, OfFixedFactorsEqualsThatOfAnyFactor) {
   Random random(99);
   for (auto [width, height] : kOddSizes) {
-    for (auto [m, n] : {std::pair{2, 2}, {4, 4}, {1, 1}, {3, 2}, {1, 5}, {70, 1}}) {
-      for (int32_t channels : {1, 3}) {
-        Source p(random, width, height, channels);
-        const int32_t block[] = {m, n};
-        const auto mean = [&](int32_t x, int32_t y, int32_t c) {
-          int32_t sum = 0;
-          for (int32_t i = 0; i < block[0] * block[1]; ++i) {
-            sum += p.at(x * block[0] + i % block[0], y * block[1] + i / block[0], c);
-          }
-          return sum / (block[0] * block[1]);
-        };
-        const auto means = image_of(width / m, height / n, channels, mean);
-        std::vector<uint8_t> result(means.size());
-        NuvShrinkImgByAvr(p.bytes.data(), channels == 3, width, height, m, n, result.data());
-        ASSERT_EQ(result, means);
-        if (channels == 3) continue;
-
-        const auto samples = image_of(width / m, height / n, 1, [&](int32_t x, int32_t y, int32_t c) {
-          return p.at(x * block[0], y * block[1], c);
-        });
-        NuvShrinkGryImgByExtract(p.bytes.data(), width, height, m, n, result.data());
-        ASSERT_EQ(result, samples);
-        if (m != n || m == 1) continue;
-        std::vector<uint8_t> sampled(result.size());
-        int32_t size[2] = {};
-        if (m == 2) {
-          NuvShrinkGryImg2x2ByAvr(p.bytes.data(), width, height, result.data());
-          NuvShrinkGryImg2x2ByExtract(p.bytes.data(), width, height, sampled.data(), &size[0], &size[1]);
-        } else {
-          NuvShrinkGryImg4x4ByAvr(p.bytes.data(), width, height, result.data(), &size[0], &size[1]);
-          NuvShrinkGryImg4x4ByExtract(p.bytes.data(), width, height, sampled.data(), &size[0], &size[1]);
-        }
-        ASSERT_EQ(result, means);
-        ASSERT_EQ(sampled, samples);
-        ASSERT_TRUE(size[0] == width / m && size[1] == height / n);
+    TestImage image = random.gray(width, height);
+    for (int32_t side : {2, 4}) {
+      Bytes means(static_cast<std::size_t>((width / side) * (height / side)));
+      Bytes samples = means;
+      Bytes expected_means = means;
+      Bytes expected_samples = means;
+      NuvShrinkImgByAvr(image.data(), false, width, height, side, side, expected_means.data());
+      NuvShrinkGryImgByExtract(image.data(), width, height, side, side, expected_samples.data());
+      int32_t columns = 0;
+      int32_t rows = 0;
+      if (side == 2) {
+        NuvShrinkGryImg2x2ByAvr(image.data(), width, height, means.data());
+        NuvShrinkGryImg2x2ByExtract(image.data(), width, height, samples.data(), &columns, &rows);
+      } else {
+        NuvShrinkGryImg4x4ByAvr(image.data(), width, height, means.data(), &columns, &rows);
+        NuvShrinkGryImg4x4ByExtract(image.data(), width, height, samples.data(), &columns, &rows);
       }
+      ASSERT_EQ(means, expected_means);
+      ASSERT_EQ(samples, expected_samples);
+      ASSERT_TRUE(columns == width / side && rows == height / side);
     }
   }
 }
@@ -105,91 +94,62 @@ TEST(Shrinking, TakesSamplesAndMeansOfWholeBlocks) {
 TEST(Shrinking, TakesMediansOfCells) {
   // Ten columns as four: cells of three, and one of the column left. The median leans upwards.
   TestImage row = draw({"1234567899"});
-  std::vector<uint8_t> medians(4);
+  Bytes medians(4);
   NuvShrinkGryImgByMedian(row.data(), 10, 1, medians.data(), 4, 1);
-  EXPECT_EQ(medians, (std::vector<uint8_t>{3, 6, 9, 10}));
+  EXPECT_EQ(medians, (Bytes{3, 6, 9, 10}));
+  // Four columns as three leave nothing for the last cells, three rows as two nothing for the last row.
+  TestImage image = draw({"1155", "1155", "1155"});
+  Bytes cells(6, 77);
+  NuvShrinkGryImgByMedian(image.data(), 4, 3, cells.data(), 3, 2);
+  EXPECT_EQ(cells, (Bytes{1, 5, 0, 0, 0, 0}));
+}
 
-  Random random(100);
-  for (int round = 0; round < 200; ++round) {
-    Source p(random, random.between(1, 30), random.between(1, 30), 1);
-    const int32_t columns = random.between(1, 33);
-    const int32_t rows = random.between(1, 33);
-    const auto cell = [](int32_t length, int32_t n) {
-      return length / n * n < length ? length / (n - 1) : length / n;
-    };
-    const int32_t cw = cell(p.width, columns);
-    const int32_t ch = cell(p.height, rows);
-    std::vector<uint8_t> result(static_cast<std::size_t>(columns * rows));
-    NuvShrinkGryImgByMedian(p.bytes.data(), p.width, p.height, result.data(), columns, rows);
-    ASSERT_EQ(result, image_of(columns, rows, 1, [&](int32_t i, int32_t j, int32_t) {
-                std::array<int32_t, 256> bins{};
-                for (int32_t y = j * ch; y < std::min((j + 1) * ch, p.height); ++y) {
-                  for (int32_t x = i * cw; x < std::min((i + 1) * cw, p.width); ++x) {
-                    ++bins[static_cast<std::size_t>(p.at(x, y, 0))];
-                  }
-                }
-                return NuvGetMedianInHistogram(bins.data());
+int32_t plain_sample(const Source& p, int32_t x, int32_t y, int32_t c) {
+  const int32_t xi = x >> 16;
+  const int32_t yi = y >> 16;
+  const int32_t fx = x & 65535;
+  const int32_t fy = y & 65535;
+  const int32_t right = std::min(xi + 1, p.width - 1);
+  const int32_t below = std::min(yi + 1, p.height - 1);
+  const auto row_value = [&](int32_t row) {
+    return (p.at(xi, row, c) * (65536 - fx) + p.at(right, row, c) * fx) >> 16;
+  };
+  return (row_value(yi) * (65536 - fy) + row_value(below) * fy) >> 16;
+}
+
+TEST(Resizing, EqualsThePlainForm) {
+  Random random(101);
+  for (int round = 0; round < 300; ++round) {
+    // Some results of several strips.
+    const int32_t wide = round % 50 < 2 ? 2000 : 60;
+    const int32_t columns = random.between(1, wide);
+    const int32_t rows = random.between(1, 60);
+    Source p(random, random.between(1, wide), random.between(1, 40), round % 2 == 0 ? 1 : 3);
+    const int32_t step_x = (p.width - 1) * 65536 / std::max(columns - 1, 1);
+    const int32_t step_y = (p.height - 1) * 65536 / std::max(rows - 1, 1);
+    Bytes result(static_cast<std::size_t>(columns * rows * p.channels));
+    const auto resize =
+        p.channels == 3 ? NuvRgbImgBilinearInterpolattionFast : NuvGryImgBilinearInterpolattionFast;
+    resize(p.bytes.data(), p.width, p.height, result.data(), columns, rows);
+    ASSERT_EQ(result, image_of(columns, rows, p.channels, [&](int32_t i, int32_t j, int32_t c) {
+                return plain_sample(p, i * step_x, j * step_y, c);
               }));
   }
 }
 
-int32_t plain_fast(const Source& p, int32_t x, int32_t y, int32_t c) {
-  const int32_t xi = x >> 16;
-  const int32_t yi = y >> 16;
-  const int32_t fx = x - xi * 65536;
-  const int32_t fy = y - yi * 65536;
-  const auto row_value = [&](int32_t row) {
-    return xi + 1 < p.width ? (p.at(xi, row, c) * (65536 - fx) + p.at(xi + 1, row, c) * fx) >> 16
-                            : p.at(xi, row, c);
+TEST(Resizing, InDoublePrecisionTruncatesOnce) {
+  TestImage image = draw({"19", "36"});
+  const auto resized = [&](int32_t columns, int32_t rows) {
+    TestImage result(columns, rows);
+    NuvGryImgBilinearInterpolattionStd(image.data(), 2, 2, result.data(), columns, rows);
+    return result;
   };
-  return yi + 1 < p.height ? (fy * row_value(yi + 1) + (65536 - fy) * row_value(yi)) >> 16 : row_value(yi);
-}
-
-int32_t plain_double(const Source& p, double x, double y) {
-  const int32_t xi = nuv::truncated(x);
-  const int32_t yi = nuv::truncated(y);
-  const auto row_value = [&](int32_t row) -> double {
-    if (xi + 1 == p.width) return p.at(xi, row, 0);
-    return p.at(xi, row, 0) * ((xi + 1) - x) + p.at(xi + 1, row, 0) * (x - xi);
-  };
-  return nuv::truncated((y - yi) * row_value(std::min(yi + 1, p.height - 1)) +
-                        ((yi + 1) - y) * row_value(yi));
-}
-
-TEST(Resizing, EqualsThePlainForms) {
-  Random random(101);
-  for (int round = 0; round < 300; ++round) {
-    // Some results of several strips.
-    const int32_t wide = round % 50 == 0 ? 2000 : 60;
-    const int32_t w = random.between(1, wide);
-    const int32_t h = random.between(1, 40);
-    const int32_t columns = random.between(1, wide);
-    const int32_t rows = random.between(1, 60);
-    const auto step = [](int32_t length, int32_t n) { return n == 1 ? 0 : (length - 1) * 65536 / (n - 1); };
-    const auto step_of_double = [](int32_t length, int32_t n) {
-      return n == 1 ? 0 : (length - 1.0) / (n - 1.0);
-    };
-    for (int32_t channels : {1, 3}) {
-      Source p(random, w, h, channels);
-      std::vector<uint8_t> result(static_cast<std::size_t>(columns * rows * channels));
-      (channels == 3 ? NuvRgbImgBilinearInterpolattionFast : NuvGryImgBilinearInterpolattionFast)(
-          p.bytes.data(), w, h, result.data(), columns, rows);
-      ASSERT_EQ(result, image_of(columns, rows, channels,
-                                 [&](int32_t i, int32_t j, int32_t c) {
-                                   return plain_fast(p, i * step(p.width, columns), j * step(p.height, rows),
-                                                     c);
-                                 }))
-          << w << ' ' << h << ' ' << columns << ' ' << rows;
-      if (channels == 3) continue;
-      NuvGryImgBilinearInterpolattionStd(p.bytes.data(), w, h, result.data(), columns, rows);
-      ASSERT_EQ(result, image_of(columns, rows, 1,
-                                 [&](int32_t i, int32_t j, int32_t) {
-                                   return plain_double(p, i * step_of_double(p.width, columns),
-                                                       j * step_of_double(p.height, rows));
-                                 }))
-          << w << ' ' << h << ' ' << columns << ' ' << rows;
-    }
-  }
+  EXPECT_EQ(resized(3, 3), draw({"159", "247", "346"}));  // 4.75 and 4.5, 7.5
+  EXPECT_EQ(resized(1, 1), draw({"1"}));
+  // Long enough for a second strip of columns.
+  const TestImage wide = resized(2001, 2);
+  EXPECT_EQ(wide.at(2000, 0), 9);
+  EXPECT_EQ(wide.at(1750, 1), 3 + 3 * 7 / 8);
 }
 
 TEST(RectResize, FitsWidthAndHeight) {
@@ -206,31 +166,6 @@ TEST(RectResize, FitsWidthAndHeight) {
     NuvRectResizeX4(640, 480, c.max_width, c.max_height, &r[0], &r[1], &r[2], &r[3]);
     EXPECT_EQ(r, c.after);
   }
-}
-
-// Sizes that no image has write nothing.
-TEST(Transforms, TakeAnySize) {
-  TestImage image(8, 8, 5);
-  TestImage result(8, 8, 6);
-  const TestImage untouched = result;
-  const int32_t odd[] = {0, -1, INT32_MIN};
-  for (int32_t size : odd) {
-    NuvZoomGryImg2x2(image.data(), size, 8, result.data());
-    NuvShrinkGryImgByMedian(image.data(), 8, 8, result.data(), size, 8);
-    NuvShrinkImgByAvr(image.data(), true, 8, 8, 1, size, result.data());
-    NuvShrinkImgByAvr(image.data(), false, 8, 8, INT32_MAX, INT32_MAX, result.data());
-    NuvShrinkGryImgByExtract(image.data(), 8, 8, size, 1, result.data());
-    NuvGryImgBilinearInterpolattionFast(image.data(), 8, 8, result.data(), 8, size);
-    NuvGryImgBilinearInterpolattionStd(image.data(), 8, size, result.data(), 8, 8);
-    NuvImgRotate90DegreeCS(image.data(), size, 8, true, result.data());
-    NuvFlipVertical(image.data(), 8, size, true, result.data());
-    NuvReverseImg(image.data(), size, size, result.data());
-    NuvImageShift(image.data(), size, 8, true, 1, 1, result.data());
-    NuvShiftXPerRowFine(image.data(), 8, size, 1, result.data());
-    NuvCopyRectFromRotateCCS(image.data(), size, 8, 0, 0, 0, result.data(), 8, 8);
-    NuvCopyRectFromRotateCCS(image.data(), 8, 8, 0, 0, 0, result.data(), 8, size);
-  }
-  EXPECT_EQ(result, untouched);
 }
 
 }  // namespace
