@@ -230,7 +230,7 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 // is the hole, without the rim that the chain runs over. Chains of 4096 codes or less need no memory. A chain
 // that does not close, or does not wind once round its region, encloses nothing; its own pixels still count
 // where its turns add up to an outer one. One that crosses itself, as the tracer's never do, encloses some of
-// the pixels in its rows, up to the image's sides.
+// the pixels in the rows that it touches.
 
 /// Fills what a chain encloses.
 ///

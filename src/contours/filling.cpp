@@ -117,15 +117,21 @@ Winding mark_edges(GrayImage image, const Chain& chain, EdgeMarks marks) {
   return {step, closed && (step == 1 || step == -1)};
 }
 
-// Visits the pixels from each left edge to the one before its right edge.
+// Visits the pixels from each left edge to the one before its right edge. A chain that crosses itself may
+// leave a left edge without a right one in its row: the scan goes on in memory, up to the chain's last row.
 template <class Visit>
 void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding winding, Visit visit) {
   if (!winding.scannable) return;
+  int32_t top = chain.start.y;
+  int32_t bottom = chain.start.y;
+  walk_positions(chain, [&](Point p) {
+    top = std::min(top, p.y);
+    bottom = std::max(bottom, p.y);
+  });
+  const uint8_t* last = winding.step > 0 ? image.at(image.width - 1, bottom) : image.at(0, top);
   walk_positions(chain, [&](Point start) {
     uint8_t* pixel = image.at(start.x, start.y);
     if (*pixel != marks.left) return;
-    // A chain that crosses itself may leave a left edge without a right one.
-    const uint8_t* last = image.at(winding.step > 0 ? image.width - 1 : 0, start.y);
     uint8_t* p = pixel;
     visit(p);
     while (p != last && p[winding.step] != marks.right) visit(p += winding.step);
