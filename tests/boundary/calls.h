@@ -57,42 +57,28 @@ namespace calls {
 
 template <class T>
 constexpr const char* kSpelling = nullptr;
-template <>
-inline constexpr const char* kSpelling<void> = "void";
-template <>
-inline constexpr const char* kSpelling<bool> = "bool";
-template <>
-inline constexpr const char* kSpelling<bool*> = "bool*";
-template <>
-inline constexpr const char* kSpelling<uint8_t> = "uint8_t";
-template <>
-inline constexpr const char* kSpelling<uint8_t*> = "uint8_t*";
-template <>
-inline constexpr const char* kSpelling<const uint8_t*> = "const uint8_t*";
-template <>
-inline constexpr const char* kSpelling<int32_t> = "int32_t";
-template <>
-inline constexpr const char* kSpelling<int32_t*> = "int32_t*";
-template <>
-inline constexpr const char* kSpelling<uint32_t> = "uint32_t";
-template <>
-inline constexpr const char* kSpelling<uint32_t*> = "uint32_t*";
-template <>
-inline constexpr const char* kSpelling<double> = "double";
-template <>
-inline constexpr const char* kSpelling<double*> = "double*";
-template <>
-inline constexpr const char* kSpelling<char*> = "char*";
-template <>
-inline constexpr const char* kSpelling<const char*> = "const char*";
-template <>
-inline constexpr const char* kSpelling<tagRECT> = "tagRECT";
-template <>
-inline constexpr const char* kSpelling<tagRECT*> = "tagRECT*";
-template <>
-inline constexpr const char* kSpelling<RLX*> = "RLX*";
-template <>
-inline constexpr const char* kSpelling<RLY*> = "RLY*";
+#define NUV_SPELLED(type) \
+  template <>             \
+  inline constexpr const char* kSpelling<type> = #type
+NUV_SPELLED(void);
+NUV_SPELLED(bool);
+NUV_SPELLED(bool*);
+NUV_SPELLED(uint8_t);
+NUV_SPELLED(uint8_t*);
+NUV_SPELLED(const uint8_t*);
+NUV_SPELLED(int32_t);
+NUV_SPELLED(int32_t*);
+NUV_SPELLED(uint32_t);
+NUV_SPELLED(uint32_t*);
+NUV_SPELLED(double);
+NUV_SPELLED(double*);
+NUV_SPELLED(char*);
+NUV_SPELLED(const char*);
+NUV_SPELLED(tagRECT);
+NUV_SPELLED(tagRECT*);
+NUV_SPELLED(RLX*);
+NUV_SPELLED(RLY*);
+#undef NUV_SPELLED
 
 template <class... Arguments>
 std::string spelled() {
@@ -276,6 +262,10 @@ auto reals(Size size, double low, double high) {
 }
 inline std::size_t counted(const Scene& s) {
   return Scene::length(s.count);
+}
+// For exports that read the first element even where there should be none.
+inline std::size_t counted_or_one(const Scene& s) {
+  return std::max<std::size_t>(counted(s), 1);
 }
 inline std::size_t columns(const Scene& s) {
   return Scene::length(s.width);

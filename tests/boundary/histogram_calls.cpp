@@ -63,10 +63,6 @@ std::size_t shrunk(const Scene& s) {
   return (calls::columns(s) + step - 1) / step * ((calls::rows(s) + step - 1) / step);
 }
 
-// The first element is read even where there should be none.
-std::size_t counted_or_one(const Scene& s) {
-  return std::max<std::size_t>(calls::counted(s), 1);
-}
 std::size_t result_columns(const Scene& s) {
   return Scene::length(s.result_width);
 }

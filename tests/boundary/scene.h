@@ -9,7 +9,6 @@
 #include <cstring>
 #include <limits>
 #include <memory>
-#include <string_view>
 #include <type_traits>
 #include <vector>
 

@@ -61,10 +61,6 @@ std::size_t shrunk(const Scene& s) {
   return Scene::area(shrunk_width(s), shrunk_height(s));
 }
 
-std::size_t counted_or_one(const Scene& s) {
-  return std::max(counted(s), std::size_t{1});
-}
-
 // A number that the export changes.
 template <class Role>
 auto kept(Role role) {
