@@ -1,13 +1,21 @@
 #!/usr/bin/env bash
-# Measures the library beside its peers on one thread and prints their ratios: ./bench.sh [name pattern]
+# Measures the library beside its peers on one thread and prints their ratios:
+#   ./bench.sh [--level v2|v3|v4] [name pattern]
+# With --level the library is built for that x86-64 level alone, so that a new processor measures what an older
+# one would run.
 # A ratio above 1 means that the library is the faster one. Rows without a peer show their time alone.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
 need_packages "${build_packages[@]}" "${bench_packages[@]}"
-build bench
+preset=bench
+if [ "${1:-}" = --level ]; then
+  preset=bench-${2:?--level needs v2, v3 or v4}
+  shift 2
+fi
+build "$preset"
 # Repetitions of all rows take turns, so that a slow moment of the machine does not fall on one side.
-build/bench/bench/nuv_bench --benchmark_filter="${1:-.}" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
+"build/$preset/bench/nuv_bench" --benchmark_filter="${1:-.}" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
   --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true 2>/dev/null |
   awk '
     match($0, /_median +[0-9]+ ns/) {

@@ -15,8 +15,9 @@
 
 #include "colour/colour_matrix.h"
 
-// Under the address sanitizer the plain form is tested.
-#if defined(__GNUC__) && defined(__x86_64__) && defined(__ELF__) && !defined(__SANITIZE_ADDRESS__)
+// Under AddressSanitizer, and in a build for a level without AVX-512, the plain form runs.
+#if defined(__GNUC__) && defined(__x86_64__) && defined(__ELF__) && !defined(__SANITIZE_ADDRESS__) && \
+    (!defined(NUV_ONE_LEVEL) || defined(__AVX512BW__))
 #define NUV_HAS_AVX512 1
 #else
 #define NUV_HAS_AVX512 0

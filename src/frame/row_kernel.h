@@ -6,13 +6,14 @@
 // A kernel that does little but load neighbours is marked as load-bound, and has no copy with vectors of 64
 // bytes: each load at an odd place would cross a cache line.
 // Every copy computes the same: the kernels are integer code, or floating code without contraction.
+// A build for one level (NUV_LEVEL in CMake) defines NUV_ONE_LEVEL: everything is compiled for that level, once.
 
 #ifndef NUV_FRAME_ROW_KERNEL_H
 #define NUV_FRAME_ROW_KERNEL_H
 
 // Sanitizers instrument the resolver that chooses the copy, which runs before they are ready.
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__ELF__) && \
-    !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    !defined(NUV_ONE_LEVEL) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define NUV_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
 #define NUV_LOAD_BOUND_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3")))
 #else
