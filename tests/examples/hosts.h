@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "temporary_directory.h"
+
 struct Outcome {
   int status = -1;
   std::string out;
@@ -22,15 +24,6 @@ struct Outcome {
 // A directory of its own for each test, in which hosts are run as a person would.
 class HostTest : public testing::Test {
  protected:
-  HostTest() {
-    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-    dir_ = std::filesystem::temp_directory_path() /
-           (std::string("nuv_host_") + test.test_suite_name() + '_' + test.name());
-    std::filesystem::remove_all(dir_);
-    std::filesystem::create_directories(dir_);
-  }
-  ~HostTest() override { std::filesystem::remove_all(dir_); }
-
   // As text, so that lines end alike everywhere.
   static std::string text_of(const std::filesystem::path& file) {
     std::ifstream stream(file);
@@ -63,7 +56,8 @@ class HostTest : public testing::Test {
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   }
 
-  std::filesystem::path dir_;
+  TemporaryDirectory directory_;
+  const std::filesystem::path dir_ = directory_.path();
 
  private:
   // With the system's own separators: a program finds its libraries by its path.

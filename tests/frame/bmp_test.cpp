@@ -9,22 +9,16 @@
 
 #include "NuvImgSDK2014DLL.h"
 #include "images.h"
+#include "temporary_directory.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using testing::ElementsAre;
 using Bytes = std::vector<uint8_t>;
 using Reader = uint8_t* (*)(const char*, int32_t*, int32_t*);
 
 class BmpFile : public testing::Test {
  protected:
-  BmpFile() {
-    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-    path_ = (fs::temp_directory_path() / ("nuv_" + std::string(info->name()) + ".bmp")).string();
-  }
-  ~BmpFile() override { fs::remove(path_); }
-
   Bytes content() const {
     std::ifstream file(path_, std::ios::binary);
     return Bytes(std::istreambuf_iterator<char>(file), {});
@@ -45,7 +39,8 @@ class BmpFile : public testing::Test {
     return result;
   }
 
-  std::string path_;
+  TemporaryDirectory directory_;
+  std::string path_ = directory_.file("file.bmp");
 };
 
 uint32_t field(const Bytes& bytes, std::size_t at) {
@@ -154,7 +149,7 @@ TEST_F(BmpFile, WhatCannotBeOpenedIsNullOrFalse) {
   const Read missing = read(NuvRead8BitBmpFile2Img);
   EXPECT_FALSE(missing.pixels);
   EXPECT_EQ(missing.width, 0);
-  const std::string directory = fs::temp_directory_path().string();
+  const std::string directory = directory_.path().string();
   Read no_file;
   EXPECT_FALSE(NuvRead24BitBmpFile2Img(directory.c_str(), &no_file.width, &no_file.height));
   uint8_t pixel[3] = {};

@@ -7,28 +7,18 @@
 #include <string>
 
 #include "NuvImgSDK2014DLL.h"
+#include "temporary_directory.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
 class SequenceFiles : public testing::Test {
  protected:
-  SequenceFiles() {
-    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-    directory_ = fs::temp_directory_path() / ("nuv_" + std::string(info->name()));
-    fs::remove_all(directory_);
-    fs::create_directories(directory_);
-  }
-  ~SequenceFiles() override { fs::remove_all(directory_); }
-
-  std::string path(const std::string& name) const { return (directory_ / name).string(); }
   bool load(const std::string& text) const {
-    std::ofstream(path("list.txt"), std::ios::binary) << text;
-    return NuvSequenceFiles_Initialize(path("list.txt").data());
+    std::ofstream(directory_.file("list.txt"), std::ios::binary) << text;
+    return NuvSequenceFiles_Initialize(directory_.file("list.txt").data());
   }
 
-  fs::path directory_;
+  TemporaryDirectory directory_;
 };
 
 // A line, or how there is none.
@@ -79,7 +69,8 @@ TEST_F(SequenceFiles, SkipLinesThatDoNotFitBeforeTheirBlanksAreDropped) {
 TEST_F(SequenceFiles, ServeTheListBeforeAfterOneThatCannotBeOpened) {
   ASSERT_TRUE(load("one\r\ntwo\r\n"));
   EXPECT_EQ(next(), "one");
-  for (const std::string& name : {path("missing"), directory_.string(), std::string(2000, 'n')}) {
+  for (const std::string& name :
+       {directory_.file("missing"), directory_.path().string(), std::string(2000, 'n')}) {
     EXPECT_EQ(next(), "two");
     EXPECT_FALSE(NuvSequenceFiles_Initialize(std::string(name).data()));
     EXPECT_EQ(next(), "one");
@@ -116,7 +107,7 @@ TEST_F(SequenceFilesDeathTest, TheLogIsEmptiedByTheFirstLineOfAProcess) {
       testing::ExitedWithCode(0), "");
   std::ifstream file(log, std::ios::binary);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "\n100% %d,-2147483648\n100% %d,7");
-  fs::remove(log);
+  std::filesystem::remove(log);
 }
 #endif
 
