@@ -113,7 +113,7 @@ class Hanzi : public testing::Test {
     close(lock_);
   }
   void SetUp() override {
-    if (!std::ofstream(path_)) GTEST_SKIP() << "no font can be put beside the test program: " << path_;
+    ASSERT_TRUE(std::ofstream(path_)) << "no font can be put beside the test program: " << path_;
   }
 
   // A font of random bytes.
@@ -230,7 +230,6 @@ TEST_F(Hanzi, AreSetInLinesAndCutByTheImage) {
 
 // From a font of three characters: full width, half width, and without a code; then from the real one.
 TEST_F(Hanzi, ComeFromTheProgramThatMakesTheFont) {
-  if (std::system("python3 -c '' >/dev/null 2>&1") != 0) GTEST_SKIP() << "no python3";
   const std::string folder = path_.parent_path().string();
   const std::string source = folder + "/three.hex";
   std::ofstream(source) << "4E00:0000000000000004FFFE0000000000000000000000000000000000000000000F\n"
@@ -249,7 +248,6 @@ TEST_F(Hanzi, ComeFromTheProgramThatMakesTheFont) {
   }
   EXPECT_EQ(drawn("\xFE\xFE"), TestImage(16, 16));
 
-  if (!fs::exists("/usr/share/unifont/unifont.hex")) return;
   ASSERT_EQ(std::system(make.c_str()), 0);
   EXPECT_EQ(drawn("\xA1\xA1"), TestImage(16, 16)) << "the blank";
   EXPECT_FALSE(drawn("\xBF\xDA") == TestImage(16, 16));

@@ -1,0 +1,46 @@
+# Runs the tests of some sources and counts them: cmake -D SOURCES=a,b -D SYSTEM=... -P run_tests.cmake -- PROGRAM...
+#
+# A program that an emulator does not start may still end with 0. A run counts only if the test program's closing
+# line says that as many tests passed as stand in the sources: none is missing, and none is skipped.
+
+set(suites "")
+set(expected 0)
+string(REPLACE "," ";" sources "${SOURCES}")
+foreach(source IN LISTS sources)
+  file(STRINGS ${source} lines REGEX "^(TEST(_F)?\\(|#if|#endif)")
+  set(elsewhere OFF)  # between the lines of another system
+  foreach(line IN LISTS lines)
+    if(line MATCHES "^#if")
+      if(SYSTEM STREQUAL "Windows" AND line MATCHES "defined\\(__linux__\\)|!defined\\(_WIN32\\)")
+        set(elsewhere ON)
+      endif()
+    elseif(line MATCHES "^#endif")
+      set(elsewhere OFF)
+    elseif(NOT elsewhere AND line MATCHES "\\(([A-Za-z0-9]+),")
+      list(APPEND suites "${CMAKE_MATCH_1}.*")
+      math(EXPR expected "${expected} + 1")
+    endif()
+  endforeach()
+endforeach()
+list(REMOVE_DUPLICATES suites)
+list(JOIN suites ":" filter)
+
+set(command "")
+set(is_command OFF)
+math(EXPR last "${CMAKE_ARGC} - 1")
+foreach(i RANGE ${last})
+  if(is_command)
+    list(APPEND command "${CMAKE_ARGV${i}}")
+  elseif(CMAKE_ARGV${i} STREQUAL "--")
+    set(is_command ON)
+  endif()
+endforeach()
+
+execute_process(COMMAND ${command} --gtest_filter=${filter}
+  RESULT_VARIABLE result OUTPUT_VARIABLE output ECHO_OUTPUT_VARIABLE)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "The test program ended with: ${result}")
+endif()
+if(expected EQUAL 0 OR NOT output MATCHES "\\[  PASSED  \\] ${expected} tests?\\.")
+  message(FATAL_ERROR "${expected} tests stand in the sources; the test program does not say that as many passed")
+endif()
