@@ -1,0 +1,23 @@
+# Configures a project with this one inside it, by any build type, and looks how the library would be compiled: by -O3
+# in every type but Debug. The last such option counts.
+foreach(type "" RelWithDebInfo MinSizeRel Custom Debug)
+  execute_process(COMMAND ${CMAKE_COMMAND} -G ${GENERATOR} -S ${PARENT_DIR} -B ${WORK_DIR} -DNUV_DIR=${NUV_DIR}
+    -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=${type} COMMAND_ERROR_IS_FATAL ANY)
+  set(expected "-O3")
+  if(type STREQUAL "Debug")
+    set(expected "")
+  endif()
+  file(STRINGS ${WORK_DIR}/compile_commands.json commands REGEX "\"command\": .*${NUV_DIR}/src/")
+  if(NOT commands)
+    message(FATAL_ERROR "No source of the library is compiled")
+  endif()
+  foreach(command IN LISTS commands)
+    set(last "")
+    if(command MATCHES "^.* (-O[0-9a-z]*) ")
+      set(last ${CMAKE_MATCH_1})
+    endif()
+    if(NOT last STREQUAL expected)
+      message(FATAL_ERROR "With the build type '${type}', '${last}' counts: ${command}")
+    endif()
+  endforeach()
+endforeach()
