@@ -1,23 +1,30 @@
 #!/usr/bin/env bash
-# Builds the library for 32-bit Windows and runs all its tests under Wine: ./test-windows.sh
+# Builds the library for 32-bit and 64-bit Windows and runs all its tests under Wine: ./test-windows.sh
 # What is built needs nothing beside it but Windows itself, and find_lines gives what it gives here, to the byte.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
-./test.sh windows
 
-bin=$PWD/build/windows/bin
-needed=$(i686-w64-mingw32-objdump -p "$bin/NuvImgSDK2014DLL.dll" | sed -n 's/.*DLL Name: //p')
-if others=$(grep -ivE '^(kernel32|msvcrt)\.dll$' <<<"$needed"); then
-  echo "The library needs more than Windows has:" $others >&2
-  exit 1
-fi
+# check PRESET PROCESSOR
+check() {
+  local bin=$PWD/build/$1/bin work=$PWD/build/$1/find_lines needed others
+  ./test.sh "$1"
+  needed=$("$2-w64-mingw32-objdump" -p "$bin/NuvImgSDK2014DLL.dll" | sed -n 's/.*DLL Name: //p')
+  [ "$needed" ]
+  if others=$(grep -ivE '^(kernel32|msvcrt)\.dll$' <<<"$needed"); then
+    echo "The library needs more than Windows has:" $others >&2
+    exit 1
+  fi
 
-build release find_lines
-export WINEDEBUG=-all WINEPREFIX="$PWD/build/wine"
-mkdir -p build/windows/here build/windows/there
-cp examples/data/camera.bmp build/windows
-(cd build/windows/here && ../../release/examples/find_lines --csv ../camera.bmp lines.bmp >lines.csv)
-(cd build/windows/there && wine "$bin/find_lines.exe" --csv ../camera.bmp lines.bmp | tr -d '\r' >lines.csv)
-diff -r build/windows/here build/windows/there
-echo "find_lines gives the same bytes on Windows"
+  build_host find_lines
+  mkdir -p "$work/here" "$work/there"
+  cp examples/data/camera.bmp "$work"
+  (cd "$work/here" && "$OLDPWD/build/release/examples/find_lines" --csv ../camera.bmp lines.bmp >lines.csv)
+  (cd "$work/there" && WINEDEBUG=-all WINEPREFIX="$bin/../wine" wine "$bin/find_lines.exe" --csv ../camera.bmp lines.bmp |
+    tr -d '\r' >lines.csv)
+  diff -r "$work/here" "$work/there"
+  echo "find_lines gives the same bytes on Windows ($1)"
+}
+
+check windows i686
+check windows64 x86_64
