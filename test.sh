@@ -2,7 +2,9 @@
 # Builds the library and runs all its tests: ./test.sh [preset]; release, if none is given. The others:
 #   sanitize  under AddressSanitizer and UndefinedBehaviorSanitizer
 #   threads   all exports on several threads under ThreadSanitizer; that test alone
-#   clang, unoptimized, linux32, aarch64, windows  by that compiler, with -O0, on those platforms
+#   v2, v3, v4  built for that x86-64 level alone; under qemu where the processor lacks it. If qemu lacks it, too,
+#             nothing is run: it says so, and ends with 77
+#   clang, unoptimized, linux32, aarch64, windows, windows64  by that compiler, with -O0, on those platforms
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
@@ -12,13 +14,27 @@ need_packages "${build_packages[@]}" "${test_packages[@]}"
 case $preset in
   clang) need_packages clang ;;
   threads) targets=(nuv_export_tests) ;;
+  v2 | v3 | v4)
+    emulator=
+    if ! has_level "$preset"; then
+      need_packages qemu-user
+      if ! has_level "$preset" qemu-x86_64 -cpu max; then
+        echo "NOT RUN: the tests for x86-64-$preset. Neither this processor nor qemu-x86_64 has its instructions." >&2
+        exit 77
+      fi
+      emulator="qemu-x86_64;-cpu;max"
+      echo "This processor lacks instructions of x86-64-$preset: the tests run under qemu-x86_64" >&2
+    fi
+    configure_options=(-D "CMAKE_CROSSCOMPILING_EMULATOR=$emulator")
+    ;;
   linux32) need_packages "${linux32_packages[@]}" ;;
   aarch64) need_packages "${aarch64_packages[@]}" ;;
   windows)
     need_packages "${windows_packages[@]}"
     need_32_bit_wine
-    export WINEDEBUG=-all WINEPREFIX="$PWD/build/wine"
     ;;
+  windows64) need_packages "${windows64_packages[@]}" ;;
 esac
+export WINEDEBUG=-all WINEPREFIX="$PWD/build/$preset/wine"
 build "$preset" "${targets[@]}"
 ctest --preset "$preset" -j "$(nproc)"
