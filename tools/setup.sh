@@ -1,11 +1,16 @@
 # Installs what a command needs, by Debian package name, and only what is missing: a machine that has it all
 # needs no network. To be sourced.
 
+# has_package PACKAGE
+has_package() {
+  [ "$(dpkg-query -W -f='${Status}' "$1" 2>/dev/null)" = 'install ok installed' ]
+}
+
 # need_packages PACKAGE...
 need_packages() {
   local missing=() package
   for package in "$@"; do
-    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+    has_package "$package" || missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] && return
   echo "Installing: ${missing[*]}" >&2
@@ -17,20 +22,21 @@ need_packages() {
 }
 
 build_packages=(g++ cmake ninja-build libcli11-dev)
-test_packages=(libgtest-dev libgmock-dev binutils pkgconf)
-style_packages=(clang clang-format clang-tidy)
+font_packages=(python3 unifont)
+test_packages=(libgtest-dev libgmock-dev binutils pkgconf "${font_packages[@]}")
+style_packages=(git clang clang-format clang-tidy)
 bench_packages=(libbenchmark-dev libopencv-dev libyuv-dev)
-font_packages=(unifont)
 # Tests for other platforms build GoogleTest for them.
 linux32_packages=(g++-12-multilib googletest)
 aarch64_packages=(g++-aarch64-linux-gnu qemu-user googletest)
 windows_packages=(g++-mingw-w64-i686-posix googletest wine)
+windows64_packages=(g++-mingw-w64-x86-64-posix googletest wine)
 fuzz_packages=(clang libclang-rt-dev)
 
 # need_32_bit_wine: Debian's wine runs 32-bit programs once the libraries of its 32-bit package lie beside its own.
 need_32_bit_wine() {
   local wine=/usr/lib/x86_64-linux-gnu/wine as_root=() work
-  [ -e "$wine/i386-windows/zlib1.dll" ] && return
+  [ -e "$wine/i386-windows/kernel32.dll" ] && return
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
   "${as_root[@]}" dpkg --add-architecture i386
   "${as_root[@]}" apt-get update -qq >&2 || true  # the download tells whether the index that it needs is there
@@ -41,15 +47,49 @@ need_32_bit_wine() {
   rm -rf "$work"
 }
 
-# build PRESET [TARGET...]: configures and builds, saying little unless it fails.
+# has_level LEVEL [EMULATOR...]: whether this processor, or the emulated one, has all instructions of x86-64-LEVEL.
+has_level() {
+  "${@:2}" /lib64/ld-linux-x86-64.so.2 --help 2>/dev/null | grep "x86-64-$1 (supported" >/dev/null
+}
+
+# build PRESET [TARGET...]: configures, with configure_options, and builds. It says what and about how long, and
+# shows the log where it fails.
+configure_options=()
 build() {
-  local preset=$1 log
+  local preset=$1 log=$PWD/build/$1/build.log steps seconds time="less than a minute"
   shift
-  log=$(mktemp)
-  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then
-    cat "$log" >&2
-    rm -f "$log"
-    return 1
+  mkdir -p "build/$preset"
+  if cmake --preset "$preset" "${configure_options[@]}" >"$log" 2>&1; then
+    steps=$(ninja -C "build/$preset" -n "$@" 2>/dev/null | grep -c '^\[') || true
+    seconds=$((steps * 3 / $(nproc)))  # a step takes one core about 3 seconds
+    [ "$seconds" -lt 60 ] || time="about $((seconds / 60 + 1)) minutes"
+    [ "$steps" -eq 0 ] || echo "Building $preset: $steps steps, $time" >&2
+    cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 | tee -a "$log" | show_progress && return
   fi
-  rm -f "$log"
+  cat "$log" >&2
+  echo "Building $preset failed. This log is $log" >&2
+  return 1
+}
+
+# show_progress: the newest step of the builder's output, on one line of the terminal, if there is one.
+show_progress() {
+  local line
+  if [ ! -t 2 ]; then
+    cat >/dev/null
+    return
+  fi
+  while IFS= read -r line; do
+    [[ $line != \[* ]] || printf '\r\033[K%.70s' "$line" >&2
+  done
+  printf '\r\033[K' >&2
+}
+
+# build_host NAME: builds an example in build/release. The tests are configured only where their packages are.
+build_host() {
+  local configure_options=() package
+  need_packages "${build_packages[@]}"
+  for package in "${test_packages[@]}"; do
+    has_package "$package" || configure_options=(-D NUV_BUILD_TESTS=OFF)
+  done
+  build release "$1"
 }
