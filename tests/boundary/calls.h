@@ -98,6 +98,7 @@ inline Call row(const std::string& name, const std::string& result, const std::s
 template <class Function, class... Arguments>
 auto run(Scene& scene, Function function, Arguments... arguments) {
   scene.remember();
+  scene.describe_call(arguments...);
   if constexpr (std::is_void_v<decltype(function(arguments...))>) {
     function(arguments...);
   } else {

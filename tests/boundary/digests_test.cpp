@@ -1,4 +1,7 @@
-// Every export gives, on every machine and by every compiler, what digests.tsv says of it.
+// Every export gives, on every machine and by every compiler, what the files of digests say.
+//
+// digests.tsv holds the checksum of an export's typical scenes, special_digests.tsv that of its special ones,
+// and a byte of each scene of both kinds, which shows the first scene that differs.
 
 #include <gmock/gmock.h>
 
@@ -6,44 +9,112 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <set>
+#include <map>
 
 #include "boundary/digest.h"
+#include "boundary/lists.h"
 
 namespace {
 
-using testing::ElementsAreArray;
+using Kind = Scene::Kind;
+using Rows = std::map<std::string, std::string>;  // by the export's name
 
-std::multiset<std::string> lines_of(const char* file_name) {
-  std::multiset<std::string> lines;
+constexpr char kTypicalDigests[] = "digests.tsv";
+constexpr char kSpecialDigests[] = "special_digests.tsv";
+
+template <class Action>
+void for_each_line(const std::string& file_name, Action action) {
   std::ifstream file(file_name);
-  for (std::string line; std::getline(file, line);) lines.insert(line);
-  return lines;
+  for (std::string line; std::getline(file, line);) action(line);
+}
+
+Rows listed_rows(const char* file_name) {
+  Rows rows;
+  for_each_line(std::string(NUV_BOUNDARY "/") + file_name, [&](const std::string& line) {
+    const std::size_t tab = line.find('\t');
+    EXPECT_TRUE(rows.emplace(line.substr(0, tab), line.substr(tab + 1)).second) << "stands twice: " << line;
+  });
+  return rows;
+}
+
+void write_rows(const Rows& rows, const std::string& file_name) {
+  std::ofstream file(file_name);
+  for (const auto& [name, digest] : rows) file << name << '\t' << digest << '\n';
+}
+
+std::string hexadecimal(uint64_t checksum) {
+  char digits[17];
+  std::snprintf(digits, sizeof digits, "%016" PRIx64, checksum);
+  return digits;
+}
+
+Names names_of(const Rows& rows) {
+  Names names;
+  for (const auto& row : rows) names.insert(row.first);
+  return names;
+}
+
+// The first scene of this kind that has another byte than the listed one, with the arguments of its calls.
+std::string first_difference(const Call& call, Kind kind, const std::string& present,
+                             const std::string& listed) {
+  const auto ends = std::mismatch(present.begin(), present.end(), listed.begin(), listed.end());
+  if (ends.first == present.end()) return "no single scene";
+  const auto seed = static_cast<uint32_t>(ends.first - present.begin()) / 2 + 1;
+  Scene scene(kind, seed);
+  scene.describe_calls();
+  call.run(scene);
+  return (kind == Kind::kTypical ? "typical scene " : "special scene ") + std::to_string(seed) +
+         scene.description();
 }
 
 TEST(Calls, AreOfEveryExportOnce) {
-  std::multiset<std::string> signatures;
+  Names signatures;
   for (const Call& call : all_calls()) signatures.insert(call.signature);
-  EXPECT_EQ(signatures, lines_of(NUV_EXPORTS));
+  Names listed;
+  for_each_line(NUV_BOUNDARY "/exports.tsv", [&](const std::string& line) { listed.insert(line); });
+  expect_same_names(signatures, listed);
 }
 
-TEST(Calls, ShowAnEffect) {
-  for (const Call& call : all_calls()) EXPECT_TRUE(digest_of(call).shows_an_effect) << call.name;
-}
-
-// A change that is meant is taken over from the file that NUV_DIGESTS_TO names.
+// Changes that are meant are taken over from the files written to the directory that NUV_DIGESTS_TO names.
 TEST(Digests, AreThoseOfEveryOtherMachine) {
-  std::multiset<std::string> digests;
+  const Rows typical = listed_rows(kTypicalDigests);
+  const Rows special = listed_rows(kSpecialDigests);
+  const auto row_of = [](const Rows& rows, const std::string& name) {
+    const auto row = rows.find(name);
+    return row == rows.end() ? std::string() : row->second;
+  };
+  Rows present_typical;
+  Rows present_special;
   for (const Call& call : all_calls()) {
-    char sum[17];
-    std::snprintf(sum, sizeof sum, "%016" PRIx64, digest_of(call).checksum);
-    digests.insert(call.name + "\t" + sum);
+    const Digest now = digest_of(call);
+    const Digest specially = digest_of(call, Kind::kSpecial);
+    EXPECT_TRUE(now.shows_an_effect) << call.name << " shows no effect";
+    const std::string sum = hexadecimal(now.checksum);
+    const std::string special_sum = hexadecimal(specially.checksum);
+    present_typical[call.name] = sum;
+    present_special[call.name] = special_sum + '\t' + now.of_scenes + '\t' + specially.of_scenes;
+
+    const std::string listed_sum = row_of(typical, call.name);
+    std::istringstream columns(row_of(special, call.name));
+    std::string listed_special_sum;
+    std::string listed_scenes;
+    std::string listed_specials;
+    columns >> listed_special_sum >> listed_scenes >> listed_specials;
+    if (sum != listed_sum && !listed_sum.empty()) {
+      ADD_FAILURE() << call.name << "\n  " << sum << ", not " << listed_sum << ", first in "
+                    << first_difference(call, Kind::kTypical, now.of_scenes, listed_scenes);
+    }
+    if (special_sum != listed_special_sum && !listed_special_sum.empty()) {
+      ADD_FAILURE() << call.name << "\n  " << special_sum << ", not " << listed_special_sum << ", first in "
+                    << first_difference(call, Kind::kSpecial, specially.of_scenes, listed_specials);
+    }
   }
-  if (const char* file_name = std::getenv("NUV_DIGESTS_TO")) {
-    std::ofstream file(file_name);
-    for (const std::string& line : digests) file << line << '\n';
+  expect_same_names(names_of(present_typical), names_of(typical));
+  expect_same_names(names_of(present_special), names_of(special));
+  if (const char* directory = std::getenv("NUV_DIGESTS_TO")) {
+    write_rows(present_typical, std::string(directory) + '/' + kTypicalDigests);
+    write_rows(present_special, std::string(directory) + '/' + kSpecialDigests);
   }
-  EXPECT_EQ(digests, lines_of(NUV_DIGESTS));
 }
 
 }  // namespace

@@ -149,10 +149,10 @@ Call in_detector(Prepare prepare, Call call) {
 // Detectors keep their memory. That what came before makes no difference, they are typically large enough for
 // all scenes.
 int32_t detector_width(Scene& s) {
-  return s.hostile ? s.result_width : 2200;
+  return s.hostile && !s.is_special() ? s.result_width : std::max(s.width, 2200);
 }
 int32_t detector_height(Scene& s) {
-  return s.hostile ? s.result_height : 48;
+  return s.hostile && !s.is_special() ? s.result_height : std::max(s.height, 48);
 }
 
 // A picture with one side brighter than the other.

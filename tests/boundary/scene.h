@@ -1,5 +1,9 @@
 // What an export is called with: sizes, a region, numbers, and the memory that it is handed. Everything comes
 // from a seed by integer arithmetic, so that it is the same on every machine.
+//
+// The order in which a scene draws its numbers is frozen, since the checksums in digests.tsv depend on it: a
+// draw that is added, left out or moved changes every later one. Whatever scenes are to draw in addition comes
+// from a stream of its own, as what special scenes draw does.
 
 #ifndef NUV_TESTS_BOUNDARY_SCENE_H
 #define NUV_TESTS_BOUNDARY_SCENE_H
@@ -7,8 +11,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iomanip>
 #include <limits>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -51,10 +58,17 @@ struct Box {
 class Scene {
  public:
   // Typical scenes are what a host does all day; hostile ones hold sizes of 0, 1 and less, regions inverted,
-  // empty and outside, and numbers from one end of their type to the other.
-  enum class Kind { kTypical, kHostile };
+  // empty and outside, and numbers from one end of their type to the other. Special scenes hold what the other
+  // two miss and what has a checksum all the same: images that are empty, tiny, black or wider than every block
+  // and strip, long rows of results, a large region with many notches, and often the least or the greatest
+  // number of a range.
+  enum class Kind { kTypical, kHostile, kSpecial };
 
-  Scene(Kind kind, uint32_t seed) : hostile(kind == Kind::kHostile), random_(seed) {
+  Scene(Kind kind, uint32_t seed)
+      : hostile(kind == Kind::kHostile || (kind == Kind::kSpecial && seed <= kTinySpecials)),
+        kind_(kind),
+        random_(seed),
+        special_random_(seed) {
     width = size(3, 56);
     height = size(3, 48);
     if (!hostile && between(0, 7) == 0) {  // wide rows are worked in strips and blocks
@@ -74,9 +88,14 @@ class Scene {
     result_height = size(1, 64);
     M = integer(0, 4);
     N = integer(0, 4);
+    if (is_special()) make_special(special(seed));
   }
 
-  const bool hostile;
+  // Special scenes have the seeds from 1 to this.
+  static constexpr uint32_t kSpecials = 24;
+
+  const bool hostile;  // sizes may be 0 or less
+  bool is_special() const { return kind_ == Kind::kSpecial; }
   int32_t width;
   int32_t height;
   Box region;     // typical: inside the image; hostile: anywhere
@@ -103,6 +122,7 @@ class Scene {
 
   // Typically from low to high; any number where the scene is hostile.
   int32_t integer(int32_t low, int32_t high) {
+    if (is_special()) return often_an_end(low, between(low, high), high);
     if (!hostile || between(0, 1) == 0) return between(low, high);
     return one_of({kMin, kMin + 1, -65536, -256, -2, -1, 0, 1, 2, 3, low - 1, high + 1, 255, 256, 65536,
                    kMax - 1, kMax});
@@ -110,6 +130,7 @@ class Scene {
 
   // Typically one of 65 steps from low to high; any number where the scene is hostile.
   double real(double low, double high) {
+    if (is_special()) return often_an_end(low, low + (high - low) * between(0, 64) / 64, high);
     if (!hostile || between(0, 1) == 0) return low + (high - low) * between(0, 64) / 64;
     const double infinity = std::numeric_limits<double>::infinity();
     return one_of({0.0, -0.0, 1.0, -1.0, low - 1, high + 1, 1e-300, 1e300, -1e300, 2147483648.0, -4e9,
@@ -151,6 +172,11 @@ class Scene {
     const int32_t spread = between(0, 12);
     const int32_t slope = between(-4, 4);
     return paint(channels, [&](int32_t x, int32_t y, int32_t channel) {
+      if (look_ == Look::kBlack) return 0;
+      if (look_ == Look::kWhite) return 255;
+      if (look_ == Look::kTwoLevels) return 90 + (x * 5 + y * 3) / 16 % 2 * 41;
+      if (look_ == Look::kNotched) return notched_level(x, y);
+      if (look_ == Look::kBlackAreas && (x / 11 + y / 5) % 3 == 0) return 0;
       if (style == 0) return between(0, 255);
       if (style == 3) return side % 2 * 255;
       const int32_t level = style == 1 ? (x / side * 73 + y / side * 151 + (x / side) * (y / side) * 37) % 200
@@ -167,7 +193,9 @@ class Scene {
     const uint32_t salt = static_cast<uint32_t>(between(0, 65535));
     return paint(1, [&](int32_t x, int32_t y, int32_t) {
       const bool in_frame = x < frame || y < frame || x >= width - frame || y >= height - frame;
-      if (in_frame) return 0;
+      if (in_frame || look_ == Look::kBlack) return 0;
+      if (look_ == Look::kWhite) return 255;
+      if (look_ == Look::kNotched) return notched_level(x, y) < 128 ? 255 : 0;
       if (style == 2) return percent % 2 * 255;
       if (style == 3) return between(0, 255);
       const auto place = static_cast<uint32_t>(x / side * 4096 + y / side) ^ salt;
@@ -191,6 +219,21 @@ class Scene {
     return *chain_;
   }
 
+  // ---- What it is called with ----
+
+  // Keeps the arguments of the calls from now on, as text.
+  void describe_calls() { describes_calls_ = true; }
+  const std::string& description() const { return description_; }
+
+  template <class... Arguments>
+  void describe_call(Arguments... arguments) {
+    if (!describes_calls_) return;
+    std::ostringstream text;
+    const char* separator = "(";
+    ((text << separator << described(arguments), separator = ", "), ...);
+    description_ += text.str() + ")";
+  }
+
   // ---- What came of it ----
 
   template <class T>
@@ -207,6 +250,8 @@ class Scene {
   void remember() {
     for (Block& block : blocks_) block.remember();
   }
+  // Other than 0, false and null.
+  bool returned_something() const { return returned_something_; }
   bool shows_an_effect() const {
     return returned_something_ ||
            std::any_of(blocks_.begin(), blocks_.end(), [](const Block& b) { return b.changed(); });
@@ -234,6 +279,7 @@ class Scene {
     }
 
     uint8_t* data() const { return memory_.get() + kGuard; }
+    std::size_t size() const { return size_; }
     void remember() { held_.assign(data(), data() + size_); }
     bool changed() const { return !std::equal(held_.begin(), held_.end(), data()); }
     bool guards_hold() const {
@@ -266,6 +312,116 @@ class Scene {
     std::unique_ptr<uint8_t[]> memory_;
     std::vector<uint8_t> held_;
   };
+
+  // ---- Special scenes ----
+
+  enum class Look { kUsual, kBlack, kWhite, kTwoLevels, kBlackAreas, kNotched };
+  struct Range {
+    int32_t low, high;
+  };
+  struct Special {
+    Range width, height;
+    Look look;
+    Range count, half_size, result_width, result_height;
+  };
+
+  static constexpr uint32_t kTinySpecials = 8;
+  static Special special(uint32_t seed) {
+    constexpr Range kCount{3, 60};
+    constexpr Range kHalf{0, 4};
+    constexpr Range kSide{1, 64};
+    static constexpr Special kList[kSpecials] = {
+        {{0, 0}, {0, 0}, Look::kUsual, {0, 0}, kHalf, {0, 0}, {0, 0}},
+        {{0, 0}, {5, 9}, Look::kUsual, {0, 0}, kHalf, {0, 0}, {1, 9}},
+        {{5, 9}, {0, 0}, Look::kUsual, {0, 1}, kHalf, {1, 9}, {0, 0}},
+        {{1, 1}, {1, 1}, Look::kUsual, {1, 1}, {0, 0}, {1, 3}, {1, 3}},
+        {{1, 1}, {9, 40}, Look::kUsual, {1, 2}, kHalf, {1, 9}, {1, 9}},
+        {{9, 40}, {1, 1}, Look::kUsual, {1, 2}, kHalf, {1, 9}, {1, 9}},
+        {{2, 3}, {2, 3}, Look::kUsual, {2, 3}, {0, 1}, {1, 9}, {1, 9}},
+        {{4, 6}, {4, 6}, Look::kUsual, {2, 3}, {1, 4}, {1, 9}, {1, 9}},
+        {{20, 40}, {20, 40}, Look::kBlack, kCount, kHalf, kSide, kSide},
+        {{20, 40}, {20, 40}, Look::kWhite, kCount, kHalf, kSide, kSide},
+        {{20, 40}, {20, 40}, Look::kTwoLevels, kCount, kHalf, kSide, kSide},
+        {{20, 56}, {20, 48}, Look::kBlackAreas, kCount, kHalf, kSide, kSide},
+        {{20, 56}, {20, 48}, Look::kBlackAreas, kCount, kHalf, kSide, kSide},
+        {{20, 56}, {20, 48}, Look::kBlackAreas, kCount, kHalf, kSide, kSide},
+        {{20, 56}, {20, 48}, Look::kUsual, kCount, {5, 12}, kSide, kSide},
+        {{6, 12}, {6, 12}, Look::kUsual, kCount, {3, 12}, kSide, kSide},
+        {{30, 50}, {30, 50}, Look::kUsual, {80, 300}, {5, 15}, kSide, kSide},
+        {{3, 9}, {280, 400}, Look::kUsual, {200, 600}, {0, 12}, {3, 9}, {300, 400}},
+        {{600, 640}, {20, 24}, Look::kUsual, kCount, kHalf, {300, 600}, {6, 12}},
+        {{600, 640}, {20, 24}, Look::kBlackAreas, kCount, kHalf, {300, 600}, {6, 12}},
+        {{2300, 2500}, {3, 6}, Look::kUsual, {200, 600}, {0, 2}, {1000, 2200}, {2, 4}},
+        {{4097, 4400}, {3, 4}, Look::kUsual, {4100, 4200}, {0, 1}, {4100, 4200}, {1, 2}},
+        {{4000, 4096}, {3, 5}, Look::kUsual, kCount, {0, 1}, {1, 9}, {1, 9}},
+        {{100, 120}, {80, 90}, Look::kNotched, kCount, kHalf, {70, 120}, {70, 90}}};
+    return kList[seed - 1];
+  }
+
+  int32_t special_within(Range range) {
+    return special_random_.between(range.low, range.high);
+  }
+
+  void make_special(const Special& special) {
+    width = special_within(special.width);
+    height = special_within(special.height);
+    look_ = special.look;
+    count = special_within(special.count);
+    M = special_within(special.half_size);
+    N = special_within(special.half_size);
+    result_width = special_within(special.result_width);
+    result_height = special_within(special.result_height);
+    inner = special_box(special_within({0, 3}) == 0);
+    region = special_box(special_within({0, 3}) == 0);
+  }
+
+  // Typically with most of the image, or all of it, so that rows are long.
+  Box special_box(bool whole) {
+    if (whole || width < 1 || height < 1) return {0, width - 1, 0, height - 1};
+    const auto near_an_end = [&](int32_t length) { return special_within({0, (length - 1) / 4}); };
+    return {near_an_end(width), width - 1 - near_an_end(width), near_an_end(height),
+            height - 1 - near_an_end(height)};
+  }
+
+  template <class T>
+  T often_an_end(T low, T value, T high) {
+    const int32_t choice = special_random_.between(0, 7);
+    return choice == 0 ? low : choice == 1 ? high : value;
+  }
+
+  // A dark region with slots from above and from below, an island in each slot, and holes.
+  int32_t notched_level(int32_t x, int32_t y) const {
+    constexpr int32_t kSlot = 8;
+    const bool in_frame = x < 3 || y < 3 || x >= width - 3 || y >= height - 3;
+    if (in_frame) return 220;
+    const int32_t across = x % kSlot;
+    const bool from_above = x / kSlot % 2 == 0;
+    const int32_t depth = from_above ? y : height - 1 - y;
+    const bool in_slot = across < 5 && depth < height * 2 / 3 + x % 3;
+    if (in_slot) return across > 0 && across < 4 && depth % 9 > 4 && depth > 9 ? 60 + x / kSlot * 3 : 200;
+    const bool in_hole = across == 6 && depth % 7 == 3;
+    return in_hole ? 210 : 20 + x / 40 * 15;
+  }
+
+  // ---- Descriptions ----
+
+  template <class T>
+  std::string described(T value) const {
+    std::ostringstream text;
+    if constexpr (std::is_pointer_v<T>) {
+      if (value == nullptr) return "null";
+      const auto* address = reinterpret_cast<const uint8_t*>(value);
+      const auto block =
+          std::find_if(blocks_.begin(), blocks_.end(), [=](const Block& b) { return b.data() == address; });
+      if (block == blocks_.end()) return "pointer";
+      text << block->size() << " bytes";
+    } else if constexpr (std::is_arithmetic_v<T>) {
+      text << std::setprecision(17) << +value;
+    } else {
+      text << '{' << value.left << ", " << value.top << ", " << value.right << ", " << value.bottom << '}';
+    }
+    return text.str();
+  }
 
   int32_t size(int32_t low, int32_t high) {
     return hostile ? one_of({0, 0, 1, 1, 2, 3, 4, 5, 7, 8, 17, 33, -1, kMin}) : between(low, high);
@@ -309,6 +465,8 @@ class Scene {
     sides[3] = between(0, std::min(columns, rows) / 3);
     sides[0] = between(0, columns - sides[1] - sides[3]);
     sides[2] = between(0, rows - sides[1] - sides[3]);
+    // The widest scenes have chains of more codes than need no memory.
+    if (is_special() && width > 4096) sides[0] = columns - sides[1] - sides[3];
     const bool to_the_left = between(0, 1) == 0;
     for (int32_t code = 0; code < 8; ++code) {
       const auto length = static_cast<std::size_t>(sides[code % 4]);
@@ -342,7 +500,12 @@ class Scene {
     return chain;
   }
 
+  Kind kind_;
   Random random_;
+  Random special_random_;
+  Look look_ = Look::kUsual;
+  bool describes_calls_ = false;
+  std::string description_;
   std::vector<Block> blocks_;
   std::unique_ptr<Chain> chain_;
   Checksum sum_;

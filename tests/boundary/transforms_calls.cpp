@@ -90,9 +90,24 @@ tagRECT other_inner_rectangle(Scene& s) {
   return {left, top, left + columns - 1, top + rows - 1};
 }
 
+// Rectangles of long rows start at the left and are turned so little that most of a row stays in the image.
+bool has_long_rows(const Scene& s) {
+  return s.is_special() && s.result_width >= 300;
+}
+int32_t corner_x(Scene& s) {
+  const int32_t column = x(s);
+  return has_long_rows(s) ? column / 8 : column;
+}
+auto turn(double most) {
+  return [=](Scene& s) {
+    const double angle = s.real(-most, most);
+    return has_long_rows(s) ? angle / 64 : angle;
+  };
+}
+
 // Lines have no direction: above 90 degrees they are taken from their other end.
 double slant(Scene& s) {
-  const double angle = s.real(-32, 32);
+  const double angle = turn(32)(s);
   return flag(s) ? angle + 180 : angle;
 }
 
@@ -117,7 +132,8 @@ uint8_t* squares(Scene& s) {
 }
 
 RegionStruct* regions(Scene& s) {
-  uint8_t* const picture = flag(s) ? gray(s) : squares(s);
+  const bool has_squares = !flag(s) && !s.is_special();
+  uint8_t* const picture = has_squares ? squares(s) : gray(s);
   uint8_t* const work = s.noise(s.pixels() * 2);
   const int32_t min_area = s.integer(1, 30);
   const int32_t min_gray = s.integer(0, 150);
@@ -187,7 +203,7 @@ Calls transform_calls() {
       EXPORT_BY(NuvRotateImgByCCS, uint8_t*, (uint8_t*, int32_t, int32_t, double, int32_t*, int32_t*),
                 [](Scene& s, auto turned) {
                   uint8_t* const source = gray(s);
-                  const double angle = s.real(-180, 180);
+                  const double angle = turn(180)(s);
                   int32_t* const columns = integer_result(s);
                   int32_t* const rows = integer_result(s);
                   s.remember();
@@ -196,16 +212,16 @@ Calls transform_calls() {
                   if (!result) return;
                   for (std::size_t i = 0; i < Scene::area(*columns, *rows); ++i) s.add_result(result[i]);
                 }),
-      EXPORT(NuvCopyRectFromRotateCCS, gray, width, height, x, y, real(-90, 90), bytes(result_pixels),
+      EXPORT(NuvCopyRectFromRotateCCS, gray, width, height, corner_x, y, turn(90), bytes(result_pixels),
              result_width, result_height),
-      EXPORT(NuvCopyRectFromRotateCCS, gray, width, height, x, y, real(-90, 90), color, bytes(result_pixels),
+      EXPORT(NuvCopyRectFromRotateCCS, gray, width, height, corner_x, y, turn(90), color,
+             bytes(result_pixels), result_width, result_height),
+      EXPORT(NuvRgbCopyRectFromRotateCCS, rgb, width, height, corner_x, y, turn(90), bytes(result_rgb),
              result_width, result_height),
-      EXPORT(NuvRgbCopyRectFromRotateCCS, rgb, width, height, x, y, real(-90, 90), bytes(result_rgb),
-             result_width, result_height),
-      EXPORT(NuvRgbCopyRectFromRotateCCS, rgb, width, height, x, y, real(-90, 90), color, bytes(result_rgb),
+      EXPORT(NuvRgbCopyRectFromRotateCCS, rgb, width, height, corner_x, y, turn(90), color, bytes(result_rgb),
              result_width, result_height),
       // A shift of 90 degrees more than the angle does not shear.
-      EXPORT(NuvCopyRectFromRotateAndShiftFast, gray, width, height, x, y, slant, real(58, 122),
+      EXPORT(NuvCopyRectFromRotateAndShiftFast, gray, width, height, corner_x, y, slant, real(58, 122),
              bytes(result_pixels), result_width, result_height),
       EXPORT(NuvShiftXPerRowFine, gray, width, height, real(-1, 1), gray_result),
       EXPORT(NuvShiftXPerRowFast, gray, width, height, real(-1, 1), gray_result),
