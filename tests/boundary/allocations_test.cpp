@@ -1,0 +1,267 @@
+// An allocation that fails, whichever it is, gives the result that the header states, and no leak.
+//
+// The library allocates by the forms of operator new that return null, and the tests by those that throw, so
+// only the former fail here.
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <new>
+#include <set>
+
+#include "boundary/calls.h"
+
+#if defined(NUV_ASAN)
+// Some are asked for more memory than there is.
+extern "C" const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
+#endif
+
+namespace {
+
+int64_t n_asked = 0;         // of the library
+int64_t first_failing = -1;  // of those, or none
+bool later_fail_too = false;
+int64_t n_held = 0;  // of library and tests together
+
+void* take(std::size_t size) {
+  void* memory = std::malloc(std::max<std::size_t>(size, 1));
+  if (memory != nullptr) ++n_held;
+  return memory;
+}
+
+void* take_or_stop(std::size_t size) {
+  void* memory = take(size);
+  if (memory == nullptr) std::abort();
+  return memory;
+}
+
+void* take_unless_failing(std::size_t size) {
+  const int64_t n = n_asked++;
+  const bool fails = first_failing >= 0 && (n == first_failing || (later_fail_too && n > first_failing));
+  return fails ? nullptr : take(size);
+}
+
+void give_back(void* memory) {
+  if (memory == nullptr) return;
+  --n_held;
+  std::free(memory);
+}
+
+// Lets the n-th allocation fail, counted from 0, while it lives.
+class Failing {
+ public:
+  explicit Failing(int64_t n, bool later_too = false) {
+    n_asked = 0;
+    first_failing = n;
+    later_fail_too = later_too;
+  }
+  ~Failing() { first_failing = -1; }
+  Failing(const Failing&) = delete;
+  Failing& operator=(const Failing&) = delete;
+};
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  return take_or_stop(size);
+}
+void* operator new[](std::size_t size) {
+  return take_or_stop(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return take_unless_failing(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return take_unless_failing(size);
+}
+void operator delete(void* memory) noexcept {
+  give_back(memory);
+}
+void operator delete[](void* memory) noexcept {
+  give_back(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  give_back(memory);
+}
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+  give_back(memory);
+}
+
+namespace {
+
+enum class Outcome {
+  kNothing,  // 0, false or null is returned, and nothing is written
+  kFailure,  // 0, false or null is returned
+  kSame,     // the memory only saves time, or the scene leaves out what needs it
+  kPartial   // what there is memory for
+};
+
+// Of every export that asks for memory in these scenes.
+const std::map<std::string, Outcome>& outcomes() {
+  static const std::map<std::string, Outcome> outcomes = {
+      {"NuvBinImgFilter", Outcome::kNothing},
+      {"NuvBinImgMedFilter", Outcome::kNothing},
+      {"NuvGetMaxSizeofMinFilter", Outcome::kPartial},  // the size by then
+      {"NuvBinImgThin", Outcome::kFailure},
+      {"NuvGetContours", Outcome::kPartial},
+      {"NuvFreeContours", Outcome::kPartial},
+      {"NuvMarkMaxAreaHoleContour", Outcome::kNothing},
+      {"Nuv255NRegionsWithMaxArea", Outcome::kPartial},
+      {"NuvFillingContour", Outcome::kPartial},
+      {"NuvReplacePixelsColor", Outcome::kFailure},
+      {"NuvPastePixels2ResImg", Outcome::kFailure},
+      {"NuvRegionHistogram", Outcome::kFailure},
+      {"NuvGradientByPrewitt0", Outcome::kPartial},
+      {"NuvGradientByPrewitt90", Outcome::kPartial},
+      {"NuvGradientByPrewitt", Outcome::kPartial},
+      {"NuvEdgeDeleteNoiseByLength", Outcome::kPartial},
+      {"NuvConnectEdge", Outcome::kSame},
+      {"NuvGryAverageFilter", Outcome::kNothing},
+      {"NuvGryAverageFilterFast", Outcome::kNothing},
+      {"NuvGryAverageFilterFastNonBoundary", Outcome::kNothing},
+      {"NuvGryAverageFilterByX", Outcome::kNothing},
+      {"NuvGryAverageFilterByY", Outcome::kNothing},
+      {"NuvRGBAverageFilter", Outcome::kNothing},
+      {"NuvRGBAverageFilterFast", Outcome::kNothing},
+      {"NuvRGBAverageFilterFastNonBoundary", Outcome::kNothing},
+      {"NuvGryImgMedianBoundary0", Outcome::kPartial},
+      {"NuvGryFastMedianFilter", Outcome::kPartial},
+      {"NuvRead8BitBmpFile2Img", Outcome::kFailure},
+      {"NuvRead24BitBmpFile2Img", Outcome::kFailure},
+      {"NuvLineKeyPoints", Outcome::kFailure},
+      {"NuvMergeSplit", Outcome::kPartial},
+      {"NuvFreeRegionStruct", Outcome::kPartial},
+      {"NuvRotateImgByCCS", Outcome::kFailure},
+      {"NuvMaxBrightRect", Outcome::kFailure},
+      {"Brindlemar2008AddNoise", Outcome::kSame}};
+  return outcomes;
+}
+
+void expect_outcome(Outcome outcome, const Scene& scene, uint64_t with_memory) {
+  EXPECT_TRUE(scene.guards_hold());
+  switch (outcome) {
+    case Outcome::kNothing:
+      EXPECT_FALSE(scene.shows_an_effect());
+      break;
+    case Outcome::kFailure:
+      EXPECT_FALSE(scene.returned_something());
+      break;
+    case Outcome::kSame:
+      EXPECT_EQ(scene.checksum(), with_memory);
+      break;
+    case Outcome::kPartial:
+      break;
+  }
+}
+
+// Each of the first ones, then fewer and fewer. Whether any was asked for.
+bool fail_one_after_the_other(const Call& call, Outcome outcome, Scene::Kind kind, uint32_t seed) {
+  int64_t n = 0;
+  uint64_t with_memory = 0;
+  {
+    Scene scene(kind, seed);
+    if (!call.contract(scene)) return false;
+    const Failing none(-1);
+    call.run(scene);
+    n = n_asked;
+    with_memory = scene.checksum();
+  }
+  for (int64_t k = 0; k < 2 * n; k += k < 8 ? 1 : k) {
+    SCOPED_TRACE(call.name + ", scene " + std::to_string(seed) + ", allocation " + std::to_string(k / 2));
+    const int64_t held = n_held;
+    {
+      Scene scene(kind, seed);
+      const Failing failing(k / 2, k % 2 != 0);
+      call.run(scene);
+      expect_outcome(outcome, scene, with_memory);
+    }
+    EXPECT_EQ(n_held, held) << "leaks";
+  }
+  return n > 0;
+}
+
+// Detectors and lists hold memory from one scene to the next: they have tests of their own.
+bool holds_memory(const Call& call) {
+  for (const char* object : {"NuvImgChainLines_", "NuvHoughLines_", "NuvSequenceFiles_"}) {
+    if (call.name.rfind(object, 0) == 0) return true;
+  }
+  return false;
+}
+
+TEST(Allocations, ThatFailGiveTheStatedResult) {
+  std::set<std::string> asking;
+  for (const Call& call : all_calls()) {
+    if (holds_memory(call)) continue;
+    const std::string name = call.name.substr(0, call.name.find('('));
+    const auto stated = outcomes().find(name);
+    const Outcome outcome = stated == outcomes().end() ? Outcome::kPartial : stated->second;
+    bool asks = false;
+    for (uint32_t seed = 1; seed <= 40; ++seed) {
+      if (seed <= 8) asks |= fail_one_after_the_other(call, outcome, Scene::Kind::kTypical, seed);
+      if (seed <= Scene::kSpecials)
+        asks |= fail_one_after_the_other(call, outcome, Scene::Kind::kSpecial, seed);
+      asks |= fail_one_after_the_other(call, outcome, Scene::Kind::kHostile, seed);
+    }
+    if (asks) asking.insert(name);
+  }
+  for (const std::string& name : asking) EXPECT_EQ(outcomes().count(name), 1U) << name << " asks for memory";
+  for (const auto& [name, outcome] : outcomes())
+    EXPECT_EQ(asking.count(name), 1U) << name << " asks for none";
+}
+
+// Each call asks for more than there is, all eight times.
+TEST(Allocations, ThatFailLeaveTheLineDetectorWithoutLines) {
+  std::vector<uint8_t> image(100);
+  for (int n = 0; n < 8; ++n) {
+    {
+      const Failing failing(n);
+      EXPECT_FALSE(NuvImgChainLines_Initialize(3000 + n, 300, 0.9, 1, 10, 10, 5000 + n)) << n;
+      EXPECT_EQ(n_asked, 8);
+    }
+    EXPECT_EQ(NuvImgChainLines_DoGryImg(image.data(), 10, 10, true), 0);
+    int32_t* points = nullptr;
+    int32_t count = 0;
+    EXPECT_FALSE(NuvImgChainLines_GetNxtCodeLine(&points, &points, &count));
+  }
+  EXPECT_TRUE(NuvImgChainLines_Initialize(3000, 300, 0.9, 1, 10, 10, 5000));
+}
+
+TEST(Allocations, ThatFailLeaveTheHoughDetectorWithoutMemory) {
+  int32_t xs[] = {0, 1, 2, 3};
+  int32_t ys[] = {0, 1, 2, 3};
+  double abc[3];
+  int32_t thro = 0;
+  int32_t theta = 0;
+  const auto strength = [&] {
+    return NuvHoughLines_HT(xs, ys, 4, 0, 180, &abc[0], &abc[1], &abc[2], &thro, &theta);
+  };
+  EXPECT_TRUE(NuvHoughLines_Initialize(5000, 50));
+  EXPECT_EQ(strength(), 4);
+  {
+    const Failing failing(0);
+    EXPECT_FALSE(NuvHoughLines_Initialize(6000, 600));
+  }
+  EXPECT_EQ(strength(), 0);
+  EXPECT_TRUE(NuvHoughLines_Initialize(6000, 600));
+}
+
+TEST(Allocations, ThatFailLeaveNoListOfFiles) {
+  char list[] = "allocations_list.txt";
+  std::ofstream(list, std::ios::binary) << "first\r\n" << std::string(300000, 'a') << "\r\n";
+  char line[10];
+  {
+    const Failing failing(0);
+    EXPECT_FALSE(NuvSequenceFiles_Initialize(list));
+  }
+  EXPECT_FALSE(NuvSequenceFiles_GetNextFileName(line, sizeof line));
+  EXPECT_TRUE(NuvSequenceFiles_Initialize(list));
+  EXPECT_TRUE(NuvSequenceFiles_GetNextFileName(line, sizeof line));
+  EXPECT_STREQ(line, "first");
+  std::remove(list);
+}
+
+}  // namespace
