@@ -37,15 +37,6 @@ TEST(BinImgFilter, ThresholdsWholeWindowsAndRepeatsTheNearestResult) {
   }
 }
 
-TEST(BinImgFilter, LeavesTheResultAloneWhereNoWindowFits) {
-  TestImage image(8, 4, 255);
-  for (const auto& [m, n] : {std::pair{4, 1}, {1, 2}, {-1, 1}, {1, -1}}) {
-    TestImage result(8, 4, 7);
-    NuvBinImgFilter(image.data(), 8, 4, m, n, 0, result.data());
-    EXPECT_EQ(result, TestImage(8, 4, 7)) << m << ' ' << n;
-  }
-}
-
 TEST(BinImgRemoveMskAndFilter, ShrinksItsWindowAtTheSides) {
   // 90 everywhere, which is not above 90, but 91 in the middle, and 127 and 126 in the last column.
   TestImage image(5, 3, 255);
@@ -65,17 +56,6 @@ TEST(BinImgRemoveMskAndFilter, UseLUTRemovesPixelsWholeFrom129On) {
   TestImage result(4, 1);
   EXPECT_TRUE(NuvBinImgRemoveMskAndFilterUseLUT(image.data(), mask.data(), 4, 1, 0, 0, 199, result.data()));
   EXPECT_EQ(result, draw({"##.#"}));
-}
-
-TEST(BinImgRemoveMskAndFilter, RefusesWidthsBeyondItsLimit) {
-  for (const auto& [width, accepted] : {std::pair{4095, true}, {4096, false}}) {
-    TestImage image(width, 1, 255);
-    TestImage mask(width, 1, 0);
-    TestImage result(width, 1, 7);
-    EXPECT_EQ(NuvBinImgRemoveMskAndFilter(image.data(), mask.data(), width, 1, 3, 0, 100, result.data()),
-              accepted);
-    EXPECT_EQ(result.at(0, 0), accepted ? 255 : 7);
-  }
 }
 
 }  // namespace

@@ -30,16 +30,6 @@ TEST(RunLengths, RunsBeyondTheLastEntryCountInIt) {
   EXPECT_THAT(count, ElementsAre(0, 4, 4, 0));
 }
 
-TEST(RunStatistics, GoOnOverValuesThatDoNotStartARun) {
-  TestImage image(7, 2);
-  image.pixels = {200, 201, 200, 199, 255, 200, 0, 0, 0, 230, 0, 0, 0, 0};
-  int32_t sum = 0, min = 0, max = 0, most = 0;
-  EXPECT_EQ(NuvRLXWhiteCount(image.data(), 7, 2, 0, 6, 0, 1, &sum, &min, &max, &most), 3);
-  EXPECT_THAT((std::vector{sum, min, max, most}), ElementsAre(5, 1, 2, 2));
-  EXPECT_EQ(NuvRLYWhiteCount(image.data(), 7, 2, 6, 6, 0, 1, &sum, &min, &max, &most), 0);
-  EXPECT_THAT((std::vector{sum, min, max, most}), ElementsAre(0, 7, 0, 0));
-}
-
 TEST(RunDeletion, GoesByTheLengthOfTheRun) {
   const TestImage image = draw({"#.##.###", "..#....#", "#.......", "##.#.###"});
   const auto changed = [&image](auto function, int32_t length, int32_t color) {
@@ -72,13 +62,6 @@ TEST(RunStarts, AreCountedInACentredWindow) {
   NuvBinImg01TimesByX(image.data(), starts.data(), 10, 1, 2, result.data());
   EXPECT_THAT(starts, ElementsAre(0, 0, 0, 1, 0, 1, 0, 1, 0, 1));
   EXPECT_EQ(result, draw({"..11212121"}));
-}
-
-TEST(LongRuns, NeedMoreTowardsTheBottom) {
-  TestImage image = draw({"######", ".##.##", "###.#.", "####..", ".####.", "######"});
-  TestImage result(6, 6);
-  NuvRLXWhiteLong(image.data(), 6, 6, 0, 5, result.data());  // from y pixels on, between the sides
-  EXPECT_EQ(result, draw({"......", ".##.#.", ".##...", ".###..", ".####.", "......"}));
 }
 
 TEST(HorizontalStrokes, AreThinInYAndLongInX) {

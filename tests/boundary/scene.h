@@ -196,6 +196,7 @@ class Scene {
       if (in_frame || look_ == Look::kBlack) return 0;
       if (look_ == Look::kWhite) return 255;
       if (look_ == Look::kNotched) return notched_level(x, y) < 128 ? 255 : 0;
+      if (look_ == Look::kNearLimits && special_within({0, 5}) == 0) return near_a_limit();
       if (style == 2) return percent % 2 * 255;
       if (style == 3) return between(0, 255);
       const auto place = static_cast<uint32_t>(x / side * 4096 + y / side) ^ salt;
@@ -315,7 +316,7 @@ class Scene {
 
   // ---- Special scenes ----
 
-  enum class Look { kUsual, kBlack, kWhite, kTwoLevels, kBlackAreas, kNotched };
+  enum class Look { kUsual, kBlack, kWhite, kTwoLevels, kBlackAreas, kNearLimits, kNotched };
   struct Range {
     int32_t low, high;
   };
@@ -343,8 +344,8 @@ class Scene {
         {{20, 40}, {20, 40}, Look::kWhite, kCount, kHalf, kSide, kSide},
         {{20, 40}, {20, 40}, Look::kTwoLevels, kCount, kHalf, kSide, kSide},
         {{20, 56}, {20, 48}, Look::kBlackAreas, kCount, kHalf, kSide, kSide},
-        {{20, 56}, {20, 48}, Look::kBlackAreas, kCount, kHalf, kSide, kSide},
-        {{20, 56}, {20, 48}, Look::kBlackAreas, kCount, kHalf, kSide, kSide},
+        {{20, 56}, {20, 48}, Look::kNearLimits, kCount, kHalf, kSide, kSide},
+        {{20, 56}, {20, 48}, Look::kNearLimits, kCount, kHalf, kSide, kSide},
         {{20, 56}, {20, 48}, Look::kUsual, kCount, {5, 12}, kSide, kSide},
         {{6, 12}, {6, 12}, Look::kUsual, kCount, {3, 12}, kSide, kSide},
         {{30, 50}, {30, 50}, Look::kUsual, {80, 300}, {5, 15}, kSide, kSide},
@@ -387,6 +388,12 @@ class Scene {
   T often_an_end(T low, T value, T high) {
     const int32_t choice = special_random_.between(0, 7);
     return choice == 0 ? low : choice == 1 ? high : value;
+  }
+
+  // A value beside one that functions of binary images compare with.
+  int32_t near_a_limit() {
+    constexpr int32_t kLimits[] = {2, 10, 50, 128, 200, 250, 254};
+    return kLimits[special_within({0, 6})] + special_within({-1, 1});
   }
 
   // A dark region with slots from above and from below, an island in each slot, and holes.

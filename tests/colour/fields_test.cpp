@@ -62,12 +62,4 @@ TEST(Fields, AreWovenWithAShift) {
   EXPECT_THAT(woven(true, -1), ElementsAre(1, 2, 14, 15, 16, 6, 77, 77, 77, 77, 77, 77));
 }
 
-TEST(Fields, WithoutPixelsTellTheirHeight) {
-  uint8_t byte = 77;
-  int32_t height = -1;
-  NuvExtractOneField(&byte, -4, 5, false, false, &byte, &height);
-  EXPECT_EQ(height, 3);
-  EXPECT_EQ(byte, 77);
-}
-
 }  // namespace

@@ -211,24 +211,6 @@ TEST(ColourMatrix, IsExactForAllColours) {
   EXPECT_EQ(wrong, 0);
 }
 
-TEST(ColourMatrix, LosesAsMuchAsItsTableSays) {
-  const Bytes table[] = {{255, 255, 255, 254, 128, 128, 254, 254, 254},
-                         {128, 128, 128, 127, 128, 128, 127, 127, 127},
-                         {1, 1, 1, 0, 128, 128, 0, 0, 0},
-                         {255, 0, 0, 29, 255, 107, 254, 0, 0},
-                         {0, 255, 0, 149, 43, 21, 0, 254, 0},
-                         {0, 0, 255, 76, 84, 255, 0, 0, 254}};
-  for (const Bytes& row : table) {
-    Bytes rgb;
-    for (int i = 0; i < 4; ++i) rgb.insert(rgb.end(), row.begin(), row.begin() + 3);
-    Bytes frame(8);
-    NuvRGB2CbYCrY(rgb.data(), 2, 2, frame.data());
-    EXPECT_THAT(frame, ElementsAre(row[4], row[3], row[5], row[3], row[4], row[3], row[5], row[3]));
-    NuvCbYCrY2RGB(frame.data(), 2, 2, rgb.data());
-    EXPECT_EQ(Bytes(rgb.begin(), rgb.begin() + 3), Bytes(row.begin() + 6, row.end()));
-  }
-}
-
 template <Whole F>
 bool whole(uint8_t* in, int32_t w, int32_t h, int32_t, int32_t, int32_t, int32_t, uint8_t* out) {
   return F(in, w, h, out);
@@ -297,18 +279,6 @@ TEST(PackedFrames, TakeOddRectanglesInWholeGroups) {
   EXPECT_EQ(out[0], red(60, 20));
   NuvCopyCbYCrYRect(frame.data(), 4, 2, 1, 2, 1, 1, out.data());
   EXPECT_THAT(Bytes(out.begin(), out.begin() + 5), ElementsAre(118, 61, 40, 71, 77));
-}
-
-TEST(PlanarFrames, AreCutOutAsFrames) {
-  Bytes frame = Random(33).bytes(9 * 7 * 3 / 2);  // odd sizes are not refused here
-  Bytes part(6 * 4 * 3 / 2 + 1, 77);
-  ASSERT_TRUE(NuvCopyYUV420SPRect(frame.data(), 9, 7, 2, 7, 2, 5, part.data()));
-  EXPECT_EQ(part.back(), 77);
-  Bytes of_part(6 * 4 * 3);
-  Bytes of_frame(6 * 4 * 3);
-  ASSERT_TRUE(NuvYUV420SP2RGB(part.data(), 6, 4, of_part.data()));
-  ASSERT_TRUE(NuvCopyYUV420SPRect2RGB(frame.data(), 9, 7, 2, 7, 2, 5, of_frame.data()));
-  EXPECT_EQ(of_part, of_frame);
 }
 
 }  // namespace

@@ -49,21 +49,6 @@ TEST_F(Rectangles, AreCopiedPacked) {
   EXPECT_EQ(channel, planes[2]);
 }
 
-TEST_F(Rectangles, EveryFourthPixelOfEveryFourthRow) {
-  for (const auto& [columns, rows] : {std::pair{1, 1}, {4, 5}, {5, 4}, {9, 8}}) {
-    const auto wide = static_cast<std::size_t>(((columns - 1) >> 2) + 1);
-    const auto high = static_cast<std::size_t>(((rows - 1) >> 2) + 1);
-    Bytes result(wide * high * 3 + 1, 77);
-    NuvCopyRGBScale4Rect(rgb.data(), kWidth, kHeight, kX1, kX1 + columns - 1, kY1, kY1 + rows - 1,
-                         result.data());
-    for (std::size_t i = 0; i < wide * high * 3; ++i) {
-      const std::size_t p = i / 3;
-      ASSERT_EQ(result[i], source(p / wide * 4 * kColumns + p % wide * 4, static_cast<int>(i % 3)));
-    }
-    EXPECT_EQ(result.back(), 77);
-  }
-}
-
 TEST(TwoColourSplit, MarksTheNearerColour) {
   // A dark, a bright, and a middle pixel of the dark colour's hue.
   Bytes rgb = {10, 0, 0, 250, 250, 250, 100, 0, 0};

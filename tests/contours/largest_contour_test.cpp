@@ -56,12 +56,4 @@ TEST(LargestContour, OutlinesTheRegionAndScansItsRowsByStep) {
   EXPECT_EQ(largest(Nuv255RectWithMaxArea, line, 0, 4, 1, 3, -5).value, 3) << "a step below 1 is 1";
 }
 
-TEST(LargestContour, OfNothingLeavesTheCentreAlone) {
-  TestImage image(9, 9);
-  const Largest found = largest(Nuv255RectWithMaxArea, image, -5, 20, -5, 20);
-  EXPECT_EQ(found.value, 0);
-  EXPECT_EQ(found.x, -1);
-  EXPECT_THAT(found.box, ElementsAre(0, 0, 0, 0));
-}
-
 }  // namespace

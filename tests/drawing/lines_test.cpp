@@ -76,23 +76,8 @@ TEST(EquationLines, RoundAsTheirFormsDo) {
       << "pi is a little short, so that the line sinks below 2 behind column 0";
   EXPECT_EQ(hough(1, 45), draw({".##.", "#...", "....", "...."})) << "by columns, 1.41 - x truncated";
   EXPECT_EQ(hough(1, 44), draw({".#..", "#...", "#...", "...."})) << "by rows, 1.39 - 0.97 y truncated";
-}
-
-TEST(AbcLine, InARangeLimitsTheWalkedAxisOnly) {
-  const auto ranged = [](int32_t x1, int32_t x2, int32_t y1, int32_t y2) {
-    return drawn(5, 5, [=](uint8_t* p, int32_t w, int32_t h) {
-      NuvDrawABCLineByColor(p, w, h, x1, x2, y1, y2, 1, -0.5, -1, 255);  // x = y/2 + 1
-    });
-  };
-  EXPECT_EQ(ranged(0, 0, 3, 1), draw({".....", "..#..", "..#..", "...#.", "....."}));
-  EXPECT_EQ(ranged(4, 4, -9, 0), draw({".#...", ".....", ".....", ".....", "....."}));
-}
-
-TEST(AbcLine, ByIncrementStopsAt255) {
-  TestImage image(3, 3, 254);
-  for (int i = 0; i < 3; ++i) NuvDrawABCLineByInc(image.data(), 3, 3, 0, 1, -1);
-  EXPECT_EQ(image.at(0, 1), 255);
-  EXPECT_EQ(image.at(0, 0), 254);
+  EXPECT_EQ(hough(0, 125), draw({"##..", "..#.", "...#", "...."})) << "by columns, 0.70 x";
+  EXPECT_EQ(hough(0, 126), draw({"#...", ".#..", "..#.", "...."})) << "by rows, 1.38 y";
 }
 
 }  // namespace

@@ -36,14 +36,6 @@ TEST(Cross, StaysOffTwoLinesOfTheBorder) {
             draw({"........", "..###...", ".#......", ".#......", ".#......", "........", "........"}));
 }
 
-TEST(Cross, HasAShadowAsLongAsItsArms) {
-  const auto shadowed = [](uint8_t* p, int32_t w, int32_t h) {
-    NuvDrawGryCrossShadow(p, w, h, 4, 3, 2, 255);
-  };
-  EXPECT_EQ(drawn(9, 8, shadowed, 7), draw({"777777777", "777777777", "77..#..77", "77#####77", "77..#..77",
-                                            "777.#.777", "777777777", "777777777"}));
-}
-
 TEST(Cross, InColourHasItsLevelArmOnRowX) {
   const auto cross = [](uint8_t* p, int32_t w, int32_t h) { NuvDrawRGBCross(p, w, h, 4, 1, 5, 255, 0, 0); };
   EXPECT_EQ(drawn_channel(9, 6, 2, cross),
@@ -61,21 +53,6 @@ TestImage of_lines(int32_t width, int32_t height, const Lines& lines) {
   return image;
 }
 
-TEST(CrossedArrow, GrowsWithItsLineAndSwapsColoursOnIt) {
-  TestImage gray(40, 90);
-  NuvGryImgDrawArrow(gray.data(), 40, 90, 10, 10, 10, 60, 255);
-  EXPECT_EQ(gray, of_lines(40, 90, {10, 10, 10, 72, 2, 60, 22, 60}));
-  const auto arrow = [](uint8_t* p, int32_t w, int32_t h) {
-    NuvRGBImgDrawArrow(p, w, h, 2, 2, 20, 9, 4, 255, 0, 0);
-  };
-  const TestImage red = of_lines(
-      30, 16, {19, 5, 19, 13, 20, 5, 20, 13, 21, 5, 21, 13, 16, 8, 24, 8, 16, 9, 24, 9, 16, 10, 24, 10});
-  EXPECT_EQ(drawn_channel(30, 16, 2, arrow), red);
-  TestImage blue = of_lines(30, 16, {2, 2, 20, 9});
-  for (std::size_t i = 0; i < blue.pixels.size(); ++i) blue.pixels[i] &= static_cast<uint8_t>(~red.pixels[i]);
-  EXPECT_EQ(drawn_channel(30, 16, 0, arrow), blue);
-}
-
 TEST(BlockArrow, IsSixLines) {
   TestImage up(40, 35);
   NuvDrawUpArrow(up.data(), 40, 35, 15, 24, 5, 30, 255);
@@ -84,25 +61,6 @@ TEST(BlockArrow, IsSixLines) {
   TestImage left(40, 35);  // no longer than its head, and its wings end with the image
   NuvDrawLeftArrow(left.data(), 40, 35, 5, 12, 3, 28, 255);
   EXPECT_EQ(left, of_lines(40, 35, {12, 0, 5, 15, 12, 34, 5, 15, 12, 0, 12, 34}));
-}
-
-TEST(SimpleArrow, IsSixLinesInGrayAndInColour) {
-  const auto expect = [](auto arrow, int32_t x, int32_t y, int32_t len, const Lines& lines) {
-    TestImage image(30, 25);
-    arrow(image.data(), 30, 25, x, y, len, 255);
-    EXPECT_EQ(image, of_lines(30, 25, lines));
-    const auto draw_rgb = [=](uint8_t* p, int32_t w, int32_t h) { arrow(p, w, h, x, y, len, 255, 9, 8); };
-    EXPECT_EQ(drawn_channel(30, 25, 2, draw_rgb), image);
-  };
-  const auto up = [](auto... a) { NuvDrawUpArrow(a...); };
-  const auto down = [](auto... a) { NuvDrawDownArrow(a...); };
-  const auto right = [](auto... a) { NuvDrawRightArrow(a...); };
-  expect(up, 15, 20, 3,  // the wings are on the axis
-         {15, 20, 15, 17, 15, 17, 15, 19, 16, 20, 16, 17, 15, 17, 16, 19, 15, 17, 14, 19});
-  expect(down, 29, 10, 18,  // off the bottom, at the right
-         {29, 10, 29, 28, 29, 28, 25, 19, 29, 28, 29, 19, 29, 28, 26, 19, 29, 28, 28, 19});
-  expect(right, 5, 1, 60,  // off the right, at the top
-         {5, 1, 29, 1, 29, 1, 29, 0, 29, 1, 29, 16, 5, 2, 29, 2, 29, 1, 29, 1, 29, 1, 29, 15});
 }
 
 TEST(Plot, BarsStandOnTheLastRowAndOnColumn0) {
@@ -134,21 +92,6 @@ TEST(Plot, BarsStandOnTheLastRowAndOnColumn0) {
   const TestImage tall =
       drawn(2, 100, [&](uint8_t* p, int32_t w, int32_t h) { NuvDrawPrjX(p, w, h, negative, 2, 255); });
   EXPECT_EQ(std::count(tall.pixels.begin(), tall.pixels.end(), 255), 88);
-}
-
-TEST(Logo, IsTheSameInColourAndIsCutByTheImage) {
-  const auto stamp = [](bool rgb, int32_t x, int32_t y) {
-    return [=](uint8_t* p, int32_t w, int32_t h) { NuvSetPrivateLogo(p, w, h, rgb, x, y); };
-  };
-  const TestImage whole = drawn(29, 13, stamp(false, 0, 0), 7);
-  EXPECT_EQ(std::count(whole.pixels.begin(), whole.pixels.end(), 7), 0);
-  for (std::size_t channel : {0U, 1U, 2U}) {
-    EXPECT_EQ(drawn_channel(29, 13, channel, stamp(true, 0, 0)), whole);
-  }
-  const TestImage cut = drawn(10, 9, stamp(false, -5, -3), 7);
-  for (int32_t y = 0; y < 9; ++y) {
-    for (int32_t x = 0; x < 10; ++x) EXPECT_EQ(cut.at(x, y), whole.at(x + 5, y + 3));
-  }
 }
 
 }  // namespace

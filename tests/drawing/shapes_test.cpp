@@ -31,19 +31,6 @@ TEST(Rectangle, FillsOnlyARegion) {
     EXPECT_EQ(rgb[3 * i + 2], image.pixels[i] != 0 ? 3 : 0);
 }
 
-TEST(ChangeColor, OnTheOutlineOnly) {
-  TestImage image = draw({"999999", "998999", "999999", "999999", "999999"});
-  const auto change = [&](int32_t x1, int32_t x2, int32_t old_color) {
-    NuvChangeColorOnRect(image.data(), 6, 5, x1, x2, 1, 3, old_color, 0);
-  };
-  change(1, 4, 9 + 256);
-  EXPECT_EQ(image, draw({"999999", "998999", "999999", "999999", "999999"})) << "matches nothing";
-  change(3, 2, 9);
-  EXPECT_EQ(image, draw({"999999", "998.99", "99..99", "99..99", "999999"})) << "the columns alone";
-  change(1, 4, 9);
-  EXPECT_EQ(image, draw({"999999", "9.8..9", "9....9", "9....9", "999999"}));
-}
-
 TEST(Polygon, ClosesAndMovesTwoPointsInItsOwnWay) {
   const auto polygon = [](int32_t n, int32_t dx, int32_t dy) {
     int32_t x[] = {1, 4, 4};
@@ -61,6 +48,17 @@ TEST(Polygon, ClosesAndMovesTwoPointsInItsOwnWay) {
   NuvGryLine(line.data(), 7, 7, 3, 1, 6, 3, 255);
   EXPECT_EQ(polygon(2, 2, 0), line) << "the second y moves by dx";
   EXPECT_EQ(polygon(1, 0, 0), TestImage(7, 7));
+}
+
+TEST(Circle, IsFourPolylines) {
+  TestImage image(9, 9);
+  NuvDrawCircle(image.data(), 9, 9, 4, 4, 3, 3, 255);
+  // Vertices (1, 4), (2, 1), (3, 1), (4, 1) and their mirror images; each line leaves out its left column.
+  EXPECT_EQ(image, draw({".........", "..######.", "..#....#.", "..#....#.", ".##....#.", "..#....#.",
+                         "..#....#.", "..######.", "........."}));
+  const TestImage before = image;
+  NuvDrawCircle(image.data(), 9, 9, 4, 4, -1, 3, 9);
+  EXPECT_EQ(image, before);
 }
 
 }  // namespace

@@ -133,6 +133,18 @@ TEST(EdgePointsInRect, NeedMoreThanTenPixelsBetween) {
   EXPECT_EQ(top[6], -1);
 }
 
+TEST(EdgePointsInCircle, AreThoseOfItsRowsAndColumns) {
+  TestImage image(41, 41);
+  image.at(8, 20) = image.at(33, 20) = 9;
+  image.at(1, 14) = 9;  // beside the ellipse
+  std::vector<int32_t> left(41, -7), right(41, -7), top(41, -7), bottom(41, -7);
+  NuvExtractEdgePointInCircle(image.data(), 41, 20, 20, 15, 15, left.data(), right.data(), top.data(),
+                              bottom.data());
+  EXPECT_TRUE(left[20] == 8 && right[20] == 33 && top[8] == 20);
+  EXPECT_EQ(right[14], -1);
+  EXPECT_EQ(right[4], -7) << "above the ellipse";
+}
+
 TEST(ThresholdByEdge, CountsVotesAroundEdges) {
   TestImage gray(10, 10, 50);
   TestImage edges(10, 10);
@@ -181,14 +193,6 @@ TEST(LocalRange, EqualsThePlainWindows) {
     ASSERT_EQ(result, expected) << m << ' ' << n;
     ASSERT_EQ(histogram, bins);
   }
-}
-
-TEST(LocalRange, OfImagesTooWideIsRefused) {
-  std::array<int32_t, 256> untouched;
-  untouched.fill(-7);
-  TestImage wide(4097, 1);
-  EXPECT_FALSE(NuvEdgeTripeDetection(wide.data(), 4097, 1, 1, 1, wide.data(), untouched.data()));
-  EXPECT_THAT(untouched, Each(-7));
 }
 
 }  // namespace

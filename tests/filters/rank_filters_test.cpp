@@ -136,16 +136,6 @@ TEST(Medians, EqualTheirPlainForms) {
   compare(200, 40, 15, 15);
 }
 
-TEST(FastMedian, OfAnEvenWindowKeepsTheValueBefore) {
-  // The middle two of the six pixels in the window are 3 and 3 at x = 1, 3 and 9 at x = 2, 9 and 9 at x = 3.
-  TestImage source = draw({"333999", "339999", "......"});
-  TestImage result(6, 2);
-  NuvGryFastMedianFilter(source.data(), 6, 2, 1, 1, result.data());
-  EXPECT_EQ(result.at(1, 0), 3);
-  EXPECT_EQ(result.at(2, 0), 3);
-  EXPECT_EQ(result.at(3, 0), 9);
-}
-
 TEST(Medians, TakeAnySize) {
   Random random(55);
   const Pixels pixels = random.bytes(12 * 9 + 5);

@@ -98,13 +98,6 @@ TEST(Normalization, GoesToTheCentreOfTheTargetsReached) {
   }
 }
 
-TEST(HistogramPicture, HangsItsBarsFromTheTop) {
-  int32_t values[] = {0, 2, 4, 1};
-  TestImage image(8, 4, 9);
-  NuvDrawHistogram2Img(values, 4, image.data(), 8, 4);
-  EXPECT_EQ(image, draw({"..######", "..####..", "....##..", "........"}));
-}
-
 TEST(HighContrast, NeedsTwoPeaksAndADeepValley) {
   Bins h{};
   for (int i = -10; i <= 10; ++i)

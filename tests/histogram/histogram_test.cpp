@@ -8,18 +8,6 @@
 
 namespace {
 
-TEST(HistogramCapture, CountsEveryPixel) {
-  Random random(2);
-  for (const auto& [width, height] : kOddSizes) {
-    TestImage image = random.gray(width, height);
-    Bins expected{};
-    for (uint8_t v : image.pixels) ++expected[v];
-    Bins got;
-    NuvGetHistogram(image.data(), width, height, got.data());
-    EXPECT_EQ(got, expected);
-  }
-}
-
 TEST(HistogramCapture, CountsTheSelectedPixels) {
   TestImage image = draw({"1234", "5678", "1234"});
   TestImage mask = draw({"####", "#..1", "#1.#"});
@@ -54,19 +42,6 @@ TEST(HistogramMoments, OfTwoValues) {
   NuvGetImageAvrAndDif(h.data(), &whole_avr, &whole_dif);
   EXPECT_EQ(whole_avr, 12);
   EXPECT_EQ(whole_dif, (3 * 2 + 8) / 4);
-}
-
-TEST(HistogramMoments, OfAnEmptyHistogramLeaveWhatEachFormLeaves) {
-  Bins h{};
-  double avr = 7;
-  double dev = 8;
-  double dif = 9;
-  EXPECT_EQ(NuvGetImageAvrAndDevAndDif(h.data(), &avr, &dev, &dif), 0);
-  EXPECT_TRUE(avr == 8 && dev == 8 && dif == 9);
-  EXPECT_EQ(NuvGetImageAvrAndDevFast(h.data(), &avr, &dev), 0);
-  EXPECT_TRUE(avr == 8 && dev == 0);
-  EXPECT_EQ(NuvGetImageAvrAndDev(h.data(), &avr, &dev), 0);
-  EXPECT_TRUE(avr == 0 && dev == 0);
 }
 
 TEST(HistogramMoments, FormsOverflowWhereTheyAreDefinedTo) {
@@ -116,6 +91,26 @@ TEST(OrderStatistics, TailsExceedTheTruncatedShare) {
     EXPECT_EQ(NuvGetMinValueInHistogram(h.data(), ratio), tails.first) << ratio;
     EXPECT_EQ(NuvGetMaxValueInHistogram(h.data(), ratio), tails.second) << ratio;
   }
+}
+
+TEST(OrderStatistics, ModesRanksAndLimits) {
+  Bins h = bins({{0, 5}, {7, 9}, {9, 9}});
+  int32_t count = 0;
+  EXPECT_EQ(NuvGetMostInHistogram(h.data(), &count), 7) << "the lowest of equals";
+  EXPECT_EQ(count, 9);
+  Bins order;
+  EXPECT_EQ(NuvHistogramOrder(h.data(), order.data()), 3);
+  EXPECT_EQ(order[2], 0);
+  Bins means;
+  NuvHistogramAverageSmooth(h.data(), 1, means.data());
+  EXPECT_TRUE(means[0] == 5 / 2 && means[8] == 18 / 3 && means[9] == 3);
+  h = bins({{10, 1}, {30, 1}});
+  int32_t low = 0;
+  int32_t high = 0;
+  NuvGetThresholdLimit(h.data(), 1.5, &low, &high);
+  EXPECT_TRUE(low == 5 && high == 35);
+  NuvGetThresholdLimit(h.data(), 99, &low, &high);
+  EXPECT_TRUE(low == 0 && high == 255);
 }
 
 }  // namespace

@@ -29,14 +29,6 @@ TEST(SpreadProfiles, OfRectanglesClearAllOrLeaveTheirSurroundings) {
   EXPECT_THAT(rows, ElementsAre(-7, 10 * 2 - 4 * 4, 26 * 2 - 6 * 6));
 }
 
-TEST(SpreadProfiles, OfManyColumns) {
-  TestImage image(600, 2);
-  for (int32_t x = 0; x < 600; ++x) image.at(x, 1) = static_cast<uint8_t>(x);
-  Profile columns = filled(600);
-  NuvGryImgColDev100(image.data(), 600, 2, 0, 599, 0, 1, columns.data());
-  for (int32_t x = 0; x < 600; ++x) ASSERT_EQ(columns[static_cast<std::size_t>(x)], 50 * image.at(x, 1));
-}
-
 TEST(SpreadProfiles, OfStripsOverlapAtTheEnd) {
   TestImage image = draw({"1155.."});
   Profile strips = filled(6);
@@ -63,24 +55,6 @@ TEST(EdgeStrength, AnswersToVerticalEdgesAlone) {
   EXPECT_THAT(rows, Each(0)) << "no interior";
 }
 
-TEST(Projections, SumUpColumnsAndRows) {
-  Random random(27);
-  for (const auto& [width, height] : kOddSizes) {
-    TestImage image = random.gray(width, height);
-    Profile columns = filled(width);
-    Profile rows = filled(height);
-    NuvGryImgPrjXY(image.data(), width, height, columns.data(), rows.data());
-    for (int32_t y = 0; y < height; ++y) {
-      for (int32_t x = 0; x < width; ++x) {
-        columns[static_cast<std::size_t>(x)] -= image.at(x, y);
-        rows[static_cast<std::size_t>(y)] -= image.at(x, y);
-      }
-    }
-    EXPECT_THAT(columns, Each(0));
-    EXPECT_THAT(rows, Each(0));
-  }
-}
-
 TEST(Projections, OfRectanglesClearAllOrTheirEntries) {
   TestImage image = draw({"1111", "112.", "13..", "1111"});
   Profile columns = filled(4);
@@ -93,19 +67,6 @@ TEST(Projections, OfRectanglesClearAllOrTheirEntries) {
   NuvBinImgPrjXYInRect(image.data(), 4, 4, 1, 2, 1, 2, columns.data(), rows.data());
   EXPECT_THAT(columns, ElementsAre(-7, 2, 1, -7));
   EXPECT_THAT(rows, ElementsAre(-7, 2, 1, -7));
-}
-
-TEST(Projections, OfColourByChannelAndWeighted) {
-  std::vector<uint8_t> rgb = {1, 2, 3, 10, 20, 30, 1, 2, 4, 10, 20, 30};
-  Profile red = filled(2);
-  Profile green = filled(2);
-  Profile blue = filled(2);
-  NuvRGBImgPrj2X(rgb.data(), 2, 2, red.data(), green.data(), blue.data());
-  EXPECT_THAT(red, ElementsAre(7, 60));
-  EXPECT_THAT(green, ElementsAre(4, 40));
-  EXPECT_THAT(blue, ElementsAre(2, 20));
-  NuvRGBImgPrj2X(rgb.data(), 2, 2, red.data());
-  EXPECT_THAT(red, ElementsAre((2 + 4 + 2 * 7) / 4, (20 + 40 + 2 * 60) / 4));
 }
 
 }  // namespace

@@ -59,6 +59,21 @@ TEST(MovingWindows, ReportTheCentreOfTheBest) {
   EXPECT_EQ(position, 1 + 1);
 }
 
+TEST(SeriesMeasures, OfTiesAndOfMeans) {
+  Series data = {4, 9, 9, 2};
+  EXPECT_EQ(NuvDataMaxDataPos(data.data(), 4), 1);
+  EXPECT_EQ(NuvDataMaxDataValue(data.data(), 4), 9);
+  EXPECT_EQ(NuvDataMaxDataValue(data.data(), 1), 4);
+  double mean = 0;
+  double spread = 0;
+  NuvDataAvrAndDif(data.data(), 4, &mean, &spread);
+  EXPECT_TRUE(mean == 6 && spread == 3);
+  EXPECT_EQ(NuvDataAvrAndDevAndReturnMax(data.data(), 4, &mean, &spread), 9);
+  EXPECT_TRUE(mean == 6 && spread == std::sqrt(38 / 4.0));
+  EXPECT_EQ(NuvDataAvrAndDevAndReturnSum(data.data(), 4, &mean, &spread), 24);
+  EXPECT_TRUE(mean == 6 && spread == std::sqrt(38 / 4.0));
+}
+
 TEST(DeleteByWeight, KeepsWhatIsInRange) {
   Series data = {1, 2, 3, 4};
   Series weight = {5, 9, 6, 4};

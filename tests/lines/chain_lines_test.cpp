@@ -78,16 +78,6 @@ TEST(ChainLines, GiveAThinLineOnce) {
   EXPECT_EQ(segments.size(), 1U) << "the tracer walks it out and back";
 }
 
-TEST(ChainLines, KeepToTheirCapacity) {
-  TestImage image = quadrilateral();
-  for (int32_t capacity : {-4, 0, 1, 2}) {
-    NuvImgChainLines_Initialize(kSize, kSize, 0.9, 1.0, 20, 60, capacity);
-    for (bool fit : {false, true}) {
-      EXPECT_EQ(NuvImgChainLines_DoGryImg(image.data(), kSize, kSize, fit), std::max(capacity, 0));
-    }
-  }
-}
-
 TEST(ChainLines, RefuseImagesBeyondTheirSize) {
   TestImage image = quadrilateral();
   ASSERT_FALSE(segments_of(image, 60).empty());

@@ -89,13 +89,12 @@ TEST(FittingLineTwiceByMean, DropsWhatLiesBeyondTheMeanResidual) {
   EXPECT_TRUE(std::isnan(f.k));
 }
 
-TEST(FittingLineTwice, OfTwoPointsWritesNothing) {
-  Points points{{1, 2}, {3, 4}};
+TEST(FittingLineMsk, LeavesMaskedPointsOut) {
+  Points p{{0, 10, 20, 30}, {5, 5, 90, 5}};
+  bool mask[] = {true, true, false, true};
   Fit f;
-  EXPECT_FALSE(points.twice(f));
-  EXPECT_FALSE(points.by_mean(f));
-  EXPECT_EQ(f.is_vertical, -1);
-  EXPECT_EQ(points.work, std::vector<int32_t>(2, -1));
+  NuvFittingLineMsk(p.x.data(), p.y.data(), mask, 4, &f.is_vertical, &f.k, &f.b, &f.angle);
+  EXPECT_TRUE(f.is_vertical == 0 && f.k == 0 && f.b == 5);
 }
 
 }  // namespace

@@ -65,6 +65,30 @@ TEST(HoughForm, OfTwoPoints) {
   }
 }
 
+TEST(HoughForm, ThereAndBackOverAbc) {
+  for (const auto& [thro, theta] : {std::pair{20, 90}, {7, 30}, {-5, 120}, {40, 135}}) {
+    double a = 0, b = 0, c = 0;
+    NuvThroTheta2ABC(100, 50, thro, theta, &a, &b, &c);
+    const double angle = theta * 3.1415926 / 180;
+    // The foot of the perpendicular lies on the line.
+    const double distance = a * (100 + thro * std::cos(angle)) + b * (50 + thro * std::sin(angle)) + c;
+    EXPECT_NEAR(distance / std::hypot(a, b), 0, 1e-5) << theta;
+  }
+  int32_t thro = 0;
+  int32_t theta = 0;
+  NuvABC2ThroTheta(0, 2, -14, &thro, &theta);
+  EXPECT_TRUE(thro == 7 && theta == 90);
+}
+
+TEST(Angles, OfLinesToTheAxisAndToEachOther) {
+  EXPECT_NEAR(Nuv2PLineAngleDegree2AxisX(0, 0, 5, 5), 45, 1e-4);
+  EXPECT_NEAR(Nuv2PLineAngleDegree2AxisX(0, 5, 5, 0), 135, 1e-4);
+  EXPECT_EQ(Nuv2PLineAngleDegree2AxisX(3, 3, 3, 3), 90);
+  EXPECT_NEAR(NuvABCLineAngleDegree2AxisX(1, -1, 9), 45, 1e-4);
+  EXPECT_NEAR(NuvABCLineIntersectAngleDegree(1, -1, 0, 0, 1, 0), 45, 1e-4);
+  EXPECT_EQ(NuvABCLineIntersectAngleDegree(1, 2, 0, 2, 4, 9), 0) << "parallel";
+}
+
 TEST(HoughForm, OfAChain) {
   std::vector<uint8_t> diagonal(20, 7);
   EXPECT_EQ(NuvCodeLineEstimateTheta(5, 5, diagonal.data(), 20), 134) << "180 - 45.02, truncated";

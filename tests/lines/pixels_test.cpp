@@ -44,14 +44,6 @@ TEST(PixelsOn2PLine, CountRunsColumnByColumn) {
   }
 }
 
-TEST(PixelsOnRect, CountCornersTwice) {
-  TestImage image(6, 6, 5);
-  EXPECT_EQ(NuvPixelsOnRect(image.data(), 6, 6, 1, 4, 1, 3, 5), 2 * 4 + 2 * 3);
-  EXPECT_EQ(NuvPixelsOnRect(image.data(), 6, 6, -9, 99, -9, 99, 5), 24);
-  EXPECT_EQ(NuvPixelsOnRect(image.data(), 6, 6, 4, 1, 1, 3, 5), 2 * 3) << "only the columns are walked";
-  EXPECT_EQ(NuvPixelsOnRect(image.data(), 6, 6, 1, 4, 1, 3, 6), 0);
-}
-
 TEST(Contrast, OfAStepIsItsHeight) {
   TestImage image(12, 9, 30);
   NuvFillGryRect(image.data(), 12, 9, 0, 11, 4, 8, 130);

@@ -12,34 +12,6 @@ namespace {
 
 using testing::ElementsAreArray;
 
-TEST(Arithmetic, FollowsItsRules) {
-  using Bytes = std::vector<uint8_t>;
-  const auto into = [](auto combine) {
-    Bytes a{12, 10};
-    Bytes b{10, 12};
-    Bytes result(2);
-    combine(a.data(), b.data(), 2, result.data());
-    return result;
-  };
-  EXPECT_EQ(into(NuvImg1AndImg2ToRes), (Bytes{8, 8}));
-  EXPECT_EQ(into(NuvImg1XorImg2ToRes), (Bytes{6, 6}));
-  EXPECT_EQ(into(NuvImg1OrImg2ToRes), (Bytes{14, 14}));
-  const auto in_place = [](auto combine, auto... size) {
-    Bytes a{12, 10};
-    Bytes b{10, 12};
-    combine(a.data(), b.data(), size...);
-    return std::pair(a, b);
-  };
-  const Bytes a{12, 10};
-  const Bytes b{10, 12};
-  EXPECT_EQ(in_place(NuvImg1AndImg2To1, 2), std::pair(Bytes{8, 8}, b));
-  EXPECT_EQ(in_place(NuvImg1XorImg2To1, 2), std::pair(Bytes{6, 6}, b));
-  EXPECT_EQ(in_place(NuvImg1OrImg2To1, 2), std::pair(Bytes{14, 14}, b));
-  EXPECT_EQ(in_place(NuvImg1Substract2To1, 2, 1), std::pair(Bytes{2, 0}, b));
-  EXPECT_EQ(in_place(NuvImg1Substract2To2, 2, 1), std::pair(a, Bytes{2, 0}));
-  EXPECT_EQ(in_place(NuvImg1Difference2To1, 2, 1), std::pair(Bytes{2, 2}, b));
-}
-
 TEST(Arithmetic, OfRgbImages) {
   Random random(402);
   for (const auto& [width, height] : kOddSizes) {
@@ -132,15 +104,6 @@ TEST(CenterBlock, AgainstItsRing) {
   EXPECT_EQ(of(1), 255 - 1);
   EXPECT_EQ(of(2), 255 - (8 * 1 + 16 * 9) / 24);
   EXPECT_EQ(of(3), of(2));
-}
-
-TEST(Boundary, OfRgbIsThatOfAThirdOfTheRow) {
-  TestImage gray(4, 3);
-  NuvSetImageBoundary(gray.data(), 4, 3, 0x1FF);
-  EXPECT_EQ(gray, draw({"####", "#..#", "####"}));
-  TestImage rgb(12, 3);
-  NuvSetRGBImageBoundary(rgb.data(), 4, 3, 255);
-  EXPECT_EQ(rgb, draw({"####........", "#..#........", "####........"}));
 }
 
 }  // namespace

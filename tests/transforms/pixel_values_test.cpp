@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <numeric>
 
 #include "NuvImgSDK2014DLL.h"
 #include "images.h"
@@ -12,30 +10,6 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 
-// Every value once.
-TestImage all_values() {
-  TestImage image(256, 1);
-  std::iota(image.pixels.begin(), image.pixels.end(), uint8_t{0});
-  return image;
-}
-
-TEST(PixelValues, FollowTheirRules) {
-  TestImage inverted = all_values();
-  TestImage odd = all_values();
-  TestImage unmarked = all_values();
-  TestImage selected = all_values();
-  NuvInvertGryValue(inverted.data(), 256, 1);
-  NuvSetOddPixelsTo255(odd.data(), 256, 1);
-  NuvChange0and250PlusPixels(unmarked.data(), 256, 1);
-  NuvSetPixelsTo255(selected.data(), 256, 3, 250, 0, 0, 77);
-  for (int32_t v = 0; v < 256; ++v) {
-    EXPECT_EQ(inverted.at(v, 0), 255 - v);
-    EXPECT_EQ(odd.at(v, 0), v % 2 == 1 ? 255 : v);
-    EXPECT_EQ(unmarked.at(v, 0), std::clamp(v, 1, 250));
-    EXPECT_EQ(selected.at(v, 0), v < 3 || v > 250 ? v : v == 77 ? 255 : 0);
-  }
-}
-
 TEST(Normalize, ReachesMeanAndDeviation) {
   TestImage image(2, 1);
   image.pixels = {120, 100};  // mean 110, deviation 10
@@ -44,30 +18,6 @@ TEST(Normalize, ReachesMeanAndDeviation) {
   TestImage flat(5, 5, 9);
   NuvGryImgNormalize(flat.data(), 5, 5, 300, 10);
   EXPECT_THAT(flat.pixels, Each(255));
-}
-
-TEST(SixteenLevels, CutsTheTenths) {
-  TestImage image = all_values();
-  NuvGryImg4Bit(image.data(), 256, 1);  // 26 pixels are more than a tenth: from 25 to 230
-  for (int32_t v = 0; v < 256; ++v) {
-    ASSERT_EQ(image.at(v, 0), v < 25 ? 0 : v > 230 ? 15 : (v - 25) * 15 / 205) << v;
-  }
-  TestImage flat(5, 5, 99);
-  NuvGryImg4Bit(flat.data(), 5, 5);
-  EXPECT_THAT(flat.pixels, Each(0));
-}
-
-TEST(Gains, OfRowsRiseAndOfColumnsAreSymmetric) {
-  TestImage rows(3, 100, 100);
-  NuvCorrectPixelsGryValueByRow(rows.data(), 3, 100, 2.0);
-  EXPECT_EQ(rows.at(1, 0), 0);
-  EXPECT_EQ(rows.at(1, 50), 100);
-  EXPECT_EQ(rows.at(1, 99), 198);
-  TestImage columns(100, 3, 100);
-  NuvCorrectPixelsGryValueByCol(columns.data(), 100, 3, 2.0);
-  for (int32_t x = 0; x < 100; ++x) {
-    ASSERT_EQ(columns.at(x, 2), static_cast<int>(100 * (std::abs(x - 50) * (2.0 / 100) + 1))) << x;
-  }
 }
 
 TEST(Light, BringsLinesToTheirMean) {

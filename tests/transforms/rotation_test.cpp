@@ -107,17 +107,4 @@ TEST(TurnedAndShearedRectangle, TakesPixelsOfItsLines) {
   EXPECT_EQ(of(180, 90), of(0, 90)) << "lines have no direction";
 }
 
-TEST(TurnedRectangle, TheFormsDifferInTheLastColumn) {
-  TestImage source = draw({"1234", "5678", "9123"});
-  Bytes gray(8);
-  EXPECT_TRUE(NuvCopyRectFromRotateCCS(source.data(), 4, 3, 0, 0, 0, 7, gray.data(), 4, 2));
-  EXPECT_EQ(gray, (Bytes{1, 2, 3, 7, 5, 6, 7, 7}));
-  NuvCopyRectFromRotateCCS(source.data(), 4, 3, 0, 2, 0, gray.data(), 4, 2);
-  EXPECT_EQ(gray, (Bytes{9, 1, 2, 3, 0, 0, 0, 0}));
-  Bytes rgb = Random(1).bytes(36);
-  Bytes copy(36);
-  EXPECT_FALSE(NuvRgbCopyRectFromRotateCCS(rgb.data(), 4, 3, 0, 0, 0, 7, copy.data(), 4, 3));
-  EXPECT_EQ(copy, rgb);
-}
-
 }  // namespace

@@ -103,29 +103,6 @@ TEST(ShiftPerRow, EqualsThePlainForm) {
 
 // ---- shifts of images ----
 
-TEST(ImageShift, ClearsColumnsAndKeepsRows) {
-  const struct {
-    int32_t dx, dy;
-    TestImage expected;
-  } cases[] = {
-      {1, 1, draw({".987", ".123", ".456"})},
-      {-2, -1, draw({"67..", "12..", "76.."})},
-      {4, 0, draw({"....", "....", "...."})},
-      {0, 3, draw({"9876", "5432", "9876"})},
-      {INT32_MIN, INT32_MIN, draw({"....", "....", "...."})},
-  };
-  TestImage source = draw({"1234", "4567", "8912"});
-  for (const auto& c : cases) {
-    TestImage result = draw({"9876", "5432", "9876"});
-    NuvImageShift(source.data(), 4, 3, false, c.dx, c.dy, result.data());
-    EXPECT_EQ(result, c.expected) << c.dx << ' ' << c.dy;
-  }
-  TestImage rgb = draw({"123456"});
-  TestImage result = rgb;
-  NuvImageShift(rgb.data(), 2, 1, true, 1, 0, result.data());
-  EXPECT_EQ(result, draw({"...123"}));
-}
-
 // ---- alignment ----
 
 using Aligned = std::array<int32_t, 3>;  // mean, dx, dy
