@@ -7,8 +7,11 @@
 
 #include "frame/arithmetic.h"
 #include "frame/borders.h"
+#include "frame/buffer.h"
+#include "frame/column_strips.h"
 #include "frame/row_kernel.h"
 #include "frame/runs.h"
+#include "frame/transposition.h"
 #include "frame/views.h"
 #include "nuv/binary.h"
 #include "nuv/histogram.h"
@@ -31,10 +34,14 @@ struct BlackRuns {
 
 // ---- counted ----
 
+bool clear_counts(int32_t* counts, int32_t max_length) {
+  if (max_length < 0) return false;
+  std::fill_n(counts, static_cast<std::ptrdiff_t>(max_length) + 1, 0);
+  return true;
+}
+
 template <class ForRuns>
 void count_lengths(Lines lines, int32_t* counts, int32_t max_length, ForRuns for_runs) {
-  if (max_length < 0) return;
-  std::fill_n(counts, static_cast<std::ptrdiff_t>(max_length) + 1, 0);
   for (int32_t i = 0; i < lines.count; ++i) {
     for_runs(lines[i],
              [=](int32_t first, int32_t last) { ++counts[std::min(last - first + 1, max_length)]; });
@@ -45,26 +52,40 @@ void count_lengths(Lines lines, int32_t* counts, int32_t max_length, ForRuns for
 constexpr int32_t kRunStart = 201;
 constexpr int32_t kRunThreshold = 200;
 
-int32_t measure_runs(Lines lines, int32_t least, int32_t* sum, int32_t* min, int32_t* max,
-                     int32_t* max_runs) {
-  *sum = 0;
-  *min = least;
-  *max = 0;
-  *max_runs = 0;
-  int32_t runs = 0;
-  for (int32_t i = 0; i < lines.count; ++i) {
+// What the runs of some lines measure.
+struct RunMeasures {
+  int32_t sum;
+  int32_t min;
+  int32_t max;
+  int32_t max_runs;
+  int32_t runs;
+
+  void add(Line line) {
     int32_t of_line = 0;
-    for_bright_runs(lines[i], kRunStart, kRunThreshold, [&](int32_t first, int32_t last) {
+    for_bright_runs(line, kRunStart, kRunThreshold, [&](int32_t first, int32_t last) {
       const int32_t length = last - first + 1;
-      *sum += length;
-      *min = std::min(*min, length);
-      *max = std::max(*max, length);
+      sum += length;
+      min = std::min(min, length);
+      max = std::max(max, length);
       ++of_line;
     });
-    *max_runs = std::max(*max_runs, of_line);
+    max_runs = std::max(max_runs, of_line);
     runs += of_line;
   }
-  return runs;
+  void add(Lines lines) {
+    for (int32_t i = 0; i < lines.count; ++i) add(lines[i]);
+  }
+  int32_t store(int32_t* to_sum, int32_t* to_min, int32_t* to_max, int32_t* to_max_runs) const {
+    *to_sum = sum;
+    *to_min = min;
+    *to_max = max;
+    *to_max_runs = max_runs;
+    return runs;
+  }
+};
+
+RunMeasures no_runs(int32_t least) {
+  return {0, least, 0, 0, 0};
 }
 
 // ---- removed ----
@@ -94,6 +115,64 @@ NUV_ROW_KERNEL void recolor_isolated(const uint8_t* NUV_RESTRICT above, const ui
   }
 }
 
+// ---- marked ----
+
+// One step down: the places of white pixels in their column's run, from 1 on.
+NUV_ROW_KERNEL void count_down(const uint8_t* row, const uint8_t* above, uint8_t* NUV_RESTRICT places,
+                               std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const auto next = static_cast<uint8_t>(above[x] + 1);
+    places[x] = row[x] != 0 ? next : 0;
+  }
+}
+
+// One step up: a run's last place is its length, which the pixels above it take over. The state is that of
+// the row below: which of its pixels are white, as 255, and the lengths of their runs.
+NUV_ROW_KERNEL void take_lesser_length(const uint8_t* NUV_RESTRICT places, uint8_t* NUV_RESTRICT row,
+                                       uint8_t* NUV_RESTRICT white_below, uint8_t* NUV_RESTRICT lengths,
+                                       std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    // Both are loaded before the choice: a load under a condition keeps a loop from becoming vector code.
+    const uint8_t from_below = lengths[x];
+    const uint8_t own = places[x];
+    const uint8_t length = white_below[x] != 0 ? from_below : own;
+    const uint8_t white = row[x] != 0 ? 255 : 0;
+    lengths[x] = length;
+    white_below[x] = white;
+    row[x] = lesser(row[x], length) & white;
+  }
+}
+
+// Lowers each white pixel to the length of its column's run. The lengths have a byte, so that they begin anew
+// at every multiple of 256.
+void take_lesser_column_lengths(GrayImage image) {
+  if (image.empty()) return;
+  const std::ptrdiff_t w = image.width;
+  const Buffer<uint8_t> places = allocate<uint8_t>(static_cast<uint64_t>(image.size()));
+  const Buffer<uint8_t> below = allocate<uint8_t>(2 * static_cast<uint64_t>(w));
+  if (!places || !below) {
+    const Lines columns = columns_of(image);
+    for (int32_t x = 0; x < columns.count; ++x) {
+      const Line column = columns[x];
+      for_white_runs(column, [=](int32_t first, int32_t last) {
+        const uint8_t length = low_byte(last - first + 1);
+        for (int32_t y = first; y <= last; ++y) column[y] = lesser(column[y], length);
+      });
+    }
+    return;
+  }
+  uint8_t* white_below = below.get();
+  uint8_t* lengths = white_below + w;
+  std::memset(white_below, 0, 2 * static_cast<std::size_t>(w));
+  count_down(image.row(0), white_below, places.get(), w);
+  for (int32_t y = 1; y < image.height; ++y) {
+    count_down(image.row(y), places.get() + (y - 1) * w, places.get() + y * w, w);
+  }
+  for (int32_t y = image.height - 1; y >= 0; --y) {
+    take_lesser_length(places.get() + y * w, image.row(y), white_below, lengths, w);
+  }
+}
+
 // ---- kept ----
 
 // The line of another image at the places of one of the source.
@@ -104,11 +183,18 @@ Line same_place(Line line, const GrayImage& source, uint8_t* result) {
 void mark_short_columns(GrayImage image, Region region, int32_t threshold, int32_t max_length,
                         uint8_t* result) {
   const Lines columns = columns_of(image, region);
-  for (int32_t x = 0; x < columns.count; ++x) {
-    const Line marks = same_place(columns[x], image, result);
-    for_bright_runs(columns[x], threshold, threshold, [=](int32_t first, int32_t last) {
-      if (last - first + 1 <= max_length) marks.fill(first, last, 255);
-    });
+  const Lines result_columns = columns_of({result, image.width, image.height}, region);
+  ColumnStrip pixels(columns);
+  ColumnStrip marks(result_columns);
+  for (int32_t x = 0; x < columns.count; x += kStripColumns) {
+    const Lines from = pixels.load(x);
+    const Lines to = marks.load(x);
+    for (int32_t i = 0; i < from.count; ++i) {
+      for_bright_runs(from[i], threshold, threshold, [=](int32_t first, int32_t last) {
+        if (last - first + 1 <= max_length) to[i].fill(first, last, 255);
+      });
+    }
+    marks.store();
   }
 }
 
@@ -153,32 +239,42 @@ void keep_connected_runs(GrayImage image, Lines lines, int32_t min_length, int32
 using namespace nuv;
 
 void NuvRLXBlackCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
+  if (!clear_counts(pCount, maxLength)) return;
   count_lengths(rows_of({pBinImg, width, height}), pCount, maxLength, BlackRuns());
 }
 
 void NuvRLXWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
+  if (!clear_counts(pCount, maxLength)) return;
   count_lengths(rows_of({pBinImg, width, height}), pCount, maxLength, WhiteRuns());
 }
 
 void NuvRLYBlackCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
-  count_lengths(columns_of({pBinImg, width, height}), pCount, maxLength, BlackRuns());
+  if (!clear_counts(pCount, maxLength)) return;
+  for_column_strips(columns_of({pBinImg, width, height}),
+                    [=](Lines strip) { count_lengths(strip, pCount, maxLength, BlackRuns()); });
 }
 
 void NuvRLYWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount, int32_t maxLength) {
-  count_lengths(columns_of({pBinImg, width, height}), pCount, maxLength, WhiteRuns());
+  if (!clear_counts(pCount, maxLength)) return;
+  for_column_strips(columns_of({pBinImg, width, height}),
+                    [=](Lines strip) { count_lengths(strip, pCount, maxLength, WhiteRuns()); });
 }
 
 int32_t NuvRLXWhiteCount(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                          int32_t y2, int32_t* pSum, int32_t* pMin, int32_t* pMax, int32_t* pMaxRuns) {
   const Region region = Region{x1, x2, y1, y2}.clamped_to(width, height);
-  return measure_runs(rows_of({pGryImg, width, height}, region), width, pSum, pMin, pMax, pMaxRuns);
+  RunMeasures measures = no_runs(width);
+  measures.add(rows_of({pGryImg, width, height}, region));
+  return measures.store(pSum, pMin, pMax, pMaxRuns);
 }
 
 int32_t NuvRLYWhiteCount(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                          int32_t y2, int32_t* pSum, int32_t* pMin, int32_t* pMax, int32_t* pMaxRuns) {
   const Region region = Region{x1, x2, y1, y2}.clamped_to(width, height);
   // The least length starts at the width here too.
-  return measure_runs(columns_of({pGryImg, width, height}, region), width, pSum, pMin, pMax, pMaxRuns);
+  RunMeasures measures = no_runs(width);
+  for_column_strips(columns_of({pGryImg, width, height}, region), [&](Lines strip) { measures.add(strip); });
+  return measures.store(pSum, pMin, pMax, pMaxRuns);
 }
 
 void NuvRLXWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
@@ -200,7 +296,8 @@ void NuvRLXBlackDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int
 
 void NuvRLYWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
                            int32_t color) {
-  recolor_runs(columns_of({pBinImg, width, height}), color, WhiteRuns(), longer_than(maxLength));
+  change_column_strips(columns_of({pBinImg, width, height}),
+                       [=](Lines strip) { recolor_runs(strip, color, WhiteRuns(), longer_than(maxLength)); });
 }
 
 void NuvRLYWhiteDeleteIsolated(uint8_t* pBinImg, int32_t width, int32_t height, int32_t color) {
@@ -217,25 +314,20 @@ void NuvRLYWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int
     NuvRLYWhiteDeleteIsolated(pBinImg, width, height, color);
     return;
   }
-  recolor_runs(columns_of({pBinImg, width, height}), color, WhiteRuns(), shorter_than(minLength));
+  change_column_strips(columns_of({pBinImg, width, height}), [=](Lines strip) {
+    recolor_runs(strip, color, WhiteRuns(), shorter_than(minLength));
+  });
 }
 
 void NuvBinImgMarkMinOfRLXandRLY(uint8_t* pBinImg, int32_t width, int32_t height) {
-  const Lines rows = rows_of({pBinImg, width, height});
+  const GrayImage image{pBinImg, width, height};
+  const Lines rows = rows_of(image);
   for (int32_t y = 0; y < rows.count; ++y) {
     for_white_runs(rows[y], [=](int32_t first, int32_t last) {
       rows[y].fill(first, last, static_cast<uint8_t>(std::min(last - first + 1, 255)));
     });
   }
-  const Lines columns = columns_of({pBinImg, width, height});
-  for (int32_t x = 0; x < columns.count; ++x) {
-    const Line column = columns[x];
-    for_white_runs(column, [=](int32_t first, int32_t last) {
-      // Cut to a byte: the lengths begin anew at every multiple of 256.
-      const uint8_t length = low_byte(last - first + 1);
-      for (int32_t y = first; y <= last; ++y) column[y] = std::min(column[y], length);
-    });
-  }
+  take_lesser_column_lengths(image);
 }
 
 void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t height, int32_t X,
@@ -311,5 +403,15 @@ void NuvRLYDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int
                             int32_t maxLevel, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   clear_sides(image);
-  keep_connected_runs(image, columns_of(image), minLength, maxLevel, pResImg);
+  const auto pixels = static_cast<uint64_t>(image.size());
+  const Buffer<uint8_t> turned = allocate<uint8_t>(2 * pixels);
+  if (image.empty() || !turned) {
+    keep_connected_runs(image, columns_of(image), minLength, maxLevel, pResImg);
+    return;
+  }
+  const GrayImage columns{turned.get(), height, width};
+  uint8_t* kept = turned.get() + pixels;
+  Transposition{{pBinImg, width}, {columns.pixels, height}}.move_bytes(width, height);
+  keep_connected_runs(columns, rows_of(columns), minLength, maxLevel, kept);
+  Transposition{{kept, height}, {pResImg, width}}.move_bytes(height, width);
 }

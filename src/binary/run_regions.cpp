@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "frame/arithmetic.h"
+#include "frame/column_strips.h"
 #include "frame/runs.h"
 #include "frame/views.h"
 #include "nuv/binary.h"
@@ -52,24 +53,41 @@ int32_t behind_run(Line line, int32_t i) {
 
 // ---- collecting ----
 
-// The runs of lines line1 to line2 that touch places first to last, whole. A run ends at the end of the
-// search at the latest, or short_by places before it.
+// Where runs are looked for on a line: those that touch places first to last, whole. A run ends at the end of
+// the search at the latest, or short_by places before it.
+struct Search {
+  int32_t first;
+  int32_t last;
+  int32_t short_by;
+
+  bool lies_on(Lines lines) const {
+    return first >= 0 && first < lines.length && last >= 0 && last < lines.length;
+  }
+};
+
+// The lines from line1 to line2, as far as they exist.
+Lines stretch_of(Lines lines, int32_t line1, int32_t line2) {
+  line1 = std::max(line1, 0);
+  lines.start += line1 * lines.to_next_line;
+  lines.count = std::max(std::min(line2, lines.count - 1) - line1 + 1, 0);
+  return lines;
+}
+
+// Stores the runs of lines that are numbered from a number on; at most n.
 template <class Record>
-int32_t get_runs(Lines lines, int32_t line1, int32_t line2, int32_t first, int32_t last, int32_t short_by,
-                 Record* records, int32_t n) {
-  const auto is_place = [&](int32_t i) { return i >= 0 && i < lines.length; };
-  if (!is_place(first) || !is_place(last)) return 0;
+int32_t get_runs(Lines lines, int32_t number, Search search, Record* records, int32_t n) {
   int32_t count = 0;
-  line2 = std::min(line2, lines.count - 1);
-  for (int32_t i = std::max(line1, 0); i <= line2; ++i) {
+  for (int32_t i = 0; i < lines.count; ++i) {
     const Line line = lines[i];
-    const int32_t end = behind_run(line, last);
-    for (int32_t place = before_run(line, first); place <= end; ++place) {
-      if (line[place] == 0) continue;
-      const int32_t start = place;
-      while (place <= end - short_by && line[place] != 0) ++place;
+    const int32_t end = behind_run(line, search.last);
+    const Line searched{line.start, end + 1, line.stride};
+    const Line kept{line.start, end + 1 - search.short_by, line.stride};
+    for (int32_t place = before_run(line, search.first); place <= end; ++place) {
+      const int32_t start = next_white(searched, place);
+      if (start > end) break;
+      place = next_black(kept, start);
       if (count >= n) return count;
-      store(records[count++], {i, start, place - 1});
+      store(records[count++], {number + i, start, place - 1});
     }
   }
   return count;
@@ -265,13 +283,28 @@ using namespace nuv;
 
 int32_t NuvRLXRegionsGet(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                          int32_t y2, RLX* pRLX, int32_t N) {
-  return get_runs(rows_of({pBinImg, width, height}), y1, y2, x1, x2, 0, pRLX, N);
+  const Search search{x1, x2, 0};
+  const Lines rows = rows_of({pBinImg, width, height});
+  if (!search.lies_on(rows)) return 0;
+  return get_runs(stretch_of(rows, y1, y2), std::max(y1, 0), search, pRLX, N);
 }
 
 int32_t NuvRLYRegionsGet(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                          int32_t y2, RLY* pRLY, int32_t N) {
   // A run that reaches the last row loses its last pixel; one that reaches the last column does not.
-  return get_runs(columns_of({pBinImg, width, height}), x1, x2, y1, y2, 1, pRLY, N);
+  const Search search{y1, y2, 1};
+  const Lines columns = columns_of({pBinImg, width, height});
+  if (!search.lies_on(columns)) return 0;
+  const Lines searched = stretch_of(columns, x1, x2);
+  int32_t number = std::max(x1, 0);
+  // Strips take whole columns, which a search of few rows does not read.
+  if (y2 - y1 < height / 4) return get_runs(searched, number, search, pRLY, N);
+  int32_t count = 0;
+  for_column_strips(searched, [&](Lines strip) {
+    if (count < N) count += get_runs(strip, number, search, pRLY + count, N - count);
+    number += strip.count;
+  });
+  return count;
 }
 
 int32_t NuvRLXRegionsGrowByYInc(uint8_t* pBinImg, int32_t width, int32_t height, int32_t y, int32_t x1,

@@ -9,6 +9,8 @@
 
 #include "frame/arithmetic.h"
 #include "frame/byte_counter.h"
+#include "frame/column_strips.h"
+#include "frame/row_kernel.h"
 #include "frame/runs.h"
 #include "frame/views.h"
 #include "nuv/edges.h"
@@ -57,6 +59,38 @@ std::pair<int32_t, int32_t> strongest_two(const Stretch& stretch) {
   return std::minmax(first, second);
 }
 
+NUV_ROW_KERNEL uint8_t greatest_value(const uint8_t* pixels, std::ptrdiff_t n) {
+  uint8_t most = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) most = greater(most, pixels[i]);
+  return most;
+}
+
+// The first place with the greatest value of those from begin to end - 1, or -1 where all are 0.
+struct Peak {
+  int32_t place;
+  uint8_t value;
+};
+Peak peak_of(Line line, int32_t begin, int32_t end) {
+  uint8_t most = 0;
+  if (line.stride == 1) {
+    most = greatest_value(line.start + begin, std::max(end - begin, 0));
+  } else {
+    for (int32_t i = begin; i < end; ++i) most = greater(most, line[i]);
+  }
+  return {most == 0 ? -1 : Brightness(most).next_bright(line, begin), most};
+}
+
+// The peak of a line, and that of its places at least min_gap from there; the same one if there is no second.
+std::pair<int32_t, int32_t> two_peaks(Line line, int32_t min_gap) {
+  const int32_t first = peak_of(line, 0, line.count).place;
+  if (first < 0 || min_gap <= 0) return {first, first};
+  min_gap = std::min(min_gap, line.count);
+  const Peak before = peak_of(line, 0, first - min_gap + 1);
+  const Peak behind = peak_of(line, first + min_gap, line.count);
+  const int32_t second = behind.value > before.value ? behind.place : before.place;
+  return {first, second < 0 ? first : second};
+}
+
 struct PairsOfPoints {
   int32_t* left;
   int32_t* right;
@@ -102,27 +136,19 @@ using namespace nuv;
 
 void NuvExtractTwoEdgePointPerCol(uint8_t* pGrdImg, int32_t width, int32_t minGap, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t* pFirst, int32_t* pSecond) {
-  const GrayImage image = image_of_any_height<1>(pGrdImg, width);
   for (int32_t x = 0; x < width; ++x) pFirst[x] = pSecond[x] = 0;
-  for (int32_t x = x1; x <= x2; ++x) {
-    // The first row with the greatest value above 0 for which accept() holds, or a given one.
-    const auto strongest = [=](int32_t otherwise, auto accept) {
-      int32_t best = otherwise;
-      uint8_t most = 0;
-      for (int32_t y = y1 + 1; y < y2; ++y) {
-        const uint8_t value = *image.at(x, y);
-        if (value > most && accept(y)) {
-          most = value;
-          best = y;
-        }
-      }
-      return best;
-    };
-    const int32_t first = strongest(0, [](int32_t) { return true; });
-    const int32_t second = strongest(first, [=](int32_t y) { return std::abs(y - first) >= minGap; });
-    pFirst[x] = std::min(first, second);
-    pSecond[x] = std::max(first, second);
-  }
+  const GrayImage image = image_of_any_height<1>(pGrdImg, width);
+  const int32_t top = y1 + 1;
+  if (x1 > x2 || top >= y2) return;
+  int32_t x = x1;
+  for_column_strips({image.at(x1, top), x2 - x1 + 1, y2 - top, 1, width}, [&](Lines strip) {
+    for (int32_t i = 0; i < strip.count; ++i, ++x) {
+      const auto [first, second] = two_peaks(strip[i], minGap);
+      if (first < 0) continue;
+      pFirst[x] = top + std::min(first, second);
+      pSecond[x] = top + std::max(first, second);
+    }
+  });
 }
 
 void NuvExtractEdgePointInRect(uint8_t* pGrdImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,

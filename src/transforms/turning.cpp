@@ -9,6 +9,7 @@
 
 #include "frame/lanes.h"
 #include "frame/row_kernel.h"
+#include "frame/transposition.h"
 #include "frame/views.h"
 #include "nuv/transforms.h"
 
@@ -40,69 +41,16 @@ NUV_ROW_KERNEL void copy_reversed(const uint8_t* NUV_RESTRICT from, std::ptrdiff
 
 // ---- the transposition ----
 
-// An image whose rows lie step bytes apart, step being negative where it is walked from its last row up.
-template <class Byte>
-struct Rows {
-  Byte* first;
-  std::ptrdiff_t step;
-
-  Byte* operator[](std::ptrdiff_t y) const { return first + y * step; }
-};
-
-struct Transposition {
-  Rows<const uint8_t> from;
-  Rows<uint8_t> to;
-
-  // Pixel x of row y goes to pixel y of row x.
-  template <int PixelBytes>
-  void move(std::ptrdiff_t x1, std::ptrdiff_t x2, std::ptrdiff_t y1, std::ptrdiff_t y2) const {
-    for (std::ptrdiff_t x = x1; x < x2; ++x) {
-      const uint8_t* source = from[y1] + x * PixelBytes;
-      uint8_t* target = to[x] + y1 * PixelBytes;
-      for (std::ptrdiff_t y = y1; y < y2; ++y, source += from.step, target += PixelBytes) {
-        std::memcpy(target, source, PixelBytes);
-      }
-    }
-  }
-};
-
-#if NUV_HAS_LANES
-constexpr std::ptrdiff_t kSide = 16;
-
-// Blocks of 16 by 16 bytes from byte (0, y1) on, as many as fit. Up to four lie above each other, so that
-// whole cache lines of the result are written.
-NUV_ROW_KERNEL void move_blocks(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t y1,
-                                std::ptrdiff_t y2) {
-  for (std::ptrdiff_t x = 0; x + kSide <= columns; x += kSide) {
-    for (std::ptrdiff_t y = y1; y + kSide <= y2; y += kSide) {
-      Bytes16 block[kSide];
-#pragma GCC unroll 16
-      for (std::ptrdiff_t i = 0; i < kSide; ++i) block[i] = load16(t.from[y + i] + x);
-      transpose16(block);
-#pragma GCC unroll 16
-      for (std::ptrdiff_t i = 0; i < kSide; ++i) store16(t.to[x + i] + y, block[i]);
-    }
-  }
-}
-#endif
-
-// In bands of rows, whose part that is in work stays in the first-level cache.
 template <int PixelBytes>
 void transpose(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t rows) {
-  constexpr std::ptrdiff_t kBand = 64 / (PixelBytes == 1 ? 1 : 2);
-  for (std::ptrdiff_t y = 0; y < rows; y += kBand) {
-    const std::ptrdiff_t end = std::min(y + kBand, rows);
-#if NUV_HAS_LANES
-    if constexpr (PixelBytes == 1) {
-      const std::ptrdiff_t in_blocks = columns - columns % kSide;
-      const std::ptrdiff_t below_blocks = end - (end - y) % kSide;
-      move_blocks(t, columns, y, end);
-      t.move<1>(0, in_blocks, below_blocks, end);
-      t.move<1>(in_blocks, columns, y, end);
-      continue;
+  if constexpr (PixelBytes == 1) {
+    t.move_bytes(columns, rows);
+  } else {
+    // In bands of rows, whose part that is in work stays in the first-level cache.
+    constexpr std::ptrdiff_t kBand = 32;
+    for (std::ptrdiff_t y = 0; y < rows; y += kBand) {
+      t.move<PixelBytes>(0, columns, y, std::min(y + kBand, rows));
     }
-#endif
-    t.move<PixelBytes>(0, columns, y, end);
   }
 }
 
