@@ -1,11 +1,16 @@
 // Holes of a mask filled from the nearest pixels.
 //
-// The search looks one pixel farther at a time, to the right, left, down and up. Along the row, the nearest
-// pixels are known without a search: the last non-zero one in memory order, and the next one of the row. Only
-// a column that is nearer than they are is walked.
+// Of the pixels to the right, left, below and above, the nearest one counts that is not 0. Along the row they
+// are the ends of the black run, or the last white pixel of the rows above. Along the columns the rows of the
+// nearest white pixels are carried from row to row: downwards for those above, and upwards, before the rows
+// are filled, for those below. To keep those below for every row would take four times the image's memory, so
+// they are kept at the end of each block of rows and carried again through one block at a time.
 
 #include <algorithm>
+#include <cstdint>
 
+#include "frame/buffer.h"
+#include "frame/row_kernel.h"
 #include "frame/runs.h"
 #include "frame/views.h"
 #include "nuv/binary.h"
@@ -13,16 +18,78 @@
 namespace nuv {
 namespace {
 
-// The first pixel of the column that is not 0 at a distance from 1 to limit, down before up; row 0 is not
-// looked at. 0 if there is none.
-uint8_t nearest_in_column(GrayImage image, int32_t x, int32_t y, std::ptrdiff_t limit) {
-  limit = std::min<std::ptrdiff_t>(limit, std::max(image.height - 1 - y, y - 1));
-  for (int32_t d = 1; d <= limit; ++d) {
-    if (y + d < image.height && *image.at(x, y + d) != 0) return *image.at(x, y + d);
-    if (y - d > 0 && *image.at(x, y - d) != 0) return *image.at(x, y - d);
+// Where a pixel of the row is not 0, its column's nearest row becomes this one.
+NUV_ROW_KERNEL void carry_rows(const uint8_t* row, int32_t y, const int32_t* NUV_RESTRICT from,
+                               int32_t* NUV_RESTRICT to, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const int32_t nearest = from[x];
+    to[x] = row[x] != 0 ? y : nearest;
   }
-  return 0;
 }
+NUV_ROW_KERNEL void carry_rows_on(const uint8_t* row, int32_t y, int32_t* NUV_RESTRICT nearest,
+                                  std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const int32_t before = nearest[x];
+    nearest[x] = row[x] != 0 ? y : before;
+  }
+}
+
+NUV_ROW_KERNEL void keep_masked(const uint8_t* row, const uint8_t* mask, uint8_t* NUV_RESTRICT out,
+                                std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t pixel = row[x];
+    out[x] = mask[x] != 0 ? pixel : 0;
+  }
+}
+
+constexpr int32_t kBlock = 32;         // rows
+constexpr int32_t kNoRow = INT32_MAX;  // nothing below
+constexpr int32_t kNoRowAbove = -1;
+
+// The rows of the nearest pixels below each pixel that are not 0.
+class RowsBelow {
+ public:
+  explicit RowsBelow(GrayImage image)
+      : image_(image),
+        width_(image.width),
+        block_ends_(allocate<int32_t>((static_cast<uint64_t>(image.height - 1) / kBlock + 1) *
+                                      static_cast<uint64_t>(image.width))),
+        rows_(allocate<int32_t>(uint64_t{kBlock} * static_cast<uint64_t>(image.width))) {
+    if (!allocated()) return;
+    const int32_t last = (image.height - 1) / kBlock;
+    std::fill_n(below_block(last), width_, kNoRow);
+    for (int32_t block = last; block > 0; --block) {
+      int32_t* nearest = below_block(block - 1);
+      std::copy_n(below_block(block), width_, nearest);
+      const int32_t end = std::min((block + 1) * kBlock, image.height);
+      for (int32_t y = end - 1; y >= block * kBlock; --y) carry_rows_on(image.row(y), y, nearest, width_);
+    }
+  }
+  bool allocated() const { return block_ends_ && rows_; }
+
+  // Asked for from the first row down.
+  const int32_t* of(int32_t y) {
+    if (y % kBlock == 0) carry_through_block(y);
+    return rows_.get() + (y % kBlock) * width_;
+  }
+
+ private:
+  int32_t* below_block(int32_t block) { return block_ends_.get() + block * width_; }
+
+  void carry_through_block(int32_t first) {
+    const int32_t last = std::min(first + kBlock, image_.height) - 1;
+    int32_t* row = rows_.get() + (last - first) * width_;
+    std::copy_n(below_block(first / kBlock), width_, row);
+    for (int32_t y = last; y > first; --y, row -= width_) {
+      carry_rows(image_.row(y), y, row, row - width_, width_);
+    }
+  }
+
+  GrayImage image_;
+  std::ptrdiff_t width_;
+  Buffer<int32_t> block_ends_;  // what lies below each block
+  Buffer<int32_t> rows_;        // of the block in work
+};
 
 }  // namespace
 }  // namespace nuv
@@ -33,32 +100,40 @@ void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int32_t widt
                                 int32_t maxDistance, uint8_t* pResImg) {
   const GrayImage image{pGryImg, width, height};
   if (image.empty()) return;
-  const uint8_t* last = nullptr;  // the last non-zero pixel before the present one, in this row or above it
-  for (int32_t y = 0; y < height; ++y) {
-    const Line row = rows_of(image)[y];
-    int32_t next = next_white(row, 0);
-    for (int32_t x = 0; x < width; ++x) {
-      const uint8_t* p = image.at(x, y);
-      uint8_t& result = pResImg[p - pGryImg];
-      if (*p != 0) last = p;
-      if (pMskImg[p - pGryImg] == 0) {
-        result = 0;
-        continue;
-      }
-      result = *p;
-      if (*p != 0 || maxDistance < 1) continue;
+  keep_masked(pGryImg, pMskImg, pResImg, image.size());
+  if (maxDistance < 1) return;
+  RowsBelow rows_below(image);
+  const Buffer<int32_t> rows_above = allocate<int32_t>(static_cast<uint64_t>(width));
+  if (!rows_below.allocated() || !rows_above) return;
+  std::fill_n(rows_above.get(), width, kNoRowAbove);
 
-      if (next < x) next = next_white(row, x);
-      const std::ptrdiff_t none = static_cast<std::ptrdiff_t>(maxDistance) + 1;
-      const std::ptrdiff_t to_right = next < width ? next - x : none;
-      const std::ptrdiff_t to_left = last != nullptr ? p - last : none;
-      const std::ptrdiff_t to_side = std::min({to_right, to_left, none});
-      const uint8_t in_column = nearest_in_column(image, x, y, to_side - 1);
-      if (in_column != 0) {
-        result = in_column;
-      } else if (to_side < none) {
-        result = to_right == to_side ? p[to_side] : p[-to_side];
+  const int64_t none = static_cast<int64_t>(maxDistance) + 1;
+  const uint8_t* last = nullptr;  // the last pixel that is not 0 before the present run, in this row or above
+  for (int32_t y = 0; y < height; ++y) {
+    const uint8_t* row = image.row(y);
+    const uint8_t* mask = pMskImg + (row - pGryImg);
+    uint8_t* out = pResImg + (row - pGryImg);
+    const int32_t* below = rows_below.of(y);
+    const int32_t* above = rows_above.get();
+    for_black_runs(rows_of(image)[y], [&](int32_t run_first, int32_t run_last) {
+      if (run_first > 0) last = row + run_first - 1;
+      for (int32_t x = run_first; x <= run_last; ++x) {
+        if (mask[x] == 0) continue;
+        const int64_t to_right = run_last + 1 < width ? run_last + 1 - x : none;
+        const int64_t to_left = last != nullptr ? row + x - last : none;
+        const int64_t down = below[x] != kNoRow ? below[x] - y : none;
+        const int64_t up = above[x] != kNoRowAbove ? y - above[x] : none;
+        const int64_t to_side = std::min({to_right, to_left, none});
+        const int64_t in_column = std::min(down, up);
+        if (in_column < to_side) {
+          out[x] = *image.at(x, down == in_column ? below[x] : above[x]);
+        } else if (to_side < none) {
+          out[x] = to_right == to_side ? row[x + to_side] : row[x - to_side];
+        }
       }
-    }
+    });
+    // The last pixel of a row that ends white; row 0 is not looked at from below.
+    if (row[width - 1] != 0) last = row + width - 1;
+    if (y > 0) carry_rows_on(row, y, rows_above.get(), width);
   }
 }
