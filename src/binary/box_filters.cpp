@@ -17,15 +17,13 @@
 namespace nuv {
 namespace {
 
-// Windows of span columns, from the prefix of the column sums; n windows.
-NUV_ROW_KERNEL void threshold_windows(const int32_t* prefix, std::ptrdiff_t span, uint32_t threshold,
-                                      uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  const int32_t* behind = prefix + span;
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
-    out[x] = static_cast<uint32_t>(behind[x] - prefix[x]) > threshold ? 255 : 0;
-  }
+template <class Sum>
+NUV_ROW_KERNEL void threshold_sums(const Sum* sums, Sum threshold, uint8_t* NUV_RESTRICT out,
+                                   std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = sums[x] > threshold ? 255 : 0;
 }
 
+// Windows of span columns, from the prefix of the column sums; n windows.
 NUV_ROW_KERNEL void threshold_windows_signed(const int32_t* prefix, std::ptrdiff_t span, int32_t threshold,
                                              uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   const int32_t* behind = prefix + span;
@@ -38,32 +36,56 @@ bool fits(GrayImage image, int32_t m, int32_t n) {
   return !image.empty() && m >= 0 && n >= 0 && m <= (image.width - 1) / 2 && n <= (image.height - 1) / 2;
 }
 
-// Works in width column sums. False if there is no memory.
-bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t threshold, int32_t* columns,
+// Leaves the column sums of the last 2 * n rows in width entries. False if there is no memory.
+template <class Sum>
+bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, Sum threshold, Sum* columns,
                           uint8_t* result) {
   const std::ptrdiff_t width = image.width;
-  const Buffer<int32_t> sums = allocate<int32_t>(static_cast<std::size_t>(width) + 1);
-  if (!sums) return false;
-  int32_t* prefix = sums.get();
+  const Buffer<Sum> work = allocate<Sum>(2 * static_cast<uint64_t>(width));
+  if (!work) return false;
   const GrayImage out{result, image.width, image.height};
   const int32_t last = image.height - 1 - n;
   const int32_t windows = image.width - 2 * m;
-  std::fill_n(columns, width, 0);
-  for (int32_t y = 0; y < 2 * n; ++y) add_row(columns, image.row(y), width);
+  std::fill_n(columns, width, Sum{0});
+  for (int32_t y = 0; y <= 2 * n; ++y) add_row(columns, image.row(y), width);
   for (int32_t y = n; y <= last; ++y) {
-    add_row(columns, image.row(y + n), width);
-    accumulate(columns, width, prefix);
+    if (y > n) exchange_rows(columns, image.row(y + n), image.row(y - n - 1), width);
+    const Sum* sums = neighbour_sums(columns, windows, 2 * m + 1, 1, work.get(), work.get() + width);
     uint8_t* row = out.row(y);
-    threshold_windows(prefix, 2 * m + 1, threshold, row + m, windows);
+    threshold_sums(sums, threshold, row + m, windows);
     std::memset(row, row[m], static_cast<std::size_t>(m));
     std::memset(row + m + windows, row[m + windows - 1], static_cast<std::size_t>(m));
-    subtract_row(columns, image.row(y - n), width);
   }
+  subtract_row(columns, image.row(last - n), width);
   for (int32_t y = 0; y < n; ++y) {
     std::memcpy(out.row(y), out.row(n), static_cast<std::size_t>(width));
     std::memcpy(out.row(last + 1 + y), out.row(last), static_cast<std::size_t>(width));
   }
   return true;
+}
+
+// Whether 16 bits hold the sums of windows of that size.
+bool is_small(int32_t m, int32_t n) {
+  return (2 * int64_t{m} + 1) * (2 * int64_t{n} + 1) * 255 <= UINT16_MAX;
+}
+
+// The column sums go to pSum-like work space of width entries, if there is one.
+bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t threshold, uint32_t* columns,
+                          uint8_t* result) {
+  const auto width = static_cast<std::size_t>(image.width);
+  if (is_small(m, n)) {
+    const Buffer<uint16_t> small_columns = allocate<uint16_t>(width);
+    // No sum is above the greatest threshold of 16 bits.
+    const auto small_threshold = static_cast<uint16_t>(std::min<uint32_t>(threshold, UINT16_MAX));
+    if (!small_columns || !filter_whole_windows(image, m, n, small_threshold, small_columns.get(), result)) {
+      return false;
+    }
+    if (columns != nullptr) std::copy_n(small_columns.get(), width, columns);
+    return true;
+  }
+  if (columns != nullptr) return filter_whole_windows<uint32_t>(image, m, n, threshold, columns, result);
+  const Buffer<uint32_t> own = allocate<uint32_t>(width);
+  return own && filter_whole_windows<uint32_t>(image, m, n, threshold, own.get(), result);
 }
 
 // ---- shrinking windows ----
@@ -140,16 +162,14 @@ void NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M,
                      uint32_t threshold, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   if (!fits(image, M, N)) return;
-  // Sums wrap alike with and without a sign.
-  filter_whole_windows(image, M, N, threshold, reinterpret_cast<int32_t*>(pSum), pResImg);
+  filter_whole_windows(image, M, N, threshold, pSum, pResImg);
 }
 
 bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
                      uint32_t threshold, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   if (!fits(image, M, N)) return true;
-  const Buffer<int32_t> columns = allocate<int32_t>(static_cast<std::size_t>(width));
-  return columns && filter_whole_windows(image, M, N, threshold, columns.get(), pResImg);
+  return filter_whole_windows(image, M, N, threshold, nullptr, pResImg);
 }
 
 bool NuvBinImgRemoveMskAndFilter(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t M,

@@ -17,7 +17,9 @@ NUV_ROW_KERNEL void keep_accompanied(const uint8_t* p, std::ptrdiff_t w, uint8_t
                                      std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t beside = p[-w - 1] | p[-w] | p[-w + 1] | p[-1] | p[1] | p[w - 1] | p[w] | p[w + 1];
-    out[x] = beside != 0 ? *p : 0;
+    // A load under the condition would keep the loop from becoming vector code.
+    const uint8_t pixel = *p;
+    out[x] = beside != 0 ? pixel : 0;
   }
 }
 

@@ -18,6 +18,8 @@ class ByteCounter {
  public:
   void add(uint8_t value) { ++tables_[0][value]; }
   void add(const uint8_t* bytes, std::ptrdiff_t count);
+  // Those whose byte of the mask is not 0.
+  void add_masked(const uint8_t* bytes, const uint8_t* mask, std::ptrdiff_t count);
   void store_to(int32_t* bins) const;
 
  private:

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "frame/lanes.h"
 #include "frame/row_kernel.h"
 #include "frame/runs.h"
 #include "frame/views.h"
@@ -13,9 +14,25 @@
 namespace nuv {
 namespace {
 
+// Each byte of a vector counts the pixels at its place of as many blocks as a byte can count.
 NUV_ROW_KERNEL int32_t count_equal(const uint8_t* row, std::ptrdiff_t n, uint8_t value) {
   int32_t count = 0;
-  for (std::ptrdiff_t x = 0; x < n; ++x) count += row[x] == value;
+  std::ptrdiff_t x = 0;
+#if NUV_HAS_LANES
+  constexpr std::ptrdiff_t kBlock = 32;
+  constexpr std::ptrdiff_t kBlocks = 255;
+  while (n - x >= kBlock) {
+    const std::ptrdiff_t end = x + std::min((n - x) / kBlock, kBlocks) * kBlock;
+    Bytes32 counts{};
+    for (; x < end; x += kBlock) {
+      Bytes32 pixels;
+      load32(row + x, pixels);
+      counts -= reinterpret_cast<Bytes32>(pixels == value);  // -1 where they are equal
+    }
+    for (std::ptrdiff_t i = 0; i < kBlock; ++i) count += counts[i];
+  }
+#endif
+  for (; x < n; ++x) count += row[x] == value;
   return count;
 }
 

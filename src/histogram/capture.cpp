@@ -28,11 +28,10 @@ void NuvGetHistogramByMasked(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, 
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
   const GrayImage mask = image_of_any_height<1>(pMskImg, width);
   ByteCounter counter;
-  for (int32_t y = y1; y <= y2; ++y) {
-    const uint8_t* pixels = image.row(y);
-    const uint8_t* selected = mask.row(y);
-    for (int32_t x = x1; x <= x2; ++x) {
-      if (selected[x] != 0) counter.add(pixels[x]);
+  const Region region{x1, x2, y1, y2};
+  if (!region.empty()) {
+    for (int32_t y = y1; y <= y2; ++y) {
+      counter.add_masked(image.at(x1, y), mask.at(x1, y), region.columns());
     }
   }
   counter.store_to(pHistogram);
