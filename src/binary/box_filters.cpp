@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <limits>
 
 #include "frame/buffer.h"
 #include "frame/row_kernel.h"
@@ -21,13 +22,6 @@ template <class Sum>
 NUV_ROW_KERNEL void threshold_sums(const Sum* sums, Sum threshold, uint8_t* NUV_RESTRICT out,
                                    std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = sums[x] > threshold ? 255 : 0;
-}
-
-// Windows of span columns, from the prefix of the column sums; n windows.
-NUV_ROW_KERNEL void threshold_windows_signed(const int32_t* prefix, std::ptrdiff_t span, int32_t threshold,
-                                             uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  const int32_t* behind = prefix + span;
-  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = behind[x] - prefix[x] > threshold ? 255 : 0;
 }
 
 // ---- whole windows ----
@@ -110,20 +104,29 @@ NUV_ROW_KERNEL void apply_upper_half(const uint8_t* row, const uint8_t* mask, ui
 }
 using ApplyMask = void(const uint8_t* row, const uint8_t* mask, uint8_t* out, std::ptrdiff_t n);
 
-// The window of row y reaches as far up as down, and no farther than the image; so in a row.
-bool remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int32_t n, int32_t threshold,
+// 255 where the sums of n windows are above a threshold of 32 bits.
+template <class Sum>
+void threshold_sums_signed(const Sum* sums, int32_t threshold, uint8_t* out, std::ptrdiff_t n) {
+  constexpr auto kMost = static_cast<uint32_t>(std::numeric_limits<Sum>::max());
+  if (threshold < 0) {
+    std::memset(out, 255, static_cast<std::size_t>(n));
+  } else {
+    threshold_sums(sums, static_cast<Sum>(std::min(static_cast<uint32_t>(threshold), kMost)), out, n);
+  }
+}
+
+// The window of row y reaches as far up as down, and no farther than the image; so in a row. All windows fit
+// in Sum.
+template <class Sum>
+void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int32_t n, int32_t threshold,
                             ApplyMask apply, uint8_t* result) {
-  if (image.width > kMaxMaskedWidth) return false;
-  if (image.empty()) return true;
   const int32_t width = image.width;
   const int32_t height = image.height;
-  m = std::clamp(m, 0, (width - 1) / 2);
-  n = std::clamp(n, 0, (height - 1) / 2);
-
   std::array<uint8_t, kMaxMaskedWidth> masked;
-  std::array<int32_t, kMaxMaskedWidth> columns;
-  std::array<int32_t, kMaxMaskedWidth + 1> prefix;
-  std::fill_n(columns.begin(), width, 0);
+  std::array<Sum, kMaxMaskedWidth> columns;
+  std::array<Sum, kMaxMaskedWidth> work;
+  std::array<Sum, kMaxMaskedWidth> more_work;
+  std::fill_n(columns.begin(), width, Sum{0});
   const auto masked_row = [&](int32_t y) {
     const uint8_t* row = image.row(y);
     apply(row, mask + (row - image.pixels), masked.data(), width);
@@ -136,19 +139,37 @@ bool remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int
     const int32_t reach = std::min({y, n, height - 1 - y});
     while (behind <= y + reach) add_row(columns.data(), masked_row(behind++), width);
     while (first < y - reach) subtract_row(columns.data(), masked_row(first++), width);
-    accumulate(columns.data(), width, prefix.data());
 
     const int32_t rows = 2 * reach + 1;
     uint8_t* out = result + (image.row(y) - image.pixels);
+    auto at_left = static_cast<int32_t>(columns[0]);
+    auto at_right = static_cast<int32_t>(columns[width - 1]);
     for (int32_t x = 0; x < m; ++x) {
-      const int32_t c = 2 * x + 1;
-      out[x] = prefix[c] > c * rows * threshold ? 255 : 0;
-      out[width - 1 - x] = prefix[width] - prefix[width - c] > c * rows * threshold ? 255 : 0;
+      const int32_t limit = (2 * x + 1) * rows * threshold;
+      out[x] = at_left > limit ? 255 : 0;
+      out[width - 1 - x] = at_right > limit ? 255 : 0;
+      at_left += static_cast<int32_t>(columns[2 * x + 1] + columns[2 * x + 2]);
+      at_right += static_cast<int32_t>(columns[width - 2 - 2 * x] + columns[width - 3 - 2 * x]);
     }
     const int32_t span = 2 * m + 1;
-    threshold_windows_signed(prefix.data(), span, span * rows * threshold, out + m, width - 2 * m);
+    const int32_t windows = width - 2 * m;
+    const Sum* sums = neighbour_sums(columns.data(), windows, span, 1, work.data(), more_work.data());
+    threshold_sums_signed(sums, span * rows * threshold, out + m, windows);
     // The last column alone has a level of its own, half of white.
-    out[width - 1] = columns[width - 1] > rows * 126 ? 255 : 0;
+    out[width - 1] = static_cast<int32_t>(columns[width - 1]) > rows * 126 ? 255 : 0;
+  }
+}
+
+bool remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int32_t n, int32_t threshold,
+                            ApplyMask apply, uint8_t* result) {
+  if (image.width > kMaxMaskedWidth) return false;
+  if (image.empty()) return true;
+  m = std::clamp(m, 0, (image.width - 1) / 2);
+  n = std::clamp(n, 0, (image.height - 1) / 2);
+  if (is_small(m, n)) {
+    remove_mask_and_filter<uint16_t>(image, mask, m, n, threshold, apply, result);
+  } else {
+    remove_mask_and_filter<int32_t>(image, mask, m, n, threshold, apply, result);
   }
   return true;
 }

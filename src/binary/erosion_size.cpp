@@ -1,9 +1,11 @@
 // How large a square an image can be eroded by before nothing is left.
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "frame/byte_counter.h"
+#include "frame/row_kernel.h"
 #include "frame/runs.h"
 #include "frame/views.h"
 #include "nuv/binary.h"
@@ -13,42 +15,67 @@ namespace nuv {
 namespace {
 
 // One less than the largest byte: there is always a bin above.
-constexpr int32_t kMaxDistance = 254;
+constexpr uint8_t kMaxDistance = 254;
 
-// Calls visit(place, distance) for the pixels of a run, the distance being 1 at both ends.
-template <class Visit>
-void for_distances(int32_t first, int32_t last, Visit visit) {
-  for (int32_t i = first; i <= last; ++i) {
-    const int32_t to_end = std::min(i - first, last - i) + 1;
-    visit(i, static_cast<uint8_t>(std::min(to_end, kMaxDistance)));
+// 1 to the greatest distance, and back to 1.
+constexpr std::array<uint8_t, 2 * kMaxDistance> make_ramps() {
+  std::array<uint8_t, 2 * kMaxDistance> ramps{};
+  for (std::size_t i = 0; i < kMaxDistance; ++i) {
+    ramps[i] = ramps[ramps.size() - 1 - i] = static_cast<uint8_t>(i + 1);
+  }
+  return ramps;
+}
+constexpr std::array<uint8_t, 2 * kMaxDistance> kRamps = make_ramps();
+
+// Replaces the pixels of a run by their distances to the nearer end, which is 1 at both ends.
+void store_distances(uint8_t* row, int32_t first, int32_t last) {
+  const int32_t count = last - first + 1;
+  const auto rising = static_cast<std::size_t>(std::min<int32_t>((count + 1) / 2, kMaxDistance));
+  const auto falling = static_cast<std::size_t>(std::min<int32_t>(count / 2, kMaxDistance));
+  uint8_t* falls = row + last + 1 - falling;
+  std::memcpy(row + first, kRamps.data(), rising);
+  std::memset(row + first + rising, kMaxDistance, static_cast<std::size_t>(count) - rising - falling);
+  std::memcpy(falls, kRamps.data() + kRamps.size() - falling, falling);
+}
+
+// One step along the columns: each white pixel's distance from the end of its run is one more than that of the
+// pixel before it. The pixel becomes that distance if it is less.
+NUV_ROW_KERNEL void take_lesser_distance(uint8_t* NUV_RESTRICT row, uint8_t* NUV_RESTRICT distances,
+                                         std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t pixel = row[x];
+    const auto next = static_cast<uint8_t>(lesser(distances[x], kMaxDistance - 1) + 1);
+    const uint8_t distance = pixel != 0 ? next : 0;
+    distances[x] = distance;
+    row[x] = lesser(pixel, distance);
+  }
+}
+
+// Lowers each white pixel to its distances from both ends of its run in the column.
+void take_lesser_distances_in_columns(GrayImage image) {
+  constexpr int32_t kStrip = 4096;
+  std::array<uint8_t, kStrip> distances;
+  for (int32_t x = 0; x < image.width; x += kStrip) {
+    const int32_t n = std::min(kStrip, image.width - x);
+    distances.fill(0);
+    for (int32_t y = 0; y < image.height; ++y) take_lesser_distance(image.at(x, y), distances.data(), n);
+    distances.fill(0);
+    for (int32_t y = image.height - 1; y >= 0; --y) take_lesser_distance(image.at(x, y), distances.data(), n);
   }
 }
 
 // Replaces each white pixel by the lesser of its distances to the ends of its run in the row and in the
 // column.
 Histogram distances_to_run_ends(GrayImage image) {
-  Histogram bins{};
   const Lines rows = rows_of(image);
   for (int32_t y = 0; y < rows.count; ++y) {
-    for_white_runs(rows[y], [&](int32_t first, int32_t last) {
-      for_distances(first, last, [&](int32_t x, uint8_t distance) {
-        rows[y][x] = distance;
-        ++bins[distance];
-      });
-    });
+    uint8_t* row = image.row(y);
+    for_white_runs(rows[y], [row](int32_t first, int32_t last) { store_distances(row, first, last); });
   }
-  const Lines columns = columns_of(image);
-  for (int32_t x = 0; x < columns.count; ++x) {
-    for_white_runs(columns[x], [&](int32_t first, int32_t last) {
-      for_distances(first, last, [&](int32_t y, uint8_t distance) {
-        uint8_t& pixel = columns[x][y];
-        if (distance >= pixel) return;
-        --bins[pixel];
-        pixel = distance;
-        ++bins[distance];
-      });
-    });
-  }
+  take_lesser_distances_in_columns(image);
+  Histogram bins;
+  NuvGetHistogram(image.pixels, image.width, image.height, bins.data());
+  bins[0] = 0;
   return bins;
 }
 

@@ -52,9 +52,33 @@ NUV_LOAD_BOUND_ROW_KERNEL void threshold_and_majority_row(const uint8_t* p, std:
 
 // ---- 3x3, few white pixels ----
 
-// The sum is above the first with four white neighbours or more, and reaches the second with all eight.
+// Four white neighbours or more have a greater sum.
 constexpr int32_t kFourWhite = 1019;
-constexpr int32_t kEightWhite = 2040;
+
+NUV_INLINE uint16_t sum_around(const uint8_t* p, std::ptrdiff_t w) {
+  return static_cast<uint16_t>(p[-w - 1] + p[-w] + p[-w + 1] + p[-1] + p[1] + p[w - 1] + p[w] + p[w + 1]);
+}
+
+NUV_LOAD_BOUND_ROW_KERNEL void four_white_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                              std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = sum_around(p, w) > kFourWhite ? 255 : 0;
+}
+
+bool is_inside(Region region, int32_t x, int32_t y) {
+  return x >= region.x1 && x <= region.x2 && y >= region.y1 && y <= region.y2;
+}
+
+// Whether an interior pixel is looked at: a white one in the region, or a black one with a white neighbour
+// there. (With a black neighbour, that white one is not surrounded.)
+bool is_looked_at(GrayImage image, Region region, int32_t x, int32_t y) {
+  if (*image.at(x, y) != 0) return is_inside(region, x, y);
+  for (std::size_t d = 0; d < 8; ++d) {
+    const int32_t nx = x + kDx[d];
+    const int32_t ny = y + kDy[d];
+    if (is_inside(region, nx, ny) && *image.at(nx, ny) != 0) return true;
+  }
+  return false;
+}
 
 // ---- windows that grow down the image ----
 
@@ -83,6 +107,33 @@ class MovingRows : public ColumnSums {
 // Half a window at row y of one that has that half size at the top and ratio times as much at the bottom.
 int32_t half_size(int32_t y, int32_t height, int32_t half, double ratio) {
   return truncated(((y * (ratio - 1.0)) / height + 1.0) * half + 0.5);
+}
+
+NUV_ROW_KERNEL void threshold_windows(const int32_t* prefix, std::ptrdiff_t span, int32_t threshold,
+                                      uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  const int32_t* behind = prefix + span;
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = behind[x] - prefix[x] > threshold ? 255 : 0;
+}
+
+// In the first m columns the 2 * m + 1 pixels of the row that begin with the pixel, as far as there are any,
+// and in the last m + 1 those that end with it.
+void majority_at_sides(const uint8_t* row, int32_t width, int32_t m, uint8_t* out) {
+  const int32_t half_row = m * 254 + 127;
+  const int32_t span = 2 * m + 1;
+  int32_t sum = 0;
+  for (int32_t x = 0; x < std::min(span, width); ++x) sum += row[x];
+  for (int32_t x = 0; x < m; ++x) {
+    out[x] = sum > half_row ? 255 : 0;
+    sum -= row[x];
+    if (x + span < width) sum += row[x + span];
+  }
+  sum = 0;
+  for (int32_t x = std::max(width - span, 0); x < width; ++x) sum += row[x];
+  for (int32_t x = width - 1; x >= width - m - 1; --x) {
+    out[x] = sum > half_row ? 255 : 0;
+    sum -= row[x];
+    if (x - span >= 0) sum += row[x - span];
+  }
 }
 
 // As many rows below as above, or 2 * n + 1 from the row to one side where the image ends at the other.
@@ -130,47 +181,29 @@ void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t
     sums.move_to(window.y1, window.y2);
     const int32_t* prefix = sums.prefix();
     const int32_t half_white = window.rows() * (2 * m + 1) * 127;
-    for (int32_t x = m; x <= width - m - 2; ++x) {
-      out[x] = prefix[x + m + 1] - prefix[x - m] > half_white ? 255 : 0;
-    }
-
-    // At the sides the row alone, and a window that begins or ends with the pixel.
-    const int32_t* row = sums.prefix_of_row(y);
-    const int32_t half_row = m * 254 + 127;
-    for (int32_t x = 0; x < m; ++x) {
-      out[x] = row[std::min(x + 2 * m + 1, width)] - row[x] > half_row ? 255 : 0;
-    }
-    for (int32_t x = width - m - 1; x < width; ++x) {
-      out[x] = row[x + 1] - row[std::max(x - 2 * m, 0)] > half_row ? 255 : 0;
-    }
+    threshold_windows(prefix, 2 * m + 1, half_white, out + m, width - 2 * m - 1);
+    majority_at_sides(image.row(y), width, m, out);
   }
 }
 
 void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int32_t height,
                                             uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
-  const std::array<std::ptrdiff_t, 8> offsets = neighbour_offsets(width);
-  const auto sum_around = [&offsets](const uint8_t* p) {
-    int32_t sum = 0;
-    for (std::ptrdiff_t offset : offsets) sum += p[offset];
-    return sum;
-  };
   std::memset(pResImg, 0, static_cast<std::size_t>(image.size()));
-  const Region inner{2, width - 3, 2, height - 3};
-  if (image.empty() || inner.empty()) return;
-  for (int32_t y = inner.y1; y <= inner.y2; ++y) {
-    for_white_runs({image.at(inner.x1, y), inner.columns(), 1}, [&](int32_t first, int32_t last) {
-      for (int32_t x = inner.x1 + first; x <= inner.x1 + last; ++x) {
-        const uint8_t* p = image.at(x, y);
-        uint8_t* out = pResImg + (p - pBinImg);
-        const int32_t sum = sum_around(p);
-        if (sum > kFourWhite) *out = 255;
-        if (sum >= kEightWhite) continue;
-        for (std::ptrdiff_t offset : offsets) {
-          if (p[offset] == 0 && sum_around(p + offset) > kFourWhite) out[offset] = 255;
-        }
-      }
-    });
+  const Region looked_at = image.interior(2);
+  if (image.empty() || looked_at.empty()) return;
+  // A pixel with four white neighbours has been looked at if all of them lie in the region, as one of them is
+  // white. So only the pixels at the region's sides, inside and outside, are asked.
+  const Region interior = image.interior();
+  const Region unasked = image.interior(3);
+  for_rows(image, pResImg, interior,
+           [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) { four_white_row(row, width, out, n); });
+  for (int32_t y = interior.y1; y <= interior.y2; ++y) {
+    for (int32_t x = interior.x1; x <= interior.x2; ++x) {
+      if (is_inside(unasked, x, y)) x = unasked.x2 + 1;
+      uint8_t& result = pResImg[image.at(x, y) - pBinImg];
+      if (result != 0 && !is_looked_at(image, looked_at, x, y)) result = 0;
+    }
   }
 }
 

@@ -7,6 +7,7 @@
 #include "frame/arithmetic.h"
 #include "frame/neighbours.h"
 #include "frame/row_kernel.h"
+#include "frame/runs.h"
 #include "frame/views.h"
 #include "nuv/binary.h"
 
@@ -23,19 +24,66 @@ NUV_ROW_KERNEL void keep_accompanied(const uint8_t* p, std::ptrdiff_t w, uint8_t
   }
 }
 
-// Changes the interior pixels of value gry whose number of neighbours of that value is too great or too small
-// for the test. A changed pixel is no neighbour to those behind it.
-template <class Test>
-void change_points(GrayImage image, int32_t gry, Test is_changed) {
-  if (image.empty()) return;
-  const std::array<std::ptrdiff_t, 8> offsets = neighbour_offsets(image.width);
-  for (int32_t y = 1; y < image.height - 1; ++y) {
-    for (int32_t x = 1; x < image.width - 1; ++x) {
-      uint8_t* p = image.at(x, y);
-      if (*p != gry) continue;
-      const auto equal = std::count_if(offsets.begin(), offsets.end(),
-                                       [=](std::ptrdiff_t offset) { return p[offset] == gry; });
-      if (is_changed(equal)) *p = low_byte(255 - gry);
+// ---- points changed by how many neighbours have their value ----
+
+// What becomes of a pixel depends on whether the pixel at its left has changed before it; all other neighbours
+// are known before the row.
+constexpr uint8_t kIfLeftStays = 1;
+constexpr uint8_t kIfLeftChanges = 2;
+
+NUV_INLINE int8_t one_if(bool condition) {
+  return condition ? 1 : 0;
+}
+
+// Flags the pixels of a value that are changed when more than n, or fewer than n, of their neighbours have it.
+NUV_INLINE void flag_row(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8_t n, bool more,
+                         uint8_t* NUV_RESTRICT flags, std::ptrdiff_t count) {
+  for (std::ptrdiff_t x = 0; x < count; ++x, ++p) {
+    const auto above =
+        static_cast<int8_t>(one_if(p[-w - 1] == value) + one_if(p[-w] == value) + one_if(p[-w + 1] == value));
+    const auto below =
+        static_cast<int8_t>(one_if(p[w - 1] == value) + one_if(p[w] == value) + one_if(p[w + 1] == value));
+    const auto others = static_cast<int8_t>(above + below + one_if(p[1] == value));
+    const auto all = static_cast<int8_t>(others + one_if(p[-1] == value));
+    const uint8_t if_left_stays = (more ? all > n : all < n) ? kIfLeftStays : 0;
+    const uint8_t if_left_changes = (more ? others > n : others < n) ? kIfLeftChanges : 0;
+    const uint8_t has_value = *p == value ? 255 : 0;
+    flags[x] = has_value & (if_left_stays | if_left_changes);
+  }
+}
+NUV_LOAD_BOUND_ROW_KERNEL void flag_more_than(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8_t n,
+                                              uint8_t* NUV_RESTRICT flags, std::ptrdiff_t count) {
+  flag_row(p, w, value, n, true, flags, count);
+}
+NUV_LOAD_BOUND_ROW_KERNEL void flag_fewer_than(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8_t n,
+                                               uint8_t* NUV_RESTRICT flags, std::ptrdiff_t count) {
+  flag_row(p, w, value, n, false, flags, count);
+}
+using FlagRow = void(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8_t n, uint8_t* flags,
+                     std::ptrdiff_t count);
+
+// A changed pixel has another value, so it is no neighbour to those after it.
+void change_points(GrayImage image, int32_t gry, int8_t n, FlagRow flag) {
+  if (image.empty() || gry < 0 || gry > 255) return;
+  constexpr int32_t kBlock = 4096;
+  std::array<uint8_t, kBlock> flags;
+  const auto value = static_cast<uint8_t>(gry);
+  const auto turned = static_cast<uint8_t>(255 - value);
+  const Region interior = image.interior();
+  for (int32_t y = interior.y1; y <= interior.y2; ++y) {
+    for (int32_t x = interior.x1; x <= interior.x2; x += kBlock) {
+      uint8_t* row = image.at(x, y);
+      const int32_t count = std::min(kBlock, interior.x2 + 1 - x);
+      // A block sees what has changed before it.
+      flag(row, image.width, value, n, flags.data(), count);
+      for_white_runs({flags.data(), count, 1}, [&](int32_t first, int32_t last) {
+        uint8_t decides = kIfLeftStays;
+        for (int32_t i = first; i <= last; ++i) {
+          const bool changes = (flags[i] & decides) != 0;
+          row[i] = changes ? turned : value;
+          decides = changes ? kIfLeftChanges : kIfLeftStays;
+        }
+      });
     }
   }
 }
@@ -76,9 +124,10 @@ void NuvBinImgDeleteIsolatedPoints(uint8_t* pBinImg, int32_t width, int32_t heig
 }
 
 void NuvBinImgDeletePointsMoreThanN(uint8_t* pBinImg, int32_t width, int32_t height, int32_t gry, int32_t N) {
-  change_points({pBinImg, width, height}, gry, [=](std::ptrdiff_t count) { return count > N; });
+  // Counts go from 0 to 8.
+  change_points({pBinImg, width, height}, gry, static_cast<int8_t>(std::clamp(N, -1, 8)), flag_more_than);
 }
 
 void NuvBinImgDeletePointsLessThanN(uint8_t* pBinImg, int32_t width, int32_t height, int32_t gry, int32_t N) {
-  change_points({pBinImg, width, height}, gry, [=](std::ptrdiff_t count) { return count < N; });
+  change_points({pBinImg, width, height}, gry, static_cast<int8_t>(std::clamp(N, 0, 9)), flag_fewer_than);
 }

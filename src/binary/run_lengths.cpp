@@ -13,6 +13,7 @@
 #include "frame/runs.h"
 #include "frame/transposition.h"
 #include "frame/views.h"
+#include "frame/window_sums.h"
 #include "nuv/binary.h"
 #include "nuv/histogram.h"
 
@@ -170,6 +171,17 @@ void take_lesser_column_lengths(GrayImage image) {
   }
   for (int32_t y = image.height - 1; y >= 0; --y) {
     take_lesser_length(places.get() + y * w, image.row(y), white_below, lengths, w);
+  }
+}
+
+// ---- counted near each pixel ----
+
+// 1 where a white run begins; row[-1] is read.
+NUV_ROW_KERNEL void find_starts(const uint8_t* row, uint8_t* NUV_RESTRICT starts, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t white = row[x] != 0 ? 1 : 0;
+    const uint8_t after_black = row[x - 1] == 0 ? 1 : 0;
+    starts[x] = white & after_black;
   }
 }
 
@@ -335,23 +347,31 @@ void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t
   const GrayImage image{pBinImg, width, height};
   if (image.empty()) return;
   const int32_t half = std::clamp((((X + 1) / 2) * 2 + 1) / 2, 0, (width - 1) / 2);
+  // The counts are cut to a byte, so bytes do for their sums. The work space has room for four rows of them.
+  uint8_t* starts = reinterpret_cast<uint8_t*>(pBuf);
   for (int32_t y = 0; y < height; ++y) {
     const uint8_t* row = image.row(y);
-    pBuf[0] = 0;
-    for (int32_t x = 1; x < width; ++x) pBuf[x] = row[x] != 0 && row[x - 1] == 0 ? 1 : 0;
-
-    // The window reaches as far to one side as to the other: it grows by two columns, slides, and shrinks.
     uint8_t* out = pResImg + (row - pBinImg);
-    int32_t sum = pBuf[0];
-    int32_t first = 0;
-    int32_t last = 0;
-    for (int32_t x = 0; x < width; ++x) {
-      const int32_t reach = std::min({x, half, width - 1 - x});
-      while (last < x + reach) sum += pBuf[++last];
-      while (first < x - reach) sum -= pBuf[first++];
-      out[x] = low_byte(sum);
+    starts[0] = 0;
+    find_starts(row + 1, starts + 1, width - 1);
+
+    // The window reaches as far to one side as to the other: at the sides it grows and shrinks by two columns.
+    const int32_t whole = width - 2 * half;
+    const uint8_t* sums =
+        neighbour_sums(starts, whole, 2 * half + 1, 1, starts + width, starts + 2 * std::ptrdiff_t{width});
+    std::memcpy(out + half, sums, static_cast<std::size_t>(whole));
+    uint8_t at_left = starts[0];
+    uint8_t at_right = starts[width - 1];
+    for (int32_t x = 0; x < half; ++x) {
+      out[x] = at_left;
+      out[width - 1 - x] = at_right;
+      at_left = low_byte(at_left + starts[2 * x + 1] + starts[2 * x + 2]);
+      at_right = low_byte(at_right + starts[width - 2 - 2 * x] + starts[width - 3 - 2 * x]);
     }
   }
+  const uint8_t* last = image.row(height - 1);
+  pBuf[0] = 0;
+  for (int32_t x = 1; x < width; ++x) pBuf[x] = last[x] != 0 && last[x - 1] == 0 ? 1 : 0;
 }
 
 void NuvRLXWhiteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minTop, int32_t minBottom,

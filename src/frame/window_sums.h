@@ -58,13 +58,9 @@ class ColumnSums {
   }
 
   bool allocated() const { return sums_ && prefix_; }
-  // Entry x is the sum of the columns before x; of all rows that are in, or of one row alone.
+  // Entry x is the sum of the columns before x, of all rows that are in.
   const int32_t* prefix() {
     accumulate(sums_.get(), image_.width, prefix_.get());
-    return prefix_.get();
-  }
-  const int32_t* prefix_of_row(int32_t y) {
-    accumulate(image_.row(y), image_.width, prefix_.get());
     return prefix_.get();
   }
 

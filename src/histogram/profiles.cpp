@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 
 #include "frame/arithmetic.h"
 #include "frame/interleaved.h"
@@ -104,22 +103,24 @@ void clear(int32_t* entries, int32_t n) {
 
 // ---- edge strengths ----
 
-struct Response {
-  int32_t across_columns;  // |G90|
-  int32_t across_rows;     // |G0|
-};
+// |G90| + |G0| of a pixel on an edge more vertical than horizontal, otherwise 0.
+NUV_INLINE int16_t vertical_strength(const uint8_t* p, std::ptrdiff_t w, bool with_rows) {
+  const int16_t across_columns = magnitude(sobel_90(p, w));
+  const int16_t across_rows = magnitude(sobel_0(p, w));
+  const auto strength = static_cast<int16_t>(with_rows ? across_columns + across_rows : across_columns);
+  return static_cast<int16_t>(across_rows < across_columns ? strength : 0);
+}
 
-// Calls count(x, y, response) for the interior pixels on an edge more vertical than horizontal.
-template <class Count>
-void for_vertical_edges(GrayImage image, Count count) {
-  const Region interior = image.interior();
-  for (int32_t y = interior.y1; y <= interior.y2; ++y) {
-    for (int32_t x = interior.x1; x <= interior.x2; ++x) {
-      const uint8_t* p = image.at(x, y);
-      const Response response{std::abs(sobel_90(p, image.width)), std::abs(sobel_0(p, image.width))};
-      if (response.across_rows < response.across_columns) count(x, y, response);
-    }
-  }
+NUV_ROW_KERNEL void add_vertical_strengths(const uint8_t* p, std::ptrdiff_t w, int32_t* NUV_RESTRICT columns,
+                                           std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) columns[x] += vertical_strength(p + x, w, true);
+}
+
+// The strength across rows is left out here.
+NUV_ROW_KERNEL int32_t sum_of_vertical_strengths(const uint8_t* p, std::ptrdiff_t w, std::ptrdiff_t n) {
+  int32_t sum = 0;
+  for (std::ptrdiff_t x = 0; x < n; ++x) sum += vertical_strength(p + x, w, false);
+  return sum;
 }
 
 void repeat_neighbours_at_ends(int32_t* entries, int32_t n) {
@@ -224,17 +225,25 @@ void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_
 
 void NuvGryImgSobel90JustToPrjX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX) {
   clear(pPrjX, width);
-  for_vertical_edges({pGryImg, width, height}, [=](int32_t x, int32_t, Response response) {
-    pPrjX[x] += response.across_columns + response.across_rows;
-  });
+  const GrayImage image{pGryImg, width, height};
+  const Region interior = image.interior();
+  if (!interior.empty()) {
+    for (int32_t y = interior.y1; y <= interior.y2; ++y) {
+      add_vertical_strengths(image.at(1, y), width, pPrjX + 1, interior.columns());
+    }
+  }
   repeat_neighbours_at_ends(pPrjX, width);
 }
 
 void NuvGryImgSobel90JustToPrjY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjY) {
   clear(pPrjY, height);
-  // The strength across rows is left out here.
-  for_vertical_edges({pGryImg, width, height},
-                     [=](int32_t, int32_t y, Response response) { pPrjY[y] += response.across_columns; });
+  const GrayImage image{pGryImg, width, height};
+  const Region interior = image.interior();
+  if (!interior.empty()) {
+    for (int32_t y = interior.y1; y <= interior.y2; ++y) {
+      pPrjY[y] = sum_of_vertical_strengths(image.at(1, y), width, interior.columns());
+    }
+  }
   repeat_neighbours_at_ends(pPrjY, height);
 }
 
