@@ -1,8 +1,15 @@
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
+
+#if NUV_WITH_LEPTONICA
+#include <leptonica/allheaders.h>
+
+#include <memory>
+#endif
 
 namespace {
 
@@ -21,16 +28,44 @@ struct Work {
 
   uint8_t* in() { return picture.data(); }
   uint8_t* out() { return result.data(); }
+  // The result made the picture again, for functions that change an image in place.
+  uint8_t* copied() {
+    result.pixels = picture.pixels;
+    return out();
+  }
+};
+
+constexpr int kLargeHalf = 15;
+constexpr int kLargeSide = 2 * kLargeHalf + 1;
+constexpr int kLength = 20;  // of runs
+
+// A mask that covers the middle of a picture, which is black there: one hole.
+struct Hole {
+  BenchPicture picture = gray_picture();
+  BenchPicture mask = gray_picture();
+  BenchPicture result = gray_picture();
+
+  Hole() {
+    for (int32_t y = 0; y < picture.height; ++y) {
+      for (int32_t x = 0; x < picture.width; ++x) {
+        const auto i = static_cast<std::size_t>(y * picture.width + x);
+        const bool in_hole = std::abs(2 * x - picture.width) < picture.width / 2 &&
+                             std::abs(2 * y - picture.height) < picture.height / 2;
+        mask.pixels[i] = in_hole ? 255 : 0;
+        picture.pixels[i] = in_hole ? 0 : picture.pixels[i] | 1;
+      }
+    }
+  }
 };
 
 // ---- the library ----
 
-const Row filter("NuvBinImgFilter/nuv", [] {
+const Row filter("NuvBinImgFilter 11x11/nuv", [] {
   return [w = Work()]() mutable {
     NuvBinImgFilter(w.in(), w.width, w.height, kHalf, kHalf, kMostOfTheWindow, w.out());
   };
 });
-const Row filter_with_sums("NuvBinImgFilterSums/nuv", [] {
+const Row filter_with_sums("NuvBinImgFilter 11x11 with sums/nuv", [] {
   return [w = Work()]() mutable {
     NuvBinImgFilter(w.in(), w.width, w.height, kHalf, kHalf, w.sums.data(), kMostOfTheWindow, w.out());
   };
@@ -56,6 +91,61 @@ const Row regions("NuvRLXRegionsWithID/nuv", [] {
 const Row count_runs("NuvRLXWhiteCount/nuv", [] {
   return [w = Work(), counts = std::vector<int32_t>(1281)]() mutable {
     NuvRLXWhiteCount(w.in(), w.width, w.height, counts.data(), 1280);
+  };
+});
+
+const Row filter_large("NuvBinImgFilter 31x31/nuv", [] {
+  return [w = Work()]() mutable {
+    NuvBinImgFilter(w.in(), w.width, w.height, kLargeHalf, kLargeHalf, kLargeSide * kLargeSide * 127,
+                    w.out());
+  };
+});
+const Row growing_majority("NuvBinImgMedFilter 7x7/nuv", [] {
+  return [w = Work()]() mutable { NuvBinImgMedFilter(w.in(), w.width, w.height, 3, 3, 1, 1, w.out()); };
+});
+const Row little_white("NuvBinImgLittleWhitePixelsMed3x3Filter/nuv", [] {
+  return
+      [w = Work()]() mutable { NuvBinImgLittleWhitePixelsMed3x3Filter(w.in(), w.width, w.height, w.out()); };
+});
+const Row delete_isolated("NuvBinImgDeleteIsolatedPoints/nuv", [] {
+  return [w = Work()]() mutable { NuvBinImgDeleteIsolatedPoints(w.copied(), w.width, w.height); };
+});
+const Row delete_points("NuvBinImgDeletePointsLessThanN/nuv", [] {
+  return [w = Work()]() mutable { NuvBinImgDeletePointsLessThanN(w.copied(), w.width, w.height, 255, 3); };
+});
+const Row erosion_size("NuvGetMaxSizeofMinFilter/nuv", [] {
+  return [w = Work()]() mutable {
+    int32_t size = 0;
+    NuvGetMaxSizeofMinFilter(w.in(), w.codes.data(), w.out(), w.width, w.height, &size);
+    benchmark::DoNotOptimize(size);
+  };
+});
+const Row fill_hole("NuvFillHolesByNearNeighbor one hole/nuv", [] {
+  return [h = Hole()]() mutable {
+    NuvFillHolesByNearNeighbor(h.picture.data(), h.mask.data(), h.picture.width, h.picture.height, 1000,
+                               h.result.data());
+  };
+});
+const Row count_column_runs("NuvRLYWhiteCount/nuv", [] {
+  return [w = Work(), counts = std::vector<int32_t>(961)]() mutable {
+    NuvRLYWhiteCount(w.in(), w.width, w.height, counts.data(), 960);
+  };
+});
+const Row delete_short_rows("NuvRLXWhiteDeleteShort/nuv", [] {
+  return [w = Work()]() mutable { NuvRLXWhiteDeleteShort(w.copied(), w.width, w.height, kLength, 0); };
+});
+const Row delete_short_columns("NuvRLYWhiteDeleteShort/nuv", [] {
+  return [w = Work()]() mutable { NuvRLYWhiteDeleteShort(w.copied(), w.width, w.height, kLength, 0); };
+});
+const Row keep_connected_columns("NuvRLYDeleteWhiteShort/nuv", [] {
+  return [w = Work()]() mutable { NuvRLYDeleteWhiteShort(w.in(), w.width, w.height, kLength, 5, w.out()); };
+});
+const Row mark_lengths("NuvBinImgMarkMinOfRLXandRLY/nuv", [] {
+  return [w = Work()]() mutable { NuvBinImgMarkMinOfRLXandRLY(w.copied(), w.width, w.height); };
+});
+const Row count_starts("NuvBinImg01TimesByX 15/nuv", [] {
+  return [w = Work(), buffer = std::vector<int32_t>(1280)]() mutable {
+    NuvBinImg01TimesByX(w.in(), buffer.data(), w.width, w.height, 13, w.out());
   };
 });
 
@@ -119,7 +209,7 @@ const Row count_runs_plain("NuvRLXWhiteCount/plain", [] {
 
 // ---- the peer ----
 
-const Row box_filter("NuvBinImgFilter/opencv", [] {
+const Row box_filter("NuvBinImgFilter 11x11/opencv boxFilter, compare", [] {
   return [w = Work()]() mutable {
     cv::Mat sums;
     cv::boxFilter(w.picture.mat(), sums, CV_32S, {kSide, kSide}, {-1, -1}, false, cv::BORDER_REPLICATE);
@@ -127,7 +217,7 @@ const Row box_filter("NuvBinImgFilter/opencv", [] {
     cv::compare(sums, static_cast<double>(kMostOfTheWindow), result, cv::CMP_GT);
   };
 });
-const Row box_filter_again("NuvBinImgFilterSums/opencv", [] {
+const Row box_filter_again("NuvBinImgFilter 11x11 with sums/opencv boxFilter, compare", [] {
   return [w = Work()]() mutable {
     cv::Mat sums;
     cv::boxFilter(w.picture.mat(), sums, CV_32S, {kSide, kSide}, {-1, -1}, false, cv::BORDER_REPLICATE);
@@ -135,28 +225,146 @@ const Row box_filter_again("NuvBinImgFilterSums/opencv", [] {
     cv::compare(sums, static_cast<double>(kMostOfTheWindow), result, cv::CMP_GT);
   };
 });
-const Row erode("NuvBinImgMinFilter3x3/opencv", [] {
+const Row erode("NuvBinImgMinFilter3x3/opencv erode", [] {
   return [w = Work()]() mutable {
     cv::Mat result = w.result.mat();
     cv::erode(w.picture.mat(), result, cv::Mat());
   };
 });
-const Row dilate("NuvBinImgMaxFilter3x3/opencv", [] {
+const Row dilate("NuvBinImgMaxFilter3x3/opencv dilate", [] {
   return [w = Work()]() mutable {
     cv::Mat result = w.result.mat();
     cv::dilate(w.picture.mat(), result, cv::Mat());
   };
 });
-const Row median_blur("NuvBinImgMedFilter3x3/opencv", [] {
+const Row median_blur("NuvBinImgMedFilter3x3/opencv medianBlur", [] {
   return [w = Work()]() mutable {
     cv::Mat result = w.result.mat();
     cv::medianBlur(w.picture.mat(), result, 3);
   };
 });
-const Row connected("NuvRLXRegionsWithID/opencv", [] {
+const Row connected("NuvRLXRegionsWithID/opencv connectedComponents", [] {
   return [w = Work()]() mutable {
     cv::Mat labels;
     benchmark::DoNotOptimize(cv::connectedComponents(w.picture.mat(), labels, 4));
+  };
+});
+const Row box_filter_large("NuvBinImgFilter 31x31/opencv boxFilter, compare", [] {
+  return [w = Work()]() mutable {
+    cv::Mat sums;
+    cv::boxFilter(w.picture.mat(), sums, CV_32S, {kLargeSide, kLargeSide}, {-1, -1}, false,
+                  cv::BORDER_REPLICATE);
+    cv::Mat result = w.result.mat();
+    cv::compare(sums, kLargeSide * kLargeSide * 127.0, result, cv::CMP_GT);
+  };
+});
+const Row box_majority("NuvBinImgMedFilter 7x7/opencv boxFilter, compare", [] {
+  return [w = Work()]() mutable {
+    cv::Mat sums;
+    cv::boxFilter(w.picture.mat(), sums, CV_32S, {7, 7}, {-1, -1}, false, cv::BORDER_REPLICATE);
+    cv::Mat result = w.result.mat();
+    cv::compare(sums, 49 * 127.0, result, cv::CMP_GT);
+  };
+});
+// The sum of the window, with its centre.
+const Row box_little_white("NuvBinImgLittleWhitePixelsMed3x3Filter/opencv boxFilter, compare", [] {
+  return [w = Work()]() mutable {
+    cv::Mat sums;
+    cv::boxFilter(w.picture.mat(), sums, CV_16U, {3, 3}, {-1, -1}, false, cv::BORDER_REPLICATE);
+    cv::Mat result = w.result.mat();
+    cv::compare(sums, 1019.0, result, cv::CMP_GT);
+  };
+});
+const Row hit_or_miss("NuvBinImgDeleteIsolatedPoints/opencv morphologyEx, subtract", [] {
+  return [w = Work()]() mutable {
+    cv::Mat kernel(3, 3, CV_8SC1, cv::Scalar(-1));
+    kernel.at<schar>(1, 1) = 1;
+    cv::Mat isolated;
+    cv::morphologyEx(w.picture.mat(), isolated, cv::MORPH_HITMISS, kernel);
+    cv::Mat result = w.result.mat();
+    cv::subtract(w.picture.mat(), isolated, result);
+  };
+});
+// The pixel that is nearest to each place, by city blocks; then its value.
+const Row nearest_labels("NuvFillHolesByNearNeighbor one hole/opencv distanceTransform", [] {
+  return [h = Hole()]() mutable {
+    cv::Mat black;
+    cv::compare(h.picture.mat(), 0, black, cv::CMP_EQ);
+    cv::Mat distances;
+    cv::Mat labels;
+    cv::distanceTransform(black, distances, labels, cv::DIST_L1, 3, cv::DIST_LABEL_PIXEL);
+    std::vector<uint8_t> values(1);
+    const uint8_t* pixels = h.picture.data();
+    const auto* label = labels.ptr<int>();
+    const std::size_t count = h.picture.pixels.size();
+    for (std::size_t i = 0; i < count; ++i) {
+      if (pixels[i] != 0) values.push_back(pixels[i]);
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      if (h.mask.pixels[i] != 0) h.result.pixels[i] = values[static_cast<std::size_t>(label[i])];
+    }
+  };
+});
+// An opening by a line keeps the runs that it fits into.
+const Row open_rows("NuvRLXWhiteDeleteShort/opencv morphologyEx", [] {
+  return [w = Work()]() mutable {
+    cv::Mat result = w.result.mat();
+    cv::morphologyEx(w.picture.mat(), result, cv::MORPH_OPEN, cv::Mat::ones(1, kLength, CV_8U));
+  };
+});
+const Row open_columns("NuvRLYWhiteDeleteShort/opencv morphologyEx", [] {
+  return [w = Work()]() mutable {
+    cv::Mat result = w.result.mat();
+    cv::morphologyEx(w.picture.mat(), result, cv::MORPH_OPEN, cv::Mat::ones(kLength, 1, CV_8U));
+  };
+});
+const Row box_starts("NuvBinImg01TimesByX 15/opencv boxFilter", [] {
+  return [w = Work()]() mutable {
+    cv::Mat starts = cv::Mat::zeros(w.height, w.width, CV_8U);
+    const cv::Mat picture = w.picture.mat();
+    const cv::Mat right = picture.colRange(1, w.width);
+    cv::Mat inner = starts.colRange(1, w.width);
+    cv::compare(right, picture.colRange(0, w.width - 1), inner, cv::CMP_GT);
+    cv::bitwise_and(starts, cv::Scalar(1), starts);
+    cv::Mat result = w.result.mat();
+    cv::boxFilter(starts, result, CV_8U, {15, 1}, {-1, -1}, false, cv::BORDER_CONSTANT);
+  };
+});
+
+#endif
+
+#if NUV_WITH_LEPTONICA
+
+// ---- the peer for run lengths, which packs 32 pixels into a word ----
+
+struct FreePix {
+  void operator()(Pix* pix) const { pixDestroy(&pix); }
+};
+using PixPointer = std::unique_ptr<Pix, FreePix>;
+
+// Made once: the picture is black where the library's is white.
+std::shared_ptr<Pix> packed_picture() {
+  BenchPicture picture = binary_picture();
+  std::shared_ptr<Pix> pix(pixCreate(picture.width, picture.height, 1), FreePix());
+  for (int32_t y = 0; y < picture.height; ++y) {
+    for (int32_t x = 0; x < picture.width; ++x) {
+      if (picture.data()[y * picture.width + x] != 0) pixSetPixel(pix.get(), x, y, 1);
+    }
+  }
+  return pix;
+}
+
+const Row run_transform("NuvRLYWhiteCount/leptonica pixRunlengthTransform", [] {
+  return [pix = packed_picture()] {
+    const PixPointer lengths(pixRunlengthTransform(pix.get(), 1, L_VERTICAL_RUNS, 8));
+    benchmark::DoNotOptimize(lengths.get());
+  };
+});
+// The least of the lengths in two directions.
+const Row stroke_width("NuvBinImgMarkMinOfRLXandRLY/leptonica pixStrokeWidthTransform", [] {
+  return [pix = packed_picture()] {
+    const PixPointer lengths(pixStrokeWidthTransform(pix.get(), 1, 8, 2));
+    benchmark::DoNotOptimize(lengths.get());
   };
 });
 

@@ -35,28 +35,59 @@ const Row project("NuvGryImgPrjXY/nuv", [] {
   };
 });
 
+const Row masked_histogram("NuvGetHistogramByMasked/nuv", [] {
+  return [picture = gray_picture(), mask = binary_picture(), bins = std::vector<int32_t>(256)]() mutable {
+    NuvGetHistogramByMasked(picture.data(), mask.data(), picture.width, 0, picture.width - 1, 0,
+                            picture.height - 1, bins.data());
+  };
+});
+
+const Row mean_and_deviation("NuvGetImageAvrAndDev/nuv", [] {
+  return [picture = gray_picture()]() mutable {
+    double mean = 0;
+    double deviation = 0;
+    NuvGetImageAvrAndDev(picture.data(), picture.width, picture.height, &mean, &deviation);
+    benchmark::DoNotOptimize(deviation);
+  };
+});
+
 #if NUV_WITH_OPENCV
-cv::Mat histogram_of(const cv::Mat& image) {
+cv::Mat histogram_of(const cv::Mat& image, const cv::Mat& mask = cv::Mat()) {
   const int channel = 0;
   const int size = 256;
   const float range[] = {0, 256};
   const float* ranges = range;
   cv::Mat bins;
-  cv::calcHist(&image, 1, &channel, cv::Mat(), bins, 1, &size, &ranges);
+  cv::calcHist(&image, 1, &channel, mask, bins, 1, &size, &ranges);
   return bins;
 }
 
-const Row calc_hist("NuvGetHistogram/opencv",
+const Row calc_hist("NuvGetHistogram/opencv calcHist",
                     [] { return [picture = gray_picture()]() mutable { histogram_of(picture.mat()); }; });
 
-const Row cv_threshold("NuvThreshold/opencv", [] {
+const Row calc_masked_hist("NuvGetHistogramByMasked/opencv calcHist", [] {
+  return [picture = gray_picture(), mask = binary_picture()]() mutable {
+    histogram_of(picture.mat(), mask.mat());
+  };
+});
+
+const Row mean_std_dev("NuvGetImageAvrAndDev/opencv meanStdDev", [] {
+  return [picture = gray_picture()]() mutable {
+    cv::Scalar mean;
+    cv::Scalar deviation;
+    cv::meanStdDev(picture.mat(), mean, deviation);
+    benchmark::DoNotOptimize(deviation[0]);
+  };
+});
+
+const Row cv_threshold("NuvThreshold/opencv threshold", [] {
   return [picture = gray_picture(), result = cv::Mat()]() mutable {
     cv::threshold(picture.mat(), result, 127, 255, cv::THRESH_BINARY);
   };
 });
 
 // The threshold has to be found before it is applied.
-const Row cv_threshold_by_ratio("NuvThresholdByRatio/opencv", [] {
+const Row cv_threshold_by_ratio("NuvThresholdByRatio/opencv calcHist, threshold", [] {
   return [picture = gray_picture(), result = cv::Mat()]() mutable {
     const cv::Mat bins = histogram_of(picture.mat());
     float count = 0;
@@ -66,14 +97,14 @@ const Row cv_threshold_by_ratio("NuvThresholdByRatio/opencv", [] {
   };
 });
 
-const Row equalize_hist("NuvHistogramEqualizeFast/opencv", [] {
+const Row equalize_hist("NuvHistogramEqualizeFast/opencv equalizeHist", [] {
   return [picture = gray_picture()]() mutable {
     cv::Mat image = picture.mat();
     cv::equalizeHist(image, image);
   };
 });
 
-const Row reduce("NuvGryImgPrjXY/opencv", [] {
+const Row reduce("NuvGryImgPrjXY/opencv reduce", [] {
   return [picture = gray_picture(), columns = cv::Mat(), rows = cv::Mat()]() mutable {
     cv::reduce(picture.mat(), columns, 0, cv::REDUCE_SUM, CV_32S);
     cv::reduce(picture.mat(), rows, 1, cv::REDUCE_SUM, CV_32S);

@@ -25,7 +25,7 @@ build_packages=(g++ cmake ninja-build libcli11-dev)
 font_packages=(python3 unifont)
 test_packages=(libgtest-dev libgmock-dev binutils pkgconf "${font_packages[@]}")
 style_packages=(git clang clang-format clang-tidy)
-bench_packages=(libbenchmark-dev libopencv-dev libyuv-dev)
+bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev)
 # Tests for other platforms build GoogleTest for them.
 linux32_packages=(g++-12-multilib googletest)
 aarch64_packages=(g++-aarch64-linux-gnu qemu-user googletest)

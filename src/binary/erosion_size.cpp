@@ -73,9 +73,13 @@ Histogram distances_to_run_ends(GrayImage image) {
     for_white_runs(rows[y], [row](int32_t first, int32_t last) { store_distances(row, first, last); });
   }
   take_lesser_distances_in_columns(image);
+  ByteCounter counter;
+  for (int32_t y = 0; y < rows.count; ++y) {
+    const uint8_t* row = image.row(y);
+    for_white_runs(rows[y], [&](int32_t first, int32_t last) { counter.add(row + first, last - first + 1); });
+  }
   Histogram bins;
-  NuvGetHistogram(image.pixels, image.width, image.height, bins.data());
-  bins[0] = 0;
+  counter.store_to(bins.data());
   return bins;
 }
 

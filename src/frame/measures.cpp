@@ -19,17 +19,22 @@ NUV_ROW_KERNEL int32_t count_equal(const uint8_t* row, std::ptrdiff_t n, uint8_t
   int32_t count = 0;
   std::ptrdiff_t x = 0;
 #if NUV_HAS_LANES
-  constexpr std::ptrdiff_t kBlock = 32;
+  constexpr std::ptrdiff_t kBlock = 64;
   constexpr std::ptrdiff_t kBlocks = 255;
   while (n - x >= kBlock) {
     const std::ptrdiff_t end = x + std::min((n - x) / kBlock, kBlocks) * kBlock;
     Bytes32 counts{};
+    Bytes32 other_counts{};
     for (; x < end; x += kBlock) {
       Bytes32 pixels;
+      Bytes32 other_pixels;
       load32(row + x, pixels);
-      counts -= reinterpret_cast<Bytes32>(pixels == value);  // -1 where they are equal
+      load32(row + x + kBlock / 2, other_pixels);
+      // -1 where they are equal.
+      counts -= reinterpret_cast<Bytes32>(pixels == value);
+      other_counts -= reinterpret_cast<Bytes32>(other_pixels == value);
     }
-    for (std::ptrdiff_t i = 0; i < kBlock; ++i) count += counts[i];
+    for (std::ptrdiff_t i = 0; i < kBlock / 2; ++i) count += counts[i] + other_counts[i];
   }
 #endif
   for (; x < n; ++x) count += row[x] == value;

@@ -90,6 +90,38 @@ TEST(ConnectedRuns, ReachALongRunWithinTheLevels) {
                            "........"}));
 }
 
+TEST(ColumnRuns, AreRowRunsOfTheTransposedImage) {
+  Random random(69);
+  for (const auto& [width, height] : kOddSizes) {
+    const TestImage image = random.binary(width, height, 70);
+    const TestImage turned = transposed(image);
+    const auto changed = [](auto function, TestImage picture, int32_t length) {
+      function(picture.data(), picture.width, picture.height, length, uint8_t{0});
+      return picture;
+    };
+    const auto kept = [](auto function, TestImage picture) {
+      TestImage result(picture.width, picture.height, 9);
+      function(picture.data(), picture.width, picture.height, 4, 3, result.data());
+      return result;
+    };
+    const auto counts = [](auto function, TestImage picture) {
+      std::vector<int32_t> entries(21);
+      function(picture.data(), picture.width, picture.height, entries.data(), 20);
+      return entries;
+    };
+    using Count = void (*)(uint8_t*, int32_t, int32_t, int32_t*, int32_t);
+    const Count white_in_columns = NuvRLYWhiteCount;
+    const Count white_in_rows = NuvRLXWhiteCount;
+    EXPECT_EQ(counts(white_in_columns, image), counts(white_in_rows, turned));
+    EXPECT_EQ(counts(NuvRLYBlackCount, image), counts(NuvRLXBlackCount, turned));
+    EXPECT_EQ(transposed(changed(NuvRLYWhiteDeleteLong, image, 3)),
+              changed(NuvRLXWhiteDeleteLong, turned, 3));
+    EXPECT_EQ(transposed(changed(NuvRLYWhiteDeleteShort, image, 4)),
+              changed(NuvRLXWhiteDeleteShort, turned, 4));
+    EXPECT_EQ(transposed(kept(NuvRLYDeleteWhiteShort, image)), kept(NuvRLXDeleteWhiteShort, turned));
+  }
+}
+
 // ---- regions ----
 
 using Runs = std::vector<std::vector<int32_t>>;

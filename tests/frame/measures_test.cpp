@@ -51,4 +51,23 @@ TEST(Centroid, IsTheTruncatedMeanOfObjectPixels) {
   EXPECT_EQ(x, 5 / 3) << "left alone";
 }
 
+TEST(PixelCounts, AgreeWithEachOther) {
+  Random random(1);
+  for (const auto& [width, height] : kOddSizes) {
+    TestImage image = random.binary(width, height, 40);
+    const int32_t black = NuvPixelsInGryImg(image.data(), width, height, 0);
+    const int32_t white = NuvPixelsInGryImg(image.data(), width, height, 255);
+    EXPECT_EQ(black + white, width * height);
+    EXPECT_EQ(NuvGetWhitePixelsNum(image.data(), width, height, -3, width + 5, -1, height), white);
+    EXPECT_EQ(NuvGetBlackRatioInBinaryImg(image.data(), width, 0, width - 1, 0, height - 1),
+              static_cast<double>(black) / (width * height));
+  }
+  TestImage flat(333, 100, 9);
+  EXPECT_EQ(NuvPixelsInGryImg(flat.data(), 333, 100, 9), 33300) << "more than bytes count";
+  TestImage image(4, 4, 255);
+  EXPECT_EQ(NuvPixelsInGryImg(image.data(), 4, 4, 255 + 256), 0);
+  EXPECT_EQ(NuvGetWhitePixelsNum(image.data(), 4, 4, -9, -1, 0, 3), 0) << "left of the image";
+  EXPECT_EQ(NuvGetWhitePixelsNum(image.data(), 4, 4, 1, 2, 3, 9), 2);
+}
+
 }  // namespace
