@@ -21,29 +21,28 @@ constexpr uint8_t kTracedContour = 254;
 // have been looked at from the pixel that the step came from.
 constexpr std::array<uint8_t, 8> kNextSearch = {7, 7, 1, 1, 3, 3, 5, 5};
 
-// Traces the contour from start and marks it, handing each code to store(). The pixel that is background by
-// the kind of contour (left of the start of an outer one, right of the start of a hole) is marked first, and
-// is the one direction that the search at the start leaves out.
-template <class Store>
-void trace_contour(uint8_t* start, int32_t width, bool is_outer, Store store) {
+// Follows the contour from start. Asks is_object() about each neighbour that it looks at, and calls visit() at
+// each pixel that it comes to, the start included, and store() with the code of each step. One direction is
+// left out by the search at the start: that of the pixel that is background by the kind of contour (left of
+// the start of an outer one, right of the start of a hole).
+template <class Pixel, class IsObject, class Visit, class Store>
+void follow_contour(Pixel* start, int32_t width, bool is_outer, IsObject is_object, Visit visit,
+                    Store store) {
   const std::array<std::ptrdiff_t, 8> offset = neighbour_offsets(width);
   const unsigned first = is_outer ? 5 : 1;
-  start[offset[is_outer ? 4 : 0]] = kTouchedBackground;
 
-  // Looks at the count neighbours of p from direction c on, marking background, until an object is found.
-  const auto search = [&offset](uint8_t* p, unsigned& c, unsigned count) {
+  // Looks at the count neighbours of p from direction c on, until one is an object.
+  const auto search = [&offset, is_object](Pixel* p, unsigned& c, unsigned count) {
     for (; count > 0; --count, c = (c + 1) & 7) {
-      uint8_t& neighbour = p[offset[c]];
-      if (neighbour >= kObject) return true;
-      neighbour = kTouchedBackground;
+      if (is_object(p[offset[c]])) return true;
     }
     return false;
   };
 
-  uint8_t* p = start;
+  Pixel* p = start;
   unsigned c = first;
   for (;;) {
-    *p = kTracedContour;
+    visit(*p);
     if (!search(p, c, 7)) return;  // a lone pixel
     store(static_cast<uint8_t>(c));
     p += offset[c];
@@ -58,6 +57,19 @@ void trace_contour(uint8_t* start, int32_t width, bool is_outer, Store store) {
     }
     c = kNextSearch[c];
   }
+}
+
+// Traces the contour from start and marks it, handing each code to store().
+template <class Store>
+void trace_contour(uint8_t* start, int32_t width, bool is_outer, Store store) {
+  start[is_outer ? -1 : 1] = kTouchedBackground;
+  const auto is_object = [](uint8_t& pixel) {
+    if (pixel >= kObject) return true;
+    pixel = kTouchedBackground;
+    return false;
+  };
+  const auto mark = [](uint8_t& pixel) { pixel = kTracedContour; };
+  follow_contour(start, width, is_outer, is_object, mark, store);
 }
 
 // Stores the codes of a trace while they fit.

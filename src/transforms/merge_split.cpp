@@ -4,18 +4,23 @@
 // of them inside has shrunk; one that has several has split, and the parts enter the tree, beside it or in
 // its place.
 //
-// Which region is the smallest around a point, and which regions start inside another one, is asked of an
-// index by place. Lists are in rising order of area, of equal areas the later one first: they are sorted once
-// and merged, and the serial numbers of entries keep the order for the index. A parent never stands before
-// its child.
+// A level is made from the one before it. A flood of the inverted image finds at which levels each connected
+// component appears and changes. The outer contour of a component stays the same until one of its own pixels
+// goes, so a region stays until that level, and only components that have lost their contour, or that are
+// new, are traced.
 //
-// A level whose gray value no pixel has is a copy of the one before and is not traced again.
+// Which region is the smallest around a point, and which regions start inside another one, is asked of an
+// index by place. A region of a level keeps its parent in the tree until the parent is replaced or a nearer
+// one enters the tree, so most regions ask once. Lists of arrivals are in rising order of area; among equal
+// areas the later one comes first. Serial numbers keep this order for the index. A parent never stands before
+// its child.
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
 #include <new>
+#include <numeric>
 #include <utility>
 
 #include "contours/chain.h"
@@ -24,27 +29,18 @@
 #include "frame/borders.h"
 #include "frame/buffer.h"
 #include "frame/byte_counter.h"
-#include "frame/row_kernel.h"
+#include "frame/point_pass.h"
 #include "frame/views.h"
 #include "nuv/contours.h"
 #include "nuv/histogram.h"
 #include "nuv/transforms.h"
+#include "transforms/level_components.h"
 #include "transforms/region_index.h"
 
 namespace nuv {
 namespace {
 
 constexpr int32_t kNone = -1;
-
-// Whether a contour starts in a stretch of a row that has a pixel before it. Marks never add starts.
-NUV_ROW_KERNEL bool has_starts(const uint8_t* row, std::ptrdiff_t n) {
-  uint8_t found = 0;
-  for (std::ptrdiff_t i = 0; i < n; ++i) {
-    const bool starts = starts_outer(row[i], row[i - 1]) || starts_inner(row[i], row[i - 1]);
-    found = static_cast<uint8_t>(found | static_cast<uint8_t>(starts));
-  }
-  return found != 0;
-}
 
 // ---- regions and their lists ----
 
@@ -147,15 +143,21 @@ class RegionList {
   RegionStruct* head_ = nullptr;
 };
 
-// The regions of one level: those that come later in front, until the list is sorted.
+// The regions of one level, in the order of the scan. Their parents are regions of the tree.
 struct Level {
   RegionList list;
   RegionPyramid by_box;
+  RegionStarts by_start;
+  int32_t longest = 0;  // of the chains
 
-  Level(int32_t width, int32_t height) : by_box(width, height) {}
-  void clear() {
-    list.clear();
-    by_box.clear();
+  Level(int32_t width, int32_t height) : by_box(width, height), by_start(width, height) {}
+  void file(Node& node) {
+    by_box.insert(node);
+    by_start.insert(node);
+  }
+  void unfile(const Node& node) {
+    by_box.remove(node);
+    by_start.remove(node);
   }
 };
 
@@ -185,62 +187,191 @@ struct Census {
 
 // ---- a level ----
 
-void NuvInsertRegionInLevel(Level& level, Node* node, Census& census) {
-  node->container = level.by_box.first_around(node->x0, node->y0, node->area, [=](Node& r) {
-    return r.starts_with(*node) || r.holds_start_of(*node);
-  });
-  node->sameLevelParentID = id_of(node->container);
-  node->serial = census.next_serial++;
-  level.by_box.insert(*node);
-  level.list.push_front(node);
-}
-
-void admit(Level& level, Node* node, int32_t gray, Census& census) {
-  node->gry = gray;
-  node->ID = census.next_id++;
-  NuvInsertRegionInLevel(level, node, census);
-}
-
-// The regions of a binary image, which gets the marks of the traces.
-void collect_level(GrayImage binary, uint8_t* codes, int32_t gray, Census& census, Level& level) {
-  const auto trace = [&](ContourStart start) {
-    if (!start.is_outer) {
-      // For its marks.
-      NuvMarkContour(binary.pixels, binary.width, start.x, start.y, false);
-      return;
+// All components of a flooded image.
+class Components {
+ public:
+  // Of the pixels above the first level; of those above the last one just these are connected, whatever their
+  // values. The work image, of the same size, becomes 0.
+  Components(GrayImage image, uint8_t* work, int32_t first_level, int32_t last_level, int32_t least_pixels) {
+    ByteTable values;
+    for (int32_t v = 0; v < kBins; ++v) {
+      values[static_cast<std::size_t>(v)] = v <= first_level ? 0 : low_byte(std::min(v, last_level + 1));
     }
-    const int32_t n = NuvTraceContour(binary.pixels, binary.width, start.x, start.y, codes,
-                                      binary.width * binary.height, true);
-    if (n <= census.min_codes) return;
+    std::memcpy(work, image.pixels, static_cast<std::size_t>(image.size()));
+    map_bytes(values, work, image.size());
+    Histogram bins;
+    NuvGetHistogram(work, image.width, image.height, bins.data());
+    LevelFlood flood({work, image.width, image.height}, bins);
+    complete_ = flood.allocated();
+    if (!complete_) return;
+    flood.run([&](LevelComponent c) {
+      c.from = std::max(c.from, first_level);
+      if (c.pixels >= least_pixels) append(c);
+    });
+  }
+  // False if there was no memory for all.
+  bool complete() const { return complete_; }
+
+  const LevelComponent* begin() const { return items_.get(); }
+  const LevelComponent* end() const { return items_.get() + count_; }
+
+ private:
+  void append(const LevelComponent& c) {
+    if (count_ == capacity_) {
+      const std::size_t capacity = std::max<std::size_t>(2 * capacity_, 1024);
+      Buffer<LevelComponent> larger = allocate<LevelComponent>(capacity);
+      if (!larger) {
+        complete_ = false;
+        return;
+      }
+      std::copy_n(items_.get(), count_, larger.get());
+      items_ = std::move(larger);
+      capacity_ = capacity;
+    }
+    items_[count_++] = c;
+  }
+
+  Buffer<LevelComponent> items_;
+  std::size_t count_ = 0;
+  std::size_t capacity_ = 0;
+  bool complete_ = true;
+};
+
+// Components of some size, grouped by one of their levels.
+class ComponentGroups {
+ public:
+  ComponentGroups(const Components& all, int32_t LevelComponent::*level, int32_t least_pixels) {
+    for (const LevelComponent& c : all)
+      begins_[static_cast<std::size_t>(c.*level)] += c.pixels >= least_pixels;
+    std::partial_sum(begins_.begin(), begins_.end(), begins_.begin());
+    items_ = allocate<LevelComponent>(begins_.back());
+    if (!items_) return;
+    // Each group fills from its end, which becomes its begin.
+    for (const LevelComponent& c : all) {
+      if (c.pixels >= least_pixels) items_[--begins_[static_cast<std::size_t>(c.*level)]] = c;
+    }
+  }
+  bool allocated() const { return items_ != nullptr; }
+  LevelComponent* begin_of(int32_t level) { return items_.get() + begins_[static_cast<std::size_t>(level)]; }
+  LevelComponent* end_of(int32_t level) { return begin_of(level + 1); }
+
+ private:
+  std::array<std::size_t, kBins + 2> begins_{};
+  Buffer<LevelComponent> items_;
+};
+
+// A buffer into which the outer contours of each level are written, one over the other, in the order of the
+// scan: what it holds in the end, without writing them all.
+class Overwritten {
+ public:
+  Overwritten(uint8_t* codes, int32_t from) : codes_(codes), reached_(from) {}
+  // Takes chains from the last one on. What a later chain has written stays.
+  void write_before(const uint8_t* chain, int32_t n) {
+    if (n <= reached_) return;
+    std::memcpy(codes_ + reached_, chain + reached_, static_cast<std::size_t>(n - reached_));
+    reached_ = n;
+  }
+  int32_t reached() const { return reached_; }
+
+ private:
+  uint8_t* codes_;
+  int32_t reached_;
+};
+
+class Tracer {
+ public:
+  Tracer(GrayImage inverted, Census& census)
+      : image_(inverted),
+        census_(census),
+        codes_(allocate<uint8_t>(static_cast<std::size_t>(inverted.size()))) {}
+  bool allocated() const { return codes_ != nullptr; }
+  const uint8_t* codes() const { return codes_.get(); }
+
+  // The number of codes, and the least value on the contour.
+  int32_t trace(int32_t first, int32_t level, int32_t& least) {
+    ChainSink chain(codes_.get(), static_cast<int32_t>(image_.size()));
+    uint8_t lowest = 255;
+    follow_contour<const uint8_t>(
+        image_.pixels + first, image_.width, true, [level](uint8_t pixel) { return pixel > level; },
+        [&lowest](uint8_t pixel) { lowest = std::min(lowest, pixel); },
+        [&chain](uint8_t code) { chain(code); });
+    least = lowest;
+    return chain.count();
+  }
+
+  // The region of a component; null if it is too small.
+  Node* region_of(int32_t first, int32_t level) {
+    int32_t least = 0;
+    const int32_t n = trace(first, level, least);
+    if (n <= census_.min_codes) return nullptr;
     int32_t area = 0;
     int32_t perimeter = 0;
-    NuvAreaAndPerimeter(codes, n, &area, &perimeter);
-    if (area < census.min_area) return;
-    const Chain chain{{start.x, start.y}, codes, n};
-    Node* node = new_node(chain, box_of_chain(binary, chain), area, perimeter);
-    if (node != nullptr) admit(level, node, gray, census);
-  };
-  constexpr int32_t kStretch = 128;
-  for (int32_t y = 1; y < binary.height; ++y) {
-    for (int32_t x = 1, n = 0; x < binary.width; x += n) {
-      n = std::min(kStretch, binary.width - x);
-      if (has_starts(binary.at(x, y), n)) scan_row_for_contours(binary, y, x, x + n - 1, trace);
+    NuvAreaAndPerimeter(codes_.get(), n, &area, &perimeter);
+    if (area < census_.min_area) return nullptr;
+    const Chain chain{{first % image_.width, first / image_.width}, codes_.get(), n};
+    Node* node = new_node(chain, box_of_chain(image_, chain), area, perimeter);
+    if (node == nullptr) return nullptr;
+    node->serial = first;
+    node->unbroken_to = least;
+    return node;
+  }
+
+ private:
+  GrayImage image_;
+  Census& census_;
+  Buffer<uint8_t> codes_;
+};
+
+// Makes a level from the one before it. Components that are new come in the order of the scan. Regions whose
+// contour is broken go to a list, last in front.
+void advance(Level& level, int32_t t, const LevelComponent* born, const LevelComponent* born_end,
+             Tracer& tracer, Census& census, RegionList& gone) {
+  for (RegionStruct** link = level.list.begin(); born != born_end || *link != nullptr;) {
+    auto* region = static_cast<Node*>(*link);
+    if (region != nullptr && (born == born_end || region->serial <= born->first)) {
+      if (region->unbroken_to > t) {
+        // What is left of a component may keep its contour.
+        if (born != born_end && region->serial == born->first) ++born;
+        link = &region->next;
+      } else {
+        level.unfile(*region);
+        gone.push_front(RegionList::unlink(link));
+      }
+      continue;
     }
+    Node* node = tracer.region_of(born->first, t);
+    ++born;
+    if (node == nullptr) continue;
+    level.file(*node);
+    node->next = *link;
+    *link = node;
+    link = &node->next;
+  }
+  level.longest = 0;
+  for (Node* r = level.list.head(); r != nullptr; r = r->next_node()) {
+    r->ID = census.next_id++;
+    r->gry = 255 - t;
+    level.longest = std::max(level.longest, r->N);
   }
 }
 
-// Copies the regions of an unsorted level for the next one, the first in front. Whether there is memory for
-// all.
-bool copy_level(const Level& level, RegionList& copies) {
-  for (const Node* r = level.list.head(); r != nullptr; r = r->next_node()) {
-    Node* node = new_node({{r->x0, r->y0}, r->pChainCode, r->N}, r->box, r->area, r->perimeter);
-    if (node == nullptr) {
-      copies.clear();
-      return false;
-    }
-    copies.push_front(node);
-  }
-  return true;
+// The smallest region around another one of its level.
+Node* container_of(Level& level, const Node& node) {
+  return level.by_box.first_around(node.x0, node.y0, node.area,
+                                   [&](Node& r) { return &r != &node && r.holds_start_of(node); });
+}
+
+// A copy of a region of the level, to enter the tree.
+Node* copy_for_tree(Level& level, const Node& r) {
+  Node* node = new_node({{r.x0, r.y0}, r.pChainCode, r.N}, r.box, r.area, r.perimeter);
+  if (node == nullptr) return nullptr;
+  node->gry = r.gry;
+  node->ID = r.ID;
+  node->serial = r.serial;
+  node->parent = r.parent;
+  node->container = container_of(level, r);
+  node->sameLevelParentID = id_of(node->container);
+  return node;
 }
 
 // ---- levels against the tree ----
@@ -265,19 +396,41 @@ void NuvInsertRegionInTree(Tree& tree, RegionStruct**& link, Node* node, Census&
 }
 
 // Gives each region of a level its parent in the tree, and parents their number of children.
-void link_to_tree(Tree& tree, const RegionList& level) {
+void link_to_tree(Tree& tree, const Level& level) {
   for (Node* p = tree.list.head(); p != nullptr; p = p->next_node()) {
     p->children = p->children_area = 0;
-    p->forget_rows();  // which are large, and wanted where the level has much inside
+    p->rest_rows();
   }
-  for (Node* c = level.head(); c != nullptr; c = c->next_node()) {
-    Node* parent = tree.by_box.first_around(
-        c->x0, c->y0, c->area, [=](Node& p) { return p.starts_with(*c) || p.holds_start_of(*c); });
-    c->parent = parent;
-    if (parent == nullptr) continue;
-    ++parent->children;
-    parent->children_area += c->area;
+  for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
+    if (!c->knows_parent) {
+      c->parent = tree.by_box.first_around(
+          c->x0, c->y0, c->area, [=](Node& p) { return p.starts_with(*c) || p.holds_start_of(*c); });
+      c->knows_parent = true;
+    }
+    if (c->parent == nullptr) continue;
+    ++c->parent->children;
+    c->parent->children_area += c->area;
   }
+}
+
+// A region that has entered the tree becomes the parent of regions of the level to which it is nearer.
+void offer_parent(Level& level, Node& parent) {
+  level.by_start.for_each_in(parent.box, [&](Node& c) {
+    if (!c.knows_parent || parent.area < c.area) return;
+    if (c.parent != nullptr && !parent.precedes(*c.parent)) return;
+    if (parent.starts_with(c) || parent.holds_start_of(c)) c.parent = &parent;
+  });
+}
+
+// Copies of the regions of a level that may enter the tree, in list order: those without a parent, and those
+// that have not just shrunk.
+void copy_candidates(Level& level, RegionList& candidates) {
+  for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
+    if (c->parent != nullptr && c->parent->children < 2) continue;
+    Node* node = copy_for_tree(level, *c);
+    if (node != nullptr) candidates.push_front(node);
+  }
+  candidates.sort();
 }
 
 // Sorts out, last in front, what a test takes.
@@ -299,9 +452,9 @@ bool is_island(const Node& c) {
 }
 
 // Hands the regions of a level that come from splits to the regions that split, in list order.
-void hand_out_parts(RegionList& level) {
+void hand_out_parts(RegionList& candidates) {
   RegionList parts;
-  move_if(level, parts, [](const Node& c) { return c.parent->children >= 2; });
+  move_if(candidates, parts, [](const Node& c) { return c.parent->children >= 2; });
   while (!parts.empty()) {
     Node* c = parts.take_first();
     c->next = c->parent->parts;
@@ -309,18 +462,20 @@ void hand_out_parts(RegionList& level) {
   }
 }
 
-// Takes what is new in a level into the tree; what is left of the level has only shrunk.
-void NuvMergeRegionLevel(Tree& tree, RegionList& level, double ratio, Census& census) {
+// Takes what is new in a level into the tree.
+void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census) {
   link_to_tree(tree, level);
+  RegionList candidates;
+  copy_candidates(level, candidates);
   RegionList arrivals;
-  move_if(level, arrivals, [](const Node& c) { return c.parent == nullptr; });
-  move_if(level, arrivals, [](const Node& c) {
+  move_if(candidates, arrivals, [](const Node& c) { return c.parent == nullptr; });
+  move_if(candidates, arrivals, [](const Node& c) {
     if (!is_island(c)) return false;
     --c.parent->children;
     c.parent->children_area -= c.area;
     return true;
   });
-  hand_out_parts(level);
+  hand_out_parts(candidates);
 
   RegionList replaced;
   for (RegionStruct** link = tree.list.begin(); *link != nullptr;) {
@@ -339,18 +494,30 @@ void NuvMergeRegionLevel(Tree& tree, RegionList& level, double ratio, Census& ce
     for (Node* r = tree.list.head(); r != nullptr; r = r->next_node()) {
       while (r->parent != nullptr && r->parent->is_replaced) r->parent = r->parent->parent;
     }
+    for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
+      if (c->parent != nullptr && c->parent->is_replaced) c->knows_parent = false;
+    }
   }
   arrivals.sort();
   RegionStruct** link = tree.list.begin();
-  while (!arrivals.empty()) NuvInsertRegionInTree(tree, link, arrivals.take_first(), census);
+  while (!arrivals.empty()) {
+    Node* node = arrivals.take_first();
+    NuvInsertRegionInTree(tree, link, node, census);
+    offer_parent(level, *node);
+  }
 }
 
 // The first level that has regions is the tree.
 void grow_first(Tree& tree, Level& level) {
-  tree.list.swap(level.list);
-  for (Node* r = tree.list.head(); r != nullptr; r = r->next_node()) {
-    r->parent = r->container;
-    tree.file(*r);
+  for (Node* r = level.list.head(); r != nullptr; r = r->next_node()) {
+    r->parent = copy_for_tree(level, *r);
+    r->knows_parent = true;
+    if (r->parent != nullptr) tree.list.push_front(r->parent);
+  }
+  tree.list.sort();
+  for (Node* node = tree.list.head(); node != nullptr; node = node->next_node()) {
+    node->parent = node->container == nullptr ? nullptr : node->container->parent;
+    tree.file(*node);
   }
 }
 
@@ -382,6 +549,51 @@ void mark_second_lines(GrayImage image, uint8_t value) {
   }
 }
 
+// The least number of pixels of a component whose region can have an area. Around f pixels, n codes enclose a
+// polygon of f - n/2 - 1 and are no more than 2 (f - 1), so the area is at most f + (sqrt(2) - 1) n/2 < 1.5 f.
+// A ring of p pixels is at most p/2 + 1 high and wide.
+int32_t least_pixels(const Census& census) {
+  if (census.min_codes < 0) return 1;
+  const double side = std::sqrt(std::max(census.min_area - 2, 0) / 1.5);
+  return std::max(truncated(2 * (side - 1)), 2);
+}
+
+// Chains of more codes are those of regions: an area is at least half the number of codes.
+int32_t most_codes_left_out(const Census& census, GrayImage image) {
+  const int64_t most = 2 * static_cast<int64_t>(std::max(census.min_area, 0)) + 2;
+  return static_cast<int32_t>(std::min<int64_t>(most, image.size()));
+}
+
+// The begin of the buffer of codes, up to a place: the chains of all components, those that last longest
+// first.
+void write_begin(ComponentGroups& dying, Tracer& tracer, int32_t first_level, int32_t last_level, int32_t end,
+                 uint8_t* codes) {
+  Overwritten buffer(codes, 0);
+  for (int32_t t = last_level; t >= first_level && buffer.reached() < end; --t) {
+    LevelComponent* const begin = dying.begin_of(t + 1);
+    // A component of p pixels has less than p (p/2 + 2) codes.
+    LevelComponent* const long_end = std::partition(begin, dying.end_of(t + 1), [&](const LevelComponent& c) {
+      return static_cast<int64_t>(c.pixels) * (c.pixels / 2 + 4) > buffer.reached();
+    });
+    std::sort(begin, long_end,
+              [](const LevelComponent& a, const LevelComponent& b) { return a.first > b.first; });
+    for (const LevelComponent* c = begin; c != long_end && buffer.reached() < end; ++c) {
+      int32_t least = 0;
+      const int32_t n = tracer.trace(c->first, t, least);
+      buffer.write_before(tracer.codes(), std::min(n, end));
+    }
+  }
+}
+
+// The marks of all traces of the last level.
+void mark_contours(GrayImage binary) {
+  for (int32_t y = 1; y < binary.height; ++y) {
+    scan_row_for_contours(binary, y, 1, binary.width - 1, [=](ContourStart start) {
+      NuvMarkContour(binary.pixels, binary.width, start.x, start.y, start.is_outer);
+    });
+  }
+}
+
 }  // namespace
 }  // namespace nuv
 
@@ -400,31 +612,46 @@ RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, i
   clear_sides(inverted);
   if (start == kNoLevel) return nullptr;
   mark_second_lines(binary, static_cast<uint8_t>(start));
-
-  Histogram inner_bins;
-  NuvGetHistogram(pGryImg, width, height, inner_bins.data());
-  Tree tree(width, height);
-  Level level(width, height);
-  RegionList copies;  // of the level before, if the next one equals it
-  bool has_copies = false;
   // Nothing is above level 255.
   const auto last = static_cast<int32_t>(std::min<int64_t>(255 - static_cast<int64_t>(minGry), 255));
+  if (start > last) return nullptr;
+
+  Tracer tracer(inverted, census);
+  const Components components(inverted, pTmpImg, start, last, std::min(least_pixels(census), 2));
+  ComponentGroups born(components, &LevelComponent::from, least_pixels(census));
+  ComponentGroups dying(components, &LevelComponent::up_to, 2);
+  if (!tracer.allocated() || !components.complete() || !born.allocated() || !dying.allocated())
+    return nullptr;
+
+  uint8_t* const codes = pTmpImg + inverted.size();
+  const int32_t left_out = most_codes_left_out(census, inverted);
+  census.next_serial = inverted.size();  // those of levels are places
+  Tree tree(width, height);
+  Level level(width, height);
   for (int32_t t = start; t <= last; ++t) {
-    level.clear();
-    if (has_copies) {
-      while (!copies.empty()) admit(level, copies.take_first(), 255 - t, census);
-    } else {
-      NuvThreshold(pGryImg, width, height, t + 1, pTmpImg);
-      collect_level(binary, pTmpImg + inverted.size(), 255 - t, census, level);
-    }
-    has_copies = t < last && inner_bins[static_cast<std::size_t>(t) + 1] == 0 && copy_level(level, copies);
-    level.list.sort();
+    RegionList gone;
+    std::sort(born.begin_of(t), born.end_of(t),
+              [](const LevelComponent& a, const LevelComponent& b) { return a.first < b.first; });
+    advance(level, t, born.begin_of(t), born.end_of(t), tracer, census, gone);
+    // What stays of the longest chains of the level before.
+    Overwritten buffer(codes, std::max(level.longest, left_out));
+    for (const Node* r = gone.head(); r != nullptr; r = r->next_node())
+      buffer.write_before(r->pChainCode, r->N);
     if (tree.list.empty()) {
       grow_first(tree, level);
     } else {
-      NuvMergeRegionLevel(tree, level.list, ratio, census);
+      NuvMergeRegionLevel(tree, level, ratio, census);
     }
   }
+  Overwritten buffer(codes, left_out);
+  RegionList remaining;
+  while (!level.list.empty()) remaining.push_front(level.list.take_first());
+  for (const Node* r = remaining.head(); r != nullptr; r = r->next_node())
+    buffer.write_before(r->pChainCode, r->N);
+  write_begin(dying, tracer, start, last, left_out, codes);
+  NuvThreshold(pGryImg, width, height, last + 1, pTmpImg);
+  mark_contours(binary);
+
   for (Node* r = tree.list.head(); r != nullptr; r = r->next_node()) {
     r->parentID = id_of(r->parent);
     r->forget_rows();

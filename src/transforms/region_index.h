@@ -97,17 +97,20 @@ class ChainRows {
 
 // A record, with what the segmentation knows about it besides.
 struct Node : RegionStruct {
-  Region box;                 // of the chain; the image if the chain does not close
-  int64_t serial = 0;         // rises with each entry into a list
-  Node* parent = nullptr;     // what parentID will name
-  Node* container = nullptr;  // what sameLevelParentID names
-  int32_t children = 0;       // of the level at hand, and the sum of their areas
+  Region box;                       // of the chain; the image if the chain does not close
+  int64_t serial = 0;               // rises with each entry into a list
+  Node* parent = nullptr;           // what parentID will name
+  const Node* container = nullptr;  // what sameLevelParentID names
+  int32_t children = 0;             // of the level at hand, and the sum of their areas
   int32_t children_area = 0;
   RegionStruct* parts = nullptr;  // a list of what it splits into at the level at hand
   bool is_replaced = false;
   std::array<Node*, 4> in_cell{};  // links of the cells that it is filed in
   Node* in_start_cell = nullptr;
+  int32_t unbroken_to = 0;  // the first level at which a pixel of the contour is missing
+  bool knows_parent = false;
   int32_t questions = 0;
+  bool asked = false;
   ChainRows rows;
 
   Node* next_node() const { return static_cast<Node*>(next); }
@@ -117,6 +120,7 @@ struct Node : RegionStruct {
     constexpr int32_t kLongChain = 100;
     constexpr int32_t kManyQuestions = 12;
     if (x < box.x1 || x > box.x2 || y < box.y1 || y > box.y2) return false;
+    asked = true;
     if (N > kLongChain && ++questions == kManyQuestions) rows.build({{x0, y0}, pChainCode, N}, box);
     return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
@@ -125,6 +129,11 @@ struct Node : RegionStruct {
   // The order of lists: the smaller first; of equal ones the later.
   bool precedes(const Node& other) const {
     return area < other.area || (area == other.area && serial > other.serial);
+  }
+  // Forgets the sorted crossings, which are large, if nothing has been asked since the last time.
+  void rest_rows() {
+    if (!asked) forget_rows();
+    asked = false;
   }
   void forget_rows() {
     questions = 0;
