@@ -24,6 +24,14 @@ struct LevelComponent {
   int32_t pixels;  // their number
   int32_t from;    // the first level; 0 stands for all that are low enough
   int32_t up_to;   // the last level is the one before this
+  // Its number in the order of a walk that comes to a component after those inside it, and the number of the
+  // first one inside it, or its own.
+  int32_t number;
+  int32_t first_inside;
+
+  bool contains(const LevelComponent& other) const {
+    return other.number >= first_inside && other.number <= number;
+  }
 };
 
 class LevelFlood {
@@ -62,6 +70,7 @@ class LevelFlood {
     int32_t value;
     int32_t first;
     int32_t pixels;
+    int32_t first_inside;
   };
 
   void wait(int32_t place, int32_t value) {
@@ -94,7 +103,7 @@ class LevelFlood {
       value = reached;
       i = static_cast<std::size_t>(-1);
     }
-    if (open_count_ == 0 || top().value < value) open_[open_count_++] = {value, place, 0};
+    if (open_count_ == 0 || top().value < value) open_[open_count_++] = {value, place, 0, count_};
     top().first = std::min(top().first, place);
     ++top().pixels;
   }
@@ -108,9 +117,9 @@ class LevelFlood {
       top().pixels += closed.pixels;
       value = top().value;
     } else if (value > 0) {
-      open_[open_count_++] = {value, closed.first, closed.pixels};
+      open_[open_count_++] = {value, closed.first, closed.pixels, closed.first_inside};
     }
-    action(LevelComponent{closed.first, closed.pixels, value, closed.value});
+    action(LevelComponent{closed.first, closed.pixels, value, closed.value, count_++, closed.first_inside});
   }
   Open& top() { return open_[open_count_ - 1]; }
 
@@ -123,6 +132,7 @@ class LevelFlood {
   int32_t highest_ = 0;  // of their values; 0 if none waits
   std::array<Open, kBins> open_;
   std::size_t open_count_ = 0;
+  int32_t count_ = 0;  // of the components closed
 };
 
 }  // namespace nuv

@@ -300,7 +300,8 @@ class Tracer {
   }
 
   // The region of a component; null if it is too small.
-  Node* region_of(int32_t first, int32_t level) {
+  Node* region_of(const LevelComponent& component, int32_t level) {
+    const int32_t first = component.first;
     int32_t least = 0;
     const int32_t n = trace(first, level, least);
     if (n <= census_.min_codes) return nullptr;
@@ -311,6 +312,7 @@ class Tracer {
     const Chain chain{{first % image_.width, first / image_.width}, codes_.get(), n};
     Node* node = new_node(chain, box_of_chain(image_, chain), area, perimeter);
     if (node == nullptr) return nullptr;
+    node->surround(component);
     node->serial = first;
     node->unbroken_to = least;
     return node;
@@ -331,7 +333,7 @@ void advance(Level& level, int32_t t, const LevelComponent* born, const LevelCom
     if (region != nullptr && (born == born_end || region->serial <= born->first)) {
       if (region->unbroken_to > t) {
         // What is left of a component may keep its contour.
-        if (born != born_end && region->serial == born->first) ++born;
+        if (born != born_end && region->serial == born->first) region->surround(*born++);
         link = &region->next;
       } else {
         level.unfile(*region);
@@ -339,7 +341,7 @@ void advance(Level& level, int32_t t, const LevelComponent* born, const LevelCom
       }
       continue;
     }
-    Node* node = tracer.region_of(born->first, t);
+    Node* node = tracer.region_of(*born, t);
     ++born;
     if (node == nullptr) continue;
     level.file(*node);
@@ -368,6 +370,8 @@ Node* copy_for_tree(Level& level, const Node& r) {
   node->gry = r.gry;
   node->ID = r.ID;
   node->serial = r.serial;
+  node->component = r.component;
+  node->has_holes = r.has_holes;
   node->parent = r.parent;
   node->container = container_of(level, r);
   node->sameLevelParentID = id_of(node->container);

@@ -19,6 +19,7 @@
 #include "frame/views.h"
 #include "nuv/contours.h"
 #include "nuv/records.h"
+#include "transforms/level_components.h"
 
 namespace nuv {
 
@@ -97,7 +98,9 @@ class ChainRows {
 
 // A record, with what the segmentation knows about it besides.
 struct Node : RegionStruct {
-  Region box;                       // of the chain; the image if the chain does not close
+  Region box;                  // of the chain; the image if the chain does not close
+  LevelComponent component{};  // what the chain goes round
+  bool has_holes = true;
   int64_t serial = 0;               // rises with each entry into a list
   Node* parent = nullptr;           // what parentID will name
   const Node* container = nullptr;  // what sameLevelParentID names
@@ -124,7 +127,20 @@ struct Node : RegionStruct {
     if (N > kLongChain && ++questions == kManyQuestions) rows.build({{x0, y0}, pChainCode, N}, box);
     return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
-  bool holds_start_of(const Node& other) { return holds(other.x0, other.y0); }
+  // The same for the start of another region, which is a pixel of its component.
+  bool holds_start_of(const Node& other) {
+    if (component.contains(other.component)) return true;
+    if (!has_holes && !other.component.contains(component)) return false;
+    return holds(other.x0, other.y0);
+  }
+  // Takes note of the component that the chain goes round. A polygon with the area A and n codes has
+  // A + n/2 + 1 pixels in it and on it; NuvAreaAndPerimeter rounds A, which is an odd number of halves if n is
+  // odd, and adds half the perimeter.
+  void surround(const LevelComponent& inside) {
+    component = inside;
+    const int32_t halves = 2 * (area - perimeter / 2) - N % 2;
+    has_holes = (halves + N) / 2 + 1 > inside.pixels;
+  }
   bool starts_with(const Node& other) const { return x0 == other.x0 && y0 == other.y0; }
   // The order of lists: the smaller first; of equal ones the later.
   bool precedes(const Node& other) const {
