@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "contours/chain.h"
+#include "contours/stamps.h"
 #include "contours/trace.h"
 #include "frame/arithmetic.h"
 #include "frame/borders.h"
@@ -171,7 +172,6 @@ int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t w
                                 int32_t yStep, int32_t minArea, int32_t maxArea, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   if (image.empty()) return 0;
-  const GrayImage result{pResImg, width, height};
   const Scan scan = every_nth_row(1, yStep);
   clear_sides(image);
 
@@ -180,22 +180,22 @@ int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t w
   int32_t n = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(width) * scan.step, image.size()));
   bool selected = lies_in(polygon_size(pChainCode, n).area, minArea, maxArea);
   int32_t count = 0;
+  StampedChain stamps({pResImg, width, height}, pResImg != pBinImg);
   for_scanned_rows(image, scan, [&](int32_t y) {
     scan_row_for_pairs(image, y, 1, width - 1, [&](int32_t x, uint8_t pixel, uint8_t left) {
       const bool is_outer = starts_outer(pixel, left, scan.background);
       const Point start{pixel == 255 ? x : x - 1, y};
       if (is_outer || starts_inner(pixel, left)) {
+        stamps.draw(pChainCode, n);
         n = trace(image, pChainCode, {start.x, start.y, is_outer}).n;
         selected = lies_in(polygon_size(pChainCode, n).area, minArea, maxArea);
       }
       if (!selected) return;
       ++count;
-      // Drawn from here, the chain of another place may leave the image.
-      walk_start_and_ends({start, pChainCode, n}, [&](Point p) {
-        if (result.contains(p.x, p.y)) *result.at(p.x, p.y) = 255;
-      });
+      stamps.add(start, pChainCode, n);
     });
   });
+  stamps.draw(pChainCode, n);
   restore_binary(image, image.whole());
   return count;
 }
