@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "frame/buffer.h"
+#include "lines/diameter.h"
 #include "nuv/lines.h"
 
 namespace nuv {
@@ -57,6 +58,35 @@ Stretch stretch_of(Points points, int32_t low, int32_t high) {
   return stretch;
 }
 
+// The pair of the greatest squared distance, in 32 bits that wrap, from 1 on; the first one in the order of i
+// and then j.
+PointPair farthest_of_all_pairs(Points points, int32_t n) {
+  PointPair best{0, 0, 0};
+  for (int32_t i = 0; i < n; ++i) {
+    for (int32_t j = i + 1; j < n; ++j) {
+      const int32_t dx = points.x[i] - points.x[j];
+      const int32_t dy = points.y[i] - points.y[j];
+      const int32_t distance = dy * dy + dx * dx;
+      if (distance > best.distance) best = {i, j, distance};
+    }
+  }
+  return best;
+}
+
+PointPair farthest_apart(Points points, int32_t n) {
+  constexpr int32_t kFewPoints = 32;
+  if (n <= kFewPoints) return farthest_of_all_pairs(points, n);
+  // Differences of this size keep squared distances in 32 bits, and the areas of the hull in 64.
+  constexpr int64_t kSide = 32767;
+  const auto [x1, x2] = std::minmax_element(points.x, points.x + n);
+  const auto [y1, y2] = std::minmax_element(points.y, points.y + n);
+  if (static_cast<int64_t>(*x2) - *x1 > kSide || static_cast<int64_t>(*y2) - *y1 > kSide) {
+    return farthest_of_all_pairs(points, n);
+  }
+  const Diameter diameter(points.x, points.y, n);
+  return diameter.allocated() ? diameter.find() : farthest_of_all_pairs(points, n);
+}
+
 }  // namespace
 }  // namespace nuv
 
@@ -99,22 +129,10 @@ int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M, int32_t
 
 bool NuvContour2Poly4(int32_t* pX, int32_t* pY, int32_t N, int32_t* pPolyX, int32_t* pPolyY) {
   const Points points{pX, pY};
-  int32_t best = 0;
-  int32_t end1 = 0;
-  int32_t end2 = 0;
-  for (int32_t i = 0; i < N; ++i) {
-    for (int32_t j = i + 1; j < N; ++j) {
-      const int32_t dx = pX[i] - pX[j];
-      const int32_t dy = pY[i] - pY[j];
-      const int32_t distance = dy * dy + dx * dx;
-      if (distance > best) {
-        best = distance;
-        end1 = i;
-        end2 = j;
-      }
-    }
-  }
-  if (best == 0) return false;
+  const PointPair ends = farthest_apart(points, N);
+  if (ends.distance == 0) return false;
+  const int32_t end1 = ends.i;
+  const int32_t end2 = ends.j;
 
   // Where a side has no point, its corner is halfway along the contour.
   int32_t corners[4] = {end1, (end1 + end2) / 2, end2, (N - 1 + end2) / 2};

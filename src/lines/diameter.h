@@ -1,0 +1,105 @@
+// The two points of a set that are farthest apart.
+//
+// Both are corners of the convex hull, and antipodal: parallel lines through them have the hull between them.
+// Calipers that turn round the hull meet all such pairs.
+
+#ifndef NUV_LINES_DIAMETER_H
+#define NUV_LINES_DIAMETER_H
+
+#include <algorithm>
+#include <cstdint>
+
+#include "frame/buffer.h"
+
+namespace nuv {
+
+// Places in the list, the lower one first.
+struct PointPair {
+  int32_t i;
+  int32_t j;
+  int64_t distance;  // squared
+};
+
+class Diameter {
+ public:
+  Diameter(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y) {
+    const auto count = static_cast<std::size_t>(n);
+    // The hull's lower side from the left, then its upper side from the right.
+    order_ = allocate<int32_t>(count);
+    hull_ = allocate<int32_t>(2 * count);
+    if (allocated()) build_hull(n);
+  }
+  bool allocated() const { return order_ != nullptr && hull_ != nullptr; }
+
+  // Among pairs of equal distance, the first in the order of i and then j. A distance of 0 if all points are one.
+  PointPair find() const {
+    PointPair best{0, 0, 0};
+    const auto offer = [&](int32_t a, int32_t b) {
+      const PointPair pair{std::min(hull_at(a), hull_at(b)), std::max(hull_at(a), hull_at(b)),
+                           squared_distance(hull_at(a), hull_at(b))};
+      const bool earlier = pair.i < best.i || (pair.i == best.i && pair.j < best.j);
+      if (pair.distance > best.distance || (pair.distance == best.distance && best.distance > 0 && earlier))
+        best = pair;
+    };
+    int32_t far = 1;
+    for (int32_t edge = 0; edge < corners_; ++edge) {
+      const auto height = [&](int32_t corner) {
+        return turn(hull_at(edge), hull_at(edge + 1), hull_at(corner));
+      };
+      while (height(far + 1) > height(far)) ++far;
+      offer(edge, far);
+      offer(edge + 1, far);
+      // An edge parallel to this one has both its ends on the other line.
+      if (height(far + 1) == height(far)) {
+        offer(edge, far + 1);
+        offer(edge + 1, far + 1);
+      }
+    }
+    return best;
+  }
+
+ private:
+  int32_t hull_at(int32_t corner) const { return hull_[static_cast<std::size_t>(corner % corners_)]; }
+  int64_t squared_distance(int32_t i, int32_t j) const {
+    const int64_t dx = static_cast<int64_t>(x_[i]) - x_[j];
+    const int64_t dy = static_cast<int64_t>(y_[i]) - y_[j];
+    return dx * dx + dy * dy;
+  }
+  // Twice the area of a triangle, positive if it goes round like the hull.
+  int64_t turn(int32_t a, int32_t b, int32_t c) const {
+    return (static_cast<int64_t>(x_[b]) - x_[a]) * (static_cast<int64_t>(y_[c]) - y_[a]) -
+           (static_cast<int64_t>(y_[b]) - y_[a]) * (static_cast<int64_t>(x_[c]) - x_[a]);
+  }
+
+  void build_hull(int32_t n) {
+    for (int32_t i = 0; i < n; ++i) order_[static_cast<std::size_t>(i)] = i;
+    int32_t* const end = order_.get() + n;
+    std::sort(order_.get(), end, [this](int32_t a, int32_t b) {
+      if (x_[a] != x_[b]) return x_[a] < x_[b];
+      return y_[a] != y_[b] ? y_[a] < y_[b] : a < b;
+    });
+    // Of points in one place, the first in the list.
+    int32_t* const last = std::unique(
+        order_.get(), end, [this](int32_t a, int32_t b) { return x_[a] == x_[b] && y_[a] == y_[b]; });
+    const auto add = [this](int32_t first, int32_t point) {
+      const auto corner = [this](int32_t i) { return hull_[static_cast<std::size_t>(i)]; };
+      while (corners_ - first >= 2 && turn(corner(corners_ - 2), corner(corners_ - 1), point) <= 0)
+        --corners_;
+      hull_[static_cast<std::size_t>(corners_++)] = point;
+    };
+    for (const int32_t* p = order_.get(); p != last; ++p) add(0, *p);
+    const int32_t lower = corners_ - 1;
+    for (const int32_t* p = last - 1; p != order_.get();) add(lower, *--p);
+    if (corners_ > 1) --corners_;  // back at the first
+  }
+
+  const int32_t* x_;
+  const int32_t* y_;
+  Buffer<int32_t> order_;
+  Buffer<int32_t> hull_;
+  int32_t corners_ = 0;
+};
+
+}  // namespace nuv
+
+#endif
