@@ -13,7 +13,31 @@ NUV_ROW_KERNEL void restore_row(uint8_t* pixels, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = pixels[i] < 50 ? 0 : 255;
 }
 
+NUV_INLINE bool starts(const uint8_t* p, uint8_t background) {
+  // Without a branch, so that a block of pixels becomes vector code.
+  return (static_cast<int>(starts_outer(p[0], p[-1], background)) |
+          static_cast<int>(starts_inner(p[0], p[-1]))) != 0;
+}
+
+NUV_ROW_KERNEL std::ptrdiff_t first_start_in_row(const uint8_t* row, std::ptrdiff_t n, uint8_t background) {
+  constexpr std::ptrdiff_t kBlock = 64;
+  std::ptrdiff_t i = 0;
+  for (; i + kBlock <= n; i += kBlock) {
+    uint8_t found = 0;
+    for (std::ptrdiff_t k = i; k < i + kBlock; ++k) {
+      found = static_cast<uint8_t>(found | static_cast<uint8_t>(starts(row + k, background)));
+    }
+    if (found != 0) break;
+  }
+  while (i < n && !starts(row + i, background)) ++i;
+  return i;
+}
+
 }  // namespace
+
+std::ptrdiff_t first_start(const uint8_t* pixels, std::ptrdiff_t n, uint8_t background) {
+  return first_start_in_row(pixels, n, background);
+}
 
 void restore_binary(GrayImage image, Region region) {
   for_rows(image, region, restore_row);

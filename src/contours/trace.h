@@ -4,6 +4,7 @@
 #define NUV_CONTOURS_TRACE_H
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -134,15 +135,20 @@ inline bool starts_inner(uint8_t pixel, uint8_t left) {
   return pixel == 0 && left > 250;
 }
 
+// The place of the first of n pixels at which a contour starts, or n. Before the first one lies another pixel.
+std::ptrdiff_t first_start(const uint8_t* pixels, std::ptrdiff_t n, uint8_t background);
+
 // The contour scan of one row: calls action(ContourStart) where an untraced contour starts. The action traces
 // the contour, and the scan goes on reading the marks.
 template <class Action>
 void scan_row_for_contours(GrayImage image, int32_t y, int32_t first, int32_t last, Action action,
                            uint8_t background = kBackground) {
-  scan_row_for_pairs(image, y, first, last, [&](int32_t x, uint8_t pixel, uint8_t left) {
-    if (starts_outer(pixel, left, background)) action(ContourStart{x, y, true});
-    if (starts_inner(pixel, left)) action(ContourStart{x - 1, y, false});
-  });
+  for (int32_t x = first; x <= last; ++x) {
+    x += static_cast<int32_t>(first_start(image.at(x, y), last - x + 1, background));
+    if (x > last) return;
+    const bool is_outer = *image.at(x, y) == 255;
+    action(ContourStart{is_outer ? x : x - 1, y, is_outer});
+  }
 }
 
 // Makes the region of a traced image binary again: below 50 becomes 0, anything else 255.
