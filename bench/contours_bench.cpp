@@ -1,3 +1,6 @@
+#include <cmath>
+#include <vector>
+
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
 
@@ -32,6 +35,55 @@ const Row fill("NuvFillingContour/nuv", [] {
     for (NUV_CONTOUR_STRUCT* c = contours; c != nullptr; c = c->pNext) {
       NuvFillingContour(picture.data(), picture.width, c->x, c->y, c->pChainCode, c->N, true, 128, 255);
     }
+  };
+});
+
+// Teeth that hang from one back: a chain of most of the picture, which every pair of pixels draws again.
+const Row select_on_comb("NuvSelectContoursByArea 640x480 comb/nuv", [] {
+  BenchPicture comb{640, 480, 1, LineVector<uint8_t>(std::size_t{640} * 480)};
+  for (std::size_t i = 0; i < comb.pixels.size(); ++i)
+    comb.pixels[i] = i % 640 % 4 == 2 || i / 640 == 1 ? 255 : 0;
+  return [comb, result = comb, work = comb]() mutable {
+    // The picture comes back as it was.
+    NuvSelectContoursByArea(comb.data(), work.data(), comb.width, comb.height, 1, 0, comb.width * comb.height,
+                            result.data());
+  };
+});
+
+struct RoundContour {
+  static constexpr int32_t kPoints = 19200;
+  std::vector<int32_t> x;
+  std::vector<int32_t> y;
+
+  RoundContour() {
+    for (int32_t i = 0; i < kPoints; ++i) {
+      const double angle = i * 6.283185307 / kPoints;
+      x.push_back(static_cast<int32_t>(3000 * std::cos(angle)));
+      y.push_back(static_cast<int32_t>(2500 * std::sin(angle)));
+    }
+  }
+};
+const Row quadrilateral("NuvContour2Poly4 19200 points/nuv", [] {
+  return [contour = RoundContour()]() mutable {
+    int32_t corner_x[4];
+    int32_t corner_y[4];
+    NuvContour2Poly4(contour.x.data(), contour.y.data(), RoundContour::kPoints, corner_x, corner_y);
+  };
+});
+
+// The work of the host count_parts without its files: parts and holes of 100 pixels or more, and where they are.
+const Row count_parts("count_parts/nuv", [] {
+  return [picture = gray_picture(), binary = gray_picture(), work = gray_picture()]() mutable {
+    NuvThreshold(picture.data(), picture.width, picture.height, 128, binary.data());
+    NUV_CONTOUR_STRUCT* contours =
+        NuvGetContours(binary.data(), work.data(), picture.width, picture.height, 1, 100, 0);
+    for (const NUV_CONTOUR_STRUCT* c = contours; c != nullptr; c = c->pNext) {
+      int32_t place[6];
+      NuvContourRect(c->x, c->y, c->pChainCode, c->N, place, place + 1, place + 2, place + 3);
+      NuvContourCenter(c->x, c->y, c->pChainCode, c->N, place + 4, place + 5);
+      benchmark::DoNotOptimize(place);
+    }
+    NuvFreeContours(contours);
   };
 });
 
@@ -73,7 +125,34 @@ const Row fill_contours("NuvFillingContour/opencv", [] {
   };
 });
 
-const Row find_contours("NuvGetContours/opencv", [] {
+// The peer's hull alone; of the quadrilateral it has nothing.
+const Row hull("NuvContour2Poly4 19200 points/opencv convexHull", [] {
+  std::vector<cv::Point> points;
+  const RoundContour contour;
+  for (std::size_t i = 0; i < contour.x.size(); ++i) points.emplace_back(contour.x[i], contour.y[i]);
+  return [points] {
+    std::vector<cv::Point> corners;
+    cv::convexHull(points, corners);
+    benchmark::DoNotOptimize(corners.data());
+  };
+});
+
+const Row measure_parts("count_parts/opencv findContours", [] {
+  return [picture = gray_picture(), binary = gray_picture()]() mutable {
+    cv::threshold(picture.mat(), binary.mat(), 127, 255, cv::THRESH_BINARY);
+    for (const std::vector<cv::Point>& contour : contours_of(binary, cv::RETR_CCOMP)) {
+      if (cv::contourArea(contour) < 100) continue;
+      const cv::Rect box = cv::boundingRect(contour);
+      const cv::Moments centre = cv::moments(contour);
+      const double perimeter = cv::arcLength(contour, true);
+      benchmark::DoNotOptimize(box);
+      benchmark::DoNotOptimize(centre);
+      benchmark::DoNotOptimize(perimeter);
+    }
+  };
+});
+
+const Row find_contours("NuvGetContours/opencv findContours", [] {
   return [picture = binary_picture()]() mutable {
     const Contours contours = contours_of(picture, cv::RETR_LIST);
     benchmark::DoNotOptimize(contours.data());

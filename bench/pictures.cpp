@@ -6,14 +6,25 @@
 
 #include "NuvImgSDK2014DLL.h"
 
-BenchPicture gray_picture(int32_t width, int32_t height) {
-  int32_t w = 0;
-  int32_t h = 0;
-  const std::unique_ptr<uint8_t[]> photograph(NuvRead8BitBmpFile2Img(NUV_PHOTOGRAPH, &w, &h));
-  if (!photograph) {
-    std::fprintf(stderr, "%s cannot be read\n", NUV_PHOTOGRAPH);
+namespace {
+
+BenchPicture photograph(const char* path) {
+  int32_t width = 0;
+  int32_t height = 0;
+  const std::unique_ptr<uint8_t[]> pixels(NuvRead8BitBmpFile2Img(path, &width, &height));
+  if (!pixels) {
+    std::fprintf(stderr, "%s cannot be read\n", path);
     std::exit(1);
   }
+  return {width, height, 1, {pixels.get(), pixels.get() + width * height}};
+}
+
+}  // namespace
+
+BenchPicture gray_picture(int32_t width, int32_t height) {
+  const BenchPicture source = photograph(NUV_PHOTOGRAPH);
+  const int32_t w = source.width;
+  const int32_t h = source.height;
   const auto mirrored = [](int32_t i, int32_t size) {
     return i / size % 2 == 0 ? i % size : size - 1 - i % size;
   };
@@ -21,9 +32,13 @@ BenchPicture gray_picture(int32_t width, int32_t height) {
   picture.pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   for (int32_t y = 0; y < height; ++y) {
     for (int32_t x = 0; x < width; ++x)
-      picture.pixels.push_back(photograph[mirrored(y, h) * w + mirrored(x, w)]);
+      picture.pixels.push_back(source.pixels[static_cast<std::size_t>(mirrored(y, h) * w + mirrored(x, w))]);
   }
   return picture;
+}
+
+BenchPicture coins_picture() {
+  return photograph(NUV_COINS);
 }
 
 BenchPicture colour_picture() {

@@ -66,6 +66,8 @@ struct BenchPicture {
 
 // The photograph, mirrored at its edges until the size is filled.
 BenchPicture gray_picture(int32_t width = 1280, int32_t height = 960);
+// The photograph of coins, 384x303.
+BenchPicture coins_picture();
 BenchPicture colour_picture();
 // A copy of so many bytes, to stand beside work that moves as many.
 inline auto copy_of_bytes(std::size_t count) {

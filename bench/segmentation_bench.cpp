@@ -7,25 +7,39 @@
 
 namespace {
 
-constexpr int kMinArea = 200;
+constexpr int32_t kMinArea = 60;
 
-// The picture is inverted by each call: the rows show the mean of both.
-const Row merge_split("NuvMergeSplit/nuv", [] {
-  return [picture = gray_picture(), work = LineVector<uint8_t>(2 * gray_picture().pixels.size())]() mutable {
+// The library's function changes the picture, so that each call gets a copy.
+auto merge_split_of(BenchPicture picture) {
+  return [source = picture, picture, work = LineVector<uint8_t>(2 * picture.pixels.size())]() mutable {
+    picture.pixels = source.pixels;
     NuvFreeRegionStruct(
         NuvMergeSplit(picture.data(), work.data(), picture.width, picture.height, kMinArea, 0, 0.5));
   };
-});
+}
+
+const Row merge_split("NuvMergeSplit/nuv", [] { return merge_split_of(gray_picture()); });
+const Row merge_split_camera("NuvMergeSplit 512x512 camera/nuv",
+                             [] { return merge_split_of(gray_picture(512, 512)); });
+const Row merge_split_coins("NuvMergeSplit 384x303 coins/nuv",
+                            [] { return merge_split_of(coins_picture()); });
 
 #if NUV_WITH_OPENCV
-const Row extremal_regions("NuvMergeSplit/opencv", [] {
-  return [picture = gray_picture(), detector = cv::MSER::create(1, kMinArea, 1280 * 960)]() mutable {
+// With the peer's own delta, and as little of an upper limit as the library has.
+auto extremal_regions_of(BenchPicture picture) {
+  return [picture, detector = cv::MSER::create(5, kMinArea, picture.width * picture.height)]() mutable {
     std::vector<std::vector<cv::Point>> regions;
     std::vector<cv::Rect> boxes;
     detector->detectRegions(picture.mat(), regions, boxes);
     benchmark::DoNotOptimize(regions.data());
   };
-});
+}
+
+const Row extremal_regions("NuvMergeSplit/opencv MSER", [] { return extremal_regions_of(gray_picture()); });
+const Row extremal_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER",
+                                  [] { return extremal_regions_of(gray_picture(512, 512)); });
+const Row extremal_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER",
+                                 [] { return extremal_regions_of(coins_picture()); });
 #endif
 
 }  // namespace

@@ -70,61 +70,80 @@ Picture binarised(Picture& gray, Options& options) {
   return binary;
 }
 
-// Rough outlines smoothed, small holes closed, small specks removed.
-Picture cleaned(Picture binary, const Options& options) {
+// Rough outlines smoothed.
+Picture smoothed(Picture binary, int32_t half_size) {
+  if (half_size == 0) return binary;
   Picture result = blank_like(binary);
-  std::vector<uint8_t> work(binary.pixels.size());
-  const int32_t width = binary.width;
-  const int32_t height = binary.height;
-  if (options.smooth > 0) {
-    const int32_t side = 2 * options.smooth + 1;
-    NuvBinImgFilter(binary.pixels.data(), width, height, options.smooth, options.smooth,
-                    static_cast<uint32_t>(side * side * 127), result.pixels.data());
-    std::swap(binary, result);
-  }
-  NuvRemoveBlackRegionsByArea(binary.pixels.data(), work.data(), width, height, 0, options.min_hole - 1,
-                              result.pixels.data());
-  NuvRemoveWhiteRegionsByArea(result.pixels.data(), work.data(), width, height, 1, options.min_area - 1,
-                              binary.pixels.data());
-  return binary;
+  const int32_t side = 2 * half_size + 1;
+  NuvBinImgFilter(binary.pixels.data(), binary.width, binary.height, half_size, half_size,
+                  static_cast<uint32_t>(side * side * 127), result.pixels.data());
+  return result;
 }
 
 using Contours = std::unique_ptr<NUV_CONTOUR_STRUCT, decltype(&NuvFreeContours)>;
 
-Contours contours_of(Picture& binary) {
+// Outlines of objects and holes of so many pixels.
+Contours contours_of(Picture& binary, int32_t min_area) {
   std::vector<uint8_t> work(binary.pixels.size());
-  return {NuvGetContours(binary.pixels.data(), work.data(), binary.width, binary.height, 1, 0, 0),
+  return {NuvGetContours(binary.pixels.data(), work.data(), binary.width, binary.height, 1, min_area, 0),
           NuvFreeContours};
 }
 
-Part measured(const NUV_CONTOUR_STRUCT& contour) {
+// An object, or a hole, with everything in it.
+struct Outline {
+  const NUV_CONTOUR_STRUCT* contour;
+  tagRECT box;
+
+  // Whether an outline that starts there and has so many pixels lies in it.
+  bool holds(int32_t x, int32_t y, int32_t area) const {
+    return contour->area > area && x >= box.left && x <= box.right && y >= box.top && y <= box.bottom &&
+           NuvIsPointIncludedByChain(x, y, contour->x, contour->y, contour->pChainCode, contour->N);
+  }
+};
+
+Part measured(const Outline& object) {
+  const NUV_CONTOUR_STRUCT& c = *object.contour;
   Part part;
-  part.contour = &contour;
-  part.area = contour.area;
-  part.perimeter = contour.perimeter;
-  NuvContourRect(contour.x, contour.y, contour.pChainCode, contour.N, &part.box.left, &part.box.right,
-                 &part.box.top, &part.box.bottom);
-  NuvContourCenter(contour.x, contour.y, contour.pChainCode, contour.N, &part.x, &part.y);
+  part.contour = &c;
+  part.box = object.box;
+  part.area = c.area;
+  part.perimeter = c.perimeter;
+  NuvContourCenter(c.x, c.y, c.pChainCode, c.N, &part.x, &part.y);
   return part;
 }
 
-// The outer contours, each with the holes that lie in it and in no part inside it.
-std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours) {
-  std::vector<Part> parts;
+// The objects that are large enough, each with its holes. A hole that is too small is closed, with all in it.
+std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours, const Options& options) {
+  std::vector<Outline> objects;
+  std::vector<Outline> holes;
+  std::vector<Outline> closed;
   for (const auto* c = contours; c != nullptr; c = c->pNext) {
-    if (c->isOuter) parts.push_back(measured(*c));
+    tagRECT box{};
+    NuvContourRect(c->x, c->y, c->pChainCode, c->N, &box.left, &box.right, &box.top, &box.bottom);
+    (c->isOuter ? objects : c->area < options.min_hole ? closed : holes).push_back({c, box});
   }
-  for (const auto* hole = contours; hole != nullptr; hole = hole->pNext) {
-    if (hole->isOuter) continue;
-    Part* owner = nullptr;
-    for (Part& part : parts) {
-      const NUV_CONTOUR_STRUCT& c = *part.contour;
-      const bool holds = NuvIsPointIncludedByChain(hole->x, hole->y, c.x, c.y, c.pChainCode, c.N);
-      if (holds && (owner == nullptr || part.area < owner->area)) owner = &part;
+
+  std::vector<Part> parts;
+  std::vector<std::size_t> part_of(objects.size(), 0);  // counted from 1; 0 for none
+  for (std::size_t i = 0; i < objects.size(); ++i) {
+    const NUV_CONTOUR_STRUCT& c = *objects[i].contour;
+    const auto holds_it = [&](const Outline& hole) { return hole.holds(c.x, c.y, c.area); };
+    if (c.area < options.min_area || std::any_of(closed.begin(), closed.end(), holds_it)) continue;
+    parts.push_back(measured(objects[i]));
+    part_of[i] = parts.size();
+  }
+  for (const Outline& hole : holes) {
+    const NUV_CONTOUR_STRUCT& h = *hole.contour;
+    std::size_t owner = objects.size();  // the smallest object around it
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      const bool is_smaller =
+          owner == objects.size() || objects[i].contour->area < objects[owner].contour->area;
+      if (is_smaller && objects[i].holds(h.x, h.y, h.area)) owner = i;
     }
-    if (owner == nullptr) continue;
-    ++owner->holes;
-    owner->area -= hole->area;
+    if (owner == objects.size() || part_of[owner] == 0) continue;
+    Part& part = parts[part_of[owner] - 1];
+    ++part.holes;
+    part.area -= h.area;
   }
   return parts;
 }
@@ -173,9 +192,9 @@ void run(Options options) {
 
   Picture gray = to_gray(picture);
   if (options.background > 0) gray = flattened(gray, options.background);
-  Picture binary = cleaned(binarised(gray, options), options);
-  const Contours contours = contours_of(binary);
-  const std::vector<Part> parts = parts_of(contours.get());
+  Picture binary = smoothed(binarised(gray, options), options.smooth);
+  const Contours contours = contours_of(binary, std::min(options.min_area, options.min_hole));
+  const std::vector<Part> parts = parts_of(contours.get(), options);
 
   print_table(parts, options);
   Picture result = drawn(picture, parts);
