@@ -18,14 +18,14 @@
 
 namespace nuv {
 
-// Pixels that are 8-connected among those above a level, and the levels at which just these are connected.
+// A set of 8-connected pixels above a level that no other pixel above it touches, and the levels at which it is
+// one.
 struct LevelComponent {
   int32_t first;   // of its pixels, in the order of rows; a place in the image
   int32_t pixels;  // their number
   int32_t from;    // the first level; 0 stands for all that are low enough
   int32_t up_to;   // the last level is the one before this
-  // Its number in the order of a walk that comes to a component after those inside it, and the number of the
-  // first one inside it, or its own.
+  // Components are numbered so that those inside this one come right before it, from first_inside on.
   int32_t number;
   int32_t first_inside;
 
@@ -85,23 +85,22 @@ class LevelFlood {
     highest_ = static_cast<int32_t>(value);
     return place;
   }
-  // From a pixel up to a highest one near it: on the way, what is left waits. So those that wait are connected
-  // to the open component of their value.
+  // Climbs from a pixel to one without higher neighbours, and adds that one to its component. The pixels that it
+  // leaves wait, so all that wait are connected to the open component of their value.
   void visit(int32_t place, int32_t value) {
-    for (std::size_t i = 0; i < offsets_.size(); ++i) {
-      const auto neighbour = static_cast<int32_t>(place + offsets_[i]);
-      uint8_t& pixel = image_.pixels[neighbour];
-      const int32_t reached = pixel;
+    for (std::size_t i = 0; i < offsets_.size();) {
+      const auto neighbour = static_cast<int32_t>(place + offsets_[i++]);
+      const int32_t reached = image_.pixels[neighbour];
       if (reached == 0) continue;
-      pixel = 0;
+      image_.pixels[neighbour] = 0;
       if (reached <= value) {
         wait(neighbour, reached);
-        continue;
+      } else {
+        wait(place, value);
+        place = neighbour;
+        value = reached;
+        i = 0;
       }
-      wait(place, value);
-      place = neighbour;
-      value = reached;
-      i = static_cast<std::size_t>(-1);
     }
     if (open_count_ == 0 || top().value < value) open_[open_count_++] = {value, place, 0, count_};
     top().first = std::min(top().first, place);

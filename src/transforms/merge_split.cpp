@@ -143,14 +143,13 @@ class RegionList {
   RegionStruct* head_ = nullptr;
 };
 
-// The regions of one level, in the order of the scan. Their parents are regions of the tree.
-struct Level {
+// A list whose regions are also found by place.
+struct IndexedList {
   RegionList list;
   RegionPyramid by_box;
   RegionStarts by_start;
-  int32_t longest = 0;  // of the chains
 
-  Level(int32_t width, int32_t height) : by_box(width, height), by_start(width, height) {}
+  IndexedList(int32_t width, int32_t height) : by_box(width, height), by_start(width, height) {}
   void file(Node& node) {
     by_box.insert(node);
     by_start.insert(node);
@@ -161,20 +160,13 @@ struct Level {
   }
 };
 
-struct Tree {
-  RegionList list;
-  RegionPyramid by_box;
-  RegionStarts by_start;
+using Tree = IndexedList;
 
-  Tree(int32_t width, int32_t height) : by_box(width, height), by_start(width, height) {}
-  void file(Node& node) {
-    by_box.insert(node);
-    by_start.insert(node);
-  }
-  void unfile(const Node& node) {
-    by_box.remove(node);
-    by_start.remove(node);
-  }
+// The regions of one level, in the order of the scan. Their parents are regions of the tree.
+struct Level : IndexedList {
+  int32_t longest = 0;  // the most codes of a chain
+
+  using IndexedList::IndexedList;
 };
 
 // What is asked of a region, and the numbers given so far.
@@ -187,11 +179,10 @@ struct Census {
 
 // ---- a level ----
 
-// All components of a flooded image.
+// The components of an image above each level of a range.
 class Components {
  public:
-  // Of the pixels above the first level; of those above the last one just these are connected, whatever their
-  // values. The work image, of the same size, becomes 0.
+  // Values above the last level count as one. The work image has the size of the image and becomes 0.
   Components(GrayImage image, uint8_t* work, int32_t first_level, int32_t last_level, int32_t least_pixels) {
     ByteTable values;
     for (int32_t v = 0; v < kBins; ++v) {
@@ -260,12 +251,12 @@ class ComponentGroups {
   Buffer<LevelComponent> items_;
 };
 
-// A buffer into which the outer contours of each level are written, one over the other, in the order of the
-// scan: what it holds in the end, without writing them all.
+// Hosts find in their buffer what is left when the outer contours of each level are written to its begin, one
+// over the other. This writes what is left, and nothing else, from the last contour back to the first.
 class Overwritten {
  public:
   Overwritten(uint8_t* codes, int32_t from) : codes_(codes), reached_(from) {}
-  // Takes chains from the last one on. What a later chain has written stays.
+  // Leaves alone what later chains have written.
   void write_before(const uint8_t* chain, int32_t n) {
     if (n <= reached_) return;
     std::memcpy(codes_ + reached_, chain + reached_, static_cast<std::size_t>(n - reached_));
@@ -278,6 +269,7 @@ class Overwritten {
   int32_t reached_;
 };
 
+// Traces outer contours of the pixels above a level, which stay unmarked.
 class Tracer {
  public:
   Tracer(GrayImage inverted, Census& census)
@@ -324,8 +316,8 @@ class Tracer {
   Buffer<uint8_t> codes_;
 };
 
-// Makes a level from the one before it. Components that are new come in the order of the scan. Regions whose
-// contour is broken go to a list, last in front.
+// Makes a level from the one before it and its new components, which come in the order of the scan. Regions whose
+// contour is broken move to the list gone, the last one in front.
 void advance(Level& level, int32_t t, const LevelComponent* born, const LevelComponent* born_end,
              Tracer& tracer, Census& census, RegionList& gone) {
   for (RegionStruct** link = level.list.begin(); born != born_end || *link != nullptr;) {
@@ -553,23 +545,23 @@ void mark_second_lines(GrayImage image, uint8_t value) {
   }
 }
 
-// The least number of pixels of a component whose region can have an area. Around f pixels, n codes enclose a
-// polygon of f - n/2 - 1 and are no more than 2 (f - 1), so the area is at most f + (sqrt(2) - 1) n/2 < 1.5 f.
-// A ring of p pixels is at most p/2 + 1 high and wide.
+// Components of fewer pixels have no region that is large enough. A chain of n codes around f pixels encloses a
+// polygon of the area f - n/2 - 1, and n is at most 2 (f - 1); half the perimeter is at most n / sqrt(2). So the
+// measured area is below 1.5 f. A ring of p pixels is at most p/2 + 1 high and wide, so f is at most its square.
 int32_t least_pixels(const Census& census) {
   if (census.min_codes < 0) return 1;
   const double side = std::sqrt(std::max(census.min_area - 2, 0) / 1.5);
   return std::max(truncated(2 * (side - 1)), 2);
 }
 
-// Chains of more codes are those of regions: an area is at least half the number of codes.
+// A chain of more codes is always that of a region, because an area is at least half the number of codes.
 int32_t most_codes_left_out(const Census& census, GrayImage image) {
   const int64_t most = 2 * static_cast<int64_t>(std::max(census.min_area, 0)) + 2;
   return static_cast<int32_t>(std::min<int64_t>(most, image.size()));
 }
 
-// The begin of the buffer of codes, up to a place: the chains of all components, those that last longest
-// first.
+// Writes the begin of the buffer of codes, which chains of all components reach. The last level of a component
+// is the one that counts.
 void write_begin(ComponentGroups& dying, Tracer& tracer, int32_t first_level, int32_t last_level, int32_t end,
                  uint8_t* codes) {
   Overwritten buffer(codes, 0);
@@ -637,7 +629,7 @@ RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, i
     std::sort(born.begin_of(t), born.end_of(t),
               [](const LevelComponent& a, const LevelComponent& b) { return a.first < b.first; });
     advance(level, t, born.begin_of(t), born.end_of(t), tracer, census, gone);
-    // What stays of the longest chains of the level before.
+    // The ends of chains that no chain of this level reaches.
     Overwritten buffer(codes, std::max(level.longest, left_out));
     for (const Node* r = gone.head(); r != nullptr; r = r->next_node())
       buffer.write_before(r->pChainCode, r->N);

@@ -127,15 +127,15 @@ struct Node : RegionStruct {
     if (N > kLongChain && ++questions == kManyQuestions) rows.build({{x0, y0}, pChainCode, N}, box);
     return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
-  // The same for the start of another region, which is a pixel of its component.
+  // The same for the start of another region, which is a pixel of its component. Components are inside each other
+  // or have no pixel in common.
   bool holds_start_of(const Node& other) {
     if (component.contains(other.component)) return true;
     if (!has_holes && !other.component.contains(component)) return false;
     return holds(other.x0, other.y0);
   }
-  // Takes note of the component that the chain goes round. A polygon with the area A and n codes has
-  // A + n/2 + 1 pixels in it and on it; NuvAreaAndPerimeter rounds A, which is an odd number of halves if n is
-  // odd, and adds half the perimeter.
+  // Sets the component that the chain goes round. A chain of n codes around a polygon of the area A holds
+  // A + n/2 + 1 pixels. NuvAreaAndPerimeter adds half the perimeter to A, and rounds up its half if n is odd.
   void surround(const LevelComponent& inside) {
     component = inside;
     const int32_t halves = 2 * (area - perimeter / 2) - N % 2;

@@ -60,6 +60,44 @@ TEST(SelectContours, ByAreaDrawsAgainAtEveryPair) {
   EXPECT_EQ(b.result.at(1, 1), 255);
 }
 
+TEST(SelectContours, ByAreaDrawsALongChainFromEveryPair) {
+  // Teeth that hang from one back: one chain of thousands of codes, and thousands of pairs.
+  constexpr int32_t kWidth = 121;
+  constexpr int32_t kHeight = 90;
+  TestImage comb(kWidth, kHeight);
+  for (int32_t y = 1; y < kHeight - 1; ++y) {
+    for (int32_t x = 2; x < kWidth - 1; ++x) comb.at(x, y) = x % 4 == 2 || y == 1 ? 255 : 0;
+  }
+  Buffers b(comb);
+  const int32_t count = NuvSelectContoursByArea(b.image.data(), b.codes.data(), kWidth, kHeight, 1, 1,
+                                                kWidth * kHeight, b.result.data());
+
+  TestImage traced = comb;
+  std::vector<uint8_t> codes(comb.pixels.size());
+  const int32_t n = NuvTraceContour(traced.data(), kWidth, 2, 1, codes.data(), kWidth * kHeight, true);
+  TestImage plain(kWidth, kHeight);
+  int32_t pairs = 0;
+  const auto stamp = [&](int32_t x, int32_t y) {
+    ++pairs;
+    for (int32_t i = 0;; ++i) {
+      if (x >= 0 && x < kWidth && y >= 0 && y < kHeight) plain.at(x, y) = 255;
+      if (i == n) return;
+      constexpr int32_t kDx[8] = {1, 1, 0, -1, -1, -1, 0, 1};
+      constexpr int32_t kDy[8] = {0, -1, -1, -1, 0, 1, 1, 1};
+      x += kDx[codes[static_cast<std::size_t>(i)]];
+      y += kDy[codes[static_cast<std::size_t>(i)]];
+    }
+  };
+  stamp(2, 1);
+  for (int32_t y = 1; y < kHeight; ++y) {
+    for (int32_t x = y == 1 ? 3 : 1; x < kWidth; ++x) {
+      if (traced.at(x, y) != traced.at(x - 1, y)) stamp(x - 1, y);
+    }
+  }
+  EXPECT_EQ(count, pairs);
+  EXPECT_EQ(b.result, plain);
+}
+
 TEST(RemoveRegions, GoesByTheEnclosedPixels) {
   const auto expect = [](auto remove, int32_t min_area, int32_t max_area, int32_t count,
                          const TestImage& result) {

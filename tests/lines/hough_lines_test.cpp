@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
+#include "images.h"
 
 namespace {
 
@@ -161,6 +162,39 @@ TEST(Poly4, GoesRoundTheDiagonal) {
   std::vector<int32_t> line = {0, 1, 2, 3, 4};
   EXPECT_TRUE(NuvContour2Poly4(line.data(), line.data(), 5, px.data(), py.data()));
   EXPECT_THAT(px, ElementsAre(0, 2, 4, 4));
+}
+
+TEST(Poly4, TakesTheFirstOfTheFarthestPairs) {
+  // Few places, so that pairs tie and points repeat: on grids, in line, and far apart.
+  Random random(1);
+  for (int32_t round = 0; round < 300; ++round) {
+    const int32_t n = random.between(33, 90);
+    const int32_t side = random.between(0, 9) == 0 ? 1000000000 : random.between(1, 12);
+    std::vector<int32_t> x, y, px(4), py(4);
+    for (int32_t i = 0; i < n; ++i) {
+      x.push_back(random.between(-side, side));
+      y.push_back(round % 3 == 0 ? x.back() : random.between(-side, side));
+    }
+    uint32_t farthest = 0;
+    std::size_t first = 0, second = 0;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      for (std::size_t j = i + 1; j < x.size(); ++j) {
+        const auto dx = static_cast<uint32_t>(x[i]) - static_cast<uint32_t>(x[j]);
+        const auto dy = static_cast<uint32_t>(y[i]) - static_cast<uint32_t>(y[j]);
+        const uint32_t distance = dx * dx + dy * dy;
+        if (static_cast<int32_t>(distance) <= static_cast<int32_t>(farthest)) continue;
+        farthest = distance;
+        first = i;
+        second = j;
+      }
+    }
+    if (!NuvContour2Poly4(x.data(), y.data(), n, px.data(), py.data())) {
+      EXPECT_EQ(farthest, 0U);
+      continue;
+    }
+    EXPECT_EQ(std::vector<int32_t>({px[0], py[0], px[2], py[2]}),
+              std::vector<int32_t>({x[first], y[first], x[second], y[second]}));
+  }
 }
 
 }  // namespace
