@@ -5,25 +5,20 @@
 #include <cstring>
 
 #include "colour/from_rgb_avx512.h"
+#include "frame/pixel_words.h"
 
 namespace nuv {
 namespace {
 
-NUV_INLINE uint16_t load_pair(const uint8_t* plane, std::ptrdiff_t i) {
-  uint16_t pair;
-  std::memcpy(&pair, plane + 2 * i, 2);
-  return pair;
+// The start of a step of so many pixels: the last one ends with the row, over what the one before it did.
+NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t step, std::ptrdiff_t count) {
+  return done < count - step ? done : count - step;
 }
 
-NUV_INLINE void store_pair(uint8_t* plane, std::ptrdiff_t i, uint16_t pair) {
-  std::memcpy(plane + 2 * i, &pair, 2);
-}
-
-// Y plus a term for both pixels of a pair.
-NUV_INLINE void store_sums(uint8_t* plane, std::ptrdiff_t i, uint16_t luma, int16_t term) {
-  const uint8_t low = clamped_sum(luma & 255, term);
-  const uint8_t high = clamped_sum(static_cast<int16_t>(luma >> 8), term);
-  store_pair(plane, i, static_cast<uint16_t>(low | high << 8));
+// The compiler makes chains of shifts and sums out of products with factors that it knows, which are slower.
+NUV_INLINE int16_t opaque(int16_t factor) {
+  const volatile int16_t seen = factor;
+  return seen;
 }
 
 // From RGB, with green taken off blue and red: b = B - G, r = R - G. The weights of Y sum up to 2^14 - 2,
@@ -34,85 +29,200 @@ NUV_INLINE void store_sums(uint8_t* plane, std::ptrdiff_t i, uint16_t luma, int1
 //     2^14 * d       = 8192*r - 1332*b + G    = 256*(32*r - 5*b)  + f                     f = G - 52*b
 //
 // The high sums stay within 16 bits, and of the low ones only what carries over, rounded down, is kept: so
-// Y - G comes with 8 bits behind the point, c and d with 6.
+// Y - G comes with 8 bits after the point, c and d with 6.
 struct Factors {
-  int16_t e_r = 53;
-  int16_t f_b = 52;
-  int16_t y_low = 23;
-  int16_t y_b = 28;
-  int16_t y_r = 77;
-  int16_t c_r = 11;
-  int16_t d_b = 5;
+  int16_t e_r = opaque(53);
+  int16_t f_b = opaque(52);
+  int16_t y_low = opaque(23);
+  int16_t y_b = opaque(28);
+  int16_t y_r = opaque(77);
+  int16_t c_r = opaque(11);
+  int16_t d_b = opaque(5);
 };
 
+// T is a number of 16 bits, or a vector of them.
+template <class T>
 struct Fixed {
-  int16_t y_less_green;
-  int16_t c;
-  int16_t d;
+  T y_less_green;
+  T c;
+  T d;
 };
 
-NUV_INLINE Fixed from_rgb(int16_t blue, int16_t green, int16_t red, const Factors& by) {
-  const auto b = static_cast<int16_t>(blue - green);
-  const auto r = static_cast<int16_t>(red - green);
-  const auto e = static_cast<int16_t>(green + by.e_r * r);
-  const auto f = static_cast<int16_t>(green - by.f_b * b);
-  const auto low = static_cast<int16_t>(by.y_low * (b + r) - (e + f));
-  return {static_cast<int16_t>(by.y_b * b + by.y_r * r + (low >> 6)),
-          static_cast<int16_t>(32 * b - by.c_r * r + (e >> 8)),
-          static_cast<int16_t>(32 * r - by.d_b * b + (f >> 8))};
+template <class T>
+NUV_INLINE void from_rgb(const T (&pixel)[3], const Factors& by, Fixed<T>& fixed) {
+  const T green = pixel[1];
+  const T b = static_cast<T>(pixel[0] - green);
+  const T r = static_cast<T>(pixel[2] - green);
+  const T e = static_cast<T>(green + by.e_r * r);
+  const T f = static_cast<T>(green - by.f_b * b);
+  const T low = static_cast<T>(by.y_low * (b + r) - (e + f));
+  fixed.y_less_green = static_cast<T>(by.y_b * b + by.y_r * r + (low >> 6));
+  fixed.c = static_cast<T>((b << 5) - by.c_r * r + (e >> 8));
+  fixed.d = static_cast<T>((r << 5) - by.d_b * b + (f >> 8));
 }
 
-// The sum of two numbers with 6 bits behind the point, both rounded down.
-NUV_INLINE int16_t sum_of_floors(int16_t a, int16_t b) {
-  return static_cast<int16_t>((a + (b & ~63)) >> 6);
+// The Y of two pixels as one word, and the sums of their c and d, both rounded down.
+template <class T>
+struct PairOf {
+  T luma;
+  T c;
+  T d;
+};
+
+template <class T>
+NUV_INLINE void pair_from_rgb(const T (&left_pixel)[3], const T (&right_pixel)[3], const Factors& by,
+                              PairOf<T>& pair) {
+  constexpr int16_t kHighByte = -256;
+  constexpr int16_t kWhole = -64;
+  Fixed<T> left;
+  Fixed<T> right;
+  from_rgb(left_pixel, by, left);
+  from_rgb(right_pixel, by, right);
+  // A negative low byte borrows from the high one; adding green restores both.
+  pair.luma = static_cast<T>((left.y_less_green >> 8) + left_pixel[1] + (right.y_less_green & kHighByte) +
+                             (right_pixel[1] << 8));
+  pair.c = static_cast<T>(static_cast<T>(left.c + (right.c & kWhole)) >> 6);
+  pair.d = static_cast<T>(static_cast<T>(left.d + (right.d & kWhole)) >> 6);
 }
 
-// The factors come through memory: of those that it knows, a compiler makes chains of shifts and sums, which
-// are slower than the products.
-NUV_ROW_KERNEL void from_rgb_row(const PlaneBlock& pixels, const Factors& factors, uint8_t* NUV_RESTRICT luma,
-                                 ChromaSums& NUV_RESTRICT sums, std::ptrdiff_t pairs) {
-  const Factors by = factors;
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    const uint16_t blue = load_pair(pixels.b0, i);
-    const uint16_t green = load_pair(pixels.b1, i);
-    const uint16_t red = load_pair(pixels.b2, i);
-    const Fixed low = from_rgb(blue & 255, green & 255, red & 255, by);
-    const Fixed high = from_rgb(blue >> 8, green >> 8, red >> 8, by);
-    // A low byte that is below 0 takes its sign along, and green brings all back into bytes.
-    store_pair(luma, i, static_cast<uint16_t>((high.y_less_green & ~255) + (low.y_less_green >> 8) + green));
-    sums.c[i] = sum_of_floors(low.c, high.c);
-    sums.d[i] = sum_of_floors(low.d, high.d);
+NUV_ROW_KERNEL void from_rgb_row(const uint8_t* NUV_RESTRICT rgb, uint8_t* NUV_RESTRICT luma,
+                                 ChromaSums& NUV_RESTRICT sums, std::ptrdiff_t pixels) {
+  const Factors by;
+  std::ptrdiff_t done = 0;
+#if NUV_HAS_LANES
+  while (pixels >= PixelWords::kPixels && done < pixels) {
+    const std::ptrdiff_t i = start_of_step(done, PixelWords::kPixels, pixels);
+    PixelWords words;
+    split_words(rgb + 3 * i, words);
+    Words16 left[3];
+    Words16 right[3];
+    low_bytes(words.kind[0], left[0]);
+    high_bytes(words.kind[0], left[1]);
+    low_bytes(words.kind[1], left[2]);
+    high_bytes(words.kind[1], right[0]);
+    low_bytes(words.kind[2], right[1]);
+    high_bytes(words.kind[2], right[2]);
+    PairOf<Words16> pairs;
+    pair_from_rgb(left, right, by, pairs);
+    store_words(luma + i, pairs.luma);
+    store_words(reinterpret_cast<uint8_t*>(sums.c + i / 2), pairs.c);
+    store_words(reinterpret_cast<uint8_t*>(sums.d + i / 2), pairs.d);
+    done = i + PixelWords::kPixels;
+  }
+#endif
+  for (; done < pixels; done += 2) {
+    const uint8_t* p = rgb + 3 * done;
+    PairOf<int16_t> pair;
+    pair_from_rgb<int16_t>({p[0], p[1], p[2]}, {p[3], p[4], p[5]}, by, pair);
+    std::memcpy(luma + done, &pair.luma, 2);
+    sums.c[done / 2] = pair.c;
+    sums.d[done / 2] = pair.d;
   }
 }
+
+NUV_INLINE uint16_t load_pair(const uint8_t* bytes, std::ptrdiff_t i) {
+  uint16_t pair;
+  std::memcpy(&pair, bytes + 2 * i, 2);
+  return pair;
+}
+NUV_INLINE void store_pair(uint8_t* bytes, std::ptrdiff_t i, uint8_t low, uint8_t high) {
+  const auto pair = static_cast<uint16_t>(low | high << 8);
+  std::memcpy(bytes + 2 * i, &pair, 2);
+}
+
+NUV_INLINE uint8_t mean_of_two(int16_t sum) {
+  return static_cast<uint8_t>((sum >> 1) + 128);
+}
+NUV_INLINE uint8_t mean_of_four(int16_t upper, int16_t lower) {
+  return static_cast<uint8_t>((static_cast<int16_t>(upper + lower) >> 2) + 128);
+}
+
+#if NUV_HAS_LANES
+// Y plus a term for the left and the right pixels of 16 pairs, clamped.
+NUV_INLINE void clamped_sums(const Words16& luma, const Words16& term, Words16& sums) {
+  const Words16 none = {};
+  const Words16 most = none + 255;
+  sums = luma + term;
+  sums = sums > none ? sums : none;
+  sums = sums < most ? sums : most;
+}
+#endif
 
 }  // namespace
 
-NUV_ROW_KERNEL void chroma_terms(const uint8_t* cb, const uint8_t* cr, TermBlock& NUV_RESTRICT terms,
-                                 std::ptrdiff_t pairs) {
+NUV_ROW_KERNEL void chroma_terms(ChromaPlanes chroma, TermBlock& NUV_RESTRICT terms, std::ptrdiff_t pairs) {
   for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    terms.blue[i] = blue_term(cb[i]);
-    terms.green[i] = green_term(cb[i], cr[i]);
-    terms.red[i] = red_term(cr[i]);
+    terms.blue[i] = blue_term(chroma.cb[i]);
+    terms.green[i] = green_term(chroma.cb[i], chroma.cr[i]);
+    terms.red[i] = red_term(chroma.cr[i]);
   }
 }
 
-NUV_ROW_KERNEL void rgb_from_terms(const uint8_t* luma, const TermBlock& terms,
-                                   PlaneBlock& NUV_RESTRICT pixels, std::ptrdiff_t pairs) {
+NUV_ROW_KERNEL void chroma_terms(ChromaPairs chroma, TermBlock& NUV_RESTRICT terms, std::ptrdiff_t pairs) {
   for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    const uint16_t pair = load_pair(luma, i);
-    store_sums(pixels.b0, i, pair, terms.blue[i]);
-    store_sums(pixels.b1, i, pair, terms.green[i]);
-    store_sums(pixels.b2, i, pair, terms.red[i]);
+    const uint16_t pair = load_pair(chroma.bytes, i);
+    const auto cb = static_cast<uint8_t>(pair & 255);
+    const auto cr = static_cast<uint8_t>(pair >> 8);
+    terms.blue[i] = blue_term(cb);
+    terms.green[i] = green_term(cb, cr);
+    terms.red[i] = red_term(cr);
   }
 }
 
-NUV_ROW_KERNEL void red_terms(const uint8_t* cr, TermBlock& NUV_RESTRICT terms, std::ptrdiff_t pairs) {
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) terms.red[i] = red_term(cr[i]);
+NUV_ROW_KERNEL void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* NUV_RESTRICT rgb,
+                                   std::ptrdiff_t pixels) {
+  std::ptrdiff_t done = 0;
+#if NUV_HAS_LANES
+  while (pixels >= PixelWords::kPixels && done < pixels) {
+    const std::ptrdiff_t i = start_of_step(done, PixelWords::kPixels, pixels);
+    Words16 pairs;
+    load_words(luma + i, pairs);
+    Words16 luma_left;
+    Words16 luma_right;
+    low_bytes(pairs, luma_left);
+    high_bytes(pairs, luma_right);
+    Words16 left[3];
+    Words16 right[3];
+    const int16_t* const planes[] = {terms.blue, terms.green, terms.red};
+    for (int c = 0; c < 3; ++c) {
+      Words16 term;
+      load_words(reinterpret_cast<const uint8_t*>(planes[c] + i / 2), term);
+      clamped_sums(luma_left, term, left[c]);
+      clamped_sums(luma_right, term, right[c]);
+    }
+    PixelWords words;
+    words.kind[0] = left[0] | left[1] << 8;
+    words.kind[1] = left[2] | right[0] << 8;
+    words.kind[2] = right[1] | right[2] << 8;
+    join_words(words, rgb + 3 * i);
+    done = i + PixelWords::kPixels;
+  }
+#endif
+  for (; done < pixels; ++done) {
+    uint8_t* p = rgb + 3 * done;
+    p[0] = clamped_sum(luma[done], terms.blue[done / 2]);
+    p[1] = clamped_sum(luma[done], terms.green[done / 2]);
+    p[2] = clamped_sum(luma[done], terms.red[done / 2]);
+  }
+}
+
+NUV_ROW_KERNEL void red_terms(ChromaPlanes chroma, TermBlock& NUV_RESTRICT terms, std::ptrdiff_t pairs) {
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) terms.red[i] = red_term(chroma.cr[i]);
+}
+
+NUV_ROW_KERNEL void red_terms(ChromaPairs chroma, TermBlock& NUV_RESTRICT terms, std::ptrdiff_t pairs) {
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    terms.red[i] = red_term(static_cast<uint8_t>(load_pair(chroma.bytes, i) >> 8));
+  }
 }
 
 NUV_ROW_KERNEL void red_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* NUV_RESTRICT red,
                                    std::ptrdiff_t pairs) {
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) store_sums(red, i, load_pair(luma, i), terms.red[i]);
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    const uint16_t pair = load_pair(luma, i);
+    store_pair(red, i, clamped_sum(pair & 255, terms.red[i]),
+               clamped_sum(static_cast<int16_t>(pair >> 8), terms.red[i]));
+  }
 }
 
 void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pixels) {
@@ -122,21 +232,38 @@ void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::p
     return;
   }
 #endif
-  static constexpr Factors kFactors;
-  PlaneBlock planes;
-  split_planes(rgb, planes.b0, planes.b1, planes.b2, pixels);
-  from_rgb_row(planes, kFactors, luma, sums, pixels / 2);
+  from_rgb_row(rgb, luma, sums, pixels);
 }
 
-NUV_ROW_KERNEL void mean_of_two(const int16_t* sums, uint8_t* NUV_RESTRICT chroma, std::ptrdiff_t pairs) {
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) chroma[i] = static_cast<uint8_t>((sums[i] >> 1) + 128);
+NUV_ROW_KERNEL void mean_of_two(const ChromaSums& sums, ChromaPlanes chroma, std::ptrdiff_t pairs) {
+  uint8_t* NUV_RESTRICT cb = chroma.cb;
+  uint8_t* NUV_RESTRICT cr = chroma.cr;
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    cb[i] = mean_of_two(sums.c[i]);
+    cr[i] = mean_of_two(sums.d[i]);
+  }
 }
 
-NUV_ROW_KERNEL void mean_of_four(const int16_t* upper, const int16_t* lower, uint8_t* NUV_RESTRICT chroma,
+NUV_ROW_KERNEL void mean_of_two(const ChromaSums& sums, ChromaPairs chroma, std::ptrdiff_t pairs) {
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    store_pair(chroma.bytes, i, mean_of_two(sums.c[i]), mean_of_two(sums.d[i]));
+  }
+}
+
+NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPlanes chroma,
+                                 std::ptrdiff_t pairs) {
+  uint8_t* NUV_RESTRICT cb = chroma.cb;
+  uint8_t* NUV_RESTRICT cr = chroma.cr;
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    cb[i] = mean_of_four(upper.c[i], lower.c[i]);
+    cr[i] = mean_of_four(upper.d[i], lower.d[i]);
+  }
+}
+
+NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPairs chroma,
                                  std::ptrdiff_t pairs) {
   for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    const auto sum = static_cast<int16_t>(upper[i] + lower[i]);
-    chroma[i] = static_cast<uint8_t>((sum >> 2) + 128);
+    store_pair(chroma.bytes, i, mean_of_four(upper.c[i], lower.c[i]), mean_of_four(upper.d[i], lower.d[i]));
   }
 }
 

@@ -49,17 +49,28 @@ NUV_INLINE uint8_t clamped_sum(int16_t luma, int16_t term) {
   return static_cast<uint8_t>(positive > 255 ? 255 : positive);
 }
 
+// Where the Cb and Cr of pairs of pixels stand: each in a plane of its own, or taking turns.
+struct ChromaPlanes {
+  uint8_t* cb;
+  uint8_t* cr;
+};
+struct ChromaPairs {
+  uint8_t* bytes;
+};
+
 struct TermBlock {
   alignas(64) int16_t blue[kPlaneBlock / 2];
   alignas(64) int16_t green[kPlaneBlock / 2];
   alignas(64) int16_t red[kPlaneBlock / 2];
 };
 
-void chroma_terms(const uint8_t* cb, const uint8_t* cr, TermBlock& terms, std::ptrdiff_t pairs);
-void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, PlaneBlock& pixels, std::ptrdiff_t pairs);
+void chroma_terms(ChromaPlanes chroma, TermBlock& terms, std::ptrdiff_t pairs);
+void chroma_terms(ChromaPairs chroma, TermBlock& terms, std::ptrdiff_t pairs);
+void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* rgb, std::ptrdiff_t pixels);
 
 // Red alone.
-void red_terms(const uint8_t* cr, TermBlock& terms, std::ptrdiff_t pairs);
+void red_terms(ChromaPlanes chroma, TermBlock& terms, std::ptrdiff_t pairs);
+void red_terms(ChromaPairs chroma, TermBlock& terms, std::ptrdiff_t pairs);
 void red_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* red, std::ptrdiff_t pairs);
 
 // The sums of c and of d over each pair.
@@ -72,8 +83,11 @@ struct ChromaSums {
 void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pixels);
 
 // Chroma as the mean over a pair, or over the four pixels of two rows; the low bits are dropped.
-void mean_of_two(const int16_t* sums, uint8_t* chroma, std::ptrdiff_t pairs);
-void mean_of_four(const int16_t* upper, const int16_t* lower, uint8_t* chroma, std::ptrdiff_t pairs);
+void mean_of_two(const ChromaSums& sums, ChromaPlanes chroma, std::ptrdiff_t pairs);
+void mean_of_two(const ChromaSums& sums, ChromaPairs chroma, std::ptrdiff_t pairs);
+void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPlanes chroma,
+                  std::ptrdiff_t pairs);
+void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPairs chroma, std::ptrdiff_t pairs);
 
 }  // namespace nuv
 

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "colour/colour_matrix.h"
 #include "frame/interleaved.h"
@@ -69,47 +70,42 @@ void for_blocks(Region region, Action action) {
   }
 }
 
-// The planes of a block: of as many rows of pixels as share their chroma. They are the frame's own where
-// bytes lie in planes there, and room for them where they do not.
+// A block of as many rows of pixels as share their chroma. Y and chroma are the frame's own where Y has a plane
+// for itself. Where Cb or Cr and Y take turns they are taken apart, and there is room for them.
 template <class Format>
 struct FrameBlock {
+  static constexpr bool kIsPacked = Format::kLumaStep == 2;
+  using Chroma = std::conditional_t<Format::kChromaStep == 1, ChromaPlanes, ChromaPairs>;
+
   uint8_t* luma[Format::kChromaRows];
-  uint8_t* cb;
-  uint8_t* cr;
+  Chroma chroma;
 
   FrameBlock(Format frame, int32_t x, int32_t y) {
     for (int32_t r = 0; r < Format::kChromaRows; ++r) {
-      luma[r] = Format::kLumaStep == 1 ? frame.luma(x, y + r) : luma_room;
+      luma[r] = kIsPacked ? luma_room : frame.luma(x, y + r);
     }
-    cb = Format::kChromaStep == 1 ? frame.cb(x, y) : cb_room;
-    cr = Format::kChromaStep == 1 ? frame.cr(x, y) : cr_room;
+    if constexpr (Format::kChromaStep == 1) {
+      chroma = {frame.cb(x, y), frame.cr(x, y)};
+    } else {
+      chroma = {kIsPacked ? chroma_room : frame.cb(x, y)};
+    }
   }
 
-  uint8_t luma_room[Format::kLumaStep == 1 ? 1 : kPlaneBlock];
-  uint8_t cb_room[Format::kChromaStep == 1 ? 1 : kPlaneBlock / 2];
-  uint8_t cr_room[Format::kChromaStep == 1 ? 1 : kPlaneBlock / 2];
+  alignas(64) uint8_t luma_room[kIsPacked ? kPlaneBlock : 1];
+  alignas(64) uint8_t chroma_room[kIsPacked ? kPlaneBlock : 1];
 };
 
-// Cb and Cr taking turns, and a Y behind each of them where they are not in a plane of their own.
 template <class Format>
-void split_chroma(Format frame, int32_t x, int32_t y, FrameBlock<Format>& block, std::ptrdiff_t n) {
-  if constexpr (Format::kChromaStep == 2) {
-    split_pairs(frame.cb(x, y), block.cb, block.cr, n / 2);
-  } else if constexpr (Format::kChromaStep == 4) {
-    alignas(64) uint8_t chroma[kPlaneBlock];
-    split_pairs(frame.cb(x, y), chroma, block.luma[0], n);
-    split_pairs(chroma, block.cb, block.cr, n / 2);
+void take_apart(Format frame, int32_t x, int32_t y, FrameBlock<Format>& block, std::ptrdiff_t n) {
+  if constexpr (FrameBlock<Format>::kIsPacked) {
+    split_pairs(frame.cb(x, y), block.chroma_room, block.luma_room, n);
   }
 }
 
 template <class Format>
-void join_chroma(Format frame, int32_t x, int32_t y, const FrameBlock<Format>& block, std::ptrdiff_t n) {
-  if constexpr (Format::kChromaStep == 2) {
-    join_pairs(block.cb, block.cr, frame.cb(x, y), n / 2);
-  } else if constexpr (Format::kChromaStep == 4) {
-    alignas(64) uint8_t chroma[kPlaneBlock];
-    join_pairs(block.cb, block.cr, chroma, n / 2);
-    join_pairs(chroma, block.luma[0], frame.cb(x, y), n);
+void put_together(Format frame, int32_t x, int32_t y, const FrameBlock<Format>& block, std::ptrdiff_t n) {
+  if constexpr (FrameBlock<Format>::kIsPacked) {
+    join_pairs(block.chroma_room, block.luma_room, frame.cb(x, y), n);
   }
 }
 
@@ -122,13 +118,11 @@ void to_rgb(Format frame, Region region, uint8_t* rgb) {
        y += Format::kChromaRows, rgb += 3 * columns * Format::kChromaRows) {
     for_blocks(region, [=](int32_t x, std::ptrdiff_t n, std::ptrdiff_t offset) {
       FrameBlock<Format> block(frame, x, y);
-      split_chroma(frame, x, y, block, n);
+      take_apart(frame, x, y, block, n);
       TermBlock terms;
-      chroma_terms(block.cb, block.cr, terms, n / 2);
+      chroma_terms(block.chroma, terms, n / 2);
       for (int32_t r = 0; r < Format::kChromaRows; ++r) {
-        PlaneBlock pixels;
-        rgb_from_terms(block.luma[r], terms, pixels, n / 2);
-        join_planes(pixels.b0, pixels.b1, pixels.b2, rgb + 3 * (r * columns + offset), n);
+        rgb_from_terms(block.luma[r], terms, rgb + 3 * (r * columns + offset), n);
       }
     });
   }
@@ -141,9 +135,9 @@ void to_red(Format frame, Region region, uint8_t* red) {
        y += Format::kChromaRows, red += columns * Format::kChromaRows) {
     for_blocks(region, [=](int32_t x, std::ptrdiff_t n, std::ptrdiff_t offset) {
       FrameBlock<Format> block(frame, x, y);
-      split_chroma(frame, x, y, block, n);
+      take_apart(frame, x, y, block, n);
       TermBlock terms;
-      red_terms(block.cr, terms, n / 2);
+      red_terms(block.chroma, terms, n / 2);
       for (int32_t r = 0; r < Format::kChromaRows; ++r) {
         red_from_terms(block.luma[r], terms, red + r * columns + offset, n / 2);
       }
@@ -162,13 +156,11 @@ void from_rgb(Format frame, Region whole, uint8_t* rgb) {
         luma_and_chroma(RgbImage{rgb, frame.width, frame.height}.at(x, y + r), block.luma[r], sums[r], n);
       }
       if constexpr (Format::kChromaRows == 1) {
-        mean_of_two(sums[0].c, block.cb, n / 2);
-        mean_of_two(sums[0].d, block.cr, n / 2);
+        mean_of_two(sums[0], block.chroma, n / 2);
       } else {
-        mean_of_four(sums[0].c, sums[1].c, block.cb, n / 2);
-        mean_of_four(sums[0].d, sums[1].d, block.cr, n / 2);
+        mean_of_four(sums[0], sums[1], block.chroma, n / 2);
       }
-      join_chroma(frame, x, y, block, n);
+      put_together(frame, x, y, block, n);
     });
   }
 }
