@@ -1,5 +1,6 @@
 // Single channels: selected, replaced, combined, and planes interleaved.
 
+#include "frame/interleaved.h"
 #include "frame/row_kernel.h"
 #include "frame/views.h"
 #include "nuv/colour.h"
@@ -38,22 +39,15 @@ void NuvSelectRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t /*height*/, i
 
 void NuvReplaceOneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                uint8_t* pGryImg) {
-  const std::ptrdiff_t n = RgbImage{pRGBImg, width, height}.size();
-  for (std::ptrdiff_t i = 0; i < n; ++i) pRGBImg[3 * i + channel] = pGryImg[i];
+  replace_plane(pGryImg, channel, pRGBImg, RgbImage{pRGBImg, width, height}.size());
 }
 
 void NuvOROneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                           uint8_t* pGryImg) {
-  const std::ptrdiff_t n = RgbImage{pRGBImg, width, height}.size();
-  for (std::ptrdiff_t i = 0; i < n; ++i) pRGBImg[3 * i + channel] |= pGryImg[i];
+  or_plane(pGryImg, channel, pRGBImg, RgbImage{pRGBImg, width, height}.size());
 }
 
 void NuvGry2RGBImg(uint8_t* pRedImg, uint8_t* pGreenImg, uint8_t* pBlueImg, int32_t width, int32_t height,
                    uint8_t* pRGBImg) {
-  const std::ptrdiff_t n = RgbImage{pRGBImg, width, height}.size();
-  for (std::ptrdiff_t i = 0; i < n; ++i) {
-    pRGBImg[3 * i] = pBlueImg[i];
-    pRGBImg[3 * i + 1] = pGreenImg[i];
-    pRGBImg[3 * i + 2] = pRedImg[i];
-  }
+  join_planes(pBlueImg, pGreenImg, pRedImg, pRGBImg, RgbImage{pRGBImg, width, height}.size());
 }

@@ -91,6 +91,34 @@ NUV_INLINE void join_step(const uint8_t* plane0, const uint8_t* plane1, const ui
   for (int i = 0; i < 3; ++i) store32(pixels + 32 * i, row[i]);
 }
 
+// The bytes at every third place, from place K on, or where those places go on if K is negative.
+template <int K, int... J>
+NUV_INLINE void plane_mask(Bytes32& mask, std::integer_sequence<int, J...> /*places*/) {
+  mask = Bytes32{((J - K) % 3 == 0 ? 255 : 0)...};
+}
+
+// One plane written over its places of the pixels, or combined with them by a bitwise or. A byte of the plane
+// has the same place in its lane in all three mixtures of join_step(), so masks alone take it to its row.
+template <int K, bool IsOr>
+NUV_INLINE void put_step(const uint8_t* plane, uint8_t* pixels) {
+  Bytes32 sent[3];
+  load32(plane, sent[1]);
+  send_to_thirds<K>(sent[1], Places{});
+  take_lanes<0, 0>(sent[1], sent[1], sent[0], Places{});
+  take_lanes<1, 1>(sent[1], sent[1], sent[2], Places{});
+  Bytes32 masks[3];
+  plane_mask<K>(masks[0], Places{});
+  plane_mask<K - 32>(masks[1], Places{});
+  plane_mask<K - 64>(masks[2], Places{});
+  for (int i = 0; i < 3; ++i) {
+    Bytes32 row;
+    load32(pixels + 32 * i, row);
+    if (!IsOr) row &= ~masks[i];
+    row |= sent[i] & masks[i];
+    store32(pixels + 32 * i, row);
+  }
+}
+
 // Pairs of bytes: each lane gathers the bytes of one plane in its lower half and those of the other in its
 // upper half, and the halves of two lanes make up one.
 template <int... J>
@@ -182,6 +210,42 @@ NUV_ROW_KERNEL void join_planes(const uint8_t* NUV_RESTRICT plane0, const uint8_
     pixels[3 * done + 1] = plane1[done];
     pixels[3 * done + 2] = plane2[done];
   }
+}
+
+namespace {
+
+template <int K, bool IsOr>
+NUV_INLINE void put_bytes(const uint8_t* NUV_RESTRICT plane, uint8_t* NUV_RESTRICT pixels,
+                          std::ptrdiff_t count) {
+  std::ptrdiff_t done = 0;
+#if NUV_HAS_LANES
+  // A step may repeat what the one before it did.
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, count);
+    put_step<K, IsOr>(plane + i, pixels + 3 * i);
+    done = i + kStep;
+  }
+#endif
+  for (; done < count; ++done) {
+    uint8_t& byte = pixels[3 * done + K];
+    byte = IsOr ? byte | plane[done] : plane[done];
+  }
+}
+
+}  // namespace
+
+NUV_ROW_KERNEL void replace_plane(const uint8_t* NUV_RESTRICT plane, int place, uint8_t* NUV_RESTRICT pixels,
+                                  std::ptrdiff_t count) {
+  if (place == 0) put_bytes<0, false>(plane, pixels, count);
+  if (place == 1) put_bytes<1, false>(plane, pixels, count);
+  if (place == 2) put_bytes<2, false>(plane, pixels, count);
+}
+
+NUV_ROW_KERNEL void or_plane(const uint8_t* NUV_RESTRICT plane, int place, uint8_t* NUV_RESTRICT pixels,
+                             std::ptrdiff_t count) {
+  if (place == 0) put_bytes<0, true>(plane, pixels, count);
+  if (place == 1) put_bytes<1, true>(plane, pixels, count);
+  if (place == 2) put_bytes<2, true>(plane, pixels, count);
 }
 
 NUV_ROW_KERNEL void split_pairs(const uint8_t* NUV_RESTRICT pairs, uint8_t* NUV_RESTRICT plane0,

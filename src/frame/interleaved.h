@@ -19,6 +19,11 @@ void split_planes(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8
 void join_planes(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2, uint8_t* pixels,
                  std::ptrdiff_t count);
 
+// Writes a plane over byte number place of each pixel, or combines it with that byte by a bitwise or. place is
+// 0, 1 or 2.
+void replace_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
+void or_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
+
 // Pairs of bytes.
 void split_pairs(const uint8_t* pairs, uint8_t* plane0, uint8_t* plane1, std::ptrdiff_t count);
 void second_of_pairs(const uint8_t* pairs, uint8_t* plane1, std::ptrdiff_t count);
