@@ -3,7 +3,10 @@
 #ifndef NUV_DRAWING_PEN_H
 #define NUV_DRAWING_PEN_H
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "frame/arithmetic.h"
 #include "frame/views.h"
@@ -17,6 +20,10 @@ struct GrayPen {
   GrayPen(uint8_t* pixels, int32_t width, int32_t height, int32_t gray)
       : image{pixels, width, height}, color(low_byte(gray)) {}
   void put(int32_t x, int32_t y) const { *image.at(x, y) = color; }
+  // n pixels of a row, from column x on.
+  void put_run(int32_t x, int32_t y, int32_t n) const {
+    std::memset(image.at(x, y), color, static_cast<std::size_t>(n));
+  }
 };
 
 struct RgbPen {
@@ -30,6 +37,16 @@ struct RgbPen {
     pixel[0] = blue;
     pixel[1] = green;
     pixel[2] = red;
+  }
+  // The pixels that are there are copied after themselves, so that each copy doubles them.
+  void put_run(int32_t x, int32_t y, int32_t n) const {
+    if (n < 1) return;
+    put(x, y);
+    uint8_t* first = image.at(x, y);
+    const std::size_t bytes = 3 * static_cast<std::size_t>(n);
+    for (std::size_t done = 3; done < bytes; done *= 2) {
+      std::memcpy(first + done, first, std::min(done, bytes - done));
+    }
   }
 };
 

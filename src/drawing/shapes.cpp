@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstring>
 #include <utility>
 
 #include "drawing/pen.h"
@@ -27,8 +29,59 @@ void draw_rectangle(const Pen& pen, Region r) {
 template <class Pen>
 void fill_rectangle(const Pen& pen, Region r) {
   const Region inside = r.clamped_to(pen.image.width, pen.image.height);
-  for (int32_t y = inside.y1; y <= inside.y2; ++y) {
-    for (int32_t x = inside.x1; x <= inside.x2; ++x) pen.put(x, y);
+  if (inside.empty()) return;
+  pen.put_run(inside.x1, inside.y1, inside.columns());
+  // The other rows are copies of the first.
+  const uint8_t* first = pen.image.at(inside.x1, inside.y1);
+  const auto bytes = static_cast<std::size_t>(pen.image.at(inside.x2 + 1, inside.y1) - first);
+  for (int32_t y = inside.y1 + 1; y <= inside.y2; ++y) std::memcpy(pen.image.at(inside.x1, y), first, bytes);
+}
+
+// ---- ellipses ----
+
+// The upper half of an ellipse, as the distance of its rows from the centre's.
+class EllipseArc {
+ public:
+  EllipseArc(int32_t rx, int32_t ry) : half_axis_(rx), flattening_(ry / half_axis_) {}
+
+  // step columns from the centre.
+  int32_t row_at(int32_t cy, int32_t step) const {
+    const double from_center = step;
+    const double d = std::sqrt(half_axis_ * half_axis_ - from_center * from_center);
+    return truncated(cy - d * flattening_);
+  }
+
+ private:
+  double half_axis_;
+  double flattening_;
+};
+
+// Whether an ellipse, and one pixel more on each side, lies in an image that single precision has all places of.
+bool is_whole_ellipse(GrayImage image, int64_t cx, int64_t cy, int64_t rx, int64_t ry) {
+  const int64_t dy = std::abs(ry);
+  return rx > 0 && image.size() <= 1 << 24 && cx - rx > 0 && cx + rx < image.width - 1 && cy - dy > 0 &&
+         cy + dy < image.height - 1;
+}
+
+// The lines of a step lead from one column to the next. Such a line fills the right one of the two, from row to
+// row; a level line has both its ends. All four have the same rows, mirrored, so they are drawn at once.
+void draw_whole_ellipse(const GrayPen& pen, int32_t cx, int32_t cy, int32_t rx, int32_t ry) {
+  const EllipseArc arc(rx, ry);
+  const auto put_mirrored = [&pen, cy](int32_t left, int32_t right, int32_t y) {
+    pen.put(left, y);
+    pen.put(right, y);
+    pen.put(left, 2 * cy - y);
+    pen.put(right, 2 * cy - y);
+  };
+  put_mirrored(cx - rx, cx + rx, cy);
+  int32_t previous = cy;
+  for (int32_t step = 1 - rx; step <= 0; ++step) {
+    const int32_t row = arc.row_at(cy, step);
+    for (int32_t y = std::min(previous, row); y <= std::max(previous, row); ++y) {
+      put_mirrored(cx + step, cx - step + 1, y);
+    }
+    if (row == previous) put_mirrored(cx + step, cx - step, row);
+    previous = row;
   }
 }
 
@@ -54,11 +107,15 @@ void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pX
 void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy, int32_t rx,
                    int32_t ry, int32_t color) {
   if (rx < 0) return;
+  const GrayPen pen(pGryImg, width, height, color);
+  if (is_whole_ellipse(pen.image, cx, cy, rx, ry)) {
+    draw_whole_ellipse(pen, cx, cy, rx, ry);
+    return;
+  }
   const auto line = [=](int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
     NuvGryLine(pGryImg, width, height, x1, y1, x2, y2, color);
   };
-  const double half_axis = rx;
-  const double flattening = ry / half_axis;
+  const EllipseArc arc(rx, ry);
   int32_t px = cx - rx;
   int32_t py = cy;
   // Beyond the image the lines fall into its outermost columns, where one line covers a stretch of steps. So
@@ -73,9 +130,7 @@ void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, 
   };
   for (int32_t step = -rx;; step = next(step)) {
     const int32_t x = cx + step;
-    const double from_center = step;
-    const double d = std::sqrt(half_axis * half_axis - from_center * from_center);
-    const int32_t y = truncated(cy - d * flattening);
+    const int32_t y = arc.row_at(cy, step);
     line(px, py, x, y);
     line(px, 2 * cy - py, x, 2 * cy - y);
     line(2 * cx - px, 2 * cy - py, 2 * cx - x, 2 * cy - y);

@@ -20,8 +20,9 @@ void stroke_column(const Pen& pen, int32_t x, int32_t y1, int32_t y2) {
 template <class Pen>
 void stroke_row(const Pen& pen, int32_t y, int32_t x1, int32_t x2) {
   if (pen.image.empty() || y < 0 || y >= pen.image.height) return;
+  const int32_t first = std::max(x1, 0);
   const int32_t last = std::min(x2, pen.image.width - 1);
-  for (int32_t x = std::max(x1, 0); x <= last; ++x) pen.put(x, y);
+  if (first <= last) pen.put_run(first, y, last - first + 1);
 }
 
 // A column and a row, each over its extent in arms.
