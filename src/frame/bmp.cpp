@@ -5,6 +5,7 @@
 // holds before it allocates: a hostile header costs no memory, and the result is the null that the short
 // read would have given.
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -43,6 +44,26 @@ uint32_t field32(const uint8_t* bytes) {
   return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
+// Rows of a file, padding included, that are read or written at once: as many as fit into a block, or one.
+class RowBlock {
+ public:
+  RowBlock(std::size_t row_bytes, int64_t height)
+      : row_bytes_(row_bytes),
+        rows_(std::clamp<std::size_t>(kBlockBytes / row_bytes, 1, static_cast<std::size_t>(height))),
+        bytes_(allocate<uint8_t>(static_cast<uint64_t>(row_bytes) * rows_)) {}
+
+  bool allocated() const { return bytes_ != nullptr; }
+  std::size_t rows() const { return rows_; }
+  uint8_t* row(std::size_t i) const { return &bytes_[i * row_bytes_]; }
+
+ private:
+  static constexpr std::size_t kBlockBytes = 64 * 1024;
+
+  std::size_t row_bytes_;
+  std::size_t rows_;
+  Buffer<uint8_t> bytes_;
+};
+
 // ---- reading ----
 
 // Whether the rows lie wholly in the file. Only the 8-bit form asks for the padding of the last row.
@@ -78,17 +99,19 @@ uint8_t* read_bmp(const char* name, int32_t* width, int32_t* height) {
   if (std::fseek(file.get(), static_cast<long>(offset), SEEK_SET) != 0) return nullptr;
 
   Buffer<uint8_t> image = allocate<uint8_t>(static_cast<uint64_t>(row_bytes * *height));
-  if (!image) return nullptr;
   const auto wanted = static_cast<std::size_t>(row_bytes);
   const auto padding = static_cast<std::size_t>(padding_of(row_bytes));
-  for (int64_t y = *height - 1; y >= 0; --y) {
-    if (std::fread(&image[static_cast<std::size_t>(y * row_bytes)], 1, wanted, file.get()) != wanted) {
-      return nullptr;
+  const RowBlock block(wanted + padding, *height);
+  if (!image || !block.allocated()) return nullptr;
+  for (int64_t y = *height; y > 0;) {
+    const auto rows = std::min<std::size_t>(block.rows(), static_cast<std::size_t>(y));
+    const std::size_t needed = rows * (wanted + padding);
+    const std::size_t given = std::fread(block.row(0), 1, needed, file.get());
+    // A colour image needs no padding after its last row.
+    if (given + (BytesPerPixel == 1 ? 0 : padding) < needed) return nullptr;
+    for (std::size_t i = 0; i < rows; ++i) {
+      std::memcpy(&image[static_cast<std::size_t>(--y) * wanted], block.row(i), wanted);
     }
-    std::array<uint8_t, 3> skipped{};
-    const bool skipped_all = std::fread(skipped.data(), 1, padding, file.get()) == padding;
-    // A colour image needs no padding behind its last row.
-    if (!skipped_all && BytesPerPixel == 1) return nullptr;
   }
   return image.release();
 }
@@ -123,10 +146,8 @@ class Writer {
  public:
   explicit Writer(std::FILE* file) : file_(file) {}
 
-  bool write(const void* bytes, std::size_t count) {
-    const bool whole = std::fwrite(bytes, 1, count, file_) == count;
-    good_ = good_ && whole;
-    return whole;
+  void write(const void* bytes, std::size_t count) {
+    good_ = std::fwrite(bytes, 1, count, file_) == count && good_;
   }
   bool good() const { return good_; }
 
@@ -161,22 +182,22 @@ bool write_bmp(const uint8_t* pixels, int32_t width, int32_t height, const char*
   Writer writer(file.get());
   writer.write(header.bytes(), 14);
   writer.write(header.bytes() + 14, 40);
-  if (has_palette) {
-    for (const PaletteEntry& entry : *palette) {
-      if (!writer.write(&entry, sizeof entry)) break;
-    }
-  }
-  if (width <= 0) return writer.good();
+  if (has_palette) writer.write(palette->data(), sizeof(Palette));
+  if (width <= 0 || height <= 0) return writer.good();
 
   const std::size_t row_bytes = static_cast<std::size_t>(width) * BytesPerPixel;
   const auto padding = static_cast<std::size_t>(padding_of(static_cast<int64_t>(row_bytes)));
-  for (int64_t y = static_cast<int64_t>(height) - 1; y >= 0; --y) {
-    const uint8_t* row = pixels + static_cast<std::size_t>(y) * row_bytes;
-    writer.write(row, row_bytes);
-    // Padding repeats the first byte of the last pixel.
-    std::array<uint8_t, 3> fill{};
-    fill.fill(row[row_bytes - BytesPerPixel]);
-    writer.write(fill.data(), padding);
+  const RowBlock block(row_bytes + padding, height);
+  if (!block.allocated()) return false;
+  for (int64_t y = height; y > 0;) {
+    const auto rows = std::min<std::size_t>(block.rows(), static_cast<std::size_t>(y));
+    for (std::size_t i = 0; i < rows; ++i) {
+      const uint8_t* row = pixels + static_cast<std::size_t>(--y) * row_bytes;
+      std::memcpy(block.row(i), row, row_bytes);
+      // Padding repeats the first byte of the last pixel.
+      std::memset(block.row(i) + row_bytes, row[row_bytes - BytesPerPixel], padding);
+    }
+    writer.write(block.row(0), rows * (row_bytes + padding));
   }
   return writer.good();
 }
