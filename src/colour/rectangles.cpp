@@ -3,10 +3,13 @@
 // A rectangle is a sequence of source rows beside a packed result: for_packed_rows hands both to a function
 // of one row.
 
+#include <algorithm>
 #include <cstring>
 
 #include "colour/weighting.h"
+#include "frame/byte_sums.h"
 #include "frame/interleaved.h"
+#include "frame/row_kernel.h"
 #include "frame/views.h"
 #include "nuv/colour.h"
 
@@ -36,25 +39,26 @@ struct Colour {
   int32_t b0 = 0;
   int32_t b1 = 0;
   int32_t b2 = 0;
-
-  int32_t distance2(const uint8_t* pixel) const {
-    const int32_t d0 = pixel[0] - b0;
-    const int32_t d1 = pixel[1] - b1;
-    const int32_t d2 = pixel[2] - b2;
-    return d0 * d0 + d1 * d1 + d2 * d2;
-  }
 };
 
-class ColourMean {
+// Sums of colours, which wrap.
+class ColourSum {
  public:
-  void add(const uint8_t* pixel) {
-    sum_.b0 += pixel[0];
-    sum_.b1 += pixel[1];
-    sum_.b2 += pixel[2];
-    ++count_;
+  void add(const PlaneBlock& planes, std::ptrdiff_t n) {
+    sum_.b0 += sum_of_bytes(planes.b0, n);
+    sum_.b1 += sum_of_bytes(planes.b1, n);
+    sum_.b2 += sum_of_bytes(planes.b2, n);
   }
-  // Of no pixels at all, black.
-  Colour truncated_mean() const {
+  void count(std::ptrdiff_t pixels) { count_ += static_cast<int32_t>(pixels); }
+
+  ColourSum without(const ColourSum& part) const {
+    ColourSum rest;
+    rest.sum_ = {sum_.b0 - part.sum_.b0, sum_.b1 - part.sum_.b1, sum_.b2 - part.sum_.b2};
+    rest.count_ = count_ - part.count_;
+    return rest;
+  }
+  // Truncated. Black if there are no pixels.
+  Colour mean() const {
     const int32_t n = count_ == 0 ? 1 : count_;
     return {sum_.b0 / n, sum_.b1 / n, sum_.b2 / n};
   }
@@ -63,6 +67,47 @@ class ColourMean {
   Colour sum_;
   int32_t count_ = 0;
 };
+
+// Clears the pixels that are not above the limit, and returns how many are left.
+NUV_ROW_KERNEL int32_t keep_brighter(PlaneBlock& NUV_RESTRICT planes, const uint8_t* NUV_RESTRICT gray,
+                                     int16_t limit, std::ptrdiff_t n) {
+  int32_t kept = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const auto mask = static_cast<uint8_t>(gray[i] > limit ? 255 : 0);
+    planes.b0[i] &= mask;
+    planes.b1[i] &= mask;
+    planes.b2[i] &= mask;
+    kept += mask & 1;
+  }
+  return kept;
+}
+
+NUV_ROW_KERNEL int32_t count_white(const uint8_t* bytes, std::ptrdiff_t n) {
+  int32_t count = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) count += bytes[i] == 255 ? 1 : 0;
+  return count;
+}
+
+// A pixel p is nearer to the target t than to the other colour o, |p-t|^2 < |p-o|^2, where the sum of
+// p*2*(o-t) over the three bytes is below that of o^2 - t^2.
+struct Nearer {
+  int16_t weights[3];
+  int32_t limit;
+
+  Nearer(Colour t, Colour o)
+      : weights{static_cast<int16_t>(2 * (o.b0 - t.b0)), static_cast<int16_t>(2 * (o.b1 - t.b1)),
+                static_cast<int16_t>(2 * (o.b2 - t.b2))},
+        limit(o.b0 * o.b0 + o.b1 * o.b1 + o.b2 * o.b2 - t.b0 * t.b0 - t.b1 * t.b1 - t.b2 * t.b2) {}
+};
+
+NUV_ROW_KERNEL void mark_nearer(const PlaneBlock& in, const Nearer& nearer, uint8_t* NUV_RESTRICT out,
+                                std::ptrdiff_t n) {
+  const Nearer to = nearer;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const int32_t sum = in.b0[i] * to.weights[0] + in.b1[i] * to.weights[1] + in.b2[i] * to.weights[2];
+    out[i] = sum < to.limit ? 255 : 0;
+  }
+}
 
 }  // namespace
 }  // namespace nuv
@@ -138,23 +183,28 @@ void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32
   if (region.empty() || area == 0) return;
 
   NuvCopyRGBRect2Gry(pRGBImg, width, height, x1, x2, y1, y2, pGryImg);
-  int32_t sum = 0;
-  for (std::ptrdiff_t i = 0; i < area; ++i) sum += pGryImg[i];
-  const auto average = static_cast<int32_t>(sum / area);
+  const auto average = static_cast<int32_t>(sum_of_bytes(pGryImg, area) / area);
+  const auto limit = static_cast<int16_t>(std::clamp(average, -1, 255));
 
-  ColourMean bright;
-  ColourMean dark;
-  for_packed_rows(image, region, [&](const uint8_t* pixel, std::ptrdiff_t offset) {
-    for (int32_t i = 0; i < region.columns(); ++i, pixel += 3) {
-      (pGryImg[offset + i] > average ? bright : dark).add(pixel);
-    }
+  ColourSum all;
+  ColourSum bright;
+  for_packed_rows(image, region, [&](const uint8_t* row, std::ptrdiff_t offset) {
+    map_pixels(row, region.columns(), pGryImg + offset,
+               [&](PlaneBlock& planes, const uint8_t* gray, std::ptrdiff_t n) {
+                 all.add(planes, n);
+                 all.count(n);
+                 bright.count(keep_brighter(planes, gray, limit, n));
+                 bright.add(planes, n);
+               });
   });
-  const Colour target = (bBright ? bright : dark).truncated_mean();
-  const Colour other = (bBright ? dark : bright).truncated_mean();
-  for_packed_rows(image, region, [&](const uint8_t* pixel, std::ptrdiff_t offset) {
-    for (int32_t i = 0; i < region.columns(); ++i, pixel += 3) {
-      pBinImg[offset + i] = target.distance2(pixel) < other.distance2(pixel) ? 255 : 0;
-    }
+  const Colour light = bright.mean();
+  const Colour shade = all.without(bright).mean();
+  const Nearer nearer(bBright ? light : shade, bBright ? shade : light);
+  for_packed_rows(image, region, [&](const uint8_t* row, std::ptrdiff_t offset) {
+    map_pixels(row, region.columns(), pBinImg + offset,
+               [&](const PlaneBlock& planes, uint8_t* out, std::ptrdiff_t n) {
+                 mark_nearer(planes, nearer, out, n);
+               });
   });
 }
 
@@ -162,17 +212,20 @@ void NuvRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t /*
                    int32_t x2, int32_t y1, int32_t y2, int32_t* pRed, int32_t* pGreen, int32_t* pBlue) {
   const RgbImage image = image_of_any_height<3>(pRGBImg, width);
   const GrayImage mask = image_of_any_height<1>(pMskImg, width);
-  ColourMean mean;
+  ColourSum sum;
   for (int32_t y = y1; x1 <= x2 && y <= y2; ++y) {
-    // The colours are read from the row's start on, and only a hit moves on to the next pixel.
-    const uint8_t* pixel = image.at(x1, y);
-    for (int32_t x = x1; x <= x2; ++x) {
-      if (*mask.at(x, y) != 255) continue;
-      mean.add(pixel);
-      pixel += 3;
+    // The hits of a row select as many pixels from the row's start on.
+    const int32_t hits = count_white(mask.at(x1, y), std::ptrdiff_t{x2} - x1 + 1);
+    const uint8_t* pixels = image.at(x1, y);
+    PlaneBlock planes;
+    for (std::ptrdiff_t done = 0; done < hits; done += kPlaneBlock) {
+      const std::ptrdiff_t n = std::min<std::ptrdiff_t>(kPlaneBlock, hits - done);
+      split_planes(pixels + 3 * done, planes.b0, planes.b1, planes.b2, n);
+      sum.add(planes, n);
     }
+    sum.count(hits);
   }
-  const Colour colour = mean.truncated_mean();
+  const Colour colour = sum.mean();
   *pRed = colour.b2;
   *pGreen = colour.b1;
   *pBlue = colour.b0;

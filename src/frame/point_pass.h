@@ -39,19 +39,24 @@ void for_rows(GrayImage image, uint8_t* result, Region region, RowMap row_map) {
 
 using ByteTable = std::array<uint8_t, 256>;
 
-// Replaces each byte by its entry in a table, eight at a time: one load and one store for all of them.
-inline void map_bytes(const ByteTable& table, uint8_t* bytes, std::ptrdiff_t n) {
+// Replaces byte i by its entry in table_of(i), eight bytes at a time: one load and one store for all of them.
+template <class TableOf>
+void map_bytes(TableOf table_of, uint8_t* bytes, std::ptrdiff_t n) {
   std::ptrdiff_t i = 0;
   for (; i + 8 <= n; i += 8) {
     uint64_t eight;
     std::memcpy(&eight, bytes + i, 8);
     uint64_t mapped = 0;
-    for (int shift = 0; shift < 64; shift += 8) {
-      mapped |= static_cast<uint64_t>(table[eight >> shift & 255]) << shift;
+    for (int k = 0; k < 8; ++k) {
+      mapped |= static_cast<uint64_t>(table_of(i + k)[eight >> 8 * k & 255]) << 8 * k;
     }
     std::memcpy(bytes + i, &mapped, 8);
   }
-  for (; i < n; ++i) bytes[i] = table[bytes[i]];
+  for (; i < n; ++i) bytes[i] = table_of(i)[bytes[i]];
+}
+
+inline void map_bytes(const ByteTable& table, uint8_t* bytes, std::ptrdiff_t n) {
+  map_bytes([&table](std::ptrdiff_t) -> const ByteTable& { return table; }, bytes, n);
 }
 
 }  // namespace nuv

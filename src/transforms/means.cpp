@@ -1,21 +1,14 @@
 #include "transforms/means.h"
 
-#include "frame/row_kernel.h"
+#include "frame/byte_sums.h"
+#include "frame/point_pass.h"
 
 namespace nuv {
 
-NUV_ROW_KERNEL int32_t sum_of_bytes(const uint8_t* bytes, std::ptrdiff_t n) {
-  int32_t sum = 0;
-  for (std::ptrdiff_t i = 0; i < n; ++i) sum += bytes[i];
-  return sum;
-}
-
 int32_t sum_of_region(GrayImage image, Region region) {
-  if (region.empty()) return 0;
   int32_t sum = 0;
-  for (int32_t y = region.y1; y <= region.y2; ++y) {
-    sum += sum_of_bytes(image.at(region.x1, y), region.columns());
-  }
+  for_rows(image, region,
+           [&sum](const uint8_t* pixels, std::ptrdiff_t n) { sum += sum_of_bytes(pixels, n); });
   return sum;
 }
 

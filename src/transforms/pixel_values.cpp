@@ -13,13 +13,13 @@
 #include "frame/arithmetic.h"
 #include "frame/borders.h"
 #include "frame/byte_counter.h"
+#include "frame/byte_sums.h"
 #include "frame/point_pass.h"
 #include "frame/row_kernel.h"
 #include "frame/views.h"
 #include "frame/window_sums.h"
 #include "nuv/histogram.h"
 #include "nuv/transforms.h"
-#include "transforms/means.h"
 
 namespace nuv {
 namespace {
@@ -189,8 +189,8 @@ void NuvCorrectPixelsGryValueByCol(uint8_t* pGryImg, int32_t width, int32_t heig
       tables[i] = gain_table(std::abs(first + i - width / 2) * ((ratio - 1) * 2 / width) + 1);
     }
     for (int32_t y = 0; y < height; ++y) {
-      uint8_t* pixels = image.at(first, y);
-      for (int32_t i = 0; i < columns; ++i) pixels[i] = tables[i][pixels[i]];
+      map_bytes([&tables](std::ptrdiff_t i) -> const ByteTable& { return tables[i]; }, image.at(first, y),
+                columns);
     }
   }
 }
