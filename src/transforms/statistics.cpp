@@ -7,6 +7,7 @@
 #include "frame/arithmetic.h"
 #include "frame/buffer.h"
 #include "frame/byte_counter.h"
+#include "frame/row_kernel.h"
 #include "frame/views.h"
 #include "frame/window_sums.h"
 #include "histogram/histogram.h"
@@ -117,16 +118,33 @@ struct Window {
   Point corner{};
 };
 
-// Of the windows at (0, y) to (last, y), the first one with a larger sum than the best so far becomes the
-// best, and so on. sums holds the columns of their rows, span of which make a window.
-void find_brighter(const int32_t* sums, int32_t span, int32_t last, int32_t y, Window& best) {
-  int64_t sum = 0;
-  for (int32_t x = 0; x < span; ++x) sum += sums[x];
-  if (sum > best.sum) best = {sum, {0, y}};
-  for (int32_t x = 1; x <= last; ++x) {
-    sum += sums[x - 1 + span] - sums[x - 1];
-    if (sum > best.sum) best = {sum, {x, y}};
+template <class Sum>
+NUV_ROW_KERNEL Sum largest_of(const Sum* sums, std::ptrdiff_t n) {
+  Sum most = sums[0];
+  for (std::ptrdiff_t i = 1; i < n; ++i) most = sums[i] > most ? sums[i] : most;
+  return most;
+}
+
+// The brightest window of M by N pixels, the first one in reading order; its sum is 0 if all are black or memory
+// is short. The last place of either axis is not tried, but for column 0. Sum holds the sum of a window.
+template <class Sum>
+Window brightest_window(GrayImage image, int32_t M, int32_t N) {
+  const std::ptrdiff_t places = std::max(image.width - M, 1);
+  Buffer<Sum> columns = allocate<Sum>(static_cast<std::size_t>(image.width));
+  Buffer<Sum> rooms[] = {allocate<Sum>(static_cast<std::size_t>(image.width)),
+                         allocate<Sum>(static_cast<std::size_t>(image.width))};
+  Window best;
+  if (!columns || !rooms[0] || !rooms[1]) return best;
+  std::fill_n(columns.get(), image.width, Sum{0});
+  for (int32_t y = 0; y < N; ++y) add_row(columns.get(), image.row(y), image.width);
+  for (int32_t y = 0; y < image.height - N; ++y) {
+    const Sum* sums = neighbour_sums<Sum>(columns.get(), places, M, 1, rooms[0].get(), rooms[1].get());
+    const Sum most = largest_of(sums, places);
+    if (most > best.sum)
+      best = {most, {static_cast<int32_t>(std::find(sums, sums + places, most) - sums), y}};
+    exchange_rows(columns.get(), image.row(y + N), image.row(y), image.width);
   }
+  return best;
 }
 
 }  // namespace
@@ -191,17 +209,9 @@ double NuvMaxBrightRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t
   *pX = width / 2;
   *pY = height / 2;
   if (M < 1 || N < 1 || M > width || N > height) return 0.0;
-  const Buffer<int32_t> sums = allocate<int32_t>(static_cast<std::size_t>(width));
-  if (!sums) return 0.0;
-  std::fill_n(sums.get(), width, 0);
-  for (int32_t y = 0; y < N; ++y) add_row(sums.get(), image.row(y), width);
-  Window best;
-  // The last place of either axis is not tried, but for column 0.
-  for (int32_t y = 0; y < height - N; ++y) {
-    find_brighter(sums.get(), M, width - M - 1, y, best);
-    subtract_row(sums.get(), image.row(y), width);
-    add_row(sums.get(), image.row(y + N), width);
-  }
+  const bool is_small = int64_t{M} * N * 255 <= INT32_MAX;
+  const Window best =
+      is_small ? brightest_window<int32_t>(image, M, N) : brightest_window<int64_t>(image, M, N);
   if (best.sum == 0) return 0.0;
   *pX = M / 2 + best.corner.x;
   *pY = N / 2 + best.corner.y;
