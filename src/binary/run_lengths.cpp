@@ -431,7 +431,7 @@ void NuvRLYDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int
   }
   const GrayImage columns{turned.get(), height, width};
   uint8_t* kept = turned.get() + pixels;
-  Transposition{{pBinImg, width}, {columns.pixels, height}}.move_bytes(width, height);
+  Transposition{{pBinImg, width}, {columns.pixels, height}}.move_all<1>(width, height);
   keep_connected_runs(columns, rows_of(columns), minLength, maxLevel, kept);
-  Transposition{{kept, height}, {pResImg, width}}.move_bytes(height, width);
+  Transposition{{kept, height}, {pResImg, width}}.move_all<1>(height, width);
 }

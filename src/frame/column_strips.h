@@ -33,7 +33,7 @@ class ColumnStrip {
     count_ = std::min(kStripColumns, columns_.count - first);
     uint8_t* start = columns_.start + first * columns_.to_next_line;
     if (!buffer_) return {start, count_, columns_.length, columns_.to_next_line, columns_.stride};
-    Transposition{{start, columns_.stride}, {buffer_.get(), step_}}.move_bytes(count_, columns_.length);
+    Transposition{{start, columns_.stride}, {buffer_.get(), step_}}.move_all<1>(count_, columns_.length);
     return {buffer_.get(), count_, columns_.length, step_, 1};
   }
 
@@ -41,7 +41,7 @@ class ColumnStrip {
   void store() const {
     if (!buffer_) return;
     uint8_t* start = columns_.start + first_ * columns_.to_next_line;
-    Transposition{{buffer_.get(), step_}, {start, columns_.stride}}.move_bytes(columns_.length, count_);
+    Transposition{{buffer_.get(), step_}, {start, columns_.stride}}.move_all<1>(columns_.length, count_);
   }
 
  private:

@@ -34,8 +34,9 @@ struct Transposition {
     }
   }
 
-  // The same for a whole image of single bytes, in blocks of 16 by 16.
-  void move_bytes(std::ptrdiff_t columns, std::ptrdiff_t rows) const;
+  // The same for a whole image, in blocks. PixelBytes is 1, 3 or 4.
+  template <int PixelBytes>
+  void move_all(std::ptrdiff_t columns, std::ptrdiff_t rows) const;
 };
 
 }  // namespace nuv

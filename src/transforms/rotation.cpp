@@ -116,16 +116,60 @@ NUV_INLINE uint8_t bilinear(uint8_t p00, uint8_t p10, uint8_t p01, uint8_t p11, 
   return between(between(p00, p10, fx), between(p01, p11, fx), fy);
 }
 
-// In spans: where the pixels stand, then the pixels, two of each row at once, then what lies between them.
+constexpr std::ptrdiff_t kSpan = 256;
+
+// The four pixels round each of a span of places, and the result between them.
+template <int Channels>
+struct Corners;
+
+// Two of each row are copied at once.
+template <>
+struct Corners<1> {
+  uint8_t upper[2 * kSpan];
+  uint8_t lower[2 * kSpan];
+
+  NUV_INLINE void set(std::ptrdiff_t i, const uint8_t* p, std::ptrdiff_t row) {
+    std::memcpy(upper + 2 * i, p, 2);
+    std::memcpy(lower + 2 * i, p + row, 2);
+  }
+  NUV_INLINE void mix(const uint16_t* fx, const uint16_t* fy, uint8_t* NUV_RESTRICT out,
+                      std::ptrdiff_t n) const {
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      out[i] = bilinear(upper[2 * i], upper[2 * i + 1], lower[2 * i], lower[2 * i + 1], fx[i], fy[i]);
+    }
+  }
+};
+
+// A left one is copied as four bytes, of which the next one overwrites the last.
+template <>
+struct Corners<3> {
+  uint8_t upper_left[3 * kSpan + 1];
+  uint8_t upper_right[3 * kSpan];
+  uint8_t lower_left[3 * kSpan + 1];
+  uint8_t lower_right[3 * kSpan];
+
+  NUV_INLINE void set(std::ptrdiff_t i, const uint8_t* p, std::ptrdiff_t row) {
+    std::memcpy(upper_left + 3 * i, p, 4);
+    std::memcpy(upper_right + 3 * i, p + 3, 3);
+    std::memcpy(lower_left + 3 * i, p + row, 4);
+    std::memcpy(lower_right + 3 * i, p + row + 3, 3);
+  }
+  NUV_INLINE void mix(const uint16_t* fx, const uint16_t* fy, uint8_t* NUV_RESTRICT out,
+                      std::ptrdiff_t n) const {
+    for (std::ptrdiff_t i = 0; i < 3 * n; ++i) {
+      out[i] = bilinear(upper_left[i], upper_right[i], lower_left[i], lower_right[i], fx[i], fy[i]);
+    }
+  }
+};
+
+// In spans: where the pixels stand, then the pixels, then what lies between them. Each byte has its weights.
 template <int Channels>
 NUV_INLINE void sample(const uint8_t* NUV_RESTRICT pixels, uint32_t width, Walk walk,
                        uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  constexpr std::ptrdiff_t kSpan = 256;
   uint32_t places[kSpan];
-  uint16_t fx[kSpan];
-  uint16_t fy[kSpan];
-  uint8_t upper[2 * Channels * kSpan];
-  uint8_t lower[2 * Channels * kSpan];
+  uint16_t fx[Channels * kSpan];
+  uint16_t fy[Channels * kSpan];
+  Corners<Channels> corners;
   const std::ptrdiff_t row = static_cast<std::ptrdiff_t>(width) * Channels;
   for (std::ptrdiff_t done = 0; done < n; done += kSpan) {
     const auto span = static_cast<int32_t>(n - done < kSpan ? n - done : kSpan);
@@ -133,21 +177,15 @@ NUV_INLINE void sample(const uint8_t* NUV_RESTRICT pixels, uint32_t width, Walk 
       const int32_t x = walk.x + i * walk.dx;
       const int32_t y = walk.y + i * walk.dy;
       places[i] = static_cast<uint32_t>(y >> 16) * width + static_cast<uint32_t>(x >> 16);
-      fx[i] = static_cast<uint16_t>(x);
-      fy[i] = static_cast<uint16_t>(y);
-    }
-    for (std::ptrdiff_t i = 0; i < span; ++i) {
-      const uint8_t* p = pixels + std::ptrdiff_t{Channels} * places[i];
-      std::memcpy(upper + 2 * Channels * i, p, 2 * Channels);
-      std::memcpy(lower + 2 * Channels * i, p + row, 2 * Channels);
-    }
-    for (std::ptrdiff_t i = 0; i < span; ++i) {
       for (int c = 0; c < Channels; ++c) {
-        const std::ptrdiff_t k = 2 * Channels * i + c;
-        out[Channels * i + c] =
-            bilinear(upper[k], upper[k + Channels], lower[k], lower[k + Channels], fx[i], fy[i]);
+        fx[Channels * i + c] = static_cast<uint16_t>(x);
+        fy[Channels * i + c] = static_cast<uint16_t>(y);
       }
     }
+    for (std::ptrdiff_t i = 0; i < span; ++i) {
+      corners.set(i, pixels + std::ptrdiff_t{Channels} * places[i], row);
+    }
+    corners.mix(fx, fy, out, span);
     walk = walk.after(span);
     out += Channels * span;
   }

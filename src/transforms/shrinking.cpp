@@ -4,9 +4,11 @@
 #include <cstring>
 
 #include "frame/arithmetic.h"
+#include "frame/buffer.h"
 #include "frame/byte_counter.h"
 #include "frame/row_kernel.h"
 #include "frame/views.h"
+#include "frame/window_sums.h"
 #include "nuv/histogram.h"
 #include "nuv/transforms.h"
 
@@ -75,24 +77,43 @@ void extract(GrayImage image, int32_t m, int32_t n, uint8_t* result) {
 
 // ---- means ----
 
+// The quotients, truncated. A sum that cannot have wrapped is taken half a unit up: the product with the reciprocal
+// is then farther from an integer than double precision rounds.
+NUV_ROW_KERNEL void divide_row(const int32_t* sums, int32_t divisor, std::ptrdiff_t n,
+                               uint8_t* NUV_RESTRICT out) {
+  if (divisor > INT32_MAX / 255) {
+    for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = static_cast<uint8_t>(sums[i] / divisor);
+    return;
+  }
+  const double reciprocal = 1.0 / divisor;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    out[i] = static_cast<uint8_t>(static_cast<int32_t>((sums[i] + 0.5) * reciprocal));
+  }
+}
+
+// The sums of the columns of a row of blocks, then those of the blocks.
 template <int Channels>
 void shrink_by_mean(Image<Channels> image, int32_t m, int32_t n, uint8_t* result) {
-  if (image.empty() || m < 1 || n < 1) return;
-  const int32_t columns = image.width / m;
+  if (image.empty() || m < 1 || n < 1 || m > image.width) return;
+  const std::ptrdiff_t columns = image.width / m;
   const int32_t rows = image.height / n;
-  if (columns < 1) return;
-  const std::ptrdiff_t row_bytes = static_cast<std::ptrdiff_t>(image.width) * Channels;
-  for (int32_t y = 0; y < rows; ++y) {
-    for (int32_t x = 0; x < columns; ++x, result += Channels) {
-      const uint8_t* block = image.at(x * m, y * n);
-      int32_t sums[Channels] = {};
-      for (int32_t r = 0; r < n; ++r, block += row_bytes) {
-        for (std::ptrdiff_t i = 0; i < m; ++i) {
-          for (int c = 0; c < Channels; ++c) sums[c] += block[i * Channels + c];
-        }
+  const std::ptrdiff_t used = columns * m * Channels;
+  const Buffer<int32_t> buffer = allocate<int32_t>(static_cast<uint64_t>(used + columns * Channels));
+  if (!buffer) return;
+  int32_t* sums = buffer.get();
+  int32_t* totals = m > 1 ? sums + used : sums;
+  for (int32_t y = 0; y < rows; ++y, result += columns * Channels) {
+    std::fill_n(sums, used, 0);
+    for (int32_t r = 0; r < n; ++r) add_row(sums, image.row(y * n + r), used);
+    const int32_t* block = sums;
+    for (std::ptrdiff_t x = 0; x < columns && m > 1; ++x, block += m * Channels) {
+      int32_t total[Channels] = {};
+      for (std::ptrdiff_t i = 0; i < m; ++i) {
+        for (int c = 0; c < Channels; ++c) total[c] += block[i * Channels + c];
       }
-      for (int c = 0; c < Channels; ++c) result[c] = low_byte(sums[c] / (m * n));
+      for (int c = 0; c < Channels; ++c) totals[x * Channels + c] = total[c];
     }
+    divide_row(totals, m * n, columns * Channels, result);
   }
 }
 

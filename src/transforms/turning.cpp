@@ -39,20 +39,7 @@ NUV_ROW_KERNEL void copy_reversed(const uint8_t* NUV_RESTRICT from, std::ptrdiff
   for (; i < n; ++i) to[n - 1 - i] = from[i];
 }
 
-// ---- the transposition ----
-
-template <int PixelBytes>
-void transpose(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t rows) {
-  if constexpr (PixelBytes == 1) {
-    t.move_bytes(columns, rows);
-  } else {
-    // In bands of rows, whose part that is in work stays in the first-level cache.
-    constexpr std::ptrdiff_t kBand = 32;
-    for (std::ptrdiff_t y = 0; y < rows; y += kBand) {
-      t.move<PixelBytes>(0, columns, y, std::min(y + kBand, rows));
-    }
-  }
-}
+// ---- quarter turns ----
 
 template <int PixelBytes>
 void turn_quarter(Image<PixelBytes> image, bool clockwise, uint8_t* result) {
@@ -63,7 +50,7 @@ void turn_quarter(Image<PixelBytes> image, bool clockwise, uint8_t* result) {
       clockwise ? Transposition{{image.row(image.height - 1), -source_step}, {result, result_step}}
                 : Transposition{{image.pixels, source_step},
                                 {result + (image.width - std::ptrdiff_t{1}) * result_step, -result_step}};
-  transpose<PixelBytes>(t, image.width, image.height);
+  t.move_all<PixelBytes>(image.width, image.height);
 }
 
 void turn_quarter(uint8_t* image, int32_t width, int32_t height, bool rgb, bool clockwise, uint8_t* result) {
