@@ -49,6 +49,13 @@ const Row invert("NuvInvertGryValue/nuv", [] {
   };
 });
 
+const Row average("NuvGryRectAvr/nuv", [] {
+  return [picture = gray_picture()]() mutable {
+    benchmark::DoNotOptimize(NuvGryRectAvr(picture.data(), picture.width, picture.height, 0,
+                                           picture.width - 1, 0, picture.height - 1));
+  };
+});
+
 // Two bytes read and one written are half as much again as a copy of the picture moves.
 const Row difference_copy("NuvDifferenceImg12/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
 const Row subtract_copy("NuvImg1SubstractImg2/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
@@ -91,6 +98,10 @@ const Row brightest_plain("NuvMaxBrightRect/plain", [] {
 const Row cv_integral("NuvDoSumGryImg/opencv", [] {
   return
       [picture = gray_picture(), sums = cv::Mat()]() mutable { cv::integral(picture.mat(), sums, CV_32S); };
+});
+
+const Row cv_mean("NuvGryRectAvr/opencv mean", [] {
+  return [picture = gray_picture()]() mutable { benchmark::DoNotOptimize(cv::mean(picture.mat())); };
 });
 
 const Row cv_difference("NuvDifferenceImg12/opencv", [] {

@@ -3,6 +3,10 @@
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
 
+#if NUV_WITH_LIBYUV
+#include <libyuv.h>
+#endif
+
 namespace {
 
 using Turn = void (*)(uint8_t*, int32_t, int32_t, bool, uint8_t*);
@@ -21,6 +25,11 @@ const Row turn_gray("NuvImgRotate90DegreeCS gray/nuv",
                     [] { return turn_work(NuvImgRotate90DegreeCS, gray_picture(), false); });
 const Row turn_rgb("NuvImgRotate90DegreeCS RGB/nuv",
                    [] { return turn_work(NuvImgRotate90DegreeCS, colour_picture(), true); });
+const Row turn_rgb32("NuvRGB32Rotate90Degree/nuv", [] {
+  return [picture = gray_picture(4 * 1280), result = gray_picture(4 * 1280)]() mutable {
+    NuvRGB32Rotate90Degree(picture.data(), 1280, 960, true, result.data());
+  };
+});
 const Row flip_vertical("NuvFlipVertical/nuv",
                         [] { return turn_work(NuvFlipVertical, gray_picture(), false); });
 const Row flip_horizontal("NuvFlipHorizontal/nuv", [] {
@@ -42,6 +51,13 @@ const Row copy_turned("NuvCopyRectFromRotateCCS/nuv", [] {
   return [picture = gray_picture(), result = gray_picture(640, 480)]() mutable {
     NuvCopyRectFromRotateCCS(picture.data(), picture.width, picture.height, 400, 40, kAngle, result.data(),
                              640, 480);
+  };
+});
+
+const Row copy_turned_rgb("NuvRgbCopyRectFromRotateCCS/nuv", [] {
+  return [picture = colour_picture(), result = LineVector<uint8_t>(640 * 480 * 3)]() mutable {
+    NuvRgbCopyRectFromRotateCCS(picture.data(), picture.width, picture.height, 400, 40, kAngle, result.data(),
+                                640, 480);
   };
 });
 
@@ -74,6 +90,15 @@ const Row shrink_4("NuvShrinkGryImg4x4ByAvr/nuv", [] {
   };
 });
 
+auto shrink_8_work(BenchPicture picture) {
+  return [=, result = LineVector<uint8_t>(160 * 120 * 3)]() mutable {
+    NuvShrinkImgByAvr(picture.data(), picture.channels == 3, picture.width, picture.height, 8, 8,
+                      result.data());
+  };
+}
+const Row shrink_8_gray("NuvShrinkImgByAvr 8x8 gray/nuv", [] { return shrink_8_work(gray_picture()); });
+const Row shrink_8_rgb("NuvShrinkImgByAvr 8x8 RGB/nuv", [] { return shrink_8_work(colour_picture()); });
+
 // The picture beside itself, three columns and two rows further, with noise on it.
 BenchPicture moved_picture() {
   BenchPicture picture = gray_picture();
@@ -94,6 +119,20 @@ const Row align("NuvShiftImg2BasedImg1/nuv", [] {
                           {0, 0, first.width - 1, first.height - 1}, &dx, &dy);
   };
 });
+
+#if NUV_WITH_LIBYUV
+const Row yuv_shrink_2("NuvShrinkGryImg2x2ByAvr/libyuv ScalePlane", [] {
+  return [picture = gray_picture(), result = gray_picture(640, 480)]() mutable {
+    libyuv::ScalePlane(picture.data(), picture.width, picture.width, picture.height, result.data(), 640, 640,
+                       480, libyuv::kFilterBox);
+  };
+});
+const Row yuv_turn_rgb32("NuvRGB32Rotate90Degree/libyuv ARGBRotate", [] {
+  return [picture = gray_picture(4 * 1280), result = gray_picture(4 * 1280)]() mutable {
+    libyuv::ARGBRotate(picture.data(), 4 * 1280, result.data(), 4 * 960, 1280, 960, libyuv::kRotate90);
+  };
+});
+#endif
 
 #if NUV_WITH_OPENCV
 auto cv_turn_work(BenchPicture picture) {
@@ -140,6 +179,17 @@ const Row warp_linear("NuvCopyRectFromRotateCCS/opencv", [] {
   };
 });
 
+const Row warp_linear_rgb("NuvRgbCopyRectFromRotateCCS/opencv warpAffine", [] {
+  return [picture = colour_picture(), result = cv::Mat(), matrix = turn_matrix(kAngle, 400, 40)]() mutable {
+    cv::warpAffine(picture.mat(), result, matrix, {640, 480}, cv::INTER_LINEAR | cv::WARP_INVERSE_MAP);
+  };
+});
+const Row cv_turn_rgb32("NuvRGB32Rotate90Degree/opencv rotate", [] {
+  return [picture = gray_picture(4 * 1280), result = cv::Mat()]() mutable {
+    cv::rotate(cv::Mat(960, 1280, CV_8UC4, picture.data()), result, cv::ROTATE_90_CLOCKWISE);
+  };
+});
+
 auto cv_resize_work(BenchPicture picture, cv::Size size, int interpolation) {
   return [=, result = cv::Mat()]() mutable { cv::resize(picture.mat(), result, size, 0, 0, interpolation); };
 }
@@ -157,6 +207,12 @@ const Row cv_shrink_2("NuvShrinkGryImg2x2ByAvr/opencv", [] {
 });
 const Row cv_shrink_4("NuvShrinkGryImg4x4ByAvr/opencv", [] {
   return cv_resize_work(gray_picture(), {320, 240}, cv::INTER_AREA);
+});
+const Row cv_shrink_8_gray("NuvShrinkImgByAvr 8x8 gray/opencv resize", [] {
+  return cv_resize_work(gray_picture(), {160, 120}, cv::INTER_AREA);
+});
+const Row cv_shrink_8_rgb("NuvShrinkImgByAvr 8x8 RGB/opencv resize", [] {
+  return cv_resize_work(colour_picture(), {160, 120}, cv::INTER_AREA);
 });
 
 const Row match("NuvShiftImg2BasedImg1/opencv", [] {
