@@ -200,6 +200,8 @@ NUV_API void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t
                                         uint8_t* pResImg);
 
 /// Deletes the interior edge pixels whose gradient |B - T| + |R - L| in a gray image is below minGrd.
+///
+/// @param pGryImg  gray image of the same size in another buffer; read only
 NUV_API void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int32_t width, int32_t height,
                                       int32_t minGrd);
 

@@ -1,14 +1,11 @@
 // Edge images cleaned: crossings, short contours and weak points dropped, gaps marked.
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
 #include <cstring>
 
 #include "contours/trace.h"
 #include "frame/borders.h"
 #include "frame/buffer.h"
-#include "frame/neighbours.h"
 #include "frame/row_kernel.h"
 #include "frame/views.h"
 #include "nuv/contours.h"
@@ -21,77 +18,129 @@ constexpr uint8_t kToBeDeleted = 128;
 constexpr uint8_t kEndPoint = 200;
 constexpr uint8_t kGap = 100;
 
-// Whether more than a limit of the eight neighbours of p are not 0.
-class NeighbourCount {
- public:
-  explicit NeighbourCount(int32_t width) : offsets_(neighbour_offsets(width)) {}
+constexpr int32_t kMostGradient = 510;
 
-  bool exceeds(const uint8_t* p, int32_t limit) const {
-    int32_t count = 0;
-    for (std::ptrdiff_t offset : offsets_) {
-      if (p[offset] != 0 && ++count > limit) return true;
-    }
-    return false;
+// ---- neighbours ----
+
+// How many of the eight neighbours of p are not 0; rows are w apart.
+NUV_INLINE uint8_t neighbours_of(const uint8_t* p, std::ptrdiff_t w) {
+  return static_cast<uint8_t>((p[-w - 1] != 0) + (p[-w] != 0) + (p[-w + 1] != 0) + (p[-1] != 0) +
+                              (p[1] != 0) + (p[w - 1] != 0) + (p[w] != 0) + (p[w + 1] != 0));
+}
+
+// Pixels that are not 0 and have from least to most neighbours become mark, the others stay.
+NUV_ROW_KERNEL void mark_by_neighbours(const uint8_t* p, std::ptrdiff_t w, uint8_t least, uint8_t most,
+                                       uint8_t mark, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    const uint8_t count = neighbours_of(p, w);
+    const uint8_t chosen = (p[0] != 0) & (count >= least) & (count <= most) ? 255 : 0;
+    out[x] = static_cast<uint8_t>((chosen & mark) | (~chosen & p[0]));
   }
+}
 
- private:
-  std::array<std::ptrdiff_t, 8> offsets_;
-};
+constexpr std::ptrdiff_t kSpan = 1024;
 
-// Calls action(x, y) for the interior pixels in raster order.
-template <class Action>
-void for_interior(GrayImage image, Action action) {
+// Calls write(pixels, place in the image, out, count) for spans of the interior, and stores what it writes to
+// out as the new pixels. The result of a span may depend on its neighbours only in what write() keeps.
+template <class Write>
+void rewrite_interior(GrayImage image, Write write) {
   const Region interior = image.interior();
+  uint8_t out[kSpan];
   for (int32_t y = interior.y1; y <= interior.y2; ++y) {
-    for (int32_t x = interior.x1; x <= interior.x2; ++x) action(x, y);
+    for (std::ptrdiff_t x = interior.x1; x <= interior.x2; x += kSpan) {
+      const std::ptrdiff_t n = std::min(kSpan, interior.x2 + 1 - x);
+      uint8_t* pixels = image.row(y) + x;
+      write(pixels, pixels - image.pixels, out, n);
+      std::memcpy(pixels, out, static_cast<std::size_t>(n));
+    }
   }
+}
+
+// A mark is not 0, so that it does not change the counts of the pixels around.
+void mark_interior(GrayImage image, uint8_t least, uint8_t most, uint8_t mark) {
+  rewrite_interior(image,
+                   [=](const uint8_t* pixels, std::ptrdiff_t /*place*/, uint8_t* out, std::ptrdiff_t n) {
+                     mark_by_neighbours(pixels, image.width, least, most, mark, out, n);
+                   });
 }
 
 NUV_ROW_KERNEL void delete_marked(uint8_t* pixels, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = pixels[i] == kToBeDeleted ? 0 : pixels[i];
 }
 
+// ---- weak points ----
+
+NUV_ROW_KERNEL void keep_strong(const uint8_t* edges, const uint8_t* gray, std::ptrdiff_t w, int16_t least,
+                                uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++gray) {
+    const auto gradient = static_cast<int16_t>(difference(gray[w], gray[-w]) + difference(gray[1], gray[-1]));
+    const uint8_t kept = gradient < least ? 0 : 255;
+    out[x] = edges[x] & kept;
+  }
+}
+
 // ---- gaps ----
 
-// How many end points each column holds in the rows of the window, which slides down the image.
-class EndPointColumns {
- public:
-  EndPointColumns(GrayImage edges, int32_t reach)
-      : edges_(edges), reach_(reach), counts_(allocate<int32_t>(static_cast<std::size_t>(edges.width))) {}
-
-  // For the window of row y: rows y - reach to y + reach - 1.
-  void start(int32_t y) {
-    if (!counts_) return;
-    std::fill_n(counts_.get(), edges_.width, 0);
-    for (int32_t i = y - reach_; i < y + reach_; ++i) count_row(i, 1);
-  }
-  void move_down(int32_t y) {
-    if (!counts_) return;
-    count_row(y - reach_, -1);
-    count_row(y + reach_, 1);
-  }
-  // Without the memory to know, every window may hold some.
-  int32_t at(int32_t x) const { return counts_ ? counts_[static_cast<std::size_t>(x)] : 1; }
-
- private:
-  void count_row(int32_t y, int32_t sign) {
-    const uint8_t* row = edges_.row(y);
-    for (int32_t x = 0; x < edges_.width; ++x) {
-      counts_[static_cast<std::size_t>(x)] += row[x] == kEndPoint ? sign : 0;
-    }
-  }
-
-  GrayImage edges_;
-  int32_t reach_;
-  Buffer<int32_t> counts_;
-};
+// A window of end points is cut into four closed quadrants around its pixel: rows y - reach to y or y to
+// y + reach - 1, and columns x - reach to x or x to x + reach - 1. A gap lies between two end points where two
+// opposite quadrants hold one each.
 
 constexpr int32_t kMaxEndPoints = 1000;
 
-// Whether the window of (x, y), rows y - reach to y + reach - 1 and columns likewise, holds two end points
-// with y between their rows and x between their columns, all inclusive: one in a closed quadrant around (x,
-// y), and one in the quadrant across. Only the first thousand end points count.
-bool bridges_end_points(GrayImage edges, int32_t x, int32_t y, int32_t reach) {
+// Adds the end points of one row to the counts of the columns, and takes those of another away.
+NUV_ROW_KERNEL void slide_counts(const uint8_t* in, const uint8_t* out, uint32_t* NUV_RESTRICT counts,
+                                 std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    counts[x] += static_cast<uint32_t>(in[x] == kEndPoint) - static_cast<uint32_t>(out[x] == kEndPoint);
+  }
+}
+
+// The end points of each column in the upper or in the lower rows of the window, which slides down the image,
+// and their sums from column 0 up to each column, without it.
+struct HalfWindow {
+  Buffer<uint32_t> counts;
+  Buffer<uint32_t> before;
+
+  explicit HalfWindow(int32_t width)
+      : counts(allocate<uint32_t>(static_cast<std::size_t>(width))),
+        before(allocate<uint32_t>(static_cast<std::size_t>(width) + 1)) {
+    if (counts) std::fill_n(counts.get(), width, 0);
+  }
+
+  bool allocated() const { return counts && before; }
+  void sum_up(int32_t width) {
+    uint32_t sum = 0;
+    for (int32_t x = 0; x < width; ++x) {
+      before[static_cast<std::size_t>(x)] = sum;
+      sum += counts[static_cast<std::size_t>(x)];
+    }
+    before[static_cast<std::size_t>(width)] = sum;
+  }
+};
+
+// For n pixels, upper and lower being the sums before the first of them: 255 at gaps, else 0.
+NUV_ROW_KERNEL void find_gaps(const uint8_t* edges, const uint8_t* mask, const uint32_t* upper,
+                              const uint32_t* lower, std::ptrdiff_t reach, uint8_t* NUV_RESTRICT gaps,
+                              std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const bool upper_left = upper[x + 1] != upper[x - reach];
+    const bool upper_right = upper[x + reach] != upper[x];
+    const bool lower_left = lower[x + 1] != lower[x - reach];
+    const bool lower_right = lower[x + reach] != lower[x];
+    const bool is_between = (upper_left & lower_right) | (upper_right & lower_left);
+    gaps[x] = is_between & (mask[x] != 0) & (edges[x] == 0) ? 255 : 0;
+  }
+}
+
+NUV_ROW_KERNEL void mark_gaps(const uint8_t* gaps, uint8_t* NUV_RESTRICT edges, std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    edges[x] = static_cast<uint8_t>((gaps[x] & kGap) | (~gaps[x] & edges[x]));
+  }
+}
+
+// Whether (x, y) lies between two of the first thousand end points of its window, in raster order. The window
+// is scanned, which needs no memory.
+bool is_between_first_end_points(GrayImage edges, int32_t x, int32_t y, int32_t reach) {
   bool upper_left = false;
   bool upper_right = false;
   bool lower_left = false;
@@ -112,22 +161,62 @@ bool bridges_end_points(GrayImage edges, int32_t x, int32_t y, int32_t reach) {
   return false;
 }
 
-// Calls bridge(x, y) for the pixels that mask and edges leave for a gap, where two end points are near.
-template <class Bridge>
-void for_gap_candidates(GrayImage edges, const uint8_t* mask, int32_t reach, Bridge bridge) {
+void mark_gaps_by_scanning(GrayImage edges, const uint8_t* mask, int32_t reach) {
+  const Region inner = edges.interior(reach);
+  for (int32_t y = inner.y1; y <= inner.y2; ++y) {
+    for (int32_t x = inner.x1; x <= inner.x2; ++x) {
+      uint8_t* p = edges.at(x, y);
+      const bool is_candidate = mask[p - edges.pixels] != 0 && *p == 0;
+      if (is_candidate && is_between_first_end_points(edges, x, y, reach)) *p = kGap;
+    }
+  }
+}
+
+// Gaps do not change which pixels are end points, so that the order of the pixels does not matter.
+void mark_gaps(GrayImage edges, const uint8_t* mask, int32_t reach) {
   const Region inner = edges.interior(reach);
   if (inner.empty()) return;
-  EndPointColumns columns(edges, reach);
-  columns.start(reach);
+  HalfWindow upper(edges.width);
+  HalfWindow lower(edges.width);
+  const Buffer<uint8_t> no_end_points = allocate<uint8_t>(static_cast<std::size_t>(edges.width));
+  if (!upper.allocated() || !lower.allocated() || !no_end_points) {
+    mark_gaps_by_scanning(edges, mask, reach);
+    return;
+  }
+  std::fill_n(no_end_points.get(), edges.width, 0);
+  const auto slide = [&](HalfWindow& half, const uint8_t* in, const uint8_t* out) {
+    slide_counts(in, out, half.counts.get(), edges.width);
+  };
+  for (int32_t i = 0; i < reach; ++i) {
+    slide(upper, edges.row(i), no_end_points.get());
+    slide(lower, edges.row(reach + i), no_end_points.get());
+  }
+  slide(upper, edges.row(reach), no_end_points.get());
+
+  // Only a large window can hold more end points than count.
+  const bool may_overflow = int64_t{4} * reach * reach > kMaxEndPoints;
+  uint8_t gaps[kSpan];
   for (int32_t y = inner.y1; y <= inner.y2; ++y) {
-    int32_t near = 0;
-    for (int32_t x = 0; x < 2 * reach; ++x) near += columns.at(x);
-    const uint8_t* allowed = mask + (edges.row(y) - edges.pixels);
-    for (int32_t x = inner.x1; x <= inner.x2; ++x) {
-      if (near >= 2 && allowed[x] != 0 && *edges.at(x, y) == 0) bridge(x, y);
-      near += columns.at(x + reach) - columns.at(x - reach);
+    upper.sum_up(edges.width);
+    lower.sum_up(edges.width);
+    for (std::ptrdiff_t first = inner.x1; first <= inner.x2; first += kSpan) {
+      const std::ptrdiff_t n = std::min(kSpan, inner.x2 + 1 - first);
+      uint8_t* row = edges.row(y) + first;
+      const uint32_t* above = upper.before.get() + first;
+      const uint32_t* below = lower.before.get() + first;
+      find_gaps(row, mask + (row - edges.pixels), above, below, reach, gaps, n);
+      for (std::ptrdiff_t x = 0; may_overflow && x < n; ++x) {
+        if (gaps[x] == 0) continue;
+        const uint32_t in_window =
+            (above[x + reach] - above[x - reach]) + (below[x + reach] - below[x - reach]);
+        if (in_window <= kMaxEndPoints) continue;
+        if (!is_between_first_end_points(edges, static_cast<int32_t>(first + x), y, reach)) gaps[x] = 0;
+      }
+      mark_gaps(gaps, row, n);
     }
-    if (y < inner.y2) columns.move_down(y);
+    if (y == inner.y2) break;
+    slide(upper, edges.row(y + 1), edges.row(y - reach));
+    slide(lower, edges.row(y + reach), edges.row(y));
   }
 }
 
@@ -139,13 +228,11 @@ using namespace nuv;
 void NuvEdgeDeleteNoiseAndCrossPoints(uint8_t* pBinImg, int32_t width, int32_t height,
                                       int32_t maxNeighbours) {
   const GrayImage image{pBinImg, width, height};
-  const NeighbourCount neighbours(width);
   clear_sides(image);
-  for_interior(image, [&](int32_t x, int32_t y) {
-    uint8_t* p = image.at(x, y);
-    // Marked pixels still count as neighbours.
-    if (*p != 0 && neighbours.exceeds(p, maxNeighbours)) *p = kToBeDeleted;
-  });
+  // A pixel without neighbours stays, whatever the limit.
+  if (maxNeighbours < 8) {
+    mark_interior(image, static_cast<uint8_t>(std::max(maxNeighbours, 0) + 1), 8, kToBeDeleted);
+  }
   delete_marked(pBinImg, image.size());
 }
 
@@ -161,25 +248,18 @@ void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t height,
 
 void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int32_t width, int32_t height,
                               int32_t minGrd) {
-  const GrayImage edges{pEdgeImg, width, height};
-  for_interior(edges, [=](int32_t x, int32_t y) {
-    uint8_t* edge = edges.at(x, y);
-    const uint8_t* p = pGryImg + (edge - edges.pixels);
-    const int32_t gradient = std::abs(p[width] - p[-width]) + std::abs(p[1] - p[-1]);
-    if (*edge != 0 && gradient < minGrd) *edge = 0;
-  });
+  if (minGrd <= 0) return;
+  const auto least = static_cast<int16_t>(std::min(minGrd, kMostGradient + 1));
+  rewrite_interior({pEdgeImg, width, height},
+                   [=](const uint8_t* edges, std::ptrdiff_t place, uint8_t* out, std::ptrdiff_t n) {
+                     keep_strong(edges, pGryImg + place, width, least, out, n);
+                   });
 }
 
 void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t gapLength) {
   const GrayImage edges{pEdgeImg, width, height};
-  const NeighbourCount neighbours(width);
-  for_interior(edges, [&](int32_t x, int32_t y) {
-    uint8_t* p = edges.at(x, y);
-    if (*p != 0 && !neighbours.exceeds(p, 1)) *p = kEndPoint;
-  });
+  mark_interior(edges, 0, 1, kEndPoint);
   const int32_t reach = gapLength / 2 + 1;
   if (reach < 1) return;  // windows of no pixels
-  for_gap_candidates(edges, pMskImg, reach, [=](int32_t x, int32_t y) {
-    if (bridges_end_points(edges, x, y, reach)) *edges.at(x, y) = kGap;
-  });
+  mark_gaps(edges, pMskImg, reach);
 }
