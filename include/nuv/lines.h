@@ -432,7 +432,8 @@ NUV_API void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t height
 // ---- Key points ------------------------------------------------------------------------------------------
 
 /// The M points that keep the shape of a curve best, by splitting it again and again at the point farthest
-/// from a chord. Meant for curves that run from top to bottom; the time grows with the square of N.
+/// from a chord. Meant for curves that run from top to bottom. The time grows as N log N; with coordinates
+/// beyond -2^20 to 2^20, and uneven splits, as N*M.
 ///
 /// First and last point by y are the first two. Then the stretch whose farthest inner point lies farthest
 /// from the chord of its ends is split there, the first of equals; a stretch without inner points stands at
@@ -448,8 +449,8 @@ NUV_API int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M,
 
 /// The corners of a quadrilateral: the two points of a contour that lie farthest apart, and between them the
 /// point farthest from their line on each side, in the order of the contour. Of equals the first. A side
-/// without points gives the point halfway along the contour. The time grows with the square of N. Squared
-/// distances are 32-bit and wrap: points should lie less than 32768 apart.
+/// without points gives the point halfway along the contour. Squared distances are 32-bit and wrap: points
+/// should lie less than 32768 apart. The time grows as N log N; with the square of N where they wrap.
 ///
 /// @param pX, pY          N points of a contour, in order
 /// @param pPolyX, pPolyY  receive 4 corners

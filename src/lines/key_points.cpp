@@ -2,10 +2,12 @@
 // quadrilateral.
 
 #include <algorithm>
-#include <utility>
+#include <cstdint>
 
 #include "frame/buffer.h"
 #include "lines/diameter.h"
+#include "lines/exchange_sort.h"
+#include "lines/farthest_points.h"
 #include "nuv/lines.h"
 
 namespace nuv {
@@ -15,48 +17,32 @@ struct Points {
   int32_t* x;
   int32_t* y;
 
-  void swap(int32_t i, int32_t j) const {
-    std::swap(x[i], x[j]);
-    std::swap(y[i], y[j]);
-  }
   double distance_to_chord(int32_t i, int32_t j, int32_t k) const {
     return NuvDistFromPoint3To2PLine(x[i], y[i], x[j], y[j], x[k], y[k]);
   }
 };
 
-// By exchanges, whose order among points of equal y others rely on.
-void sort_by_y(Points points, int32_t n) {
-  for (int32_t i = 0; i < n; ++i) {
-    for (int32_t j = i + 1; j < n; ++j) {
-      if (points.y[j] < points.y[i]) points.swap(i, j);
-    }
-  }
-}
-
-// Below every distance.
-constexpr double kNoDistance = -10.0;
-
 // A stretch of points, and its inner point that is farthest from the chord between its ends.
 struct Stretch {
   int32_t low;
   int32_t high;
-  int32_t candidate;
-  double distance;
+  int32_t number;  // in the order in which stretches come to be
+  FarthestPoints::Found farthest;
 };
 
-Stretch stretch_of(Points points, int32_t low, int32_t high) {
-  // Without inner points the end stands in, as if it lay on the chord.
-  if (high - low < 2) return {low, high, high, 0.0};
-  Stretch stretch{low, high, high, kNoDistance};
-  for (int32_t k = low + 1; k < high; ++k) {
-    const double distance = points.distance_to_chord(low, high, k);
-    if (distance > stretch.distance) {
-      stretch.distance = distance;
-      stretch.candidate = k;
-    }
-  }
-  return stretch;
+// In a heap the greatest distance comes first, and of equal ones the first stretch.
+bool comes_later(const Stretch& a, const Stretch& b) {
+  if (a.farthest.distance != b.farthest.distance) return a.farthest.distance < b.farthest.distance;
+  return a.number > b.number;
 }
+
+Stretch stretch_of(FarthestPoints& points, int32_t low, int32_t high, int32_t number) {
+  // Without inner points the end stands in, as if it lay on the chord.
+  if (high - low < 2) return {low, high, number, {high, 0.0}};
+  return {low, high, number, points.search(low, high)};
+}
+
+// ---- the farthest pair ----
 
 // The pair of the greatest squared distance, in 32 bits that wrap, from 1 on; the first one in the order of i
 // and then j.
@@ -93,13 +79,11 @@ PointPair farthest_apart(Points points, int32_t n) {
 using namespace nuv;
 
 int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M, int32_t* pKeyX, int32_t* pKeyY) {
-  const Points points{pX, pY};
-  const Points keys{pKeyX, pKeyY};
   const auto copy = [=](int32_t from, int32_t to) {
     pKeyX[to] = pX[from];
     pKeyY[to] = pY[from];
   };
-  sort_by_y(points, N);
+  exchange_sort_by_y(pX, pY, N);
   if (M > N) {
     for (int32_t i = 0; i < N; ++i) copy(i, i);
     return std::max(N, 0);
@@ -110,20 +94,21 @@ int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M, int32_t
 
   copy(0, 0);
   copy(N - 1, M - 1);
-  stretches[0] = stretch_of(points, 0, N - 1);
+  FarthestPoints points(pX, pY, N);
+  Stretch* const first = stretches.get();
+  first[0] = stretch_of(points, 0, N - 1, 0);
   for (int32_t j = 1; j <= M - 2; ++j) {
-    // The first of the greatest; a stretch whose ends coincide has no distance, and is taken only for want of
-    // others.
-    Stretch* best = stretches.get();
-    for (Stretch* s = best + 1; s < stretches.get() + j; ++s) {
-      if (s->distance > best->distance) best = s;
-    }
-    copy(best->candidate, j);
-    const int32_t split = best->candidate;
-    stretches[static_cast<std::size_t>(j)] = stretch_of(points, split, best->high);
-    *best = stretch_of(points, best->low, split);
+    // A stretch whose ends coincide has no distance, and is taken only for want of others.
+    std::pop_heap(first, first + j, comes_later);
+    const Stretch best = first[j - 1];
+    const int32_t split = best.farthest.place;
+    copy(split, j);
+    first[j - 1] = stretch_of(points, best.low, split, best.number);
+    std::push_heap(first, first + j, comes_later);
+    first[j] = stretch_of(points, split, best.high, j);
+    std::push_heap(first, first + j + 1, comes_later);
   }
-  sort_by_y(keys, M);
+  exchange_sort_by_y(pKeyX, pKeyY, M);
   return M;
 }
 

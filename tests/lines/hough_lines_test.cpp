@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
@@ -146,6 +148,73 @@ TEST(KeyPoints, SplitAtTheFarthest) {
   std::vector<int32_t> sx = {0, 0, 0, 0, 0}, sy = {0, 1, 2, 3, 4}, tx(5), ty(5);
   EXPECT_EQ(NuvLineKeyPoints(sx.data(), sy.data(), 5, 5, tx.data(), ty.data()), 5);
   EXPECT_THAT(ty, ElementsAre(0, 1, 1, 1, 4));
+}
+
+void exchange_sort(Points& p) {
+  for (std::size_t i = 0; i < p.x.size(); ++i) {
+    for (std::size_t j = i + 1; j < p.x.size(); ++j) {
+      if (p.y[j] >= p.y[i]) continue;
+      std::swap(p.x[i], p.x[j]);
+      std::swap(p.y[i], p.y[j]);
+    }
+  }
+}
+
+// The plain form: every stretch is scanned anew for each key point.
+Points plain_key_points(Points& p, int32_t m) {
+  exchange_sort(p);
+  std::vector<std::pair<int32_t, int32_t>> stretches = {{0, p.n() - 1}};
+  std::vector<int32_t> places = {0};
+  while (static_cast<int32_t>(places.size()) < m - 1) {
+    double greatest = -10;
+    std::pair<std::size_t, int32_t> best = {0, 0};
+    for (std::size_t s = 0; s < stretches.size(); ++s) {
+      const auto [low, high] = stretches[s];
+      double farthest = high - low < 2 ? 0.0 : -10.0;
+      int32_t place = high;
+      for (int32_t k = low + 1; k < high; ++k) {
+        const double distance =
+            NuvDistFromPoint3To2PLine(p.x[low], p.y[low], p.x[high], p.y[high], p.x[k], p.y[k]);
+        if (distance > farthest) farthest = distance, place = k;
+      }
+      if (s == 0 || farthest > greatest) greatest = farthest, best = {s, place};
+    }
+    places.push_back(best.second);
+    stretches.emplace_back(best.second, stretches[best.first].second);
+    stretches[best.first].second = best.second;
+  }
+  places.push_back(p.n() - 1);
+  Points keys;
+  for (const int32_t place : places) {
+    keys.x.push_back(p.x[place]);
+    keys.y.push_back(p.y[place]);
+  }
+  exchange_sort(keys);
+  return keys;
+}
+
+TEST(KeyPoints, EqualThePlainForm) {
+  Random random(41);
+  for (int round = 0; round < 120; ++round) {
+    // Few levels give many points of one y. Two walls split unevenly, and the scans add up.
+    const bool walls = round % 3 == 0;
+    const int32_t n = walls ? random.between(500, 900) : random.between(2, 300);
+    const int32_t levels = walls ? n : random.between(1, n);
+    const int32_t m = walls ? random.between(300, 500) : random.between(2, std::min(n, 60));
+    Points p;
+    for (int32_t i = 0; i < n; ++i) {
+      p.x.push_back(walls ? i % 2 * 100 + random.between(0, round % 2) : random.between(-90, 90));
+      p.y.push_back(random.between(1, levels));
+    }
+    Points expected_points = p;
+    const Points expected = plain_key_points(expected_points, m);
+    Points keys{std::vector<int32_t>(m), std::vector<int32_t>(m)};
+    NuvLineKeyPoints(p.x.data(), p.y.data(), n, m, keys.x.data(), keys.y.data());
+    ASSERT_EQ(p.x, expected_points.x) << n << " points, " << levels << " levels";
+    ASSERT_EQ(p.y, expected_points.y);
+    ASSERT_EQ(keys.x, expected.x);
+    ASSERT_EQ(keys.y, expected.y);
+  }
 }
 
 TEST(Poly4, GoesRoundTheDiagonal) {

@@ -1,0 +1,205 @@
+// Searches for the farthest point.
+//
+// A search scans its stretch. Where stretches are split so unevenly that the scans add up, a tree over the
+// points takes over. Its leaves are blocks of points, and each node has two chains: the convex hull of its
+// points toward greater x and toward smaller x, in the order of y. The signed distance from a chord is a linear
+// function, whose extremes over a node lie on its chains and are found there by halving.
+//
+// The tree works in integers. As long as coordinates are small, the numerators of all distances are exact and
+// the quotients keep their order, so that both ways find the same point.
+
+#include "lines/farthest_points.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "nuv/lines.h"
+
+namespace nuv {
+namespace {
+
+constexpr int32_t kBlock = 32;
+// Scans may cost so many times the number of points before the tree is built.
+constexpr int32_t kScansBeforeTree = 32;
+constexpr int32_t kGreatestCoordinate = 1 << 20;
+constexpr double kNoDistance = -10.0;
+constexpr int32_t kSides = 2;  // toward greater x, and toward smaller x
+
+int64_t toward(int32_t side, int32_t x) {
+  return side == 0 ? x : -int64_t{x};
+}
+
+}  // namespace
+
+// The numerator of the distance from a chord, with its sign, and the chord's ends.
+struct FarthestPoints::Chord {
+  int64_t dx;
+  int64_t dy;  // 0 or more
+  int64_t offset;
+
+  int64_t at(int64_t x, int64_t y) const { return x * dy - y * dx + offset; }
+};
+
+struct FarthestPoints::Best {
+  int64_t value = -1;
+  int32_t level = 0;
+  int32_t node = 0;
+  int32_t place = -1;  // a single point where it is not negative
+};
+
+FarthestPoints::Found FarthestPoints::search(int32_t low, int32_t high) {
+  const int32_t inner = high - low - 1;
+  if (inner <= 4 * kBlock) return scan(low, high);
+  if (!is_built_) {
+    scanned_ += inner;
+    if (scanned_ <= int64_t{kScansBeforeTree} * n_ || !build()) return scan(low, high);
+  }
+  const int32_t y1x2 = y_[low] * x_[high];  // in 32 bits
+  const int32_t x1y2 = x_[low] * y_[high];
+  const Chord chord{int64_t{x_[high]} - x_[low], int64_t{y_[high]} - y_[low], int64_t{y1x2} - x1y2};
+  if (chord.dx == 0 && chord.dy == 0) return {high, kNoDistance};
+  Best best;
+  search_node(levels_ - 1, 0, low + 1, high, chord, best);
+  const int32_t place = best.place >= 0 ? best.place : first_with(best.value, best.level, best.node, chord);
+  return {place, NuvDistFromPoint3To2PLine(x_[low], y_[low], x_[high], y_[high], x_[place], y_[place])};
+}
+
+FarthestPoints::Found FarthestPoints::scan(int32_t low, int32_t high) const {
+  Found found{high, kNoDistance};
+  for (int32_t k = low + 1; k < high; ++k) {
+    const double distance = NuvDistFromPoint3To2PLine(x_[low], y_[low], x_[high], y_[high], x_[k], y_[k]);
+    if (distance > found.distance) found = {k, distance};
+  }
+  return found;
+}
+
+// ---- the tree ----
+//
+// Level 0 has a node for each block, and each level above has half as many. A chain lies in its level's array
+// from the place of the node's first point on.
+
+int32_t FarthestPoints::first_of(int32_t level, int32_t node) const {
+  return static_cast<int32_t>(std::min((int64_t{node} * kBlock) << level, int64_t{n_}));
+}
+int32_t FarthestPoints::behind_of(int32_t level, int32_t node) const {
+  return static_cast<int32_t>(std::min(((int64_t{node} + 1) * kBlock) << level, int64_t{n_}));
+}
+
+int32_t* FarthestPoints::chain_at(int32_t level, int32_t side, int32_t first) const {
+  return chains_.get() + (static_cast<std::ptrdiff_t>(level) * kSides + side) * n_ + first;
+}
+int32_t& FarthestPoints::length_at(int32_t level, int32_t side, int32_t node) const {
+  return lengths_[(static_cast<std::size_t>(level) * kSides + static_cast<std::size_t>(side)) *
+                      static_cast<std::size_t>(blocks_) +
+                  static_cast<std::size_t>(node)];
+}
+
+bool FarthestPoints::build() {
+  if (cannot_be_built_) return false;
+  cannot_be_built_ = true;
+  const auto is_small = [](int32_t v) { return v >= -kGreatestCoordinate && v <= kGreatestCoordinate; };
+  if (!std::all_of(x_, x_ + n_, is_small) || !std::all_of(y_, y_ + n_, is_small)) return false;
+  blocks_ = (n_ - 1) / kBlock + 1;
+  levels_ = 1;
+  while ((int64_t{1} << (levels_ - 1)) < blocks_) ++levels_;
+  const auto arrays = static_cast<uint64_t>(levels_) * kSides;
+  chains_ = allocate<int32_t>(arrays * static_cast<uint64_t>(n_));
+  lengths_ = allocate<int32_t>(arrays * static_cast<uint64_t>(blocks_));
+  if (!chains_ || !lengths_) return false;
+  for (int32_t level = 0; level < levels_; ++level) {
+    for (int32_t node = 0; first_of(level, node) < n_; ++node) build_chain(level, node);
+  }
+  return is_built_ = true;
+}
+
+void FarthestPoints::build_chain(int32_t level, int32_t node) {
+  for (int32_t side = 0; side < kSides; ++side) {
+    int32_t* chain = chain_at(level, side, first_of(level, node));
+    int32_t length = 0;
+    const auto add = [&](int32_t p) {
+      const int64_t x = toward(side, x_[p]);
+      // Of points of equal y the outermost counts.
+      if (length > 0 && y_[chain[length - 1]] == y_[p]) {
+        if (toward(side, x_[chain[length - 1]]) >= x) return;
+        --length;
+      }
+      // A point that does not lie outside the line from the one before it to the new one is no corner.
+      const auto is_corner = [&](int32_t before, int32_t between) {
+        const int64_t bx = toward(side, x_[before]);
+        const int64_t mx = toward(side, x_[between]);
+        return (mx - bx) * (int64_t{y_[p]} - y_[before]) > (x - bx) * (int64_t{y_[between]} - y_[before]);
+      };
+      while (length > 1 && !is_corner(chain[length - 2], chain[length - 1])) --length;
+      chain[length++] = p;
+    };
+    if (level == 0) {
+      for (int32_t p = first_of(0, node); p < behind_of(0, node); ++p) add(p);
+    } else {
+      for (int32_t child : {2 * node, 2 * node + 1}) {
+        const int32_t first = first_of(level - 1, child);
+        if (first >= n_) continue;
+        const int32_t* points = chain_at(level - 1, side, first);
+        std::for_each(points, points + length_at(level - 1, side, child), add);
+      }
+    }
+    length_at(level, side, node) = length;
+  }
+}
+
+int64_t FarthestPoints::greatest_in(int32_t level, int32_t node, const Chord& chord) const {
+  int64_t greatest = 0;
+  for (int32_t side = 0; side < kSides; ++side) {
+    const int32_t* chain = chain_at(level, side, first_of(level, node));
+    const auto value = [&](int32_t i) {
+      const int64_t v = chord.at(x_[chain[i]], y_[chain[i]]);
+      return side == 0 ? v : -v;
+    };
+    // The values rise along the chain and then fall.
+    int32_t low = 0;
+    int32_t high = length_at(level, side, node) - 1;
+    while (low < high) {
+      const int32_t middle = low + (high - low) / 2;
+      if (value(middle) < value(middle + 1)) {
+        low = middle + 1;
+      } else {
+        high = middle;
+      }
+    }
+    greatest = std::max(greatest, value(low));
+  }
+  return greatest;
+}
+
+// Takes the points from first on, and before behind, that lie in the node into the best.
+void FarthestPoints::search_node(int32_t level, int32_t node, int32_t first, int32_t behind,
+                                 const Chord& chord, Best& best) const {
+  const int32_t node_first = first_of(level, node);
+  const int32_t node_behind = behind_of(level, node);
+  if (node_first >= behind || node_behind <= first) return;
+  if (first <= node_first && node_behind <= behind) {
+    const int64_t value = greatest_in(level, node, chord);
+    if (value > best.value) best = {value, level, node, -1};
+  } else if (level == 0) {
+    for (int32_t p = std::max(first, node_first); p < std::min(behind, node_behind); ++p) {
+      const int64_t value = std::abs(chord.at(x_[p], y_[p]));
+      if (value > best.value) best = {value, 0, node, p};
+    }
+  } else {
+    search_node(level - 1, 2 * node, first, behind, chord, best);
+    search_node(level - 1, 2 * node + 1, first, behind, chord, best);
+  }
+}
+
+// The first point of a node with a value that some point there has.
+int32_t FarthestPoints::first_with(int64_t value, int32_t level, int32_t node, const Chord& chord) const {
+  while (level > 0) {
+    --level;
+    node *= 2;
+    if (greatest_in(level, node, chord) != value) ++node;
+  }
+  int32_t p = first_of(0, node);
+  while (std::abs(chord.at(x_[p], y_[p])) != value) ++p;
+  return p;
+}
+
+}  // namespace nuv

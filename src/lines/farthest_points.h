@@ -1,0 +1,56 @@
+// The point of a stretch that is farthest from the chord between its ends.
+
+#ifndef NUV_LINES_FARTHEST_POINTS_H
+#define NUV_LINES_FARTHEST_POINTS_H
+
+#include <cstdint>
+
+#include "frame/buffer.h"
+
+namespace nuv {
+
+// Points in the order of their y, which must outlive the searches.
+class FarthestPoints {
+ public:
+  FarthestPoints(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y), n_(n) {}
+
+  struct Found {
+    int32_t place;
+    double distance;
+  };
+  // Of the points after low and before high, the first of those farthest from the chord from low to high; high
+  // itself and a distance below 0 where no point has a distance.
+  Found search(int32_t low, int32_t high);
+
+ private:
+  struct Chord;
+  struct Best;
+
+  Found scan(int32_t low, int32_t high) const;
+  bool build();
+  void build_chain(int32_t level, int32_t node);
+  int64_t greatest_in(int32_t level, int32_t node, const Chord& chord) const;
+  void search_node(int32_t level, int32_t node, int32_t first, int32_t behind, const Chord& chord,
+                   Best& best) const;
+  int32_t first_with(int64_t value, int32_t level, int32_t node, const Chord& chord) const;
+
+  int32_t first_of(int32_t level, int32_t node) const;
+  int32_t behind_of(int32_t level, int32_t node) const;
+  int32_t* chain_at(int32_t level, int32_t side, int32_t first) const;
+  int32_t& length_at(int32_t level, int32_t side, int32_t node) const;
+
+  const int32_t* x_;
+  const int32_t* y_;
+  int32_t n_;
+  int64_t scanned_ = 0;
+  bool is_built_ = false;
+  bool cannot_be_built_ = false;
+  int32_t levels_ = 0;
+  int32_t blocks_ = 0;
+  Buffer<int32_t> chains_;
+  Buffer<int32_t> lengths_;
+};
+
+}  // namespace nuv
+
+#endif
