@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 
 #include "frame/arithmetic.h"
@@ -26,36 +27,119 @@ namespace nuv {
 namespace {
 
 constexpr int32_t kRowsAbreast = 16;
+constexpr int32_t kBlock = 16;
+
+// A group of rows by their starts. One that is not full holds its last row several times.
+template <class T>
+using Rows = std::array<T*, kRowsAbreast>;
+
+template <class T>
+Rows<T> rows_from(T* first, std::ptrdiff_t width, int32_t count) {
+  Rows<T> rows{};
+  for (int32_t r = 0; r < kRowsAbreast; ++r) rows[r] = first + std::min(r, count - 1) * width;
+  return rows;
+}
 
 // ---- smoothing, any arithmetic ----
 
+// Along 16 rows: forth from in to out, and back. Blocks are worked in memory of their own, as rows that lie a
+// multiple of 4096 bytes apart would share one set of the first cache.
 template <class T, class Step>
-void smooth(GrayImage source, T* smoothed, Step step) {
+NUV_INLINE void smooth_along_rows(const uint8_t* const* in, T* const* out, std::ptrdiff_t width, Step step) {
+  constexpr int32_t kPadding = 1;
+  T block[kRowsAbreast][kBlock + kPadding];
+  T running[kRowsAbreast]{};
+  const auto move_on = [&](std::ptrdiff_t i) {
+    for (int32_t r = 0; r < kRowsAbreast; ++r) block[r][i] = running[r] = step(block[r][i], running[r]);
+  };
+  const auto store = [&](std::ptrdiff_t x, std::ptrdiff_t n) {
+    for (int32_t r = 0; r < kRowsAbreast; ++r) std::copy_n(block[r], n, out[r] + x);
+  };
+  for (std::ptrdiff_t x = 0; x < width; x += kBlock) {
+    const std::ptrdiff_t n = std::min<std::ptrdiff_t>(kBlock, width - x);
+    for (int32_t r = 0; r < kRowsAbreast; ++r) std::copy_n(in[r] + x, n, block[r]);
+    // The first pixel of a row stays as it is, and so does the last one on the way back.
+    if (x == 0) {
+      for (int32_t r = 0; r < kRowsAbreast; ++r) running[r] = block[r][0];
+    }
+    for (std::ptrdiff_t i = x == 0 ? 1 : 0; i < n; ++i) move_on(i);
+    store(x, n);
+  }
+  for (std::ptrdiff_t x = (width - 1) / kBlock * kBlock; x >= 0; x -= kBlock) {
+    const std::ptrdiff_t n = std::min<std::ptrdiff_t>(kBlock, width - x);
+    for (int32_t r = 0; r < kRowsAbreast; ++r) std::copy_n(out[r] + x, n, block[r]);
+    for (std::ptrdiff_t i = x + n == width ? n - 2 : n - 1; i >= 0; --i) move_on(i);
+    store(x, n);
+  }
+}
+
+// A row from the one before it in the pass.
+template <class T, class Step>
+NUV_INLINE void smooth_across_rows(T* NUV_RESTRICT row, const T* NUV_RESTRICT before, std::ptrdiff_t n,
+                                   Step step) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) row[x] = step(row[x], before[x]);
+}
+
+struct FineStep {
+  double a0;
+
+  NUV_INLINE double operator()(double sample, double running) const {
+    return (sample - running) * a0 + running;
+  }
+};
+
+struct TruncatingStep {
+  double a0;
+
+  NUV_INLINE uint8_t operator()(int32_t sample, int32_t running) const {
+    return low_byte(truncated((sample - running) * a0 + running));
+  }
+};
+
+// With a weight that keeps all products in the range of integers, so that none needs a test.
+struct SmallTruncatingStep {
+  static constexpr double kGreatestWeight = 1e6;
+  double a0;
+
+  NUV_INLINE uint8_t operator()(int32_t sample, int32_t running) const {
+    return low_byte(static_cast<int32_t>((sample - running) * a0 + running));
+  }
+};
+
+NUV_ROW_KERNEL void smooth_along_rows(const uint8_t* const* in, double* const* out, std::ptrdiff_t width,
+                                      FineStep step) {
+  smooth_along_rows<double>(in, out, width, step);
+}
+NUV_ROW_KERNEL void smooth_across_rows(double* row, const double* before, std::ptrdiff_t n, FineStep step) {
+  smooth_across_rows<double>(row, before, n, step);
+}
+
+NUV_ROW_KERNEL void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out, std::ptrdiff_t width,
+                                      SmallTruncatingStep step) {
+  smooth_along_rows<uint8_t>(in, out, width, step);
+}
+NUV_ROW_KERNEL void smooth_across_rows(uint8_t* row, const uint8_t* before, std::ptrdiff_t n,
+                                       SmallTruncatingStep step) {
+  smooth_across_rows<uint8_t>(row, before, n, step);
+}
+
+// Calls finished(y) for each row as soon as it is smoothed; the rows below it are by then.
+template <class T, class Step, class Finished>
+void smooth(GrayImage source, T* smoothed, Step step, Finished finished) {
   const std::ptrdiff_t width = source.width;
   const auto row_of = [=](int32_t y) { return smoothed + y * width; };
   std::copy_n(source.row(0), width, row_of(0));
   for (int32_t top = 1; top < source.height; top += kRowsAbreast) {
-    const int32_t rows = std::min(kRowsAbreast, source.height - top);
-    const uint8_t* in = source.row(top);
-    T* out = row_of(top);
-    for (int32_t r = 0; r < rows; ++r) out[r * width] = in[r * width];
-    for (std::ptrdiff_t x = 1; x < width; ++x) {
-      for (int32_t r = 0; r < rows; ++r) out[r * width + x] = step(in[r * width + x], out[r * width + x - 1]);
-    }
-    for (std::ptrdiff_t x = width - 2; x >= 0; --x) {
-      for (int32_t r = 0; r < rows; ++r)
-        out[r * width + x] = step(out[r * width + x], out[r * width + x + 1]);
-    }
-    for (int32_t r = 0; r < rows; ++r) {
-      T* row = out + r * width;
-      const T* above = row - width;
-      for (std::ptrdiff_t x = 0; x < width; ++x) row[x] = step(row[x], above[x]);
-    }
+    const int32_t count = std::min(kRowsAbreast, source.height - top);
+    const Rows<const uint8_t> in = rows_from<const uint8_t>(source.row(top), width, count);
+    const Rows<T> out = rows_from(row_of(top), width, count);
+    smooth_along_rows(in.data(), out.data(), width, step);
+    for (int32_t r = 0; r < count; ++r) smooth_across_rows(out[r], out[r] - width, width, step);
   }
+  finished(source.height - 1);
   for (int32_t y = source.height - 2; y >= 0; --y) {
-    T* row = row_of(y);
-    const T* below = row + width;
-    for (std::ptrdiff_t x = 0; x < width; ++x) row[x] = step(row[x], below[x]);
+    smooth_across_rows(row_of(y), row_of(y + 1), width, step);
+    finished(y);
   }
 }
 
@@ -76,8 +160,6 @@ NUV_INLINE uint8_t step_of_complements(uint8_t sample, uint8_t running) {
   for (int i = 0; i < Shift; ++i) sample = static_cast<uint8_t>((sample + running + 1) >> 1);
   return sample;
 }
-
-constexpr int32_t kBlock = 16;
 
 // Up to 16 columns of the 16 rows, as columns; the rows are given by their starts.
 template <class Pointer>
@@ -194,14 +276,8 @@ void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
   complement_row(source.row(0), target.row(0), width);
   for (int32_t top = 1; top < source.height; top += kRowsAbreast) {
     const int32_t rows = std::min(kRowsAbreast, source.height - top);
-    std::array<const uint8_t*, kRowsAbreast> in{};
-    std::array<uint8_t*, kRowsAbreast> out{};
-    for (int32_t r = 0; r < kRowsAbreast; ++r) {
-      // A group that is not full computes its last row several times.
-      const int32_t y = top + std::min(r, rows - 1);
-      in[r] = source.row(y);
-      out[r] = target.row(y);
-    }
+    const Rows<const uint8_t> in = rows_from<const uint8_t>(source.row(top), width, rows);
+    const Rows<uint8_t> out = rows_from(target.row(top), width, rows);
     smooth_along_rows(in.data(), out.data(), width, shift);
     for (int32_t r = 0; r < rows; ++r) smooth_down(out[r], out[r] - width, width, shift);
   }
@@ -211,10 +287,16 @@ void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
 
 #else
 
-void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
-  smooth(source, smoothed, [shift](int32_t sample, int32_t running) {
+struct ShiftStep {
+  int32_t shift;
+
+  NUV_INLINE uint8_t operator()(int32_t sample, int32_t running) const {
     return static_cast<uint8_t>(((sample - running) >> shift) + running);
-  });
+  }
+};
+
+void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
+  smooth(source, smoothed, ShiftStep{shift}, [](int32_t) {});
 }
 
 #endif
@@ -270,21 +352,21 @@ struct Span {
   const uint8_t* edges;  // 255 on edge pixels, else 0
 };
 
-// Tests the interior in raster order, and hands it to visit() span by span while visit() returns true.
+// Tests the interior of a row, and hands it to visit() span by span while visit() returns true. Returns whether
+// it always did.
 template <class T, class Visit>
-void for_edge_spans(GrayImage source, const T* smoothed, int32_t threshold, Visit visit) {
+bool for_edge_spans(GrayImage source, int32_t y, const T* smoothed, int32_t threshold, Visit visit) {
   // Every pixel has a step of 0 or more, and none has one above 255.
-  if (threshold > 255) return;
+  if (threshold > 255 || y < 1 || y > source.height - 2) return true;
   const auto byte_threshold = static_cast<uint8_t>(std::max(threshold, 0));
   uint8_t edges[kSpan];
-  for (int32_t y = 1; y < source.height - 1; ++y) {
-    for (int32_t x = 1; x < source.width - 1; x += kSpan) {
-      const int32_t n = std::min(kSpan, source.width - 1 - x);
-      const uint8_t* g = source.at(x, y);
-      test_row_span(g, smoothed + (g - source.pixels), source.width, n, byte_threshold, edges);
-      if (!visit(Span{x, y, n, edges})) return;
-    }
+  for (int32_t x = 1; x < source.width - 1; x += kSpan) {
+    const int32_t n = std::min(kSpan, source.width - 1 - x);
+    const uint8_t* g = source.at(x, y);
+    test_row_span(g, smoothed + (g - source.pixels), source.width, n, byte_threshold, edges);
+    if (!visit(Span{x, y, n, edges})) return false;
   }
+  return true;
 }
 
 // Calls action(x) for the edge pixels of a span while it returns true, and returns whether it always did.
@@ -308,13 +390,23 @@ bool for_edge_pixels(const Span& span, Action action) {
 }
 
 template <class T>
-void draw_edges(GrayImage source, const T* smoothed, int32_t threshold, uint8_t* result) {
+void draw_edges(GrayImage source, int32_t y, const T* smoothed, int32_t threshold, uint8_t* result) {
   const GrayImage edges{result, source.width, source.height};
-  std::memset(result, 0, static_cast<std::size_t>(edges.size()));
-  for_edge_spans(source, smoothed, threshold, [=](const Span& span) {
+  std::memset(edges.row(y), 0, static_cast<std::size_t>(source.width));
+  for_edge_spans(source, y, smoothed, threshold, [=](const Span& span) {
     std::memcpy(edges.at(span.x, span.y), span.edges, static_cast<std::size_t>(span.n));
     return true;
   });
+}
+
+// Each row is tested while the rows around it are in the caches.
+template <class T, class Step>
+void draw_edges_of_smoothed(GrayImage source, T* smoothed, Step step, int32_t threshold, uint8_t* result) {
+  if (source.empty()) return;
+  smooth(source, smoothed, step, [=](int32_t y) {
+    if (y + 1 < source.height) draw_edges(source, y + 1, smoothed, threshold, result);
+  });
+  draw_edges(source, 0, smoothed, threshold, result);
 }
 
 }  // namespace
@@ -325,11 +417,11 @@ using namespace nuv;
 void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, double a0,
                        int32_t grdThreshold, uint8_t* pResImg) {
   const GrayImage source{pGryImg, width, height};
-  if (source.empty()) return;
-  smooth(source, pTmpImg, [a0](int32_t sample, int32_t running) {
-    return low_byte(truncated((sample - running) * a0 + running));
-  });
-  draw_edges(source, pTmpImg, grdThreshold, pResImg);
+  if (std::fabs(a0) <= SmallTruncatingStep::kGreatestWeight) {
+    draw_edges_of_smoothed(source, pTmpImg, SmallTruncatingStep{a0}, grdThreshold, pResImg);
+  } else {
+    draw_edges_of_smoothed(source, pTmpImg, TruncatingStep{a0}, grdThreshold, pResImg);
+  }
 }
 
 void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, int32_t shift,
@@ -337,7 +429,7 @@ void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32
   const GrayImage source{pGryImg, width, height};
   if (source.empty()) return;
   smooth_by_shift(source, pTmpImg, std::clamp(shift, 1, 3));
-  draw_edges(source, pTmpImg, grdThreshold, pResImg);
+  for (int32_t y = 0; y < height; ++y) draw_edges(source, y, pTmpImg, grdThreshold, pResImg);
 }
 
 int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, int32_t shift,
@@ -346,13 +438,14 @@ int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, in
   if (source.empty()) return 0;
   smooth_by_shift(source, pTmpImg, std::clamp(shift, 1, 3));
   int32_t count = 0;
-  for_edge_spans(source, pTmpImg, grdThreshold, [&](const Span& span) {
+  const auto store = [&](const Span& span) {
     return for_edge_pixels(span, [&](int32_t x) {
       pX[count] = x;
       pY[count] = span.y;
       return ++count < maxN;  // compared after storing: one point always fits
     });
-  });
+  };
+  for (int32_t y = 1; y < height - 1 && for_edge_spans(source, y, pTmpImg, grdThreshold, store); ++y) {}
   return count;
 }
 
@@ -376,8 +469,5 @@ int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, in
 
 void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t width, int32_t height, double a0,
                         int32_t grdThreshold, uint8_t* pResImg) {
-  const GrayImage source{pGryImg, width, height};
-  if (source.empty()) return;
-  smooth(source, pTmpImg, [a0](double sample, double running) { return (sample - running) * a0 + running; });
-  draw_edges(source, pTmpImg, grdThreshold, pResImg);
+  draw_edges_of_smoothed({pGryImg, width, height}, pTmpImg, FineStep{a0}, grdThreshold, pResImg);
 }
