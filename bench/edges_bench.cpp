@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <vector>
 
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
@@ -75,6 +76,49 @@ const Row shen_jun("NuvShenJunEdgeFast/nuv", [] {
   };
 });
 
+// The photograph's strongest gradients and noise among them, which has many end points.
+BenchPicture broken_edges() {
+  BenchPicture picture = gray_picture();
+  BenchPicture edges = picture;
+  NuvGryImgSobel(picture.data(), picture.width, picture.height, edges.data());
+  NuvThreshold(edges.data(), edges.width, edges.height, 100);
+  uint32_t noise = 1;
+  for (uint8_t& pixel : edges.pixels) {
+    noise = noise * 1664525 + 1013904223;
+    if (noise >> 24 < 12) pixel = 255;
+  }
+  return edges;
+}
+
+auto connect_work(int32_t gap) {
+  BenchPicture mask = gray_picture();
+  std::fill(mask.pixels.begin(), mask.pixels.end(), uint8_t{255});
+  return [=, broken = broken_edges(), edges = broken_edges()]() mutable {
+    edges.pixels = broken.pixels;
+    NuvConnectEdge(edges.data(), mask.data(), edges.width, edges.height, gap);
+  };
+}
+const Row connect_5("NuvConnectEdge gap 5/nuv", [] { return connect_work(5); });
+const Row connect_20("NuvConnectEdge gap 20/nuv", [] { return connect_work(20); });
+const Row connect_80("NuvConnectEdge gap 80/nuv", [] { return connect_work(80); });
+
+const Row two_points("NuvExtractTwoEdgePointPerCol/nuv", [] {
+  return [picture = gray_picture(), first = std::vector<int32_t>(1280),
+          second = std::vector<int32_t>(1280)]() mutable {
+    NuvExtractTwoEdgePointPerCol(picture.data(), picture.width, 10, 0, picture.width - 1, 0,
+                                 picture.height - 1, first.data(), second.data());
+  };
+});
+
+auto fine_work(int32_t width, int32_t height) {
+  const BenchPicture picture = gray_picture(width, height);
+  return [picture, edges = picture, smoothed = LineVector<double>(picture.pixels.size())]() mutable {
+    NuvShenJunEdgeFine(picture.data(), smoothed.data(), picture.width, picture.height, 0.25, 6, edges.data());
+  };
+}
+const Row fine("NuvShenJunEdgeFine/nuv", [] { return fine_work(1280, 960); });
+const Row fine_large("NuvShenJunEdgeFine 2560x1920/nuv", [] { return fine_work(2560, 1920); });
+
 #if NUV_WITH_OPENCV
 const Row cv_sobel("NuvGryImgSobel/opencv", [] {
   return [picture = gray_picture(), x = cv::Mat(), y = cv::Mat(), result = cv::Mat()]() mutable {
@@ -127,9 +171,22 @@ const Row morphology_and_histogram("NuvEdgeTripeDetection/opencv with calcHist",
   };
 });
 
-const Row canny("NuvShenJunEdgeFast/opencv", [] {
-  return
-      [picture = gray_picture(), edges = cv::Mat()]() mutable { cv::Canny(picture.mat(), edges, 50, 100); };
+// Canny also smooths and follows edges from strong pixels; it is the peer of every Shen-Jun form.
+auto canny_work(int32_t width, int32_t height) {
+  return [picture = gray_picture(width, height), edges = cv::Mat()]() mutable {
+    cv::Canny(picture.mat(), edges, 50, 100);
+  };
+}
+const Row canny("NuvShenJunEdgeFast/opencv Canny", [] { return canny_work(1280, 960); });
+const Row fine_canny("NuvShenJunEdgeFine/opencv Canny", [] { return canny_work(1280, 960); });
+const Row fine_canny_large("NuvShenJunEdgeFine 2560x1920/opencv Canny",
+                           [] { return canny_work(2560, 1920); });
+
+// The strongest pixel of each column; the export finds two.
+const Row strongest_of_columns("NuvExtractTwoEdgePointPerCol/opencv reduce", [] {
+  return [picture = gray_picture(), most = cv::Mat()]() mutable {
+    cv::reduce(picture.mat(), most, 0, cv::REDUCE_MAX);
+  };
 });
 #endif
 

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <iomanip>
 #include <limits>
 #include <memory>
@@ -106,6 +107,12 @@ class Scene {
   int32_t M;  // half a window's width
   int32_t N;  // half a window's height
 
+  // A gray image of the scene's size that all pictures then show. Scenes of all sizes draw the same numbers
+  // with it, so that their calls can be compared.
+  const uint8_t* exhibit = nullptr;
+  // Called when all arguments are there.
+  std::function<void()> before_call;
+
   std::size_t pixels() const { return area(width, height); }
   std::size_t inner_pixels() const { return area(inner.columns(), inner.rows()); }
   std::size_t result_pixels() const { return area(result_width, result_height); }
@@ -149,19 +156,24 @@ class Scene {
 
   uint8_t* noise(std::size_t bytes) {
     uint8_t* data = memory<uint8_t>(bytes);
+    if (exhibit != nullptr) {
+      for (std::size_t i = 0; i < bytes; i += pixels())
+        std::memcpy(data + i, exhibit, std::min(pixels(), bytes - i));
+      return data;
+    }
     for (std::size_t i = 0; i < bytes; ++i) data[i] = static_cast<uint8_t>(between(0, 255));
     return data;
   }
 
   int32_t* integers(std::size_t elements, int32_t low, int32_t high) {
     int32_t* data = memory<int32_t>(elements);
-    for (std::size_t i = 0; i < elements; ++i) data[i] = integer(low, high);
+    fill(data, elements, [=] { return integer(low, high); });
     return data;
   }
 
   double* reals(std::size_t elements, double low, double high) {
     double* data = memory<double>(elements);
-    for (std::size_t i = 0; i < elements; ++i) data[i] = real(low, high);
+    fill(data, elements, [=] { return real(low, high); });
     return data;
   }
 
@@ -171,6 +183,7 @@ class Scene {
     const int32_t side = between(2, 7);
     const int32_t spread = between(0, 12);
     const int32_t slope = between(-4, 4);
+    if (exhibit != nullptr) return show(channels);
     return paint(channels, [&](int32_t x, int32_t y, int32_t channel) {
       if (look_ == Look::kBlack) return 0;
       if (look_ == Look::kWhite) return 255;
@@ -197,6 +210,7 @@ class Scene {
       if (look_ == Look::kWhite) return 255;
       if (look_ == Look::kNotched) return notched_level(x, y) < 128 ? 255 : 0;
       if (look_ == Look::kNearLimits && special_within({0, 5}) == 0) return near_a_limit();
+      if (exhibit != nullptr) return exhibit[y * width + x] >= 128 ? 255 : 0;
       if (style == 2) return percent % 2 * 255;
       if (style == 3) return between(0, 255);
       const auto place = static_cast<uint32_t>(x / side * 4096 + y / side) ^ salt;
@@ -250,6 +264,12 @@ class Scene {
   // Marks what the memory holds by now as what it held at first.
   void remember() {
     for (Block& block : blocks_) block.remember();
+    if (before_call) before_call();
+  }
+  std::size_t memory_size() const {
+    std::size_t size = 0;
+    for (const Block& block : blocks_) size += block.size();
+    return size;
   }
   // Other than 0, false and null.
   bool returned_something() const { return returned_something_; }
@@ -447,6 +467,25 @@ class Scene {
   int32_t end(int32_t length) {
     return one_of({kMin, -65536, -2, -1, 0, 0, 1, 2, length / 2, length - 2, length - 1, length - 1, length,
                    length + 1, 65536, kMax});
+  }
+
+  template <class T, class Draw>
+  void fill(T* data, std::size_t elements, Draw draw) {
+    if (exhibit == nullptr) {
+      std::generate_n(data, elements, draw);
+      return;
+    }
+    Random own(static_cast<uint32_t>(between(0, 65535)));
+    std::swap(random_, own);
+    std::generate_n(data, elements, draw);
+    std::swap(random_, own);
+  }
+
+  uint8_t* show(int32_t channels) {
+    uint8_t* data = memory<uint8_t>(pixels() * static_cast<std::size_t>(channels));
+    for (std::size_t i = 0; i < pixels(); ++i)
+      std::fill_n(data + i * static_cast<std::size_t>(channels), channels, exhibit[i]);
+    return data;
   }
 
   template <class Pixel>
