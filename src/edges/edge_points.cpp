@@ -4,92 +4,180 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
+#include <cstdint>
+#include <numeric>
+#include <tuple>
 #include <utility>
 
 #include "frame/arithmetic.h"
 #include "frame/byte_counter.h"
-#include "frame/column_strips.h"
 #include "frame/row_kernel.h"
-#include "frame/runs.h"
 #include "frame/views.h"
 #include "nuv/edges.h"
 
 namespace nuv {
 namespace {
 
-// A stretch of a row or a column, from an absolute place on.
-struct Stretch {
-  Line line;
-  int32_t first;
-};
+constexpr int32_t kNowhere = -1;
 
-Stretch row_stretch(GrayImage image, int32_t y, int32_t x1, int32_t x2) {
-  return {{image.at(x1, y), x2 < x1 ? 0 : x2 - x1 + 1, 1}, x1};
-}
-
-Stretch column_stretch(GrayImage image, int32_t x, int32_t y1, int32_t y2) {
-  return {{image.at(x, y1), y2 < y1 ? 0 : y2 - y1 + 1, image.width}, y1};
-}
+// Two places of the strongest pixels, in order.
+using Two = std::pair<int32_t, int32_t>;
 
 // Nothing nearer than this to the strongest pixel is taken for a second one.
 constexpr int32_t kApart = 10;
 
-// The places of the two strongest pixels, in order; twice the same where there is no second one, and -1 where
-// all is 0. Of equals the first is found from the front, and the second from the back.
-std::pair<int32_t, int32_t> strongest_two(const Stretch& stretch) {
-  int32_t first = -1;
-  uint8_t most = 0;
-  for (int32_t i = 0; i < stretch.line.count; ++i) {
-    if (stretch.line[i] > most) {
-      most = stretch.line[i];
-      first = stretch.first + i;
-    }
-  }
-  int32_t second = first;
-  most = 0;
-  for (int32_t i = stretch.line.count - 1; i >= 0; --i) {
-    const int32_t place = stretch.first + i;
-    const bool apart = place < first - kApart || place > first + kApart;
-    if (apart && stretch.line[i] > most) {
-      most = stretch.line[i];
-      second = place;
-    }
-  }
-  return std::minmax(first, second);
-}
-
-NUV_ROW_KERNEL uint8_t greatest_value(const uint8_t* pixels, std::ptrdiff_t n) {
-  uint8_t most = 0;
-  for (std::ptrdiff_t i = 0; i < n; ++i) most = greater(most, pixels[i]);
-  return most;
-}
-
-// The first place with the greatest value of those from begin to end - 1, or -1 where all are 0.
-struct Peak {
-  int32_t place;
-  uint8_t value;
+// A stretch of a row or a column, both ends inclusive.
+struct Ends {
+  int32_t low;
+  int32_t high;
 };
-Peak peak_of(Line line, int32_t begin, int32_t end) {
-  uint8_t most = 0;
-  if (line.stride == 1) {
-    most = greatest_value(line.start + begin, std::max(end - begin, 0));
-  } else {
-    for (int32_t i = begin; i < end; ++i) most = greater(most, line[i]);
-  }
-  return {most == 0 ? -1 : Brightness(most).next_bright(line, begin), most};
+
+// ---- rows ----
+
+NUV_ROW_KERNEL uint8_t greatest_of(const uint8_t* p, std::ptrdiff_t n) {
+  uint8_t greatest = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) greatest = greater(greatest, p[i]);
+  return greatest;
 }
 
-// The peak of a line, and that of its places at least min_gap from there; the same one if there is no second.
-std::pair<int32_t, int32_t> two_peaks(Line line, int32_t min_gap) {
-  const int32_t first = peak_of(line, 0, line.count).place;
-  if (first < 0 || min_gap <= 0) return {first, first};
-  min_gap = std::min(min_gap, line.count);
-  const Peak before = peak_of(line, 0, first - min_gap + 1);
-  const Peak behind = peak_of(line, first + min_gap, line.count);
-  const int32_t second = behind.value > before.value ? behind.place : before.place;
-  return {first, second < 0 ? first : second};
+// The two strongest pixels from x1 to x2; twice the same where there is no second one, and kNowhere where all
+// is 0. Ties go to the first pixel, and for the second one to the last.
+Two strongest_two_in_row(const uint8_t* row, int32_t x1, int32_t x2) {
+  const uint8_t* begin = row + x1;
+  const uint8_t* end = x2 < x1 ? begin : row + x2 + 1;
+  const uint8_t most = greatest_of(begin, end - begin);
+  if (most == 0) return {kNowhere, kNowhere};
+  const uint8_t* first = std::find(begin, end, most);
+  const uint8_t* left_end = first - std::min<std::ptrdiff_t>(kApart, first - begin);
+  const uint8_t* right = first + std::min<std::ptrdiff_t>(kApart + 1, end - first);
+  const uint8_t next = greater(greatest_of(begin, left_end - begin), greatest_of(right, end - right));
+  const uint8_t* second = first;
+  if (next != 0) {
+    second = end - 1;
+    while (*second != next || (second >= left_end && second < right)) --second;
+  }
+  return std::minmax(static_cast<int32_t>(first - row), static_cast<int32_t>(second - row));
 }
+
+// ---- columns ----
+//
+// The columns of a strip are searched side by side, in memory order. Rows come in blocks, in which a place has
+// a byte.
+
+constexpr int32_t kStrip = 1024;
+constexpr int32_t kRowsABlock = 255;
+
+// For each column of a strip the rows of a stretch, from a first one up to one before the end.
+struct Stretches {
+  std::array<int32_t, kStrip> first;
+  std::array<int32_t, kStrip> end;
+};
+
+struct BlockStretches {
+  std::array<uint8_t, kStrip> first;
+  std::array<uint8_t, kStrip> end;
+
+  void cut(const Stretches& stretches, int32_t top, int32_t n) {
+    const auto in_block = [=](int32_t y) {
+      return static_cast<uint8_t>(std::clamp<int64_t>(int64_t{y} - top, 0, kRowsABlock));
+    };
+    for (int32_t i = 0; i < n; ++i) {
+      first[i] = in_block(stretches.first[i]);
+      end[i] = in_block(stretches.end[i]);
+    }
+  }
+};
+
+// Of row y of the block the pixels that lie in their column's stretch and not in its gap; those stronger than
+// what was found before, or as strong where the last one is wanted, are noted with their row.
+NUV_ROW_KERNEL void note_stronger(const uint8_t* row, const BlockStretches& searched,
+                                  const BlockStretches& gaps, uint8_t y, bool last_wins,
+                                  uint8_t* NUV_RESTRICT most, uint8_t* NUV_RESTRICT places, int32_t n) {
+  const uint8_t* searched_first = searched.first.data();
+  const uint8_t* searched_end = searched.end.data();
+  const uint8_t* gap_first = gaps.first.data();
+  const uint8_t* gap_end = gaps.end.data();
+  const uint8_t ties_win = last_wins ? 255 : 0;
+  for (int32_t i = 0; i < n; ++i) {
+    const uint8_t outside = (y < searched_first[i]) | (y >= searched_end[i]) ? 255 : 0;
+    const uint8_t in_gap = (y >= gap_first[i]) & (y < gap_end[i]) ? 255 : 0;
+    const auto value = static_cast<uint8_t>(row[i] & ~(outside | in_gap));
+    const uint8_t stronger = value > most[i] ? 255 : 0;
+    const uint8_t tie = (value == most[i]) & (value != 0) ? 255 : 0;
+    const auto wins = static_cast<uint8_t>(stronger | (tie & ties_win));
+    most[i] = greater(most[i], value);
+    places[i] = static_cast<uint8_t>((y & wins) | (places[i] & ~wins));
+  }
+}
+
+// The strongest pixel of each of n columns from x on, in its stretch and out of its gap; columns without one
+// keep their place.
+void strongest_in_columns(GrayImage image, int32_t x, int32_t n, const Stretches& searched,
+                          const Stretches& gaps, bool last_wins, std::array<int32_t, kStrip>& found) {
+  int32_t y1 = INT32_MAX;
+  int32_t y_end = INT32_MIN;
+  for (int32_t i = 0; i < n; ++i) {
+    if (searched.first[i] >= searched.end[i]) continue;
+    y1 = std::min(y1, searched.first[i]);
+    y_end = std::max(y_end, searched.end[i]);
+  }
+  std::array<uint8_t, kStrip> strongest{};
+  std::array<uint8_t, kStrip> most;
+  std::array<uint8_t, kStrip> places;
+  BlockStretches searched_in_block;
+  BlockStretches gaps_in_block;
+  for (int32_t top = y1; top < y_end; top += kRowsABlock) {
+    const int32_t rows = std::min(kRowsABlock, y_end - top);
+    searched_in_block.cut(searched, top, n);
+    gaps_in_block.cut(gaps, top, n);
+    most.fill(0);
+    for (int32_t y = 0; y < rows; ++y) {
+      note_stronger(image.at(x, top + y), searched_in_block, gaps_in_block, static_cast<uint8_t>(y),
+                    last_wins, most.data(), places.data(), n);
+    }
+    for (int32_t i = 0; i < n; ++i) {
+      if (most[i] < strongest[i] || most[i] == 0 || (most[i] == strongest[i] && !last_wins)) continue;
+      strongest[i] = most[i];
+      found[i] = top + places[i];
+    }
+  }
+}
+
+// Calls store(x, places) for the columns from x1 to x2, with the rows of the two strongest pixels of each.
+// stretch(x) gives the rows from a first to a last that are searched; a second pixel lies apart or more from
+// the first. The first is otherwise where no pixel is above 0, and the second is the first where no other is.
+template <class Stretch, class Store>
+void for_strongest_in_columns(GrayImage image, int32_t x1, int32_t x2, int32_t otherwise, int64_t apart,
+                              bool last_wins, Stretch stretch, Store store) {
+  const auto bounded = [](int64_t y) {
+    return static_cast<int32_t>(std::clamp<int64_t>(y, INT32_MIN, INT32_MAX));
+  };
+  Stretches searched;
+  Stretches gaps;
+  std::array<int32_t, kStrip> first;
+  std::array<int32_t, kStrip> second;
+  for (int64_t begin = x1; begin <= x2; begin += kStrip) {
+    const auto x = static_cast<int32_t>(begin);
+    const auto n = static_cast<int32_t>(std::min<int64_t>(kStrip, x2 - begin + 1));
+    for (int32_t i = 0; i < n; ++i) {
+      const auto [low, high] = stretch(x + i);
+      searched.first[i] = low;
+      searched.end[i] = bounded(int64_t{high} + 1);
+      gaps.first[i] = gaps.end[i] = 0;
+    }
+    first.fill(otherwise);
+    strongest_in_columns(image, x, n, searched, gaps, false, first);
+    for (int32_t i = 0; i < n; ++i) {
+      gaps.first[i] = bounded(first[i] - apart + 1);
+      gaps.end[i] = bounded(first[i] + apart);
+    }
+    second = first;
+    strongest_in_columns(image, x, n, searched, gaps, last_wins, second);
+    for (int32_t i = 0; i < n; ++i) store(x + i, Two(std::minmax(first[i], second[i])));
+  }
+}
+
+// ---- rows and columns ----
 
 struct PairsOfPoints {
   int32_t* left;
@@ -98,20 +186,17 @@ struct PairsOfPoints {
   int32_t* bottom;
 
   // An empty row takes what the host left in the bottom entry of the row's number.
-  void store_row(int32_t y, std::pair<int32_t, int32_t> two) const {
+  void store_row(int32_t y, Two two) const {
     left[y] = two.first < 0 ? bottom[y] : two.first;
     right[y] = two.second;
   }
-  void store_column(int32_t x, std::pair<int32_t, int32_t> two) const {
-    bottom[x] = two.second;
-    top[x] = two.first < 0 ? bottom[x] : two.first;
+  template <class Stretch>
+  void store_columns(GrayImage image, int32_t x1, int32_t x2, Stretch stretch) const {
+    for_strongest_in_columns(image, x1, x2, kNowhere, kApart + 1, true, stretch, [this](int32_t x, Two two) {
+      bottom[x] = two.second;
+      top[x] = two.first < 0 ? bottom[x] : two.first;
+    });
   }
-};
-
-// The ends of an ellipse's stretch: the distance from the centre line to both sides.
-struct Ends {
-  int32_t low;
-  int32_t high;
 };
 
 // At offset from the centre along an axis of half length along; the stretch lies across. Without a length
@@ -136,27 +221,23 @@ using namespace nuv;
 
 void NuvExtractTwoEdgePointPerCol(uint8_t* pGrdImg, int32_t width, int32_t minGap, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t* pFirst, int32_t* pSecond) {
-  for (int32_t x = 0; x < width; ++x) pFirst[x] = pSecond[x] = 0;
   const GrayImage image = image_of_any_height<1>(pGrdImg, width);
-  const int32_t top = y1 + 1;
-  if (x1 > x2 || top >= y2) return;
-  int32_t x = x1;
-  for_column_strips({image.at(x1, top), x2 - x1 + 1, y2 - top, 1, width}, [&](Lines strip) {
-    for (int32_t i = 0; i < strip.count; ++i, ++x) {
-      const auto [first, second] = two_peaks(strip[i], minGap);
-      if (first < 0) continue;
-      pFirst[x] = top + std::min(first, second);
-      pSecond[x] = top + std::max(first, second);
-    }
-  });
+  for (int32_t x = 0; x < width; ++x) pFirst[x] = pSecond[x] = 0;
+  // The first and the last row of the range are left out.
+  for_strongest_in_columns(
+      image, x1, x2, 0, minGap, false,
+      [=](int32_t) {
+        return Ends{y1 + 1, y2 - 1};
+      },
+      [=](int32_t x, Two two) { std::tie(pFirst[x], pSecond[x]) = two; });
 }
 
 void NuvExtractEdgePointInRect(uint8_t* pGrdImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                int32_t y2, int32_t* pLeft, int32_t* pRight, int32_t* pTop, int32_t* pBottom) {
   const GrayImage image = image_of_any_height<1>(pGrdImg, width);
   const PairsOfPoints points{pLeft, pRight, pTop, pBottom};
-  for (int32_t y = y1; y <= y2; ++y) points.store_row(y, strongest_two(row_stretch(image, y, x1, x2)));
-  for (int32_t x = x1; x <= x2; ++x) points.store_column(x, strongest_two(column_stretch(image, x, y1, y2)));
+  for (int32_t y = y1; y <= y2; ++y) points.store_row(y, strongest_two_in_row(image.row(y), x1, x2));
+  points.store_columns(image, x1, x2, [=](int32_t) { return Ends{y1, y2}; });
 }
 
 void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_t cx, int32_t cy, int32_t rx,
@@ -166,19 +247,17 @@ void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_t cx, in
   const PairsOfPoints points{pLeft, pRight, pTop, pBottom};
   for (int32_t y = cy - ry; y <= cy + ry; ++y) {
     const Ends ends = ellipse_ends(cx, y - cy, ry, rx);
-    points.store_row(y, strongest_two(row_stretch(image, y, ends.low, ends.high)));
+    points.store_row(y, strongest_two_in_row(image.row(y), ends.low, ends.high));
   }
-  for (int32_t x = cx - rx; x <= cx + rx; ++x) {
-    const Ends ends = ellipse_ends(cy, x - cx, rx, ry);
-    points.store_column(x, strongest_two(column_stretch(image, x, ends.low, ends.high)));
-  }
+  points.store_columns(image, cx - rx, cx + rx, [=](int32_t x) { return ellipse_ends(cy, x - cx, rx, ry); });
 }
 
 int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, int32_t mode) {
   const GrayImage gray = image_of_any_height<1>(pGryImg, width);
   const GrayImage edges = image_of_any_height<1>(pEdgeImg, width);
-  Histogram votes{};
+  // How many more votes a level gets than the level below it: a vote for a range changes two entries.
+  std::array<int32_t, kBins + 1> steps{};
   for (int32_t y = y1 + 1; y < y2; ++y) {
     for (int32_t x = x1 + 1; x < x2; ++x) {
       if (*edges.at(x, y) == 0) continue;
@@ -190,10 +269,11 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
         low = std::min(low, value);
         high = std::max(high, value);
       }
-      const int32_t first = mode == kBrightSide ? center : low;
-      const int32_t last = mode == kDarkSide ? center : high;
-      for (int32_t v = first; v <= last; ++v) ++votes[v];
+      ++steps[mode == kBrightSide ? center : low];
+      --steps[(mode == kDarkSide ? center : high) + 1];
     }
   }
+  Histogram votes;
+  std::partial_sum(steps.begin(), steps.end() - 1, votes.begin());
   return static_cast<int32_t>(std::max_element(votes.begin(), votes.end()) - votes.begin());
 }
