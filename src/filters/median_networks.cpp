@@ -19,103 +19,131 @@
 
 #include <algorithm>
 
+#include "frame/lanes.h"
 #include "frame/row_kernel.h"
 
 namespace nuv {
 namespace {
 
-NUV_INLINE void order(uint8_t& a, uint8_t& b) {
-  const uint8_t least = lesser(a, b);
-  b = greater(a, b);
-  a = least;
+// ---- networks, over single bytes or lanes of them ----
+
+template <class Lane>
+NUV_INLINE void sort(Lane (&v)[3]) {
+  order(v[0], v[1]);
+  order(v[1], v[2]);
+  order(v[0], v[1]);
 }
 
-NUV_INLINE void sort(uint8_t& a, uint8_t& b, uint8_t& c) {
+template <class Lane>
+NUV_INLINE void sort(Lane (&v)[5]) {
+  order(v[0], v[1]);
+  order(v[3], v[4]);
+  order(v[2], v[4]);
+  order(v[2], v[3]);
+  order(v[1], v[4]);
+  order(v[0], v[3]);
+  order(v[0], v[2]);
+  order(v[1], v[3]);
+  order(v[1], v[2]);
+}
+
+// b becomes the median of the three; a and c are used up.
+template <class Lane>
+NUV_INLINE void keep_median(Lane& a, Lane& b, Lane& c) {
   order(a, b);
-  order(b, c);
-  order(a, b);
+  keep_lesser(b, c);
+  keep_greater(b, a);
 }
 
-NUV_INLINE void sort(uint8_t& a, uint8_t& b, uint8_t& c, uint8_t& d, uint8_t& e) {
-  order(a, b);
-  order(d, e);
-  order(c, e);
-  order(c, d);
-  order(b, e);
-  order(a, d);
-  order(a, c);
-  order(b, d);
-  order(b, c);
-}
-
-NUV_INLINE uint8_t median(uint8_t a, uint8_t b, uint8_t c) {
-  return greater(lesser(a, b), lesser(greater(a, b), c));
-}
-
-NUV_INLINE uint8_t median(uint8_t a, uint8_t b, uint8_t c, uint8_t d, uint8_t e) {
-  sort(a, b, c, d, e);
-  return c;
-}
+// ---- the two steps of a row ----
 
 constexpr std::ptrdiff_t kSpan = 1024;
+
+// The columns of a span of windows, each sorted: its least values are one row, its greatest the last.
+template <int Size>
+using SortedColumns = uint8_t[Size][kSpan + Size - 1];
+
+template <class Lane, int Size>
+NUV_INLINE void sort_columns(const uint8_t* p, std::ptrdiff_t w, SortedColumns<Size>& rows,
+                             std::ptrdiff_t x) {
+  Lane v[Size];
+  for (int r = 0; r < Size; ++r) load(p + (r - Size / 2) * w + x, v[r]);
+  sort(v);
+  for (int r = 0; r < Size; ++r) store(rows[r] + x, v[r]);
+}
+
+template <class Lane>
+NUV_INLINE void write_medians(const SortedColumns<3>& rows, uint8_t* out, std::ptrdiff_t x) {
+  Lane v[3][3];
+  for (int r = 0; r < 3; ++r) {
+    for (int c = 0; c < 3; ++c) load(rows[r] + x + c, v[r][c]);
+  }
+  keep_greater(v[0][0], v[0][1]);
+  keep_greater(v[0][0], v[0][2]);
+  keep_median(v[1][0], v[1][1], v[1][2]);
+  keep_lesser(v[2][0], v[2][1]);
+  keep_lesser(v[2][0], v[2][2]);
+  keep_median(v[0][0], v[1][1], v[2][0]);
+  store(out + x, v[1][1]);
+}
+
+template <class Lane>
+NUV_INLINE void write_medians(const SortedColumns<5>& rows, uint8_t* out, std::ptrdiff_t x) {
+  Lane v[5][5];
+  for (int r = 0; r < 5; ++r) {
+    for (int c = 0; c < 5; ++c) load(rows[r] + x + c, v[r][c]);
+    sort(v[r]);
+  }
+  Lane& s = v[0][3];
+  keep_greater(s, v[1][2]);
+  keep_greater(s, v[2][1]);
+  keep_greater(s, v[3][0]);
+  Lane d[5] = {v[0][4], v[1][3], v[2][2], v[3][1], v[4][0]};
+  sort(d);
+  Lane& g = v[1][4];
+  keep_lesser(g, v[2][3]);
+  keep_lesser(g, v[3][2]);
+  keep_lesser(g, v[4][1]);
+  keep_median(s, d[2], g);
+  store(out + x, d[2]);
+}
+
+// Steps of 32 places at once, the last of which begins early enough to end with the row; single places where
+// there are fewer.
+template <int Size>
+NUV_INLINE void medians(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
+  SortedColumns<Size> rows;
+  for (std::ptrdiff_t first = 0; first < n; first += kSpan) {
+    const std::ptrdiff_t span = std::min(kSpan, n - first);
+    const std::ptrdiff_t columns = span + Size - 1;
+    const uint8_t* q = p + first - Size / 2;
+    uint8_t* span_out = out + first;
+#if NUV_HAS_LANES
+    if (span >= 32) {
+      for (std::ptrdiff_t x = 0; x < columns; x += 32) {
+        sort_columns<Bytes32, Size>(q, w, rows, std::min(x, columns - 32));
+      }
+      for (std::ptrdiff_t x = 0; x < span; x += 32) {
+        write_medians<Bytes32>(rows, span_out, std::min(x, span - 32));
+      }
+      continue;
+    }
+#endif
+    for (std::ptrdiff_t x = 0; x < columns; ++x) sort_columns<uint8_t, Size>(q, w, rows, x);
+    for (std::ptrdiff_t x = 0; x < span; ++x) write_medians<uint8_t>(rows, span_out, x);
+  }
+}
 
 }  // namespace
 
 NUV_ROW_KERNEL void medians_3x3(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                 std::ptrdiff_t n) {
-  uint8_t rows[3][kSpan + 2];
-  for (std::ptrdiff_t first = 0; first < n; first += kSpan) {
-    const std::ptrdiff_t span = std::min(kSpan, n - first);
-    const uint8_t* q = p + first - 1;
-    for (std::ptrdiff_t x = 0; x < span + 2; ++x, ++q) {
-      uint8_t a = q[-w];
-      uint8_t b = q[0];
-      uint8_t c = q[w];
-      sort(a, b, c);
-      rows[0][x] = a;
-      rows[1][x] = b;
-      rows[2][x] = c;
-    }
-    for (std::ptrdiff_t x = 0; x < span; ++x) {
-      const uint8_t top = greater(greater(rows[0][x], rows[0][x + 1]), rows[0][x + 2]);
-      const uint8_t middle = median(rows[1][x], rows[1][x + 1], rows[1][x + 2]);
-      const uint8_t bottom = lesser(lesser(rows[2][x], rows[2][x + 1]), rows[2][x + 2]);
-      out[first + x] = median(top, middle, bottom);
-    }
-  }
+  medians<3>(p, w, out, n);
 }
 
 NUV_ROW_KERNEL void medians_5x5(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                 std::ptrdiff_t n) {
-  uint8_t rows[5][kSpan + 4];
-  for (std::ptrdiff_t first = 0; first < n; first += kSpan) {
-    const std::ptrdiff_t span = std::min(kSpan, n - first);
-    const uint8_t* q = p + first - 2;
-    for (std::ptrdiff_t x = 0; x < span + 4; ++x, ++q) {
-      uint8_t a = q[-2 * w];
-      uint8_t b = q[-w];
-      uint8_t c = q[0];
-      uint8_t d = q[w];
-      uint8_t e = q[2 * w];
-      sort(a, b, c, d, e);
-      rows[0][x] = a;
-      rows[1][x] = b;
-      rows[2][x] = c;
-      rows[3][x] = d;
-      rows[4][x] = e;
-    }
-    for (std::ptrdiff_t x = 0; x < span; ++x) {
-      uint8_t v[5][5];
-      for (int r = 0; r < 5; ++r) {
-        for (int c = 0; c < 5; ++c) v[r][c] = rows[r][x + c];
-      }
-      for (int r = 0; r < 5; ++r) sort(v[r][0], v[r][1], v[r][2], v[r][3], v[r][4]);
-      const uint8_t s = greater(greater(v[0][3], v[1][2]), greater(v[2][1], v[3][0]));
-      const uint8_t d = median(v[0][4], v[1][3], v[2][2], v[3][1], v[4][0]);
-      const uint8_t g = lesser(lesser(v[1][4], v[2][3]), lesser(v[3][2], v[4][1]));
-      out[first + x] = median(s, d, g);
-    }
-  }
+  medians<5>(p, w, out, n);
 }
 
 }  // namespace nuv

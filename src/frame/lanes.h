@@ -12,7 +12,7 @@
 
 #include "frame/row_kernel.h"
 
-#if defined(__has_builtin)
+#if defined(__has_builtin) && !defined(NUV_HAS_LANES)
 #if __has_builtin(__builtin_shufflevector)
 #define NUV_HAS_LANES 1
 #endif
@@ -21,13 +21,39 @@
 #define NUV_HAS_LANES 0
 #endif
 
-#if NUV_HAS_LANES
-
-#if defined(__SSE2__)
+#if NUV_HAS_LANES && defined(__SSE2__)
 #include <emmintrin.h>
 #endif
 
 namespace nuv {
+
+// ---- single bytes, or lanes of them: code over either is written once, as a template ----
+
+NUV_INLINE void load(const uint8_t* p, uint8_t& byte) {
+  byte = *p;
+}
+NUV_INLINE void store(uint8_t* p, uint8_t byte) {
+  *p = byte;
+}
+
+// Compilers turn the choice between the lanes of two vectors into one instruction.
+template <class Lanes>
+NUV_INLINE void keep_lesser(Lanes& a, const Lanes& b) {
+  a = a < b ? a : b;
+}
+template <class Lanes>
+NUV_INLINE void keep_greater(Lanes& a, const Lanes& b) {
+  a = a > b ? a : b;
+}
+// a becomes the lesser, b the greater.
+template <class Lanes>
+NUV_INLINE void order(Lanes& a, Lanes& b) {
+  const Lanes first = a;
+  keep_lesser(a, b);
+  keep_greater(b, first);
+}
+
+#if NUV_HAS_LANES
 
 using Bytes16 = uint8_t __attribute__((vector_size(16)));
 
@@ -56,6 +82,27 @@ NUV_INLINE void load32(const uint8_t* p, Bytes32& lanes) {
 
 NUV_INLINE void store32(uint8_t* p, const Bytes32& lanes) {
   reinterpret_cast<Bytes32Anywhere*>(p)->bytes = lanes;
+}
+
+NUV_INLINE void load(const uint8_t* p, Bytes32& lanes) {
+  load32(p, lanes);
+}
+NUV_INLINE void store(uint8_t* p, const Bytes32& lanes) {
+  store32(p, lanes);
+}
+
+// Sixteen 16-bit integers.
+using Shorts16 = int16_t __attribute__((vector_size(32)));
+
+struct __attribute__((packed, may_alias)) Shorts16Anywhere {
+  Shorts16 shorts;
+};
+
+NUV_INLINE void load(const int16_t* p, Shorts16& lanes) {
+  lanes = reinterpret_cast<const Shorts16Anywhere*>(p)->shorts;
+}
+NUV_INLINE void store(int16_t* p, const Shorts16& lanes) {
+  reinterpret_cast<Shorts16Anywhere*>(p)->shorts = lanes;
 }
 
 // The average of each pair of bytes, rounded up.
@@ -107,8 +154,8 @@ NUV_INLINE void transpose16(Bytes16 (&rows)[16]) {
   }
 }
 
-}  // namespace nuv
-
 #endif  // NUV_HAS_LANES
+
+}  // namespace nuv
 
 #endif
