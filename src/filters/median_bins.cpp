@@ -1,190 +1,271 @@
-// Medians of windows of any size.
+// Medians of windows of any size, at a cost that does not depend on the size.
 //
-// Histograms of the columns over the rows of the window slide down with the rows. They lie bin by bin: bin v
-// of all columns is one row of counts. So the counts of windows are sums of neighbours in it, and one
-// comparison takes the search for a rank past a bin in all windows of a row.
+// Histograms of the columns over the rows of the window slide down with the rows, and the histogram of a
+// window slides along the row: a column enters it and a column leaves it. (S. Perreault and P. Hebert, Median
+// filtering in constant time, 2007.)
 //
-// The search has two steps. Groups of 16 values are counted too, and their running total tells for each
-// window the group that holds the rank, and how many pixels lie below it. Only the groups that some window
-// asks for are then searched value by value.
+// Histograms have two levels, 16 groups of 16 values each, and are cumulative in both: entry i counts the
+// pixels up to group i, or those of one group up to its value i. A pixel adds 1 to all entries from its own
+// on, and the search for a rank is one comparison of all 16 entries: as many lie below the rank as entries
+// come before the one sought.
 //
-// The picture is worked in strips of columns, so that the bins stay in the nearest caches and the windows of
-// a strip ask for few groups.
+// A window needs all groups, but the values of one group only, the one that holds the median. They slide along
+// the row as long as the group stays the same. Where it changes they are summed anew: the sums of all columns
+// before every eighth column are kept too, so that two of those and a few columns give the values of any
+// window.
+//
+// The picture is worked in strips of columns, so that the histograms stay in the nearer caches.
 
 #include "filters/median_bins.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "frame/buffer.h"
+#include "frame/lanes.h"
 #include "frame/row_kernel.h"
-#include "frame/window_sums.h"
 
 namespace nuv {
 namespace {
 
-constexpr std::ptrdiff_t kGroups = 16;
-constexpr std::ptrdiff_t kGroupSize = 16;
+constexpr int32_t kGroups = 16;
 
-// ---- row kernels ----
-
-// Counts the pixels of one group in, or out again.
-template <class Count>
-NUV_ROW_KERNEL void count_group(const uint8_t* pixels, uint8_t group, Count step, Count* NUV_RESTRICT counts,
-                                std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
-    counts[x] = static_cast<Count>(counts[x] + (pixels[x] >> 4 == group ? step : 0));
-  }
-}
-
-// How many of the rows of counts are passed before the pixel of that rank, and how many pixels they hold.
-// The last row cannot be passed.
-template <class Count>
-NUV_ROW_KERNEL void find_group(const Count* counts, std::ptrdiff_t stride, Count rank,
-                               uint8_t* NUV_RESTRICT groups, Count* NUV_RESTRICT below, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
-    Count total = 0;
-    Count passed = 0;
-    uint8_t group = 0;
-    for (std::ptrdiff_t g = 0; g < kGroups - 1; ++g) {
-      total = static_cast<Count>(total + counts[g * stride + x]);
-      passed = total < rank ? total : passed;
-      group = static_cast<uint8_t>(group + (total < rank ? 1 : 0));
-    }
-    groups[x] = group;
-    below[x] = passed;
-  }
-}
-
-// The same inside a group, for the places that ask for it.
-template <class Count>
-NUV_ROW_KERNEL void find_value(const Count* counts, std::ptrdiff_t stride, Count rank, const uint8_t* groups,
-                               const Count* below, uint8_t group, uint8_t* NUV_RESTRICT values,
-                               std::ptrdiff_t n) {
-  const auto first = static_cast<uint8_t>(group * kGroupSize);
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
-    Count total = below[x];
-    uint8_t value = first;
-    for (std::ptrdiff_t v = 0; v < kGroupSize - 1; ++v) {
-      total = static_cast<Count>(total + counts[v * stride + x]);
-      value = static_cast<uint8_t>(value + (total < rank ? 1 : 0));
-    }
-    values[x] = groups[x] == group ? value : values[x];
-  }
-}
-
-// A bit for each group that is there.
-NUV_ROW_KERNEL uint32_t groups_present(const uint8_t* groups, std::ptrdiff_t n) {
-  uint32_t present = 0;
-  for (std::ptrdiff_t x = 0; x < n; ++x) present |= 1U << groups[x];
-  return present;
-}
-
-// ---- the bins of a strip ----
+// ---- sixteen counts ----
 
 template <class Count>
-class ColumnBins {
+class Counts {
  public:
-  // For windows of 2m + 1 of the image's columns. A strip shares no more than half of its columns with the
-  // next.
-  ColumnBins(std::ptrdiff_t m, std::ptrdiff_t image_columns)
-      : m_(m),
-        stride_(whole_vectors(std::min(std::max<std::ptrdiff_t>(6 * m, 128), image_columns))),
-        counts_(allocate<Count>(static_cast<std::size_t>(size()))),
-        below_(allocate<Count>(static_cast<std::size_t>(stride_))),
-        groups_(allocate<uint8_t>(static_cast<std::size_t>(stride_))),
-        values_(allocate<uint8_t>(static_cast<std::size_t>(stride_))) {
-    for (Buffer<Count>& sums : sums_) sums = allocate<Count>(static_cast<std::size_t>(searched() + 2 * m_));
+  Counts() = default;
+  // 1 from that entry on.
+  explicit Counts(int32_t first) {
+    Count entries[16];
+    for (int32_t i = 0; i < 16; ++i) entries[i] = i >= first ? 1 : 0;
+    std::memcpy(this, entries, sizeof(entries));
   }
 
-  bool allocated() const { return counts_ && below_ && groups_ && values_ && sums_[0] && sums_[1]; }
-  // How many windows a strip has.
-  std::ptrdiff_t places() const { return stride_ - 2 * m_; }
-
-  void clear() { std::fill_n(counts_.get(), size(), Count{0}); }
-
-  void add(const uint8_t* pixels, std::ptrdiff_t columns) { count(pixels, columns, 1); }
-  void remove(const uint8_t* pixels, std::ptrdiff_t columns) {
-    count(pixels, columns, static_cast<Count>(-1));
+#if NUV_HAS_LANES
+  NUV_INLINE void add(const Counts& other) {
+    for (int i = 0; i < kParts; ++i) parts_[i] += other.parts_[i];
   }
-
-  // The value of that rank, from 1, in the windows of the first n places.
-  const uint8_t* ranked(Count rank, std::ptrdiff_t n) {
-    find_group(window_sums(counts_.get()), stride_, rank, groups_.get(), below_.get(), stride_);
-    const uint32_t present = groups_present(groups_.get(), n);
-    for (std::ptrdiff_t g = 0; g < kGroups; ++g) {
-      if ((present >> g & 1) == 0) continue;
-      find_value(window_sums(bins() + g * kGroupSize * stride_), stride_, rank, groups_.get(), below_.get(),
-                 static_cast<uint8_t>(g), values_.get(), stride_);
+  NUV_INLINE void subtract(const Counts& other) {
+    for (int i = 0; i < kParts; ++i) parts_[i] -= other.parts_[i];
+  }
+  // How many entries lie below the rank. Where no instruction compares wide counts without a sign, the top bit
+  // of the difference tells: no wide entry is farther from the rank than half of its type's range.
+  NUV_INLINE int32_t below(Count rank) const {
+    constexpr uint64_t kOnes = ~uint64_t{0} / static_cast<Count>(-1);
+    Part ones{};
+    for (int i = 0; i < kParts; ++i) {
+      if constexpr (sizeof(Count) == 1) {
+        ones -= (Part)(parts_[i] < rank);
+      } else {
+        ones += (parts_[i] - rank) >> (8 * sizeof(Count) - 1);
+      }
     }
-    return values_.get();
+    uint64_t words[sizeof(Part) / 8];
+    std::memcpy(words, &ones, sizeof(Part));
+    uint64_t sums = 0;
+    for (uint64_t word : words) sums += word;
+    return static_cast<int32_t>(sums * kOnes >> (64 - 8 * sizeof(Count)));
+  }
+  NUV_INLINE void store_to(Count* entries) const {
+    std::memcpy(entries, parts_, sizeof(parts_));
+  }
+#else
+  void add(const Counts& other) {
+    for (int i = 0; i < 16; ++i) entries_[i] = static_cast<Count>(entries_[i] + other.entries_[i]);
+  }
+  void subtract(const Counts& other) {
+    for (int i = 0; i < 16; ++i) entries_[i] = static_cast<Count>(entries_[i] - other.entries_[i]);
+  }
+  int32_t below(Count rank) const {
+    int32_t count = 0;
+    for (int i = 0; i < 16; ++i) count += entries_[i] < rank ? 1 : 0;
+    return count;
+  }
+  void store_to(Count* entries) const {
+    std::copy_n(entries_, 16, entries);
+  }
+#endif
+
+ private:
+#if NUV_HAS_LANES
+// GCC keeps vectors of 32 bytes in memory where the processor has no registers for them.
+#if defined(__clang__) || defined(__AVX2__)
+  static constexpr int kPartSize = sizeof(Count) == 1 ? 16 : 32;
+#else
+  static constexpr int kPartSize = 16;
+#endif
+  static constexpr int kParts = 16 * sizeof(Count) / kPartSize;
+  typedef Count Part __attribute__((vector_size(kPartSize)));
+
+  Part parts_[kParts];
+#else
+  Count entries_[16];
+#endif
+};
+
+// The counts of one value each.
+template <class Count>
+struct Steps {
+  Counts<Count> from[16];
+
+  Steps() {
+    for (int32_t i = 0; i < 16; ++i) from[i] = Counts<Count>(i);
+  }
+};
+
+// ---- the histograms of a strip ----
+
+template <class Count>
+struct Histograms {
+  Counts<Count>* groups;  // of each column
+  Counts<Count>* values;  // of each column, kGroups in a row
+};
+
+// Takes a row of pixels in and another one out; one of them may be missing.
+template <class Count, bool In, bool Out>
+NUV_ROW_KERNEL void exchange_rows(const Histograms<Count>& histograms, const Steps<Count>& steps,
+                                  const uint8_t* in, const uint8_t* out, std::ptrdiff_t columns) {
+  Counts<Count>* groups = histograms.groups;
+  Counts<Count>* values = histograms.values;
+  for (std::ptrdiff_t x = 0; x < columns; ++x, ++groups, values += kGroups) {
+    if (In) {
+      groups->add(steps.from[in[x] >> 4]);
+      values[in[x] >> 4].add(steps.from[in[x] & 15]);
+    }
+    if (Out) {
+      groups->subtract(steps.from[out[x] >> 4]);
+      values[out[x] >> 4].subtract(steps.from[out[x] & 15]);
+    }
+  }
+}
+
+// The values of one group in a window that slides when it is asked for.
+template <class Count>
+class WindowValues {
+ public:
+  NUV_INLINE const Counts<Count>& at(std::ptrdiff_t place, const Counts<Count>* values,
+                                     std::ptrdiff_t window) {
+    if (place - place_ >= window) {
+      counts_ = Counts<Count>(16);
+      for (std::ptrdiff_t x = place; x < place + window; ++x) counts_.add(values[x * kGroups]);
+      place_ = place;
+    }
+    for (; place_ < place; ++place_) {
+      counts_.add(values[(place_ + window) * kGroups]);
+      counts_.subtract(values[place_ * kGroups]);
+    }
+    return counts_;
+  }
+
+  void start(std::ptrdiff_t window) { place_ = -window; }
+
+ private:
+  Counts<Count> counts_;
+  std::ptrdiff_t place_;
+};
+
+// The values of that rank, from 1, in n windows of that many columns.
+template <class Count>
+NUV_ROW_KERNEL void find_ranked(const Histograms<Count>& histograms, std::ptrdiff_t window, Count rank,
+                                uint8_t* NUV_RESTRICT result, std::ptrdiff_t n) {
+  Counts<Count> groups(16);
+  for (std::ptrdiff_t x = 0; x < window - 1; ++x) groups.add(histograms.groups[x]);
+  Count passed[kGroups + 1] = {};  // the pixels before each group
+  WindowValues<Count> values[kGroups];
+  for (WindowValues<Count>& group : values) group.start(window);
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    groups.add(histograms.groups[x + window - 1]);
+    const int32_t group = groups.below(rank);
+    groups.store_to(passed + 1);
+    const Counts<Count>& counts = values[group].at(x, histograms.values + group, window);
+    result[x] = static_cast<uint8_t>(group * 16 + counts.below(static_cast<Count>(rank - passed[group])));
+    groups.subtract(histograms.groups[x]);
+  }
+}
+
+template <class Count>
+class Strip {
+ public:
+  // For windows of 2m + 1 of the image's columns. A strip shares no more than a third of its columns with the
+  // next.
+  Strip(std::ptrdiff_t m, std::ptrdiff_t image_columns)
+      : window_(2 * m + 1),
+        columns_(std::min(std::max<std::ptrdiff_t>(6 * m, kLeastColumns), image_columns)),
+        memory_(allocate<Counts<Count>>(static_cast<std::size_t>(size()))),
+        histograms_{memory_.get(), memory_.get() + columns_} {}
+
+  bool allocated() const { return memory_ != nullptr; }
+  // How many windows a strip has.
+  std::ptrdiff_t places() const { return columns_ - window_ + 1; }
+
+  void clear() { std::fill_n(memory_.get(), size(), Counts<Count>(16)); }
+
+  void add(const uint8_t* in, std::ptrdiff_t columns) {
+    exchange_rows<Count, true, false>(histograms_, steps_, in, nullptr, columns);
+  }
+  void remove(const uint8_t* out, std::ptrdiff_t columns) {
+    exchange_rows<Count, false, true>(histograms_, steps_, nullptr, out, columns);
+  }
+  void exchange(const uint8_t* in, const uint8_t* out, std::ptrdiff_t columns) {
+    exchange_rows<Count, true, true>(histograms_, steps_, in, out, columns);
+  }
+
+  // The values of that rank, from 1, in the windows of the first n places.
+  void write_ranked(Count rank, uint8_t* result, std::ptrdiff_t n) const {
+    find_ranked(histograms_, window_, rank, result, n);
   }
 
  private:
-  // The groups, the bins, and what the sums of the last windows read behind them.
-  std::ptrdiff_t size() const { return (kGroups + kGroups * kGroupSize) * stride_ + 2 * m_; }
-  std::ptrdiff_t searched() const { return (kGroupSize - 1) * stride_; }
-  Count* bins() { return counts_.get() + kGroups * stride_; }
+  static constexpr std::ptrdiff_t kLeastColumns = 384;
 
-  static std::ptrdiff_t whole_vectors(std::ptrdiff_t n) { return (n + 63) / 64 * 64; }
+  std::ptrdiff_t size() const { return columns_ * (1 + kGroups); }
 
-  void count(const uint8_t* pixels, std::ptrdiff_t columns, Count step) {
-    for (std::ptrdiff_t g = 0; g < kGroups; ++g) {
-      count_group(pixels, static_cast<uint8_t>(g), step, counts_.get() + g * stride_, columns);
-    }
-    Count* column = bins();
-    for (std::ptrdiff_t x = 0; x < columns; ++x, ++column) {
-      Count& bin = column[pixels[x] * stride_];
-      bin = static_cast<Count>(bin + step);
-    }
-  }
-
-  // The rows that a search reads are summed as one. What runs over into the next row lies behind the places.
-  const Count* window_sums(const Count* rows) {
-    return neighbour_sums(rows, searched(), 2 * m_ + 1, 1, sums_[0].get(), sums_[1].get());
-  }
-
-  std::ptrdiff_t m_;
-  std::ptrdiff_t stride_;
-  Buffer<Count> counts_;
-  Buffer<Count> below_;
-  Buffer<uint8_t> groups_;
-  Buffer<uint8_t> values_;
-  Buffer<Count> sums_[2];
+  std::ptrdiff_t window_;
+  std::ptrdiff_t columns_;
+  Steps<Count> steps_;
+  Buffer<Counts<Count>> memory_;
+  Histograms<Count> histograms_;
 };
 
 // Rows y1..y2 of a strip of windows, the first of which starts at column x.
 template <class Count>
-void write_strip(ColumnBins<Count>& bins, GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1,
-                 int32_t y2, int32_t x, std::ptrdiff_t places) {
+void write_strip(Strip<Count>& strip, GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1,
+                 int32_t y2, int32_t x, std::ptrdiff_t places, uint8_t* spare) {
   const std::ptrdiff_t columns = places + 2 * static_cast<std::ptrdiff_t>(m);
-  bins.clear();
+  strip.clear();
   int32_t first_in = std::max(y1 - n, 0);
   int32_t last_in = first_in - 1;
   for (int32_t y = y1; y <= y2; ++y) {
     const int32_t bottom = y + std::min(n, source.height - 1 - y);
-    while (last_in < bottom) bins.add(source.at(x, ++last_in), columns);
-    while (first_in < y - n) bins.remove(source.at(x, first_in++), columns);
+    if (last_in == bottom - 1 && first_in == y - n - 1) {
+      strip.exchange(source.at(x, ++last_in), source.at(x, first_in++), columns);
+    }
+    while (last_in < bottom) strip.add(source.at(x, ++last_in), columns);
+    while (first_in < y - n) strip.remove(source.at(x, first_in++), columns);
     const int64_t area = static_cast<int64_t>(last_in - first_in + 1) * (2 * static_cast<int64_t>(m) + 1);
     const auto lower = static_cast<Count>((area + 1) / 2);
     const auto upper = static_cast<Count>(area / 2 + 1);
     uint8_t* out = result + (source.at(x + m, y) - source.pixels);
-    std::copy_n(bins.ranked(upper, places), places, out);
+    strip.write_ranked(upper, out, places);
     if (lower == upper) continue;
     uint8_t value = x == 0 ? out[0] : out[-1];
-    const uint8_t* least = bins.ranked(lower, places);
-    for (std::ptrdiff_t i = 0; i < places; ++i) out[i] = value = std::clamp(value, least[i], out[i]);
+    strip.write_ranked(lower, spare, places);
+    for (std::ptrdiff_t i = 0; i < places; ++i) out[i] = value = std::clamp(value, spare[i], out[i]);
   }
 }
 
 template <class Count>
 bool write_medians_counting_in(GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1,
                                int32_t y2) {
-  ColumnBins<Count> bins(m, source.width);
-  if (!bins.allocated()) return false;
+  Strip<Count> strip(m, source.width);
+  const Buffer<uint8_t> spare = allocate<uint8_t>(static_cast<std::size_t>(strip.places()));
+  if (!strip.allocated() || !spare) return false;
   const std::ptrdiff_t places = source.width - 2 * static_cast<std::ptrdiff_t>(m);
-  for (std::ptrdiff_t x = 0; x < places; x += bins.places()) {
-    write_strip(bins, source, result, m, n, y1, y2, static_cast<int32_t>(x),
-                std::min(bins.places(), places - x));
+  for (std::ptrdiff_t x = 0; x < places; x += strip.places()) {
+    write_strip(strip, source, result, m, n, y1, y2, static_cast<int32_t>(x),
+                std::min(strip.places(), places - x), spare.get());
   }
   return true;
 }
@@ -195,7 +276,7 @@ bool write_medians(GrayImage source, uint8_t* result, int32_t m, int32_t n, int3
   const int64_t rows = std::min<int64_t>(2 * static_cast<int64_t>(n) + 1, source.height);
   const int64_t area = rows * (2 * static_cast<int64_t>(m) + 1);
   if (area <= UINT8_MAX) return write_medians_counting_in<uint8_t>(source, result, m, n, y1, y2);
-  if (area <= UINT16_MAX) return write_medians_counting_in<uint16_t>(source, result, m, n, y1, y2);
+  if (area <= INT16_MAX) return write_medians_counting_in<uint16_t>(source, result, m, n, y1, y2);
   return write_medians_counting_in<uint32_t>(source, result, m, n, y1, y2);
 }
 
