@@ -262,62 +262,232 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
   }
 }
 
-// The window row by row, as the diagonals are defined on that order: where the window is higher than wide
-// their dividing line passes the end of a row, and the left side goes on in the next row. Behind the last row
-// there is nothing. Its prefix gives any stretch of that order as one difference.
-class WindowInOrder {
+// ---- the same for windows that are higher than wide ----
+
+// The diagonals are defined on the window's pixels row by row, as one list. Where the window is higher than
+// wide a dividing line passes the end of its row, and the left side goes on in the next rows; the list ends
+// with the window. So the left side of a row is some full rows and the beginning of one more, and there is a
+// right side only where the line stays in the row. With C columns, and d the place of the line in row r,
+//
+//     left(r)  = rows r to r + d/C - 1, and d%C pixels of row r + d/C
+//     right(r) = the pixels of row r behind d, for d < C
+//
+// Full rows are column sums with a weight for each row. Beginnings are prefixes whose places lie on
+// diagonals, a new one after each C rows.
+
+NUV_ROW_KERNEL void add_entries(int32_t* NUV_RESTRICT sums, const int32_t* entries, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) sums[i] += entries[i];
+}
+
+NUV_ROW_KERNEL void subtract_entries(int32_t* NUV_RESTRICT sums, const int32_t* entries, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) sums[i] -= entries[i];
+}
+
+// The rows of a window, each with a weight.
+class WeightedRows : public ColumnSums {
  public:
-  WindowInOrder(GrayImage source, int32_t m, int32_t n)
-      : source_(source), m_(m), n_(n), columns_(2 * m + 1), rows_(2 * n + 1) {}
-
-  void move_to(int32_t x, int32_t y) {
-    int32_t* prefix = prefix_;
-    for (int32_t r = 0; r < rows_; ++r) {
-      const uint8_t* row = source_.at(x - m_, y - n_ + r);
-      for (int32_t c = 0; c < columns_; ++c, ++prefix) prefix[1] = prefix[0] + row[c];
-    }
+  WeightedRows(GrayImage image, int32_t n)
+      : ColumnSums(image), rows_(2 * n + 1), n_(n), changes_(allocate<int32_t>(rows_ + uint64_t{1})) {
+    if (changes_) std::fill_n(changes_.get(), rows_ + 1, 0);
   }
 
-  int32_t above_less_below() const {
-    return sum(0, n_ * columns_) - sum((n_ + 1) * columns_, rows_ * columns_);
+  bool allocated() const { return ColumnSums::allocated() && changes_; }
+
+  // Adds to the weight of the window's rows from first to the one before end.
+  void include(int32_t first, int32_t end, int32_t weight) {
+    changes_[first] += weight;
+    changes_[end] -= weight;
   }
-  // The pixels left and right of the column that divides each row.
-  template <class Divide>
-  Sides sides(Divide divide) const {
-    Sides total{0, 0};
+
+  void start(int32_t y) {
+    int32_t weight = 0;
     for (int32_t r = 0; r < rows_; ++r) {
-      const int32_t row = r * columns_;
-      const int32_t dividing = row + divide(r);
-      total.left += sum(row, dividing);
-      total.right += sum(dividing + 1, row + columns_);
+      weight += changes_[r];
+      add(y - n_ + r, weight);
     }
-    return total;
+  }
+  // As the window moves, a row counts where its weight is not that of the row before.
+  void move_down(int32_t y) {
+    for (int32_t r = 0; r <= rows_; ++r) {
+      if (changes_[r] != 0) add(y - n_ + r, -changes_[r]);
+    }
   }
 
  private:
-  int32_t sum(int32_t first, int32_t end) const {
-    return first < end ? prefix_[std::min(end, rows_ * columns_)] - prefix_[first] : 0;
-  }
-
-  GrayImage source_;
-  int32_t m_;
-  int32_t n_;
-  int32_t columns_;
   int32_t rows_;
-  int32_t prefix_[kMaxWindow + 1] = {};
+  int32_t n_;
+  Buffer<int32_t> changes_;  // of the weight from the row before
 };
 
-void four_directions_by_windows(GrayImage source, GrayImage result, int32_t m, int32_t n) {
-  WindowInOrder window(source, m, n);
-  FourDirections directions;
-  for (int32_t y = n; y < source.height - n; ++y) {
-    for (int32_t x = m; x < source.width - m; ++x) {
-      window.move_to(x, y);
-      const int32_t d2 = window.sides([m](int32_t) { return m; }).difference();
-      const int32_t d3 = window.sides([n](int32_t r) { return 2 * n - r; }).difference();
-      const Sides falling = window.sides([](int32_t r) { return r; });
-      *result.at(x, y) = directions.value(window.above_less_below(), d2, d3, falling);
+// Sums of row prefixes along diagonals of the window, at each place of its left end. A diagonal begins at a
+// row and a column of the window, and goes Step columns aside with each row.
+template <int Step>
+class DiagonalPrefixes {
+ public:
+  DiagonalPrefixes(GrayImage image, int32_t m, int32_t n)
+      : image_(image),
+        n_(n),
+        reach_(2 * m + 2),
+        count_(image.width - 2 * m + reach_),
+        prefix_(image.width, 2 * reach_),
+        diagonals_(allocate<Diagonal>(2 * (2 * static_cast<uint64_t>(n) + 1))),
+        sums_(allocate<int32_t>(static_cast<std::size_t>(count_))) {
+    if (sums_) std::fill_n(sums_.get(), count_, 0);
+  }
+
+  bool allocated() const { return prefix_.allocated() && diagonals_ && sums_; }
+
+  // Rows are given in rising order.
+  void include(int32_t row, int32_t column) {
+    if (diagonals_count_ > 0) {
+      Diagonal& last = diagonals_[diagonals_count_ - 1];
+      if (row == last.row + last.rows && column == last.column + Step * last.rows) {
+        ++last.rows;
+        return;
+      }
     }
+    diagonals_[diagonals_count_++] = {row, column, 1};
+  }
+
+  void start(int32_t y) {
+    for (int32_t i = 0; i < diagonals_count_; ++i) {
+      const Diagonal& d = diagonals_[i];
+      for (int32_t r = 0; r < d.rows; ++r) {
+        add_entries(sums_.get(), prefix(y - n_ + d.row + r, d.column + Step * r), count_);
+      }
+    }
+  }
+
+  // From row y to row y + 1: one row down, each diagonal is the one of Step places before, but for the row
+  // that leaves and the one that enters. beyond is the sum at the place that comes in: there each prefix is
+  // the whole row, or none of it.
+  void move_down(int32_t y, int32_t beyond) {
+    int32_t* sums = sums_.get();
+    if (Step > 0) {
+      std::copy_backward(sums, sums + count_ - 1, sums + count_);
+    } else {
+      std::copy(sums + 1, sums + count_, sums);
+    }
+    for (int32_t i = 0; i < diagonals_count_; ++i) {
+      const Diagonal& d = diagonals_[i];
+      subtract_entries(sums, prefix(y - n_ + d.row, d.column - Step), count_);
+      add_entries(sums, prefix(y - n_ + d.row + d.rows, d.column + Step * (d.rows - 1)), count_);
+    }
+    sums[Step > 0 ? 0 : count_ - 1] = beyond;
+  }
+
+  const int32_t* sums() const { return sums_.get() + (Step > 0 ? reach_ : 0); }
+
+ private:
+  struct Diagonal {
+    int32_t row;
+    int32_t column;
+    int32_t rows;
+  };
+
+  // The prefix of a row of the image, from that column of the window at the first place on.
+  const int32_t* prefix(int32_t y, int32_t column) {
+    prefix_.set(image_.row(y));
+    return prefix_.at(column - (Step > 0 ? reach_ : 0));
+  }
+
+  GrayImage image_;
+  int32_t n_;
+  int32_t reach_;  // so many places farther all prefixes are the whole row, or none of it
+  int32_t count_;
+  PaddedPrefix prefix_;
+  Buffer<Diagonal> diagonals_;
+  int32_t diagonals_count_ = 0;
+  Buffer<int32_t> sums_;
+};
+
+void four_directions_of_high_windows(GrayImage source, GrayImage result, int32_t m, int32_t n) {
+  const int32_t columns = 2 * m + 1;
+  const int32_t rows = 2 * n + 1;
+  AboveLessBelow above_less_below(source, n);
+  WindowRows all_rows(source, n);
+  // What counts at the columns before the right end of a window, and before its left end.
+  WeightedRows rising_at_right(source, n);
+  WeightedRows rising_at_left(source, n);
+  WeightedRows left_at_right(source, n);
+  WeightedRows left_at_left(source, n);
+  WeightedRows right_at_right(source, n);
+  DiagonalPrefixes<-1> rising(source, m, n);
+  DiagonalPrefixes<1> falling_left(source, m, n);
+  DiagonalPrefixes<1> falling_right(source, m, n);
+  if (!above_less_below.allocated() || !all_rows.allocated() || !rising_at_right.allocated() ||
+      !rising_at_left.allocated() || !left_at_right.allocated() || !left_at_left.allocated() ||
+      !right_at_right.allocated() || !rising.allocated() || !falling_left.allocated() ||
+      !falling_right.allocated()) {
+    return;
+  }
+
+  const auto include_left = [=](int32_t r, int32_t line, WeightedRows& at_right, WeightedRows& at_left,
+                                auto& diagonals) {
+    const int32_t last = std::min(r + line / columns, rows);
+    at_right.include(r, last, 1);
+    at_left.include(r, last, 1);
+    if (last == rows || line % columns == 0) return;
+    at_left.include(last, last + 1, 1);
+    diagonals.include(last, line % columns);
+  };
+  const auto include_right = [=](int32_t r, int32_t line, WeightedRows& at_right, int32_t sign,
+                                 auto& diagonals) {
+    if (line >= columns) return;
+    at_right.include(r, r + 1, sign);
+    diagonals.include(r, line + 1);
+  };
+  for (int32_t r = 0; r < rows; ++r) {
+    include_left(r, rows - 1 - r, rising_at_right, rising_at_left, rising);
+    include_left(r, r, left_at_right, left_at_left, falling_left);
+    include_right(r, r, right_at_right, 1, falling_right);
+  }
+  // Of the rising line only the difference of the sides is asked for, so the right one counts against.
+  for (int32_t r = 0; r < rows; ++r) include_right(r, rows - 1 - r, rising_at_right, -1, rising);
+
+  above_less_below.start(n);
+  all_rows.start(n);
+  for (WeightedRows* sums :
+       {&rising_at_right, &rising_at_left, &left_at_right, &left_at_left, &right_at_right}) {
+    sums->start(n);
+  }
+  rising.start(n);
+  falling_left.start(n);
+  falling_right.start(n);
+
+  FourDirections directions;
+  const int32_t places = source.width - 2 * m;
+  for (int32_t y = n;; ++y) {
+    const int32_t* vertical = above_less_below.prefix();
+    const int32_t* all = all_rows.prefix();
+    const int32_t* rising_right_end = rising_at_right.prefix() + columns;
+    const int32_t* rising_left_end = rising_at_left.prefix();
+    const int32_t* left_right_end = left_at_right.prefix() + columns;
+    const int32_t* left_left_end = left_at_left.prefix();
+    const int32_t* right_right_end = right_at_right.prefix() + columns;
+    const int32_t* rising_sums = rising.sums();
+    const int32_t* left_sums = falling_left.sums();
+    const int32_t* right_sums = falling_right.sums();
+    uint8_t* out = result.at(m, y);
+    for (int32_t k = 0; k < places; ++k) {
+      const int32_t behind = k + columns;
+      const int32_t d1 = vertical[behind] - vertical[k];
+      const int32_t d2 = all[k + m] - all[k] - (all[behind] - all[k + m + 1]);
+      const int32_t d3 = rising_right_end[k] - rising_left_end[k] + rising_sums[k];
+      const Sides sides{left_right_end[k] - left_left_end[k] + left_sums[k],
+                        right_right_end[k] - right_sums[k]};
+      out[k] = directions.value(d1, d2, d3, sides);
+    }
+    if (y + 1 >= source.height - n) return;
+    above_less_below.move_down(y);
+    all_rows.move_down(y);
+    for (WeightedRows* sums :
+         {&rising_at_right, &rising_at_left, &left_at_right, &left_at_left, &right_at_right}) {
+      sums->move_down(y);
+    }
+    rising.move_down(y, rising_at_left.prefix()[source.width] - rising_at_right.prefix()[source.width]);
+    falling_left.move_down(y, 0);
+    falling_right.move_down(y, 0);
   }
 }
 
@@ -380,6 +550,6 @@ void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t height, int32
   if (M >= N) {
     four_directions_by_sums(source, result, M, N);
   } else {
-    four_directions_by_windows(source, result, M, N);
+    four_directions_of_high_windows(source, result, M, N);
   }
 }

@@ -39,11 +39,18 @@ NUV_ROW_KERNEL void exchange_rows(Sum* NUV_RESTRICT sums, const uint8_t* in, con
   for (std::ptrdiff_t i = 0; i < n; ++i) sums[i] = static_cast<Sum>(sums[i] + in[i] - out[i]);
 }
 
+template <class Sum>
+NUV_ROW_KERNEL void add_weighted_row(Sum* NUV_RESTRICT sums, const uint8_t* row, Sum weight,
+                                     std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) sums[i] += weight * row[i];
+}
+
 // prefix[x] becomes the sum of the x values before place x; prefix has n + 1 entries.
 template <class T>
 void accumulate(const T* values, std::ptrdiff_t n, int32_t* prefix) {
   int32_t sum = 0;
   prefix[0] = 0;
+#pragma GCC unroll 8
   for (std::ptrdiff_t x = 0; x < n; ++x) prefix[x + 1] = sum += values[x];
 }
 
@@ -68,6 +75,7 @@ class ColumnSums {
   void clear() { std::fill_n(sums_.get(), image_.width, 0); }
   void add(int32_t y) { add_row(sums_.get(), image_.row(y), image_.width); }
   void subtract(int32_t y) { subtract_row(sums_.get(), image_.row(y), image_.width); }
+  void add(int32_t y, int32_t weight) { add_weighted_row(sums_.get(), image_.row(y), weight, image_.width); }
 
  private:
   GrayImage image_;
