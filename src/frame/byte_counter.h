@@ -26,6 +26,35 @@ class ByteCounter {
   std::array<Histogram, 8> tables_{};
 };
 
+// Counts the bytes of a small window, and then of the next one. The values of a small window lie close
+// together, so that bins are walked and cleared from its least value to its greatest alone.
+class WindowBins {
+ public:
+  void add(uint8_t value) {
+    ++bins_[value];
+    ++count_;
+    least_ = value < least_ ? value : least_;
+    most_ = value > most_ ? value : most_;
+  }
+  void clear() {
+    for (int32_t v = least_; v <= most_; ++v) bins_[v] = 0;
+    count_ = 0;
+    least_ = kBins - 1;
+    most_ = 0;
+  }
+
+  const int32_t* bins() const { return bins_.data(); }
+  int32_t count() const { return count_; }
+  int32_t least() const { return least_; }
+  int32_t most() const { return most_; }
+
+ private:
+  Histogram bins_{};
+  int32_t count_ = 0;
+  int32_t least_ = kBins - 1;
+  int32_t most_ = 0;
+};
+
 }  // namespace nuv
 
 #endif

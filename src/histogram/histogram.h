@@ -17,6 +17,9 @@ enum class Reach { kReaches, kExceeds };
 // The first value from 255 down at which the running count reaches or exceeds a limit; -1 if it never does.
 int32_t first_from_above(const int32_t* bins, int32_t limit, Reach reach);
 
+// The median of n values that are counted in bins, none of them before the first bin.
+int32_t median_bin(const int32_t* bins, int32_t n, int32_t first);
+
 }  // namespace nuv
 
 #endif

@@ -36,18 +36,22 @@ int32_t first_from_above(const int32_t* bins, int32_t limit, Reach reach) {
   return v;
 }
 
+int32_t median_bin(const int32_t* bins, int32_t n, int32_t first) {
+  const int32_t half = truncated(n * 0.5 + 0.5);
+  int32_t sum = 0;
+  int32_t next = first;  // one behind the last bin summed
+  while (next < kBins && sum < half) sum += bins[next++];
+  if (next == first) return first;
+  const int32_t overshoot = sum - half;
+  return count_at(bins, next) - overshoot < overshoot ? next - 1 : next;
+}
+
 }  // namespace nuv
 
 using namespace nuv;
 
 int32_t NuvGetMedianInHistogram(int32_t* pHistogram) {
-  const int32_t half = truncated(total(pHistogram) * 0.5 + 0.5);
-  int32_t sum = 0;
-  int32_t next = 0;  // one behind the last bin summed
-  while (next < kBins && sum < half) sum += pHistogram[next++];
-  if (next == 0) return 0;
-  const int32_t overshoot = sum - half;
-  return count_at(pHistogram, next) - overshoot < overshoot ? next - 1 : next;
+  return median_bin(pHistogram, total(pHistogram), 0);
 }
 
 int32_t NuvGetMostInHistogram(int32_t* pHistogram, int32_t* pMaxCount) {

@@ -10,7 +10,7 @@
 #include "frame/row_kernel.h"
 #include "frame/views.h"
 #include "frame/window_sums.h"
-#include "nuv/histogram.h"
+#include "histogram/histogram.h"
 #include "nuv/transforms.h"
 
 namespace nuv {
@@ -179,13 +179,13 @@ int32_t cell_size(int32_t length, int32_t cells) {
   return size * cells < length ? length / (cells - 1) : size;
 }
 
-uint8_t median_of(GrayImage image, Region cell) {
+uint8_t median_of(GrayImage image, Region cell, WindowBins& window) {
   if (cell.empty()) return 0;
-  Histogram bins{};
+  window.clear();
   for (int32_t y = cell.y1; y <= cell.y2; ++y) {
-    for (int32_t x = cell.x1; x <= cell.x2; ++x) ++bins[*image.at(x, y)];
+    for (int32_t x = cell.x1; x <= cell.x2; ++x) window.add(*image.at(x, y));
   }
-  return low_byte(NuvGetMedianInHistogram(bins.data()));
+  return low_byte(median_bin(window.bins(), window.count(), window.least()));
 }
 
 }  // namespace
@@ -222,12 +222,13 @@ void NuvShrinkGryImgByMedian(uint8_t* pGryImg, int32_t width, int32_t height, ui
   if (source.empty() || result.empty()) return;
   const int32_t columns = cell_size(width, resWidth);
   const int32_t rows = cell_size(height, resHeight);
+  WindowBins window;
   for (int32_t j = 0; j < resHeight; ++j) {
     for (int32_t i = 0; i < resWidth; ++i) {
       const Point corner{i * columns, j * rows};
       const Region cell{corner.x, std::min(columns, width - corner.x) + corner.x - 1, corner.y,
                         std::min(rows, height - corner.y) + corner.y - 1};
-      *result.at(i, j) = median_of(source, cell);
+      *result.at(i, j) = median_of(source, cell, window);
     }
   }
 }

@@ -95,14 +95,15 @@ int32_t pixels_of(Region region) {
   return region.empty() ? 0 : region.columns() * region.rows();
 }
 
-// The standard deviation of n values, whose sums are exact however many they are.
-double deviation(const Histogram& bins, int32_t n) {
+// The standard deviation of the values counted, whose sums are exact however many they are. Empty bins add 0.
+double deviation(const WindowBins& window) {
+  const int32_t* bins = window.bins();
   double sum = 0.0;
-  for (int32_t v = 0; v < kBins; ++v) sum += static_cast<double>(bins[v]) * v;
-  const double mean = sum / n;
+  for (int32_t v = window.least(); v <= window.most(); ++v) sum += static_cast<double>(bins[v]) * v;
+  const double mean = sum / window.count();
   double squares = 0.0;
-  for (int32_t v = 0; v < kBins; ++v) squares += (v - mean) * (v - mean) * bins[v];
-  return std::sqrt(squares / n);
+  for (int32_t v = window.least(); v <= window.most(); ++v) squares += (v - mean) * (v - mean) * bins[v];
+  return std::sqrt(squares / window.count());
 }
 
 // The first value from 0 on at which the running count exceeds a limit; 256 if it never does.
@@ -224,18 +225,25 @@ int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, i
   const int32_t area = M * N;
   const int32_t step_x = std::max(M / 2, 1);
   const int32_t step_y = std::max(N / 2, 1);
+  const GrayImage image{pGryImg, width, height};
+  const GrayImage mask{pMskImg, width, height};
   Histogram weights{};
+  WindowBins window;
   for (int64_t y = 0; y < height; y += step_y) {
     for (int64_t x = 0; x < width; x += step_x) {
       // One pixel more than M by N, where the image goes so far.
+      const auto x1 = static_cast<int32_t>(x);
       const auto x2 = static_cast<int32_t>(std::min<int64_t>(x + M, width - 1));
       const auto y2 = static_cast<int32_t>(std::min<int64_t>(y + N, height - 1));
-      Histogram bins;
-      NuvGetHistogramByMasked(pGryImg, pMskImg, width, static_cast<int32_t>(x), x2, static_cast<int32_t>(y),
-                              y2, bins.data());
-      const int32_t n = total(bins.data());
+      window.clear();
+      for (auto row = static_cast<int32_t>(y); row <= y2; ++row) {
+        for (int32_t column = x1; column <= x2; ++column) {
+          if (*mask.at(column, row) != 0) window.add(*image.at(column, row));
+        }
+      }
+      const int32_t n = window.count();
       if (n == 0 || n * 3 <= area) continue;
-      weights[truncated(deviation(bins, n) + 0.5)] += quotient(n * 4, area);
+      weights[truncated(deviation(window) + 0.5)] += quotient(n * 4, area);
     }
   }
   return NuvGetMedianInHistogram(weights.data());
