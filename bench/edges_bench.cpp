@@ -23,11 +23,22 @@ auto window_work(WindowGradient gradient) {
   };
 }
 
+// Half sizes of 15 by 15, and of 15 by 16: windows higher than wide have a machine of their own.
+auto large_window_work(int32_t m, int32_t n) {
+  return [=, picture = gray_picture(), result = gray_picture()]() mutable {
+    NuvGradientByPrewitt(picture.data(), picture.width, picture.height, m, n, result.data());
+  };
+}
+
 const Row sobel("NuvGryImgSobel/nuv", [] { return gradient_work(NuvGryImgSobel); });
 const Row robert("NuvRobert/nuv", [] { return gradient_work(NuvRobert); });
 const Row robert_copy("NuvRobert/copy", [] { return copy_of_bytes(1280 * 960); });
 const Row prewitt_0("NuvGradientByPrewitt0/nuv", [] { return window_work(NuvGradientByPrewitt0); });
 const Row prewitt_90("NuvGradientByPrewitt90/nuv", [] { return window_work(NuvGradientByPrewitt90); });
+const Row prewitt_0_5x5("NuvGradient0ByPrewitt5x5/nuv",
+                        [] { return gradient_work(NuvGradient0ByPrewitt5x5); });
+const Row prewitt_15_15("NuvGradientByPrewitt 15,15/nuv", [] { return large_window_work(15, 15); });
+const Row prewitt_15_16("NuvGradientByPrewitt 15,16/nuv", [] { return large_window_work(15, 16); });
 const Row prewitt("NuvGradientByPrewitt/nuv", [] { return window_work(NuvGradientByPrewitt); });
 
 // The four directions of windows of 7 by 7, summed up pixel by pixel.
@@ -130,12 +141,13 @@ const Row cv_sobel("NuvGryImgSobel/opencv", [] {
   };
 });
 
-auto filter_work(bool rows_differ) {
-  cv::Mat kernel = cv::Mat::zeros(7, 7, CV_32F);
-  for (int r = 0; r < 7; ++r) {
-    for (int c = 0; c < 7; ++c) {
+auto filter_work(bool rows_differ, int half = 3) {
+  const int size = 2 * half + 1;
+  cv::Mat kernel = cv::Mat::zeros(size, size, CV_32F);
+  for (int r = 0; r < size; ++r) {
+    for (int c = 0; c < size; ++c) {
       const int i = rows_differ ? r : c;
-      kernel.at<float>(r, c) = i < 3 ? 1.0F : i > 3 ? -1.0F : 0.0F;
+      kernel.at<float>(r, c) = i < half ? 1.0F : i > half ? -1.0F : 0.0F;
     }
   }
   return [=, picture = gray_picture(), filtered = cv::Mat(), result = cv::Mat()]() mutable {
@@ -143,6 +155,7 @@ auto filter_work(bool rows_differ) {
     cv::convertScaleAbs(filtered, result);
   };
 }
+const Row filter_0_5x5("NuvGradient0ByPrewitt5x5/opencv", [] { return filter_work(true, 2); });
 const Row filter_0("NuvGradientByPrewitt0/opencv", [] { return filter_work(true); });
 const Row filter_90("NuvGradientByPrewitt90/opencv", [] { return filter_work(false); });
 

@@ -62,6 +62,8 @@ const Row median_zero_5("NuvGryImgMedianBoundary0 5x5/nuv",
                         [] { return median_work(NuvGryImgMedianBoundary0, 2); });
 const Row median_zero_15("NuvGryImgMedianBoundary0 15x15/nuv",
                          [] { return median_work(NuvGryImgMedianBoundary0, 7); });
+const Row median_zero_63("NuvGryImgMedianBoundary0 63x63/nuv",
+                         [] { return median_work(NuvGryImgMedianBoundary0, 31); });
 // The picture of the fast median has one row more behind it, as the filter reads there.
 auto fast_median_work(int32_t half) {
   return [=, picture = gray_picture(1280, 961), result = gray_picture()]() mutable {
@@ -156,6 +158,7 @@ auto median_blur_work(int window) {
 const Row median_blur_3("NuvGryImgMedianBoundary0 3x3/opencv", [] { return median_blur_work(3); });
 const Row median_blur_5("NuvGryImgMedianBoundary0 5x5/opencv", [] { return median_blur_work(5); });
 const Row median_blur_15("NuvGryImgMedianBoundary0 15x15/opencv", [] { return median_blur_work(15); });
+const Row median_blur_63("NuvGryImgMedianBoundary0 63x63/opencv", [] { return median_blur_work(63); });
 const Row fast_blur_3("NuvGryFastMedianFilter 3x3/opencv", [] { return median_blur_work(3); });
 const Row fast_blur_5("NuvGryFastMedianFilter 5x5/opencv", [] { return median_blur_work(5); });
 const Row fast_blur_15("NuvGryFastMedianFilter 15x15/opencv", [] { return median_blur_work(15); });

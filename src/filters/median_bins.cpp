@@ -9,10 +9,8 @@
 // on, and the search for a rank is one comparison of all 16 entries: as many lie below the rank as entries
 // come before the one sought.
 //
-// A window needs all groups, but the values of one group only, the one that holds the median. They slide along
-// the row as long as the group stays the same. Where it changes they are summed anew: the sums of all columns
-// before every eighth column are kept too, so that two of those and a few columns give the values of any
-// window.
+// A window needs all groups, but the values of one group only, the one that holds the median. So the values of
+// each group stay where they were last asked for, and catch up when they are asked for again.
 //
 // The picture is worked in strips of columns, so that the histograms stay in the nearer caches.
 
@@ -32,6 +30,7 @@ constexpr int32_t kGroups = 16;
 
 // ---- sixteen counts ----
 
+// The entries are 16 everywhere; vectors hold them in parts.
 template <class Count>
 class Counts {
  public:
@@ -53,11 +52,11 @@ class Counts {
   // How many entries lie below the rank. Where no instruction compares wide counts without a sign, the top bit
   // of the difference tells: no wide entry is farther from the rank than half of its type's range.
   NUV_INLINE int32_t below(Count rank) const {
-    constexpr uint64_t kOnes = ~uint64_t{0} / static_cast<Count>(-1);
+    constexpr uint64_t kOnes = ~uint64_t{0} / static_cast<Count>(-1);  // 1 in each count of a word
     Part ones{};
     for (int i = 0; i < kParts; ++i) {
       if constexpr (sizeof(Count) == 1) {
-        ones -= (Part)(parts_[i] < rank);
+        ones -= reinterpret_cast<Part>(parts_[i] < rank);
       } else {
         ones += (parts_[i] - rank) >> (8 * sizeof(Count) - 1);
       }
@@ -90,12 +89,7 @@ class Counts {
 
  private:
 #if NUV_HAS_LANES
-// GCC keeps vectors of 32 bytes in memory where the processor has no registers for them.
-#if defined(__clang__) || defined(__AVX2__)
   static constexpr int kPartSize = sizeof(Count) == 1 ? 16 : 32;
-#else
-  static constexpr int kPartSize = 16;
-#endif
   static constexpr int kParts = 16 * sizeof(Count) / kPartSize;
   typedef Count Part __attribute__((vector_size(kPartSize)));
 
@@ -105,7 +99,7 @@ class Counts {
 #endif
 };
 
-// The counts of one value each.
+// What a pixel adds: 1 from its entry on.
 template <class Count>
 struct Steps {
   Counts<Count> from[16];
@@ -141,7 +135,8 @@ NUV_ROW_KERNEL void exchange_rows(const Histograms<Count>& histograms, const Ste
   }
 }
 
-// The values of one group in a window that slides when it is asked for.
+// The values of one group in a window, which moves to a place when it is asked for there. Places rise. A
+// place so far on that the windows share no column is summed up anew.
 template <class Count>
 class WindowValues {
  public:
@@ -193,8 +188,7 @@ class Strip {
   Strip(std::ptrdiff_t m, std::ptrdiff_t image_columns)
       : window_(2 * m + 1),
         columns_(std::min(std::max<std::ptrdiff_t>(6 * m, kLeastColumns), image_columns)),
-        memory_(allocate<Counts<Count>>(static_cast<std::size_t>(size()))),
-        histograms_{memory_.get(), memory_.get() + columns_} {}
+        memory_(allocate<Counts<Count>>(static_cast<std::size_t>(size()))) {}
 
   bool allocated() const { return memory_ != nullptr; }
   // How many windows a strip has.
@@ -203,30 +197,30 @@ class Strip {
   void clear() { std::fill_n(memory_.get(), size(), Counts<Count>(16)); }
 
   void add(const uint8_t* in, std::ptrdiff_t columns) {
-    exchange_rows<Count, true, false>(histograms_, steps_, in, nullptr, columns);
+    exchange_rows<Count, true, false>(histograms(), steps_, in, nullptr, columns);
   }
   void remove(const uint8_t* out, std::ptrdiff_t columns) {
-    exchange_rows<Count, false, true>(histograms_, steps_, nullptr, out, columns);
+    exchange_rows<Count, false, true>(histograms(), steps_, nullptr, out, columns);
   }
   void exchange(const uint8_t* in, const uint8_t* out, std::ptrdiff_t columns) {
-    exchange_rows<Count, true, true>(histograms_, steps_, in, out, columns);
+    exchange_rows<Count, true, true>(histograms(), steps_, in, out, columns);
   }
 
   // The values of that rank, from 1, in the windows of the first n places.
   void write_ranked(Count rank, uint8_t* result, std::ptrdiff_t n) const {
-    find_ranked(histograms_, window_, rank, result, n);
+    find_ranked(histograms(), window_, rank, result, n);
   }
 
  private:
   static constexpr std::ptrdiff_t kLeastColumns = 384;
 
   std::ptrdiff_t size() const { return columns_ * (1 + kGroups); }
+  Histograms<Count> histograms() const { return {memory_.get(), memory_.get() + columns_}; }
 
+  Steps<Count> steps_;
   std::ptrdiff_t window_;
   std::ptrdiff_t columns_;
-  Steps<Count> steps_;
   Buffer<Counts<Count>> memory_;
-  Histograms<Count> histograms_;
 };
 
 // Rows y1..y2 of a strip of windows, the first of which starts at column x.

@@ -2,7 +2,8 @@
 // apart, turning columns into rows. Loops over arrays leave such moves to the compiler, which does not see
 // them; here they are vector types of the language extension that GCC and clang share, for any processor.
 //
-// Without the extension NUV_HAS_LANES is 0, and the users of this header take their plain loops.
+// Without the extension NUV_HAS_LANES is 0, and the users of this header take their plain loops. A build that
+// defines it as 0 tests those.
 
 #ifndef NUV_FRAME_LANES_H
 #define NUV_FRAME_LANES_H
@@ -27,7 +28,7 @@
 
 namespace nuv {
 
-// ---- single bytes, or lanes of them: code over either is written once, as a template ----
+// ---- single bytes and lanes of bytes: code for both is written once, as a template ----
 
 NUV_INLINE void load(const uint8_t* p, uint8_t& byte) {
   byte = *p;
@@ -67,11 +68,11 @@ NUV_INLINE void store16(uint8_t* p, Bytes16 v) {
   std::memcpy(p, &v, 16);
 }
 
-// Two lanes of sixteen bytes abreast. They are handed on by reference: a processor without registers of this
-// size has another way to pass them by value than one that has them.
+// Two lanes of sixteen bytes abreast. They are passed by reference: processors with and without registers of
+// this size pass them by value in different ways.
 using Bytes32 = uint8_t __attribute__((vector_size(32)));
 
-// Anywhere in memory. Of a copy by std::memcpy, compilers make two of sixteen bytes by way of the stack.
+// Anywhere in memory. Compilers split a 32-byte std::memcpy in two, through the stack.
 struct __attribute__((packed, may_alias)) Bytes32Anywhere {
   Bytes32 bytes;
 };
