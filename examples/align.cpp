@@ -1,9 +1,11 @@
 // Aligns a picture to another one of the same scene.
 //
-// The shift is found in the middle of the first picture, by trying all shifts up to a limit.
+// The shift is found in the middle of the first picture, by trying all shifts up to a limit. The library's sums
+// have 32 bits; of a picture with more differences than they hold, a smaller middle is compared.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -31,11 +33,23 @@ struct Alignment {
   int32_t mean = 0;
 };
 
-Alignment aligned(Picture& first, Picture& second, int32_t limit) {
+// What lies a shift or more inside the picture, or as much of its middle as the sums can hold.
+tagRECT compared_area(const Picture& picture, int32_t limit) {
+  const int32_t columns = picture.width - 2 * limit;
+  const int32_t rows = picture.height - 2 * limit;
+  const double most_pixels = INT32_MAX / (255 * picture.channels);
+  const double scale = std::min(std::sqrt(most_pixels / (static_cast<double>(columns) * rows)), 1.0);
+  const auto width = static_cast<int32_t>(columns * scale);
+  const auto height = static_cast<int32_t>(rows * scale);
+  const int32_t left = (picture.width - width) / 2;
+  const int32_t top = (picture.height - height) / 2;
+  return {left, top, left + width - 1, top + height - 1};
+}
+
+Alignment aligned(Picture& first, Picture& second, int32_t limit, tagRECT area) {
   Alignment result{first};
-  const tagRECT whole{0, 0, first.width - 1, first.height - 1};
   result.mean = NuvShiftImg2BasedImg1(first.pixels.data(), second.pixels.data(), result.picture.pixels.data(),
-                                      first.width, first.height, first.channels == 3, limit, limit, whole,
+                                      first.width, first.height, first.channels == 3, limit, limit, area,
                                       &result.dx, &result.dy);
   return result;
 }
@@ -70,10 +84,15 @@ void run(Options options) {
     check_result(picture, options.difference);
   }
 
-  Alignment alignment = aligned(first, second, options.limit);
+  const tagRECT area = compared_area(first, options.limit);
+  Alignment alignment = aligned(first, second, options.limit, area);
   Picture difference = difference_of(first, alignment.picture);
   std::printf("shift               %d, %d\n", alignment.dx, alignment.dy);
   std::printf("mean difference     %d\n", alignment.mean);
+  if (area.left > options.limit || area.top > options.limit) {
+    std::printf("compared            the middle %d x %d pixels\n", area.right - area.left + 1,
+                area.bottom - area.top + 1);
+  }
   if (std::max(std::abs(alignment.dx), std::abs(alignment.dy)) == options.limit) {
     std::printf("the shift is at the limit: try --limit %d\n", 2 * options.limit);
   }

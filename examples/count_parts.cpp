@@ -57,11 +57,7 @@ Picture flattened(Picture& gray, int32_t half_size) {
 
 // Parts as 255 on 0.
 Picture binarised(Picture& gray, Options& options) {
-  if (options.threshold < 0) {
-    std::array<int32_t, 256> bins{};
-    NuvGetHistogram(gray.pixels.data(), gray.width, gray.height, bins.data());
-    options.threshold = NuvGetOtsuThreshold(bins.data(), 256) + 1;
-  }
+  if (options.threshold < 0) options.threshold = otsu_threshold(gray);
   Picture binary = gray;
   NuvThreshold(binary.pixels.data(), binary.width, binary.height, options.threshold);
   if (options.dark) {

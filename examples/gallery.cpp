@@ -146,15 +146,8 @@ Contours outer_contours(Picture binary) {
 
 // ---- Histogram --------------------------------------------------------------------------------------------
 
-std::array<int32_t, 256> histogram_of(Picture& gray) {
-  std::array<int32_t, 256> bins{};
-  NuvGetHistogram(gray.pixels.data(), gray.width, gray.height, bins.data());
-  return bins;
-}
-
 Picture binarised(Picture gray) {
-  const int32_t threshold = NuvGetOtsuThreshold(histogram_of(gray).data(), 256) + 1;
-  NuvThreshold(gray.pixels.data(), gray.width, gray.height, threshold);
+  NuvThreshold(gray.pixels.data(), gray.width, gray.height, otsu_threshold(gray));
   return gray;
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <numeric>
 
 #include "NuvImgSDK2014DLL.h"
 
@@ -115,4 +116,24 @@ Picture to_colour(Picture& picture) {
   uint8_t* gray = picture.pixels.data();
   NuvGry2RGBImg(gray, gray, gray, picture.width, picture.height, colour.pixels.data());
   return colour;
+}
+
+Histogram histogram_of(Picture& gray) {
+  Histogram bins;
+  NuvGetHistogram(gray.pixels.data(), gray.width, gray.height, bins.data());
+  return bins;
+}
+
+Histogram scaled_down(Histogram bins, int32_t most_pixels) {
+  const int32_t pixels = std::accumulate(bins.begin(), bins.end(), 0);
+  const int32_t divisor = (pixels - 1) / most_pixels + 1;
+  for (int32_t& count : bins) count = (count + divisor - 1) / divisor;
+  return bins;
+}
+
+int32_t otsu_threshold(Picture& gray) {
+  constexpr int32_t kMostPixels = 8000000;  // of level 255, whose sum has 31 bits
+  Histogram bins = scaled_down(histogram_of(gray), kMostPixels);
+  // The library gives the highest level of the dark class.
+  return NuvGetOtsuThreshold(bins.data(), 256) + 1;
 }

@@ -3,6 +3,7 @@
 #ifndef NUV_EXAMPLES_PICTURE_H
 #define NUV_EXAMPLES_PICTURE_H
 
+#include <array>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -33,5 +34,16 @@ void write_picture(Picture& picture, const std::string& file);
 
 Picture to_gray(Picture& picture);
 Picture to_colour(Picture& picture);
+
+using Histogram = std::array<int32_t, 256>;
+
+Histogram histogram_of(Picture& gray);
+
+// Divides the bins so that they count about that many pixels at most. An occupied bin stays occupied. The
+// library's sums over a histogram have 32 bits, which the histogram of a large picture exceeds.
+Histogram scaled_down(Histogram bins, int32_t most_pixels);
+
+// The least gray level of the bright class by Otsu's method.
+int32_t otsu_threshold(Picture& gray);
 
 #endif

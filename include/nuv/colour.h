@@ -115,8 +115,8 @@ NUV_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height,
 /// colours, and each pixel goes to the nearer one (one step of 2-means, from a split at the mean).
 ///
 /// The gray is that of the rectangle weighting, its mean truncated; a mean colour is truncated per byte, and
-/// that of a class without pixels is 0, 0, 0. Distances are sums of squared byte differences. Sums are 32-bit
-/// and wrap: they hold 8 million white pixels.
+/// that of a class without pixels is 0, 0, 0. Distances are sums of squared byte differences. Sums of pixels
+/// are 32-bit and wrap, from 8,421,505 white pixels on.
 ///
 /// @param bBright               true: 255 marks the bright colour; false: the dark one
 /// @param pGryImg               receives the gray of the rectangle
@@ -130,7 +130,7 @@ NUV_API void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t heigh
 ///
 /// A mask byte hits if it is exactly 255. The k hits of a row select the k pixels from column x1 on, wherever
 /// in the row they lie: a mask that fills its rows from the left gives the mean under the mask. Sums are
-/// 32-bit and wrap: they hold 8 million white pixels.
+/// 32-bit and wrap, from 8,421,505 white pixels on.
 ///
 /// @param pMskImg              mask of the size of the image
 /// @param pRed, pGreen, pBlue  receive the truncated means of byte 2, 1 and 0; all 0 without a hit

@@ -129,8 +129,7 @@ NUV_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, in
 ///
 /// A bar of width W has the length L = perimeter/2 - W and the area W*L. The misfit is
 /// |area - W*L| / min(area, W*L); widths that leave a length below 1 are not tried.
-/// Widths are meant to be positive. They are tried one by one, up to half the perimeter: millions take their
-/// time.
+/// Widths are meant to be positive. The time hardly grows with their number.
 ///
 /// @param pWidth   receives the best width, the narrowest of equals; 10000 if there is none
 /// @param pLength  receives that bar's length, rounded; left alone if there is none

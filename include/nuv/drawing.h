@@ -146,7 +146,7 @@ NUV_API void NuvDrawRGBCross(uint8_t* pRGBImg, int32_t width, int32_t height, in
 
 /// A line from (x1, y1) to (x2, y2) with a cross at (x2, y2) that grows with it.
 ///
-/// With d the length of the line, in products that are 32-bit and wrap, and half = truncate(d + 1)/5 + 2, the
+/// With d the length of the line, in products that are 32-bit and wrap from a length of 46,341 pixels on, and half = truncate(d + 1)/5 + 2, the
 /// cross is column x2 over rows max(2, y2-half) to min(height-3, y2+half), and row y2 likewise. An arm whose
 /// column or row lies outside the image is left out.
 NUV_API void NuvGryImgDrawArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t y1,
@@ -239,7 +239,7 @@ NUV_API void NuvDrawRightArrow(uint8_t* pRGBImg, int32_t width, int32_t height, 
 //     L = truncate((v - lo) / (((hi - lo) + 2.0) / extent) + 0.5)
 //
 // hi is the greatest entry, or 0 if that is more; lo is the least entry, or width*height*255 if that is less.
-// Integer products and differences are 32-bit and wrap: from 8.4 million pixels on that bound of lo does, and
+// Integer products and differences are 32-bit and wrap: from 8,421,505 pixels on that bound of lo does, and
 // may then be less than every entry. A length of 0 or below draws nothing.
 
 /// Bars from the last row upwards in columns x1..x2, never into row 0.

@@ -63,7 +63,7 @@ NUV_API void NuvGryImgSobel90(uint8_t* pGryImg, int32_t width, int32_t height, u
 /// Written are the pixels x from M to width-M-2, y from N to height-N-2; 0 goes to rows 0..N-1 and
 /// height-N-1..height-2 and, in the rows between, to columns 0..M-1 and width-M..width-1, as far as the image
 /// goes. What is in none of these, such as the last row and column width-M-1, is left alone. Sums are 32-bit
-/// and wrap.
+/// and wrap, from N*(2M + 1) = 8,421,505 white pixels on.
 ///
 /// @param M, N  half sizes; below 1 counts as 1
 NUV_API void NuvGradientByPrewitt0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,

@@ -135,7 +135,7 @@ NUV_API void NuvGryImgMedianBoundary0(uint8_t* pGryImg, int32_t width, int32_t h
 /// pixel before where that lies between the two, inclusive, else the nearer of them. So it depends on the
 /// pixels before in its row, and need not be a value in its window.
 ///
-/// Sums are 32-bit and wrap. Half sizes below 0 count as 0. With width <= 2M nothing is written; without
+/// Sums are 32-bit and wrap, from windows of 8,421,505 white pixels on. Half sizes below 0 count as 0. With width <= 2M nothing is written; without
 /// memory the result is incomplete.
 ///
 /// @param pGryImg  gray image of width*height bytes, with M more bytes behind them that can be read: the
@@ -152,7 +152,8 @@ NUV_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t hei
 ///     -2  4 -2        sqrt(sum of d^2 / (36*(width-2)*(height-2)))       d its response
 ///      1 -2  1
 ///
-/// over the inner pixels. The sum is kept in 32 bits and wraps.
+/// over the inner pixels. The sum has 32 bits and wraps: at 2^32/(36*s^2) pixels of noise of standard deviation
+/// s, which is 1.19 million for s = 10, and from 1,033 pixels of a checkerboard of black and white on.
 ///
 /// @param pResImg  receives min(d^2/36, 250), rounded down, at the inner pixels: the energy of the noise
 ///                 there. The outermost rows and columns are not written

@@ -37,7 +37,7 @@ NUV_API int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_t 
 ///
 /// @param pX, pY  receive the centre; left alone if there is no object pixel
 /// @return the number of object pixels
-/// @note The coordinate sums are 32-bit and wrap: they hold about 3 million pixels at x = 700.
+/// @note The coordinate sums are 32-bit and wrap: from 1626 x 1626 on in an image that is all object.
 NUV_API int32_t NuvBinImgCentroid(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pX, int32_t* pY);
 
 /// The number of pixels with the value gry; 0 for a gry outside 0..255.

@@ -2,7 +2,8 @@
 /// Histograms, thresholds, data series and profiles.
 ///
 /// A histogram is a caller's array of 256 int32_t, bin v counting the pixels of value v. Counts and the sums
-/// named integer are 32-bit and wrap; sums named floating are double.
+/// named integer are 32-bit and wrap: counts from 2^31 pixels on, sums of values from 8,421,505 white pixels or
+/// 16.8 million of mean 127.5 on. Sums named floating are double.
 #ifndef NUV_HISTOGRAM_H
 #define NUV_HISTOGRAM_H
 
@@ -60,7 +61,7 @@ NUV_API int32_t NuvGetImageAvrAndDev(uint8_t* pGryImg, int32_t width, int32_t he
 /// Mean and standard deviation in one pass: dev = sqrt(S2/N - avr^2).
 ///
 /// For small histograms: S1 = sum(h[i]*i) is an integer sum and each h[i]*i*i is formed in 32 bits, which one
-/// bin at 255 overflows from 33,026 pixels on.
+/// bin at 255 overflows from 33,026 pixels on; S1 wraps from 8,421,505 white pixels on.
 ///
 /// @param pAvr  receives the mean; left alone for an empty histogram
 /// @param pDev  receives the deviation; 0 for an empty histogram; not a number where rounding or overflow
@@ -68,7 +69,8 @@ NUV_API int32_t NuvGetImageAvrAndDev(uint8_t* pGryImg, int32_t width, int32_t he
 /// @return N, the number of pixels counted
 NUV_API int32_t NuvGetImageAvrAndDevFast(int32_t* pHistogram, double* pAvr, double* pDev);
 
-/// Mean and mean absolute deviation in integers, both truncated; the deviation is from the truncated mean.
+/// Mean and mean absolute deviation in integers, both truncated; the deviation is from the truncated mean. Sums
+/// are 32-bit and wrap, from 8,421,505 white pixels on.
 ///
 /// @param pAvr, pDif  receive the moments; both 0 for an empty histogram
 NUV_API void NuvGetImageAvrAndDif(int32_t* pHistogram, int32_t* pAvr, int32_t* pDif);
@@ -123,7 +125,8 @@ NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 ///
 /// With lo and hi the lowest and highest occupied bin, the t from lo to hi - 1 is chosen that maximises
 /// (Wb/W) * (mb - mf)^2 * (Wf/W): weights and means of the pixels up to t and from t + 1 to hi - 1. The first
-/// maximum wins. Sums are 32-bit and wrap.
+/// maximum wins. Sums of t*h(t) below hi are 32-bit and wrap: from 8,454,661 pixels of 254, or 16.8 million of
+/// mean 127.5 on. Of a larger image, divide the counts first.
 ///
 /// @param nSize  number of bins; below 1 there are none
 /// @return the highest value of the dark class, so that the bright one begins above it; 0 for fewer than
@@ -162,11 +165,14 @@ NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_
 ///
 /// The first centre starts at the most frequent level, the others at occupied levels evenly spaced behind it.
 /// A level joins the nearest centre, the first of equals. Passes end when no centre has moved by more than
-/// eps relative to itself; should they not, after 100,000 passes.
+/// eps relative to itself. With an eps below 1e-12 they also end after 100,000 passes.
+///
+/// The sums of v*h(v) are 32-bit and wrap, which spoils the centres: with 100 passes, common for an eps of 1e-3,
+/// from 84,216 white pixels or 168,000 of mean 127.5 on. Of a larger image, divide the counts first.
 ///
 /// @param nClusters  2 to 256; more count as 256
-/// @param eps        1e-4 or more keeps the passes to some thousand, or milliseconds; 0 takes all of them, or
-///                   seconds
+/// @param eps        1e-4 or more keeps the passes to some thousand, or milliseconds; 1e-12 can take millions,
+///                   or seconds. With a not-a-number there is one pass
 /// @param pCentres   receives the centres in the order of their start, not sorted: as many as nClusters, or
 ///                   as the histogram has occupied bins if that is fewer
 /// @return false, and nothing written, for nClusters below 2
@@ -245,7 +251,8 @@ NUV_API int32_t NuvThresholdByRatioAndMiniT(uint8_t* pGryImg, int32_t width, int
 /// With n weights K[0..n-1] (the centre and one side) and S their sum, the bins from n below the lowest
 /// occupied to n above the highest one are replaced: n bins at each end by means of the weights that reach
 /// into that stretch, the bins between by (K[0]*h[t] + sum(K[k]*(h[t-k] + h[t+k]))) / S. As S holds one side
-/// only, those come out amplified by about (2*S - 1024)/S. All in 32-bit integers with truncating division.
+/// only, those come out amplified by about (2*S - 1024)/S. All in 32-bit integers with truncating division:
+/// sums of weights times counts wrap, from bins of 2,097,152 pixels on.
 ///
 /// @param nIgnored       not read
 /// @param pResHistogram  receives 256 bins, in another array
@@ -312,18 +319,20 @@ NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryI
 
 /// Whether a histogram has two modes with a deep valley between them.
 ///
-/// The histogram is smoothed by means of 2*(M/2) + 1 bins; the left peak is its greatest bin from T down to
-/// 1, the right one from T up to 255, the nearest to T of equals. The contrast is (B - A)/A, with A the area
-/// between the peaks under the curve and B that of the trapezoid over them.
+/// The histogram is smoothed by means of W = 2*(M/2) + 1 bins. The left peak is its greatest bin from T down
+/// to 1, the right one from T up to 255; ties go to the bin nearest to T. The contrast is (B - A)/A, with A
+/// the area between the peaks under the curve and B that of the trapezoid over them.
 ///
-/// Half a window at the ends stays as it is, but that bin 255 - M/2 counts as 0. Between peaks of which
-/// nothing is left, for a minDist of 0 or below, the contrast can be not a number, which reaches no ratio.
+/// M/2 bins at each end stay as they are, and bin 255 - M/2 counts as 0. From M = 256 on all bins stay as
+/// they are. Where both peaks are missing, or minDist is 0 or below, the contrast can be not a number, which
+/// reaches no ratio.
 ///
 /// @param T                      as far as it lies in 0 to 255
-/// @param M                      0 to 255; what lies outside counts as the nearer end
+/// @param M                      0 or more; less counts as 0
 /// @param minDist                least distance of the peaks
 /// @param ratio                  least contrast
-/// @param pLeftPeak, pRightPeak  receive the peaks; 256 less the window where there is none
+/// @param pLeftPeak, pRightPeak  receive the peaks; 256 - W where there is none. That is below 0 for an M of
+///                               256 or more, and bins below 0 count as 0
 /// @param pContrast              receives the contrast; 0 if the peaks are nearer than minDist
 /// @return whether the contrast reaches the ratio
 NUV_API bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t minDist, double ratio,
@@ -390,8 +399,8 @@ NUV_API void NuvDataAvrAndDif(int32_t* pData, int32_t N, double* pAvr, double* p
 /// @return the greatest element; pData[0], which must be there, if N is below 2
 NUV_API int32_t NuvDataAvrAndDevAndReturnMax(int32_t* pData, int32_t N, double* pAvr, double* pDev);
 
-/// Mean and standard deviation (divisor N), the mean from a 32-bit sum that wraps; not a number if N is 0,
-/// and zero if it is below.
+/// Mean and standard deviation (divisor N), the mean from a 32-bit sum, which wraps from 2^31 on; not a
+/// number if N is 0, and zero if it is below.
 ///
 /// @return that sum
 NUV_API int32_t NuvDataAvrAndDevAndReturnSum(int32_t* pData, int32_t N, double* pAvr, double* pDev);
@@ -405,17 +414,24 @@ NUV_API int32_t NuvDataAvrAndDevAndReturnSum(int32_t* pData, int32_t N, double* 
 NUV_API bool NuvDataMaxAvrAndPosInMovingWindow(int32_t* pData, int32_t N, int32_t W, double* pMaxAvr,
                                                int32_t* pPos);
 
-/// The window of W elements with the greatest standard deviation, the first of equals. The sum behind its
-/// mean is slid along, adding the element that comes in before the one that goes out is taken off.
+/// The window of W elements with the greatest standard deviation; ties go to the first. The sum of its mean is
+/// slid along: the element that comes in is added before the one that goes out is taken off. Windows whose mean
+/// or squares are not a number are passed over.
 ///
-/// @param pMaxDev, pPos, @return  as NuvDataMaxAvrAndPosInMovingWindow
+/// The time grows with N, unless many windows equal the best one but for rounding: each of those takes W steps,
+/// fewer where the data stay level, and none where they repeat themselves exactly.
+///
+/// @param pMaxDev, pPos  as NuvDataMaxAvrAndPosInMovingWindow
+/// @return false also if allocation fails
 NUV_API bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDev,
                                                int32_t* pPos);
 
-/// The window of W elements with the greatest difference between its largest and smallest element, the first
-/// of equals.
+/// The window of W elements with the greatest difference between its largest and smallest element; ties go to
+/// the first. A window that begins with a not-a-number is passed over; other ones in it do not count. The time
+/// grows with N.
 ///
-/// @param pMaxDif, pPos, @return  as NuvDataMaxAvrAndPosInMovingWindow
+/// @param pMaxDif, pPos  as NuvDataMaxAvrAndPosInMovingWindow
+/// @return false also if allocation fails
 NUV_API bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDif,
                                                int32_t* pPos);
 

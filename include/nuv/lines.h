@@ -109,7 +109,8 @@ NUV_API double NuvDistBetweenPoint12(double x1, double y1, double x2, double y2)
 NUV_API double NuvDistFromPoint2KBLine(int32_t x, int32_t y, int32_t isVertical, double k, double b);
 
 /// The distance of point 3 from the line through points 1 and 2; not a number if those are equal. The
-/// products y1*x2 and x1*y2, and the differences of coordinates, are 32-bit and wrap.
+/// products y1*x2 and x1*y2, and the differences of coordinates, are 32-bit and wrap, the products from
+/// coordinates of 46,341 on.
 NUV_API double NuvDistFromPoint3To2PLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                          int32_t y3);
 
@@ -117,7 +118,7 @@ NUV_API double NuvDistFromPoint3To2PLine(int32_t x1, int32_t y1, int32_t x2, int
 ///
 /// @return 1: below on the screen (or at the right of a line with x1 == x2); -1: the other side; 0: on the
 ///         line. Computed in double from differences of coordinates and products y1*x2 and x1*y2 in 32 bits,
-///         which wrap: a point on a slanted line can fall to either side by rounding
+///         which wrap from coordinates of 46,341 on: a point on a slanted line can fall to either side by rounding
 NUV_API int32_t NuvWhichSideIsPoint3ToLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                            int32_t y3);
 
@@ -143,8 +144,8 @@ NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, 
 /// The same length alone, for ranges that span less than 2^31.
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2);
 
-/// The number of pixels common to two rectangles, in 32 bits that wrap; their opposite sides may come in
-/// either order.
+/// The number of pixels common to two rectangles, in 32 bits that wrap from 46,341 x 46,341 pixels on; their
+/// opposite sides may come in either order.
 NUV_API int32_t NuvRectOverlapArea(tagRECT rect1, tagRECT rect2);
 
 // ---- Clipping --------------------------------------------------------------------------------------------
@@ -220,10 +221,10 @@ NUV_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height
 ///
 /// A vertical or horizontal line counts both its ends. Any other line is followed by columns as NuvGryLine
 /// draws it: the column of its left end is not counted, and a pixel of a steep line where two columns' runs
-/// meet counts in both.
+/// meet counts in both. The walk is in single precision, whose rounding can take it one row above the upper
+/// point: that pixel counts. Pixels farther outside the rows of the two points do not, nor does row -1.
 ///
-/// @param x1, y1, x2, y2  two points in the image. The walk is in single precision; the pixels that it would
-///                        step past the rows of the two points, in large images, are not counted
+/// @param x1, y1, x2, y2  two points in the image
 NUV_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                int32_t y2, int32_t gray, int32_t* pEqual, int32_t* pOther);
 
@@ -287,12 +288,12 @@ NUV_API void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N,
 ///
 /// @param pWork  receives N entries, 1 for a point that passes, else 100
 /// @return false if N < 3 (nothing is written) or if all points coincide (the outputs are not-a-numbers).
-///         Coordinate sums are 32-bit and wrap
+///         Coordinate sums are 32-bit and wrap: from a million points of mean x or y 2148 on
 NUV_API bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
                                  double* pK, double* pB, double* pAngle);
 
 /// A line through N points, fitted again through those whose residual is at most the mean residual.
-/// Coordinate sums are 32-bit and wrap.
+/// Coordinate sums are 32-bit and wrap: from a million points of mean x or y 2148 on.
 ///
 /// @param pWork  receives N residuals, truncate(r*100)
 /// @return false if N < 3 (nothing is written) or if fewer than 2 points are left (the outputs hold the first

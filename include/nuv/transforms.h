@@ -182,8 +182,9 @@ NUV_API void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool bR
 ///         shift is (0, 0) and the result columns*rows*255 of the cut rectangle, or *765 with bRGB, below 0
 ///         where one of the two is
 /// @note A rectangle of one column or row has nothing to compare: each mean is 0, and the first shift wins.
-///       Sums are 32-bit and wrap, and so does columns*rows*255 or *765, above which no mean wins: a cut
-///       rectangle should have no more than 8,421,504 pixels, or 2,807,168 with bRGB.
+///       Sums are 32-bit and wrap, and so does columns*rows*255 or *765, above which no mean wins: both can
+///       wrap from 8,421,505 pixels of the cut rectangle on, with bRGB from 2,807,169 on. A middle of the
+///       image that is smaller than that finds the shift of a larger one.
 NUV_API int32_t NuvShiftImg2BasedImg1(uint8_t* pImg1, uint8_t* pImg2, uint8_t* pResImg, int32_t width,
                                       int32_t height, bool bRGB, int32_t maxDX, int32_t maxDY, tagRECT rect,
                                       int32_t* pDX, int32_t* pDY);
@@ -205,7 +206,8 @@ NUV_API void NuvZoomRGBImg2x2(uint8_t* pRGBImg, int32_t width, int32_t height, u
 NUV_API void NuvShrinkGryImgByExtract(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                       uint8_t* pResImg);
 
-/// The means of blocks of M by N pixels, per byte: width/M by height/N. Sums are 32-bit and wrap.
+/// The means of blocks of M by N pixels, per byte: width/M by height/N. Sums are 32-bit and wrap,
+/// from blocks of 8,421,505 white pixels on.
 ///
 /// @param bRGB  comes second here
 NUV_API void NuvShrinkImgByAvr(uint8_t* pImg, bool bRGB, int32_t width, int32_t height, int32_t M, int32_t N,
@@ -345,7 +347,7 @@ NUV_API void NuvRemainMaxMinGry(uint8_t* pImg, int32_t width, int32_t height, bo
 /// The sum of any rectangle is then S(x2, y2) - S(x1-1, y2) - S(x2, y1-1) + S(x1-1, y1-1), correct also where
 /// S itself has wrapped.
 ///
-/// @param pSum  receives width*height sums. They are 32-bit and wrap: they hold 8 million white pixels
+/// @param pSum  receives width*height sums. They are 32-bit and wrap, from 8,421,505 white pixels on
 /// @see F. Crow, Summed-area tables for texture mapping, 1984
 NUV_API void NuvDoSumGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pSum);
 
@@ -358,7 +360,8 @@ NUV_API void NuvDoSumGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int
 ///     row truncate(r*fy), fy = rows of the other / rows of the walked; column truncate(c*fx), likewise
 ///
 /// with r*fy and c*fx added up step by step. Only the rows decide which is walked: fx may be below 1. Without
-/// a pixel to walk the result is 0. Sums are 32-bit and wrap.
+/// a pixel to walk the result is 0. Sums are 32-bit and wrap, from 8,421,505 bytes that differ by 255 on, which
+/// are 2,807,169 RGB pixels.
 ///
 /// @param width         of both images
 /// @param rect1, rect2  in image 1 and image 2, in pixels, all ends inclusive; they must lie in their images
@@ -369,14 +372,15 @@ NUV_API int32_t NuvImgDifferenceInRect(uint8_t* pImg1, uint8_t* pImg2, bool bRGB
 /// truncated.
 ///
 /// The ring is what the block widened by M pixels on each side has more than the block; the widened block is
-/// cut to the image. Sums are 32-bit and wrap.
+/// cut to the image. Sums are 32-bit and wrap, from a block or a ring of 8,421,505 white pixels on.
 ///
 /// @param x1, x2, y1, y2  the block, ends inclusive; it must lie in the image
 /// @return 0 also if the block or the ring has no pixel
 NUV_API int32_t NuvCenterBlockMeanDif(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, int32_t M);
 
-/// Mean of a rectangle, truncated; 0 for an empty one. The sum is 32-bit and wraps.
+/// Mean of a rectangle, truncated; 0 for an empty one. The sum is 32-bit and wraps, from 8,421,505
+/// white pixels on.
 ///
 /// @param height          not used
 /// @param x1, x2, y1, y2  ends inclusive; the rectangle must lie in the image
@@ -420,7 +424,8 @@ NUV_API double NuvMaxBrightRect(uint8_t* pGryImg, int32_t width, int32_t height,
 /// for k = 1, else v.
 ///
 /// @param pMskImg  mask of the size of the image; not 0 counts
-/// @param M, N     at least 1, else the result is 0; M*N and its like are 32-bit and wrap
+/// @param M, N     at least 1, else the result is 0; M*N, 3n and 4n are 32-bit and wrap: from windows of
+///                 536,870,912 pixels on
 NUV_API int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                     int32_t M, int32_t N);
 
@@ -439,8 +444,9 @@ NUV_API void NuvInvertGryValue(uint8_t* pGryImg, int32_t width, int32_t height, 
 ///     v becomes clamp(((v - A)*dev)/S + avr, 0, 255)
 ///
 /// with the mean A and the standard deviation S of the image, all of it in truncating integers. Where S is 0,
-/// as in a flat image, every pixel becomes avr, clamped. The sum of squares behind S is 32-bit and wraps:
-/// large images of high contrast, from 132 thousand pixels of black and white on, get another S.
+/// as in a flat image, every pixel becomes avr, clamped. Sums are 32-bit and wrap: that of
+/// the squares behind S at 2^31/S^2 pixels, which is 132,100 for a half black and half white image and 860
+/// thousand for an S of 50, and that of the values from 8,421,505 white pixels on.
 ///
 /// @param avr  mean to reach
 /// @param dev  deviation to reach
@@ -485,7 +491,7 @@ NUV_API void NuvCorrectPixelsGryValueByCol(uint8_t* pGryImg, int32_t width, int3
 ///
 ///     v becomes min((v*gain) >> 10, 250), gain = ((mean of the row sums) << 10)/(sum of the row)
 ///
-/// A black row stays black. Sums are 32-bit and wrap: they hold 8 million white pixels. So does the mean <<
+/// A black row stays black. Sums are 32-bit and wrap, from 8,421,505 white pixels on. So does the mean <<
 /// 10, from a mean of 2^21 on: a row of 8225 white pixels.
 ///
 /// @return the mean of the image before, truncated; 0, with nothing changed, if height is above 4096

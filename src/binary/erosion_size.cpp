@@ -97,11 +97,10 @@ using namespace nuv;
 int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, uint8_t* pWorkImg, int32_t width,
                                  int32_t height, int32_t* pSize) {
   const GrayImage work{pWorkImg, width, height};
-  const auto bytes = static_cast<std::size_t>(work.size());
   *pSize = 0;
-  std::memcpy(pWorkImg, pBinImg, bytes);
+  copy_bytes(pWorkImg, pBinImg, work.size());
   for (;;) {
-    std::memcpy(pTmpImg, pWorkImg, bytes);
+    copy_bytes(pTmpImg, pWorkImg, work.size());
     Histogram bins = distances_to_run_ends(work);
     const int32_t largest = largest_value(bins);
     if (largest < 0) return *pSize -= 1;
@@ -119,6 +118,6 @@ int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, uint8_t* pW
     }
     // Some white is out of the reach of an erosion: borders repeat the nearest result, lone black pixels do
     // not grow.
-    if (std::memcmp(pWorkImg, pTmpImg, bytes) == 0) return *pSize;
+    if (std::memcmp(pWorkImg, pTmpImg, static_cast<std::size_t>(work.size())) == 0) return *pSize;
   }
 }

@@ -189,7 +189,7 @@ void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t
 void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int32_t height,
                                             uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
-  std::memset(pResImg, 0, static_cast<std::size_t>(image.size()));
+  fill_bytes(pResImg, 0, image.size());
   const Region looked_at = image.interior(2);
   if (image.empty() || looked_at.empty()) return;
   // A pixel with four white neighbours has been looked at if all of them lie in the region, as one of them is

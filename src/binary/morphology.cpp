@@ -236,7 +236,7 @@ void grow_to_color(GrayImage image, uint8_t color, const Growth& growth) {
 
 void grow_whole(GrayImage source, uint8_t* result, const Growth& growth) {
   if (source.interior().empty()) {
-    std::memcpy(result, source.pixels, static_cast<std::size_t>(source.size()));
+    copy_bytes(result, source.pixels, source.size());
   } else {
     grow(source, result, source.interior(), Rows::kOfSource, growth);
   }

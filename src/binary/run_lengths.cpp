@@ -3,7 +3,6 @@
 // Rows and columns are the same code over lines; each export says which lines, which runs and what happens.
 
 #include <algorithm>
-#include <cstring>
 
 #include "frame/arithmetic.h"
 #include "frame/borders.h"
@@ -239,7 +238,7 @@ void keep_connected_runs(GrayImage image, Lines lines, int32_t min_length, int32
       if (level != 0 && level < max_level) levels.fill(first, last, static_cast<uint8_t>(level + 1));
     });
   };
-  std::memset(result, 0, static_cast<std::size_t>(image.size()));
+  fill_bytes(result, 0, image.size());
   for (int32_t i = 1; i < lines.count; ++i) set_levels(i, i - 1);
   for (int32_t i = lines.count - 2; i >= 0; --i) set_levels(i, i + 1);
   NuvThreshold(result, image.width, image.height, 1);
@@ -398,7 +397,7 @@ bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t
                                      uint8_t* pResImg) {
   const GrayImage image{pGryImg, width, height};
   const GrayImage thin{pTmpImg, width, height};
-  std::memset(pTmpImg, 0, static_cast<std::size_t>(image.size()));
+  fill_bytes(pTmpImg, 0, image.size());
   // A stretch is told by the pixel behind it, so the last column is left out; and so is the first row.
   mark_short_columns(image, {0, width - 2, 0, height - 1}, threshold, maxLength, pTmpImg);
   const Lines rows = rows_of(thin, {0, width - 1, 1, height - 1});

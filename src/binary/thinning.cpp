@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 #include "frame/borders.h"
 #include "frame/buffer.h"
@@ -190,7 +189,7 @@ int32_t NuvBinImgThin(uint8_t* pBinImg, uint8_t* pTmpImg, int32_t width, int32_t
     deleted = by_first || by_second;
   }
   drop_looks(pResImg, image.size());
-  std::memcpy(pTmpImg, pResImg, static_cast<std::size_t>(image.size()));
+  copy_bytes(pTmpImg, pResImg, image.size());
   NuvThreshold(pResImg, width, height, kObject);
   clean_up(image);
   return iterations;

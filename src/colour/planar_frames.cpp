@@ -1,7 +1,5 @@
 // YUV 420SP, 420P and 422P frames: a plane of Y, which is a gray image, and chroma behind it.
 
-#include <cstring>
-
 #include "colour/frame_conversion.h"
 #include "nuv/colour.h"
 
@@ -83,7 +81,7 @@ bool NuvRGB2YUV420SP(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* p
 
 void NuvYUV420SP2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg) {
   const GrayImage luma{pYUVImg, width, height};
-  std::memcpy(pGryImg, pYUVImg, static_cast<std::size_t>(luma.size()));
+  copy_bytes(pGryImg, pYUVImg, luma.size());
 }
 
 bool NuvCopyYUV420SPRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 #include "contours/chain.h"
 #include "frame/arithmetic.h"
@@ -53,6 +54,95 @@ int32_t enclosed_area(const uint8_t* codes, int32_t n) {
   }
   return area;
 }
+
+// ---- the bar that fits an area ----
+
+// The width of the least misfit among millions, by halving ranges of widths and dropping those whose bound is
+// not below the best misfit. Ties go to the least width.
+class BarSearch {
+ public:
+  BarSearch(int32_t area, double half_perimeter) : area_(area), half_perimeter_(half_perimeter) {}
+
+  bool found() const { return misfit_ < kNone; }
+  double misfit() const { return misfit_; }
+  int32_t width() const { return width_; }
+  double length() const { return half_perimeter_ - width_; }
+
+  // Widths below 0, or none of them below 0, so that their bars have areas of one sign.
+  void among(int64_t first, int64_t last) {
+    if (first <= last) search({first, last, bound(first, last)});
+  }
+
+ private:
+  static constexpr double kNone = 10000.0;
+
+  struct Range {
+    int64_t first;
+    int64_t last;
+    double bound;
+  };
+
+  void search(const Range& range) {
+    if (range.bound > misfit_ || (range.bound == misfit_ && (!found() || range.first > width_))) return;
+    if (range.first == range.last) {
+      const double value = misfit_of(bar(range.first));
+      if (value < misfit_ || (value == misfit_ && found() && range.first < width_)) {
+        misfit_ = value;
+        width_ = static_cast<int32_t>(range.first);
+      }
+      return;
+    }
+    const int64_t middle = range.first + (range.last - range.first) / 2;
+    const Range lower{range.first, middle, bound(range.first, middle)};
+    const Range upper{middle + 1, range.last, bound(middle + 1, range.last)};
+    // Without bounds, the half with the lesser misfits: below 0 they fall towards the area.
+    const bool unbounded = std::isinf(upper.bound) && upper.bound == lower.bound;
+    const bool upper_first = unbounded ? area_ > 0 : upper.bound < lower.bound;
+    search(upper_first ? upper : lower);
+    search(upper_first ? lower : upper);
+  }
+
+  double bar(int64_t width) const {
+    return static_cast<double>(width) * (half_perimeter_ - static_cast<double>(width));
+  }
+  double misfit_of(double bar) const { return std::fabs(area_ - bar) / std::min(area_, bar); }
+
+  // No misfit of these widths is less. The areas of their bars grow up to half of half the perimeter and shrink
+  // from there on.
+  double bound(int64_t first, int64_t last) const {
+    const auto [least, greater] = std::minmax({bar(first), bar(last)});
+    const double vertex = half_perimeter_ * 0.5;
+    const bool holds_vertex = static_cast<double>(first) < vertex && vertex < static_cast<double>(last);
+    const double greatest = holds_vertex ? vertex * vertex : greater;
+    if (greatest < 0) return bound_below_0(least, greatest);
+    // On each side of the area, each rounded step of the misfit is monotonic.
+    if (least <= area_ && area_ <= greatest) return 0.0;
+    return std::min(misfit_of(least), misfit_of(greatest));
+  }
+
+  // For bars from least to greatest, all below 0.
+  double bound_below_0(double least, double greatest) const {
+    constexpr double kExact =
+        2251799813685248.0;  // 2^51: up to here the difference to the area is not rounded
+    if (-least <= kExact || area_ == 0) return std::min(misfit_of(least), misfit_of(greatest));
+    // The misfit is -(b + area)/b, with b = -bar. From one power of 2 to the next, b is a multiple of one unit,
+    // and what the rounded sum adds to it depends on no more than whether the multiple is even.
+    const double lowest = -greatest;
+    const double highest = -least;
+    const int exponent = std::ilogb(std::min(lowest, lowest + area_));
+    if (std::ilogb(std::max(highest, highest + area_)) != exponent)
+      return -std::numeric_limits<double>::infinity();
+    const double next = lowest + std::ldexp(1.0, exponent - 52);
+    const double added = std::max((lowest + area_) - lowest, (next + area_) - next);
+    const double b = area_ > 0 ? lowest : highest;
+    return -((b + added) / b);
+  }
+
+  const double area_;
+  const double half_perimeter_;
+  double misfit_ = kNone;
+  int32_t width_ = 10000;
+};
 
 }  // namespace
 }  // namespace nuv
@@ -144,20 +234,14 @@ void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32
 
 double NuvLineSimilarity(int32_t area, int32_t perimeter, int32_t minWidth, int32_t maxWidth, int32_t* pWidth,
                          int32_t* pLength) {
-  double best = 10000.0;
-  *pWidth = 10000;
-  for (int32_t width = minWidth; width <= maxWidth; ++width) {
-    const double length = perimeter * 0.5 - width;
-    if (length < 1.0) break;
-    const double bar = width * length;
-    const double misfit = std::fabs(area - bar) / std::min<double>(area, bar);
-    if (misfit < best) {
-      best = misfit;
-      *pWidth = width;
-      *pLength = truncated(length + 0.5);
-    }
-  }
-  return best;
+  // The last width that leaves a length of 1; perimeters below 0 have an odd half rounded down.
+  const int64_t last = std::min<int64_t>(maxWidth, (perimeter >> 1) - int64_t{1});
+  BarSearch search(area, perimeter * 0.5);
+  search.among(minWidth, std::min<int64_t>(last, -1));
+  search.among(std::max(minWidth, 0), last);
+  *pWidth = search.width();
+  if (search.found()) *pLength = truncated(search.length() + 0.5);
+  return search.misfit();
 }
 
 double NuvLineSimilarity(int32_t /*x*/, int32_t /*y*/, uint8_t* pChainCode, int32_t N, int32_t minWidth,

@@ -88,7 +88,7 @@ int32_t fill_by_area(GrayImage image, uint8_t* codes, uint8_t* result, bool oute
   if (image.empty()) return 0;
   int32_t count = 0;
   clear_sides(image);
-  std::memcpy(result, image.pixels, static_cast<std::size_t>(image.size()));
+  copy_bytes(result, image.pixels, image.size());
   for_contours(image, codes, kEveryRow, [&](Traced contour) {
     if (contour.start.is_outer != outer) return;
     if (!lies_in(NuvRealPixelsEnclosed(codes, contour.n), min_area, max_area)) return;
@@ -139,7 +139,7 @@ using namespace nuv;
 void NuvMarkContours(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg) {
   const GrayImage result{pResImg, width, height};
   if (result.empty()) return;
-  std::memcpy(pResImg, pBinImg, static_cast<std::size_t>(result.size()));
+  copy_bytes(pResImg, pBinImg, result.size());
   clear_sides(result);
   for_scanned_rows(result, kEveryRow, [=](int32_t y) {
     scan_row_for_contours(result, y, 1, width - 1, [=](ContourStart start) {
@@ -270,7 +270,7 @@ double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, u
 int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32_t height, int32_t N,
                                   int32_t minPerimeter, uint8_t* pResImg) {
   NUV_CONTOUR_STRUCT* contours = NuvGetContours(pBinImg, pResImg, width, height, minPerimeter, 0, kOuterOnly);
-  std::memset(pResImg, 0, static_cast<std::size_t>(GrayImage{pResImg, width, height}.size()));
+  fill_bytes(pResImg, 0, GrayImage{pResImg, width, height}.size());
 
   int32_t regions = 0;
   for (NUV_CONTOUR_STRUCT* c = contours; c != nullptr; c = c->pNext, ++regions) {
@@ -315,7 +315,7 @@ void NuvDeleteShortContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
   const GrayImage image{pBinImg, width, height};
   if (image.empty()) return;
   clear_sides(image);
-  std::memcpy(pResImg, pBinImg, static_cast<std::size_t>(image.size()));
+  copy_bytes(pResImg, pBinImg, image.size());
   const auto erase = [=](ContourStart start, int32_t n) {
     if (n <= minLength) NuvMarkChainByColor(pResImg, width, start.x, start.y, pChainCode, n, 0);
   };

@@ -239,7 +239,7 @@ void NuvEdgeDeleteNoiseAndCrossPoints(uint8_t* pBinImg, int32_t width, int32_t h
 void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                 uint8_t* pResImg) {
   NUV_CONTOUR_STRUCT* contours = NuvGetContours(pBinImg, pResImg, width, height, minLength, 0, kOuterOnly);
-  std::memset(pResImg, 0, static_cast<std::size_t>(GrayImage{pResImg, width, height}.size()));
+  fill_bytes(pResImg, 0, GrayImage{pResImg, width, height}.size());
   for (const NUV_CONTOUR_STRUCT* c = contours; c != nullptr; c = c->pNext) {
     NuvMarkChainByColor(pResImg, width, c->x, c->y, c->pChainCode, c->N, 255);
   }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace nuv {
 
@@ -66,6 +67,14 @@ struct Image {
 
 using GrayImage = Image<1>;
 using RgbImage = Image<3>;
+
+// Copies and fills of whole images. Memory of no bytes may be null, which std::memcpy and std::memset refuse.
+inline void copy_bytes(uint8_t* to, const uint8_t* from, std::ptrdiff_t n) {
+  if (n > 0) std::memcpy(to, from, static_cast<std::size_t>(n));
+}
+inline void fill_bytes(uint8_t* bytes, uint8_t value, std::ptrdiff_t n) {
+  if (n > 0) std::memset(bytes, value, static_cast<std::size_t>(n));
+}
 
 // Of an image whose height the caller does not tell, and which nothing here needs.
 template <int Channels>

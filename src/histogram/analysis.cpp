@@ -111,8 +111,8 @@ int32_t greatest_bin(const int32_t* bins, Accept accept) {
 
 // ---- contrast ----
 
-// Means of windows, except for half a window at the ends, which stays as it is; the one entry between the
-// two, at 255 - half, is 0.
+// Means of windows, except for half a window at the ends, which stays as it is. The one entry at 255 - half
+// belongs to neither and is 0; from a window of 257 bins on, all entries stay as they are.
 Histogram windowed_means(const int32_t* bins, int32_t window) {
   const int32_t half = window / 2;
   Histogram means{};
@@ -206,7 +206,7 @@ bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t min
   *pContrast = 0;
   *pLeftPeak = 0;
   *pRightPeak = 0;
-  const int32_t window = std::clamp(M, 0, kBins - 1) / 2 * 2 + 1;
+  const int32_t window = std::max(M, 0) / 2 * 2 + 1;
   const Histogram means = windowed_means(pHistogram, window);
 
   // The peaks nearest to T: from it down to 1, and from it up to 255.
@@ -230,9 +230,11 @@ bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t min
   *pRightPeak = right;
   if (right - left < minDist) return false;
 
+  // A peak that is not there lies below bin 0 where the window is longer than the histogram.
+  const auto height = [&means](int32_t bin) { return bin < 0 ? 0 : means[bin]; };
   double area = 0.0;
-  for (int32_t i = left; i <= right; ++i) area += means[i];
-  const double trapezoid = (means[left] + means[right]) * 0.5 * (right - left + 1);
+  for (int32_t i = std::max(left, 0); i <= right; ++i) area += means[i];
+  const double trapezoid = (height(left) + height(right)) * 0.5 * (right - left + 1);
   *pContrast = (trapezoid - area) / area;
   return ratio <= *pContrast;
 }

@@ -4,8 +4,11 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <functional>
+#include <limits>
 
 #include "frame/arithmetic.h"
+#include "frame/buffer.h"
 #include "nuv/histogram.h"
 
 namespace nuv {
@@ -61,6 +64,227 @@ struct BestWindow {
     }
   }
 };
+
+// ---- the window with the greatest difference ----
+
+// The extreme of a window that moves on by one element a time: the elements that no later one beats, in their
+// order. The first one of them is the extreme. A not-a-number beats nothing and is never kept.
+template <class Beats>
+class SlidingExtreme {
+ public:
+  SlidingExtreme(const double* data, int32_t* room) : data_(data), kept_(room) {}
+
+  void take_in(int32_t i) {
+    if (std::isnan(data_[i])) return;
+    while (end_ > begin_ && !Beats()(data_[kept_[end_ - 1]], data_[i])) --end_;
+    kept_[end_++] = i;
+  }
+  void start_at(int32_t first) {
+    while (begin_ < end_ && kept_[begin_] < first) ++begin_;
+  }
+  double value() const { return data_[kept_[begin_]]; }
+
+ private:
+  const double* data_;
+  int32_t* kept_;
+  int32_t begin_ = 0;
+  int32_t end_ = 0;
+};
+
+// ---- the window with the greatest deviation ----
+//
+// The squares of a window are summed up in order about a mean that carries rounding errors along, so that their
+// sum follows from no other window's. A first pass bounds the sum of every window; only windows that can be the
+// greatest are summed up, and those whose sum is known to equal an earlier one are not.
+
+// Sums from the elements about one centre.
+struct CentredSums {
+  double values = 0.0;
+  double squares = 0.0;
+
+  void add(double v) {
+    values += v;
+    squares += v * v;
+  }
+};
+
+// Bounds for the squares of windows in order. The data are cut into blocks of a window's length. A window is the
+// end of a block and the start of the next one: no sum ever has an element taken off, so that the rounding error
+// has a bound.
+class SquareBounds {
+ public:
+  // room holds a window.
+  SquareBounds(const double* data, int32_t n, int32_t window, CentredSums* room)
+      : data_(data), n_(n), window_(window), to_block_end_(room) {}
+
+  struct Bounds {
+    double least;
+    double greatest;
+  };
+  // Not finite, or not a number, where the sums overflow.
+  Bounds of_window_at(int32_t first, double mean) {
+    if (first % window_ == 0) start_block(first);
+    if (first > block_) after_block_.add(data_[first + window_ - 1] - centre_);
+    const double values = to_block_end_[first - block_].values + after_block_.values;
+    const double squares = to_block_end_[first - block_].squares + after_block_.squares;
+    const double d = mean - centre_;
+    const double middle = squares - 2 * d * values + window_ * d * d;
+    // A sum has fewer roundings than the window has elements, its terms have a few more; 2*d*values is at most
+    // squares + window*d*d. The last summand is for terms too small for full precision.
+    const double error = 16 * (window_ + 16.0) * kRounding * (squares + window_ * d * d) +
+                         (window_ + 16.0) * std::numeric_limits<double>::min();
+    return {middle - error, middle + error};
+  }
+
+ private:
+  static constexpr double kRounding = std::numeric_limits<double>::epsilon() / 2;
+
+  void start_block(int32_t first) {
+    block_ = first;
+    const int64_t reach = std::min(2 * int64_t{window_} - 1, int64_t{n_} - first);
+    double sum = 0.0;
+    for (int64_t i = 0; i < reach; ++i) sum += data_[first + i];
+    centre_ = sum / static_cast<double>(reach);
+    after_block_ = {};
+    CentredSums sums;
+    for (int32_t i = window_ - 1; i >= 0; --i) {
+      sums.add(data_[first + i] - centre_);
+      to_block_end_[i] = sums;
+    }
+  }
+
+  const double* const data_;
+  const int32_t n_;
+  const int32_t window_;
+  CentredSums* const to_block_end_;  // from each place of the block
+  CentredSums after_block_;
+  int32_t block_ = 0;
+  double centre_ = 0.0;
+};
+
+// sum += term, so many times, each rounded.
+double with_repeated_term(double sum, double term, int32_t times) {
+  while (times > 3) {
+    const double second = sum + term;
+    const double third = second + term;
+    const double fourth = third + term;
+    times -= 3;
+    if (third == fourth || std::isinf(fourth)) return fourth;
+    sum = fourth;
+    // Between two powers of 2, sums are multiples of one unit and each addition rounds alike. A term that lies
+    // halfway between two units rounds to the even sum, and does so alike from the second addition on.
+    const int exponent = std::ilogb(second);
+    if (std::ilogb(fourth) != exponent) continue;
+    const double step = fourth - third;
+    const double steps = std::floor((std::ldexp(1.0, exponent + 1) - fourth) / step) - 1;
+    if (steps < 1) continue;
+    const auto taken = static_cast<int32_t>(std::min<double>(steps, times));
+    sum += taken * step;
+    times -= taken;
+  }
+  for (; times > 0; --times) sum += term;
+  return sum;
+}
+
+// run_ends: for each element, where its run of equal elements ends.
+double squares_about(double mean, const double* data, const int32_t* run_ends, int32_t first, int32_t end) {
+  double squares = 0.0;
+  while (first < end) {
+    const int32_t run_end = std::min(run_ends[first], end);
+    const double square = (data[first] - mean) * (data[first] - mean);
+    squares = with_repeated_term(squares, square, run_end - first);
+    first = run_end;
+  }
+  return squares;
+}
+
+// The difference of two elements, if no bit of it is rounded off; not a number otherwise.
+double exact_difference(double a, double b) {
+  const double difference = a - b;
+  const double b_seen = a - difference;
+  const double rounding = (a - (difference + b_seen)) + (b_seen - b);
+  return rounding == 0 ? difference : std::numeric_limits<double>::quiet_NaN();
+}
+
+// A stretch of the data that repeats itself after a period, each element higher by the same rise. About means
+// that differ by the rise, two windows of it have the same squares.
+class Repetition {
+ public:
+  Repetition(const double* data, int32_t n, int32_t window)
+      : data_(data), n_(n), window_(window), comparisons_left_(8 * int64_t{n}) {}
+
+  struct Equal {
+    int32_t distance = 0;  // 0 where no equal window is known
+    double rise = 0.0;
+  };
+  // The window before that one which equals it but for the rise. Windows come in order.
+  Equal equal_before(int32_t first) {
+    if (int64_t{first} + window_ > end_) find(first);
+    return first - equal_.distance >= begin_ && int64_t{first} + window_ <= end_ ? equal_ : Equal{};
+  }
+
+ private:
+  // The shortest period with which a window or more from there on repeats itself. Where comparing takes too
+  // long none is found.
+  void find(int32_t first) {
+    const int32_t longest = n_ - first - window_;
+    for (int32_t period = 1; period <= longest && comparisons_left_ > 0; ++period) {
+      const double rise = exact_difference(data_[first + period], data_[first]);
+      int32_t end = first + period;
+      while (end < n_ && exact_difference(data_[end], data_[end - period]) == rise) ++end;
+      comparisons_left_ -= end - first - period + 1;
+      if (end - first - period < window_) continue;
+      begin_ = first;
+      end_ = end;
+      equal_ = {period, rise};
+      return;
+    }
+  }
+
+  const double* const data_;
+  const int32_t n_;
+  const int32_t window_;
+  int64_t comparisons_left_;
+  int32_t begin_ = 0;
+  int32_t end_ = 0;
+  Equal equal_;
+};
+
+struct WindowOfSquares {
+  double mean;
+  double greatest;  // that its squares can be
+};
+
+// The mean of each window, and a bound for its squares. Returns what the greatest of all reach in any case.
+double bound_squares(const double* data, int32_t n, int32_t window, CentredSums* room,
+                     WindowOfSquares* windows) {
+  SquareBounds bounds(data, n, window, room);
+  double reached = 0.0;
+  double sum = 0.0;
+  for (int32_t i = 0; i < window; ++i) sum += data[i];
+  for (int32_t i = 0; i <= n - window; ++i) {
+    if (i > 0) {
+      sum += data[i + window - 1];
+      sum -= data[i - 1];
+    }
+    const double mean = sum / window;
+    const auto [least, greatest] = bounds.of_window_at(i, mean);
+    windows[i] = {mean, greatest};
+    if (std::isfinite(greatest) && least > reached) reached = least;
+  }
+  return reached;
+}
+
+// Ends of the runs of equal elements.
+void find_run_ends(const double* data, int32_t n, int32_t* ends) {
+  int32_t end = n;
+  for (int32_t i = n - 1; i >= 0; --i) {
+    if (i + 1 < n && data[i] != data[i + 1]) end = i + 1;
+    ends[i] = end;
+  }
+}
+
+// ---- peaks ----
 
 constexpr int32_t kMaxPeakData = 4096;
 
@@ -147,18 +371,26 @@ bool NuvDataMaxAvrAndPosInMovingWindow(int32_t* pData, int32_t N, int32_t W, dou
 
 bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDev, int32_t* pPos) {
   if (!start_window_search(N, W, pMaxDev, pPos)) return false;
+  // Of a window with an element that is not finite, and of all after it, the squares are not a number.
+  const double* stop = std::find_if(pData, pData + N, [](double v) { return !std::isfinite(v); });
+  const auto n = static_cast<int32_t>(stop - pData);
   BestWindow best;
-  double sum = 0.0;
-  for (int32_t i = 0; i < W; ++i) sum += pData[i];
-  for (int32_t i = 0; i <= N - W; ++i) {
-    if (i > 0) {
-      sum += pData[i + W - 1];
-      sum -= pData[i - 1];
+  if (n >= W) {
+    const int32_t count = n - W + 1;
+    const auto windows = allocate<WindowOfSquares>(static_cast<uint64_t>(count));
+    const auto room = allocate<CentredSums>(static_cast<uint64_t>(W));
+    const auto run_ends = allocate<int32_t>(static_cast<uint64_t>(n));
+    if (!windows || !room || !run_ends) return false;
+    const double reached = bound_squares(pData, n, W, room.get(), windows.get());
+    find_run_ends(pData, n, run_ends.get());
+    Repetition repetition(pData, n, W);
+    for (int32_t i = 0; i < count && !std::isinf(best.measure); ++i) {
+      const auto [mean, greatest] = windows[i];
+      if (greatest < reached) continue;
+      const auto [distance, rise] = repetition.equal_before(i);
+      if (distance > 0 && exact_difference(mean, windows[i - distance].mean) == rise) continue;
+      best.offer(i, squares_about(mean, pData, run_ends.get(), i, i + W));
     }
-    const double mean = sum / W;
-    double squares = 0.0;
-    for (int32_t j = i; j < i + W; ++j) squares += (pData[j] - mean) * (pData[j] - mean);
-    best.offer(i, squares);
   }
   *pMaxDev = std::sqrt(best.measure / W);
   *pPos = best.first + W / 2;
@@ -167,15 +399,20 @@ bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, doub
 
 bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDif, int32_t* pPos) {
   if (!start_window_search(N, W, pMaxDif, pPos)) return false;
+  const Buffer<int32_t> room = allocate<int32_t>(2 * static_cast<uint64_t>(N));
+  if (!room) return false;
+  SlidingExtreme<std::less<double>> least(pData, room.get());
+  SlidingExtreme<std::greater<double>> most(pData, room.get() + N);
   BestWindow best;
-  for (int32_t i = 0; i <= N - W; ++i) {
-    double least = pData[i];
-    double most = pData[i];
-    for (int32_t j = i + 1; j < i + W; ++j) {
-      if (pData[j] < least) least = pData[j];
-      if (pData[j] > most) most = pData[j];
-    }
-    best.offer(i, most - least);
+  for (int32_t end = 0; end < N; ++end) {
+    least.take_in(end);
+    most.take_in(end);
+    const int32_t first = end - W + 1;
+    if (first < 0) continue;
+    least.start_at(first);
+    most.start_at(first);
+    // A window that begins with a not-a-number has no difference.
+    if (!std::isnan(pData[first])) best.offer(first, most.value() - least.value());
   }
   *pMaxDif = best.measure;
   *pPos = best.first + W / 2;
@@ -219,7 +456,18 @@ bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double* pPeakVa
     pPeakPos[k] = told;
     const int64_t begin = std::max<int64_t>(int64_t{told} - minDist, 0);
     const int64_t end = std::min<int64_t>(int64_t{told} + minDist, N);
-    for (int64_t i = begin; i < end; ++i) blocked[static_cast<std::size_t>(i)] = true;
+    bool blocks_more = false;
+    for (int64_t i = begin; i < end; ++i) {
+      bool& element = blocked[static_cast<std::size_t>(i)];
+      blocks_more = blocks_more || !element;
+      element = true;
+    }
+    if (!blocks_more) {
+      // All further rounds are like this one.
+      std::fill(pPeakValue + k + 1, pPeakValue + K, value);
+      std::fill(pPeakPos + k + 1, pPeakPos + K, told);
+      break;
+    }
   }
   return true;
 }

@@ -1,7 +1,6 @@
 // Images shaped by their histogram, and a histogram drawn into an image.
 
 #include <algorithm>
-#include <cstring>
 
 #include "frame/arithmetic.h"
 #include "frame/point_pass.h"
@@ -124,7 +123,7 @@ void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_t height, 
 void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryImg, int32_t width, int32_t height) {
   const GrayImage image{pGryImg, width, height};
   if (image.empty()) return;
-  std::memset(pGryImg, 0, static_cast<std::size_t>(image.size()));
+  fill_bytes(pGryImg, 0, image.size());
   if (N < 1) return;
   const int32_t peak = std::max(*std::max_element(pHistogram, pHistogram + N), 0);
   const double per_row = (peak + 1.0) / height;

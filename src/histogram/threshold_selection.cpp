@@ -67,7 +67,11 @@ class Clusters {
   std::array<int32_t, kBins> sum_{};
 };
 
-constexpr int32_t kMaxPasses = 100000;
+// Centres come to rest within three million passes for every eps from kLeastEps on that has been tried; below
+// it, rounding can keep them moving for ever.
+constexpr double kLeastEps = 1e-12;
+constexpr int32_t kMaxPasses = 100000000;
+constexpr int32_t kMaxPassesBelowLeastEps = 100000;
 
 }  // namespace
 }  // namespace nuv
@@ -169,6 +173,7 @@ bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, double eps, dou
     seed = (seed + n / k) % n;
   }
   Clusters clusters(pHistogram, pCentres, k);
-  for (int32_t pass = 0; pass < kMaxPasses && clusters.pass(eps); ++pass) {}
+  const int32_t limit = eps < kLeastEps ? kMaxPassesBelowLeastEps : kMaxPasses;
+  for (int32_t pass = 0; pass < limit && clusters.pass(eps); ++pass) {}
   return true;
 }

@@ -34,12 +34,14 @@ void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height, double
 void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, int32_t x2, int32_t y2,
                        int32_t gray, int32_t* pEqual, int32_t* pOther) {
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
-  const auto [top, bottom] = std::minmax(y1, y2);
   int32_t equal = 0;
   int32_t visited = 0;
-  walk_connected({x1, y1}, {x2, y2}, [&, top = top, bottom = bottom](int32_t x, int32_t y) {
-    // Single precision can step over an end of a long line, and out of an image whose height is not known.
-    if (y < top || y > bottom) return;
+  // Single precision can step past an end, by one row upwards in images of ordinary size. In larger ones it
+  // steps farther, and out of an image whose height is not known.
+  const int32_t first = std::max(std::min(y1, y2) - 1, 0);
+  const int32_t last = std::max(y1, y2);
+  walk_connected({x1, y1}, {x2, y2}, [&](int32_t x, int32_t y) {
+    if (y < first || y > last) return;
     equal += *image.at(x, y) == gray;
     ++visited;
   });

@@ -6,7 +6,6 @@
 // its mean is certain not to win, and the order decides among equals.
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 
 #include "frame/views.h"
@@ -116,7 +115,7 @@ int32_t NuvShiftImg2BasedImg1(uint8_t* pImg1, uint8_t* pImg2, uint8_t* pResImg, 
       *pDY = best.shift.y;
     }
   }
-  std::memcpy(pResImg, pImg1, static_cast<std::size_t>(image.size() * channels));
+  copy_bytes(pResImg, pImg1, image.size() * channels);
   NuvImageShift(pImg2, width, height, bRGB, -*pDX, -*pDY, pResImg);
   return result;
 }

@@ -292,7 +292,7 @@ template <int Channels>
 bool copy_turned_checked(Image<Channels> source, int32_t left_out, TurnedRectangle rectangle,
                          int32_t background, Image<Channels> result) {
   if (!source.empty()) return copy_turned(source, left_out, rectangle, background, result);
-  std::memset(result.pixels, low_byte(background), static_cast<std::size_t>(result.size()) * Channels);
+  fill_bytes(result.pixels, low_byte(background), result.size() * Channels);
   return !result.empty();
 }
 

@@ -146,10 +146,11 @@ class Scene {
 
   // ---- Memory ----
   //
-  // It stays with the scene, which remembers what it held.
+  // It stays with the scene, which remembers what it held. Hostile scenes hand over null where there is none.
 
   template <class T>
   T* memory(std::size_t elements) {
+    if (hostile && elements == 0) return nullptr;
     blocks_.emplace_back(elements * sizeof(T), std::is_same_v<T, double>);
     return reinterpret_cast<T*>(blocks_.back().data());
   }

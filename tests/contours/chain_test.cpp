@@ -55,6 +55,13 @@ TEST(ChainMeasures, LineSimilarityFindsTheBar) {
   Square s;
   EXPECT_EQ(NuvLineSimilarity(s.x, s.y, s.data(), 8, 1, 3, &width, &length), 1.0);
   EXPECT_EQ(width, 2) << "area 8 against bars of 3, 4 and 3";
+  // Of all widths: below 0 the misfit is -(1 + area/-bar), least for a width of -1; from 1 on, 31000 is the
+  // narrower of the two that fit.
+  EXPECT_EQ(NuvLineSimilarity(64, 1000000, INT32_MIN, INT32_MAX, &width, &length), -500065.0 / 500001);
+  EXPECT_EQ(width, -1);
+  EXPECT_EQ(NuvLineSimilarity(31000 * 69000, 200000, 1, INT32_MAX, &width, &length), 0.0);
+  EXPECT_EQ(width, 31000);
+  EXPECT_EQ(length, 69000);
 }
 
 TEST(ChainQueries, CountTheStartAsOftenAsTheyVisitIt) {

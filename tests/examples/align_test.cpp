@@ -35,6 +35,20 @@ TEST_F(Align, FindsTheShiftAndWritesThePictures) {
   EXPECT_THAT(run(NUV_PHOTOGRAPH " moved.bmp -l 7").out, HasSubstr("at the limit: try --limit 14"));
 }
 
+TEST_F(Align, ComparesTheMiddleOfALargePicture) {
+  Picture first{3000, 3000, 1, std::vector<uint8_t>(9000000)};
+  for (std::size_t i = 0; i < first.pixels.size(); ++i) {
+    first.pixels[i] = static_cast<uint8_t>((i % 3000 * 7 + i / 3000 * 11) % 251);
+  }
+  Picture second = first;
+  NuvImageShift(first.pixels.data(), first.width, first.height, false, 1, -1, second.pixels.data());
+  write_picture(first, (dir_ / "first.bmp").string());
+  write_picture(second, (dir_ / "moved.bmp").string());
+  const Outcome outcome = run("first.bmp moved.bmp --limit 2");
+  EXPECT_THAT(outcome.out, HasSubstr("shift               1, -1\nmean difference     0\n"));
+  EXPECT_THAT(outcome.out, HasSubstr("the middle 2901 x 2901 pixels"));  // times 255, below 2^31
+}
+
 TEST_F(Align, RefusesWhatCannotBeAligned) {
   Picture small{20, 20, 1, std::vector<uint8_t>(400)};
   write_picture(small, (dir_ / "small.bmp").string());

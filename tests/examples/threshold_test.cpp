@@ -39,6 +39,20 @@ TEST_F(Threshold, WritesThePictureAndItsHistogram) {
   }
 }
 
+TEST_F(Threshold, IsRightForLargePictures) {
+  Picture gray{6000, 4000, 1, std::vector<uint8_t>(24000000)};
+  const uint8_t levels[] = {180, 200, 240, 255};
+  for (std::size_t i = 0; i < 4; ++i) std::fill_n(gray.pixels.begin() + i * 6000000, 6000000, levels[i]);
+  // Of 180, 200 and 240, the distance of 190 to 240 is the greater one.
+  EXPECT_EQ(otsu_threshold(gray), 201);
+  Histogram bins{};
+  bins[7] = 23999999;
+  bins[9] = 1;
+  const Histogram scaled = scaled_down(bins, 20000);
+  EXPECT_EQ(scaled[7], 20000);
+  EXPECT_EQ(scaled[9], 1) << "still occupied";
+}
+
 TEST_F(Threshold, RefusesBadInput) {
   EXPECT_EQ(run("none.bmp").status, 1);
   EXPECT_NE(run(NUV_PHOTOGRAPH " -m magic").status, 0);

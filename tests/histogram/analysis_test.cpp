@@ -111,6 +111,19 @@ TEST(HighContrast, NeedsTwoPeaksAndADeepValley) {
   EXPECT_GT(contrast, 5);
   EXPECT_FALSE(NuvIsHighContrastImg(h.data(), 120, 1, 131, 2.0, &left, &right, &contrast));
   EXPECT_EQ(contrast, 0);
+
+  // A window longer than the histogram smooths nothing: (0.5*(3 + 5)*119 - 8) / 8.
+  h = bins({{10, 3}, {128, 5}});
+  for (int32_t M : {256, INT32_MAX}) {
+    EXPECT_TRUE(NuvIsHighContrastImg(h.data(), 100, M, 50, 2.0, &left, &right, &contrast));
+    EXPECT_EQ(left, 10);
+    EXPECT_EQ(right, 128);
+    EXPECT_EQ(contrast, 58.5);
+  }
+  h = bins({{128, 5}});
+  EXPECT_TRUE(NuvIsHighContrastImg(h.data(), 100, 256, 50, 2.0, &left, &right, &contrast));
+  EXPECT_EQ(left, 256 - 257);
+  EXPECT_EQ(contrast, (0.5 * (0 + 5) * 130 - 5) / 5);
 }
 
 TEST(EdgeModel, TakesTheTwoSidesOfAnEdge) {

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "NuvImgSDK2014DLL.h"
+#include "images.h"
 
 namespace {
 
@@ -72,6 +73,60 @@ TEST(SeriesMeasures, OfTiesAndOfMeans) {
   EXPECT_TRUE(mean == 6 && spread == std::sqrt(38 / 4.0));
   EXPECT_EQ(NuvDataAvrAndDevAndReturnSum(data.data(), 4, &mean, &spread), 24);
   EXPECT_TRUE(mean == 6 && spread == std::sqrt(38 / 4.0));
+}
+
+TEST(MovingWindows, EqualThePlainSearch) {
+  Random random(1);
+  for (int32_t trial = 0; trial < 600; ++trial) {
+    const int32_t n = random.between(1, 300);
+    const int32_t window = random.between(1, n);
+    const int32_t style = trial % 6;
+    const double unit = trial % 4 == 0 ? 0.1 : 1.0;  // sums of tenths are rounded
+    const int32_t period = random.between(1, 20);
+    std::vector<double> data;
+    for (int32_t i = 0; i < n; ++i) {
+      const int32_t levels[] = {random.between(0, 255), i % period, i,
+                                i > n / 3 && i < n / 2, 7,          random.between(0, 1)};
+      data.push_back(levels[style] * unit);
+    }
+    if (trial % 9 == 0) data[static_cast<std::size_t>(random.between(0, n - 1))] = std::nan("");
+    if (trial % 11 == 0) data[static_cast<std::size_t>(random.between(0, n - 1))] = HUGE_VAL;
+
+    double widest = 0;
+    double greatest = 0;
+    double sum = 0;
+    int32_t widest_at = 0;
+    int32_t greatest_at = 0;
+    for (int32_t i = 0; i < window; ++i) sum += data[static_cast<std::size_t>(i)];
+    for (int32_t i = 0; i <= n - window; ++i) {
+      const double* const w = data.data() + i;
+      if (i > 0) sum = sum + w[window - 1] - w[-1];
+      double squares = 0;
+      double least = w[0];
+      double most = w[0];
+      for (int32_t j = 0; j < window; ++j) {
+        squares += (w[j] - sum / window) * (w[j] - sum / window);
+        if (w[j] < least) least = w[j];
+        if (w[j] > most) most = w[j];
+      }
+      if (squares > widest) {
+        widest = squares;
+        widest_at = i;
+      }
+      if (most - least > greatest) {
+        greatest = most - least;
+        greatest_at = i;
+      }
+    }
+    double value = -1;
+    int32_t position = -1;
+    ASSERT_TRUE(NuvDataMaxDevAndPosInMovingWindow(data.data(), n, window, &value, &position));
+    ASSERT_EQ(value, std::sqrt(widest / window)) << trial;
+    ASSERT_EQ(position, widest_at + window / 2) << trial;
+    ASSERT_TRUE(NuvDataMaxDifAndPosInMovingWindow(data.data(), n, window, &value, &position));
+    ASSERT_EQ(value, greatest) << trial;
+    ASSERT_EQ(position, greatest_at + window / 2) << trial;
+  }
 }
 
 TEST(DeleteByWeight, KeepsWhatIsInRange) {

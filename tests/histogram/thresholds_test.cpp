@@ -81,6 +81,11 @@ TEST(Clusters, FindTheirCentresInTheOrderOfTheirStart) {
   EXPECT_THAT(few, ElementsAre(77, -1, -1));
   h = bins({{1, 3}, {90, 4}, {200, 7}});
   EXPECT_TRUE(NuvClusterHistogram(h.data(), 2, -1, few)) << "ends for a limit that no move keeps";
+  // From the second pass on the third centre is (212 + 228*p)/(p + 1), which moves by less than eps of itself
+  // from p = 264906 on.
+  h = bins({{86, 1}, {209, 1}, {212, 1}, {228, 1}});
+  EXPECT_TRUE(NuvClusterHistogram(h.data(), 3, 1e-12, few));
+  EXPECT_NEAR(few[2], 228 - 16.0 / 264907, 1e-7);
 }
 
 TEST(Threshold, ComparesEveryFormAlike) {
