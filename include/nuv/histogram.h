@@ -165,7 +165,8 @@ NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_
 ///
 /// The first centre starts at the most frequent level, the others at occupied levels evenly spaced behind it.
 /// A level joins the nearest centre, the first of equals. Passes end when no centre has moved by more than
-/// eps relative to itself. With an eps below 1e-12 they also end after 100,000 passes.
+/// eps relative to itself; should they not, after 100/sqrt(eps) passes, but 100,000 at least, and 100,000 with
+/// an eps below 1e-12.
 ///
 /// The sums of v*h(v) are 32-bit and wrap, which spoils the centres: with 100 passes, common for an eps of 1e-3,
 /// from 84,216 white pixels or 168,000 of mean 127.5 on. Of a larger image, divide the counts first.

@@ -67,11 +67,12 @@ class Clusters {
   std::array<int32_t, kBins> sum_{};
 };
 
-// Centres come to rest within three million passes for every eps from kLeastEps on that has been tried; below
-// it, rounding can keep them moving for ever.
-constexpr double kLeastEps = 1e-12;
-constexpr int32_t kMaxPasses = 100000000;
-constexpr int32_t kMaxPassesBelowLeastEps = 100000;
+// Moves shrink with the square of the passes, so that centres come to rest well before this. Sums that wrap, and
+// rounding where eps is below 1e-12, can keep them moving for ever.
+int32_t most_passes(double eps) {
+  constexpr double kLeast = 100000.0;
+  return static_cast<int32_t>(eps < 1e-12 ? kLeast : std::max(kLeast, 100 / std::sqrt(eps)));
+}
 
 }  // namespace
 }  // namespace nuv
@@ -173,7 +174,7 @@ bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, double eps, dou
     seed = (seed + n / k) % n;
   }
   Clusters clusters(pHistogram, pCentres, k);
-  const int32_t limit = eps < kLeastEps ? kMaxPassesBelowLeastEps : kMaxPasses;
+  const int32_t limit = most_passes(eps);
   for (int32_t pass = 0; pass < limit && clusters.pass(eps); ++pass) {}
   return true;
 }
