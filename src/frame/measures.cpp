@@ -140,7 +140,7 @@ int32_t NuvBinImgCentroid(uint8_t* pBinImg, int32_t width, int32_t height, int32
   int32_t count = 0;
   int32_t sum_x = 0;
   int32_t sum_y = 0;
-  for (int32_t y = 0; y < height; ++y) {
+  for (int32_t y = 0; y <= image.whole().y2; ++y) {
     const RowSums row = object_sums(image.row(y), width);
     count += row.count;
     sum_x += row.x;
