@@ -18,7 +18,7 @@ TEST(Otsu, LeavesTheTopBinOut) {
       {{}, 0},
       {{{70, 5}, {90, 5}}, 0},
       {{{20, 5}, {90, 5}, {200, 50}}, 20},
-      {{{10, 1}, {20, 1}, {30, 1}}, 10},  // the first of equals
+      {{{10, 1}, {20, 1}, {30, 1}, {99, 1}}, 10},  // the first of equals
       {{{20, 50}, {22, 50}, {120, 50}, {122, 50}, {255, 1}}, 22},
   };
   for (const auto& [counts, expected] : cases) {
