@@ -16,7 +16,7 @@ need_packages() {
   echo "Installing: ${missing[*]}" >&2
   local as_root=()
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  "${as_root[@]}" apt-get update -qq >&2
+  "${as_root[@]}" apt-get update -qq >&2 || true  # the installation tells whether the index that it needs is there
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
     "${missing[@]}" >&2
 }
@@ -35,13 +35,15 @@ fuzz_packages=(clang libclang-rt-dev)
 
 # need_32_bit_wine: Debian's wine runs 32-bit programs once the libraries of its 32-bit package lie beside its own.
 need_32_bit_wine() {
-  local wine=/usr/lib/x86_64-linux-gnu/wine as_root=() work
+  local wine=/usr/lib/x86_64-linux-gnu/wine as_root=() architectures work
   [ -e "$wine/i386-windows/kernel32.dll" ] && return
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  architectures=$(dpkg --print-foreign-architectures)
   "${as_root[@]}" dpkg --add-architecture i386
   "${as_root[@]}" apt-get update -qq >&2 || true  # the download tells whether the index that it needs is there
   work=$(mktemp -d)
   (cd "$work" && apt-get download -qq libwine:i386 && dpkg -x libwine_*.deb .) >&2
+  [[ $architectures == *i386* ]] || "${as_root[@]}" dpkg --remove-architecture i386
   "${as_root[@]}" cp -rn "$work/usr/lib/i386-linux-gnu/wine/i386-windows" "$wine"
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive dpkg-reconfigure libwine:amd64 >&2  # adds zlib1.dll
   rm -rf "$work"
