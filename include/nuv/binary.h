@@ -164,7 +164,7 @@ NUV_API int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, uin
 /// looking up stops before row 0.
 ///
 /// @param maxDistance  0 or less: pixels are copied
-/// @param pResImg      every byte is written
+/// @param pResImg      every byte is written; if there is no memory for the search, as with a maxDistance of 0
 NUV_API void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                         int32_t maxDistance, uint8_t* pResImg);
 

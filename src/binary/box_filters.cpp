@@ -1,8 +1,8 @@
 // Box filters with a threshold on the window's sum.
 //
-// Column sums slide down the image, and their prefix along the row gives the sum of each window as one
-// difference. Two rules for the sides of the image: the fast filter computes where the whole window fits and
-// repeats the nearest result; the filter with a mask lets its window shrink around the pixel.
+// Column sums slide down the image, and sums of neighbours by doubling give those of the windows, in 16 bits
+// where they fit. Two rules for the sides of the image: the fast filter computes where the whole window fits
+// and repeats the nearest result; the filter with a mask lets its window shrink around the pixel.
 
 #include <algorithm>
 #include <array>
@@ -63,7 +63,7 @@ bool is_small(int32_t m, int32_t n) {
   return (2 * int64_t{m} + 1) * (2 * int64_t{n} + 1) * 255 <= UINT16_MAX;
 }
 
-// The column sums go to pSum-like work space of width entries, if there is one.
+// With work space of width entries the column sums of the last 2 * n rows go there; it may be null.
 bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t threshold, uint32_t* columns,
                           uint8_t* result) {
   const auto width = static_cast<std::size_t>(image.width);
