@@ -90,9 +90,10 @@ NUV_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, 
 ///
 /// A width or height of 0 or below gives a file of headers and palette alone.
 ///
-/// @return false if the file cannot be opened or any write came back short; the file is then completed as
-///         far as the stream allows. What is still buffered when the file is closed, and is lost then, does
-///         not show: a host that must know compares the file's length
+/// @return false if the file cannot be opened, if allocation fails, which leaves headers and palette alone, or
+///         if any write came back short; the file is then completed as far as the stream allows. What is still
+///         buffered when the file is closed, and is lost then, does not show: a host that must know compares
+///         the file's length
 NUV_API bool NuvWrite8BitImg2BmpFile(uint8_t* pGryImg, int32_t width, int32_t height, const char* pFileName);
 
 /// NuvWrite8BitImg2BmpFile with the last four palette entries coloured, to see marks in an image: 252 shows

@@ -207,7 +207,7 @@ NUV_API void NuvShrinkGryImgByExtract(uint8_t* pGryImg, int32_t width, int32_t h
                                       uint8_t* pResImg);
 
 /// The means of blocks of M by N pixels, per byte: width/M by height/N. Sums are 32-bit and wrap,
-/// from blocks of 8,421,505 white pixels on.
+/// from blocks of 8,421,505 white pixels on. If allocation fails, nothing is written.
 ///
 /// @param bRGB  comes second here
 NUV_API void NuvShrinkImgByAvr(uint8_t* pImg, bool bRGB, int32_t width, int32_t height, int32_t M, int32_t N,
@@ -406,7 +406,7 @@ NUV_API void NuvPointsRect(int32_t* pX, int32_t* pY, int32_t N, int32_t* pMinX, 
 ///
 /// Corners are tried in columns 0 to width-M-1, and in column 0 in any case, and in rows 0 to height-N-1:
 /// never the last place of an axis, so that N = height tries none. Of equal windows the first in reading
-/// order is taken. The time does not depend on M and N.
+/// order is taken. The time does not depend on N, and grows with the logarithm of M.
 ///
 /// @param M, N    size of the window
 /// @param pX, pY  receive the corner plus (M/2, N/2); (width/2, height/2) if the result is 0
