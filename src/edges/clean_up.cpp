@@ -33,7 +33,7 @@ NUV_ROW_KERNEL void mark_by_neighbours(const uint8_t* p, std::ptrdiff_t w, uint8
                                        uint8_t mark, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t count = neighbours_of(p, w);
-    const uint8_t chosen = (p[0] != 0) & (count >= least) & (count <= most) ? 255 : 0;
+    const uint8_t chosen = ((p[0] != 0) & (count >= least) & (count <= most)) ? 255 : 0;
     out[x] = static_cast<uint8_t>((chosen & mark) | (~chosen & p[0]));
   }
 }
@@ -128,7 +128,7 @@ NUV_ROW_KERNEL void find_gaps(const uint8_t* edges, const uint8_t* mask, const u
     const bool lower_left = lower[x + 1] != lower[x - reach];
     const bool lower_right = lower[x + reach] != lower[x];
     const bool is_between = (upper_left & lower_right) | (upper_right & lower_left);
-    gaps[x] = is_between & (mask[x] != 0) & (edges[x] == 0) ? 255 : 0;
+    gaps[x] = (is_between & (mask[x] != 0) & (edges[x] == 0)) ? 255 : 0;
   }
 }
 

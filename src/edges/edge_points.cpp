@@ -99,11 +99,11 @@ NUV_ROW_KERNEL void note_stronger(const uint8_t* row, const BlockStretches& sear
   const uint8_t* gap_end = gaps.end.data();
   const uint8_t ties_win = last_wins ? 255 : 0;
   for (int32_t i = 0; i < n; ++i) {
-    const uint8_t outside = (y < searched_first[i]) | (y >= searched_end[i]) ? 255 : 0;
-    const uint8_t in_gap = (y >= gap_first[i]) & (y < gap_end[i]) ? 255 : 0;
+    const uint8_t outside = ((y < searched_first[i]) | (y >= searched_end[i])) ? 255 : 0;
+    const uint8_t in_gap = ((y >= gap_first[i]) & (y < gap_end[i])) ? 255 : 0;
     const auto value = static_cast<uint8_t>(row[i] & ~(outside | in_gap));
     const uint8_t stronger = value > most[i] ? 255 : 0;
-    const uint8_t tie = (value == most[i]) & (value != 0) ? 255 : 0;
+    const uint8_t tie = ((value == most[i]) & (value != 0)) ? 255 : 0;
     const auto wins = static_cast<uint8_t>(stronger | (tie & ties_win));
     most[i] = greater(most[i], value);
     places[i] = static_cast<uint8_t>((y & wins) | (places[i] & ~wins));
