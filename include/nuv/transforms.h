@@ -32,8 +32,8 @@
 /// @param minGry   the lowest level; from 255 on there is none
 /// @param ratio    0: a region that splits always goes; 1 or more: it stays. Not a number counts as more than
 ///                 1
-/// @return the regions, sorted by rising area, to be released with NuvFreeRegionStruct; null without regions.
-///         A region for which there is no memory is left out
+/// @return the regions, sorted by rising area, to be released with NuvFreeRegionStruct; null without regions, or
+///         if there is no memory for about 30 bytes a pixel. A region for which there is no memory is left out
 NUV_API RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,
                                     int32_t minArea, int32_t minGry, double ratio);
 
