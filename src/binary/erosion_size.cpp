@@ -53,6 +53,7 @@ NUV_ROW_KERNEL void take_lesser_distance(uint8_t* NUV_RESTRICT row, uint8_t* NUV
 
 // Lowers each white pixel to its distances from both ends of its run in the column.
 void take_lesser_distances_in_columns(GrayImage image) {
+  if (image.empty()) return;
   constexpr int32_t kStrip = 4096;
   std::array<uint8_t, kStrip> distances;
   for (int32_t x = 0; x < image.width; x += kStrip) {

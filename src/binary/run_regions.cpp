@@ -68,8 +68,10 @@ struct Search {
 // The lines from line1 to line2, as far as they exist.
 Lines stretch_of(Lines lines, int32_t line1, int32_t line2) {
   line1 = std::max(line1, 0);
+  line2 = std::min(line2, lines.count - 1);
+  if (line2 < line1) return {};
   lines.start += line1 * lines.to_next_line;
-  lines.count = std::max(std::min(line2, lines.count - 1) - line1 + 1, 0);
+  lines.count = line2 - line1 + 1;
   return lines;
 }
 
