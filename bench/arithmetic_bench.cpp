@@ -95,7 +95,7 @@ const Row brightest_plain("NuvMaxBrightRect/plain", [] {
 });
 
 #if NUV_WITH_OPENCV
-const Row cv_integral("NuvDoSumGryImg/opencv", [] {
+const Row cv_integral("NuvDoSumGryImg/opencv integral", [] {
   return
       [picture = gray_picture(), sums = cv::Mat()]() mutable { cv::integral(picture.mat(), sums, CV_32S); };
 });
@@ -104,32 +104,32 @@ const Row cv_mean("NuvGryRectAvr/opencv mean", [] {
   return [picture = gray_picture()]() mutable { benchmark::DoNotOptimize(cv::mean(picture.mat())); };
 });
 
-const Row cv_difference("NuvDifferenceImg12/opencv", [] {
+const Row cv_difference("NuvDifferenceImg12/opencv absdiff", [] {
   return [a = gray_picture(), b = inverted_picture(), result = cv::Mat()]() mutable {
     cv::absdiff(a.mat(), b.mat(), result);
   };
 });
 
-const Row cv_subtract("NuvImg1SubstractImg2/opencv", [] {
+const Row cv_subtract("NuvImg1SubstractImg2/opencv subtract", [] {
   return [a = gray_picture(), b = inverted_picture(), result = cv::Mat()]() mutable {
     cv::subtract(a.mat(), b.mat(), result);
   };
 });
 
-const Row cv_either("NuvImg1OrImg2ToRes/opencv", [] {
+const Row cv_either("NuvImg1OrImg2ToRes/opencv bitwise_or", [] {
   return [a = gray_picture(), b = inverted_picture(), result = cv::Mat()]() mutable {
     cv::bitwise_or(a.mat(), b.mat(), result);
   };
 });
 
-const Row cv_most("NuvRemainMaxGry/opencv", [] {
+const Row cv_most("NuvRemainMaxGry/opencv max", [] {
   return [frame = gray_picture(), kept = inverted_picture()]() mutable {
     cv::Mat result = kept.mat();
     cv::max(frame.mat(), result, result);
   };
 });
 
-const Row cv_invert("NuvInvertGryValue/opencv", [] {
+const Row cv_invert("NuvInvertGryValue/opencv bitwise_not", [] {
   return [picture = gray_picture(), result = cv::Mat()]() mutable { cv::bitwise_not(picture.mat(), result); };
 });
 #endif

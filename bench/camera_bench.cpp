@@ -57,15 +57,15 @@ auto cvt_color_work(Conversion from_rgb, int code, int channels, int rows) {
   };
 }
 
-const Row cv_packed("NuvCbYCrY2RGB/opencv",
+const Row cv_packed("NuvCbYCrY2RGB/opencv cvtColor",
                     [] { return cvt_color_work(NuvRGB2CbYCrY, cv::COLOR_YUV2BGR_UYVY, 2, 960); });
-const Row cv_packed_gray("NuvCbYCrY2Gry/opencv",
+const Row cv_packed_gray("NuvCbYCrY2Gry/opencv cvtColor",
                          [] { return cvt_color_work(NuvRGB2CbYCrY, cv::COLOR_YUV2GRAY_UYVY, 2, 960); });
-const Row cv_sp("NuvYUV420SP2RGB/opencv",
+const Row cv_sp("NuvYUV420SP2RGB/opencv cvtColor",
                 [] { return cvt_color_work(NuvRGB2YUV420SP, cv::COLOR_YUV2BGR_NV12, 1, 1440); });
-const Row cv_p("NuvYUV420P2RGB/opencv",
+const Row cv_p("NuvYUV420P2RGB/opencv cvtColor",
                [] { return cvt_color_work(NuvRGB2YUV420P, cv::COLOR_YUV2BGR_I420, 1, 1440); });
-const Row cv_to_p("NuvRGB2YUV420P/opencv", [] {
+const Row cv_to_p("NuvRGB2YUV420P/opencv cvtColor", [] {
   return [picture = colour_picture(), frame = cv::Mat()]() mutable {
     cv::cvtColor(picture.mat(), frame, cv::COLOR_BGR2YUV_I420);
   };
@@ -73,24 +73,24 @@ const Row cv_to_p("NuvRGB2YUV420P/opencv", [] {
 #endif
 
 #if NUV_WITH_LIBYUV
-const Row yuv_sp("NuvYUV420SP2RGB/libyuv", [] {
+const Row yuv_sp("NuvYUV420SP2RGB/libyuv NV12ToRGB24", [] {
   return [c = Camera(NuvRGB2YUV420SP)]() mutable {
     libyuv::NV12ToRGB24(c.luma(), c.width, c.chroma(), c.width, c.rgb.data(), 3 * c.width, c.width, c.height);
   };
 });
-const Row yuv_p("NuvYUV420P2RGB/libyuv", [] {
+const Row yuv_p("NuvYUV420P2RGB/libyuv J420ToRGB24", [] {
   return [c = Camera(NuvRGB2YUV420P)]() mutable {
     libyuv::J420ToRGB24(c.luma(), c.width, c.chroma(), c.width / 2, c.chroma() + c.width * c.height / 4,
                         c.width / 2, c.rgb.data(), 3 * c.width, c.width, c.height);
   };
 });
-const Row yuv_422("NuvYUV422P2RGB/libyuv", [] {
+const Row yuv_422("NuvYUV422P2RGB/libyuv I422ToRGB24", [] {
   return [c = Camera(NuvRGB2YUV422P)]() mutable {
     libyuv::I422ToRGB24(c.luma(), c.width, c.chroma(), c.width / 2, c.chroma() + c.width * c.height / 2,
                         c.width / 2, c.rgb.data(), 3 * c.width, c.width, c.height);
   };
 });
-const Row yuv_to_p("NuvRGB2YUV420P/libyuv", [] {
+const Row yuv_to_p("NuvRGB2YUV420P/libyuv RGB24ToJ420", [] {
   return [c = Camera(NuvRGB2YUV420P)]() mutable {
     libyuv::RGB24ToJ420(c.rgb.data(), 3 * c.width, c.luma(), c.width, c.chroma(), c.width / 2,
                         c.chroma() + c.width * c.height / 4, c.width / 2, c.width, c.height);
@@ -98,7 +98,7 @@ const Row yuv_to_p("NuvRGB2YUV420P/libyuv", [] {
 });
 
 // By way of two rows of pixels of four bytes.
-const Row yuv_packed("NuvCbYCrY2RGB/libyuv", [] {
+const Row yuv_packed("NuvCbYCrY2RGB/libyuv UYVYToARGB + ARGBToRGB24", [] {
   return [c = Camera(NuvRGB2CbYCrY), row = LineVector<uint8_t>(4 * 1280)]() mutable {
     for (int y = 0; y < c.height; ++y) {
       libyuv::UYVYToARGB(c.luma() + 2 * y * c.width, 2 * c.width, row.data(), 4 * c.width, c.width, 1);
@@ -106,7 +106,7 @@ const Row yuv_packed("NuvCbYCrY2RGB/libyuv", [] {
     }
   };
 });
-const Row yuv_to_packed("NuvRGB2CbYCrY/libyuv", [] {
+const Row yuv_to_packed("NuvRGB2CbYCrY/libyuv RGB24ToARGB + ARGBToUYVY", [] {
   return [c = Camera(NuvRGB2CbYCrY), row = LineVector<uint8_t>(4 * 1280)]() mutable {
     for (int y = 0; y < c.height; ++y) {
       libyuv::RGB24ToARGB(c.rgb.data() + 3 * y * c.width, 3 * c.width, row.data(), 4 * c.width, c.width, 1);
@@ -114,7 +114,7 @@ const Row yuv_to_packed("NuvRGB2CbYCrY/libyuv", [] {
     }
   };
 });
-const Row yuv_to_sp("NuvRGB2YUV420SP/libyuv", [] {
+const Row yuv_to_sp("NuvRGB2YUV420SP/libyuv RGB24ToARGB + ARGBToNV12", [] {
   return [c = Camera(NuvRGB2YUV420SP), rows = LineVector<uint8_t>(2 * 4 * 1280)]() mutable {
     for (int y = 0; y < c.height; y += 2) {
       libyuv::RGB24ToARGB(c.rgb.data() + 3 * y * c.width, 3 * c.width, rows.data(), 4 * c.width, c.width, 2);

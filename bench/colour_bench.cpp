@@ -73,7 +73,7 @@ const Row cv_insert("NuvReplaceOneChannelInRGB/opencv insertChannel", [] {
     cv::insertChannel(gray.mat(), image, 1);
   };
 });
-const Row cvt_color("NuvRGB2Gry/opencv", [] {
+const Row cvt_color("NuvRGB2Gry/opencv cvtColor", [] {
   return [picture = colour_picture(), gray = cv::Mat()]() mutable {
     cv::cvtColor(picture.mat(), gray, cv::COLOR_BGR2GRAY);
   };

@@ -96,14 +96,14 @@ Contours contours_of(BenchPicture& picture, int mode) {
   return contours;
 }
 
-const Row draw_contours("NuvMarkContours/opencv", [] {
+const Row draw_contours("NuvMarkContours/opencv findContours + drawContours", [] {
   return [picture = binary_picture(), result = binary_picture()]() mutable {
     cv::Mat drawn = result.mat();
     drawn.setTo(0);
     cv::drawContours(drawn, contours_of(picture, cv::RETR_LIST), -1, 255);
   };
 });
-const Row fill_holes("NuvRemoveBlackRegionsByArea/opencv", [] {
+const Row fill_holes("NuvRemoveBlackRegionsByArea/opencv findContours + drawContours", [] {
   return [picture = binary_picture(), result = binary_picture()]() mutable {
     Contours contours;
     std::vector<cv::Vec4i> links;
@@ -117,7 +117,7 @@ const Row fill_holes("NuvRemoveBlackRegionsByArea/opencv", [] {
     }
   };
 });
-const Row fill_contours("NuvFillingContour/opencv", [] {
+const Row fill_contours("NuvFillingContour/opencv drawContours", [] {
   auto source = binary_picture();
   return [contours = contours_of(source, cv::RETR_CCOMP), picture = binary_picture()]() mutable {
     cv::Mat filled = picture.mat();

@@ -131,7 +131,7 @@ const Row fine("NuvShenJunEdgeFine/nuv", [] { return fine_work(1280, 960); });
 const Row fine_large("NuvShenJunEdgeFine 2560x1920/nuv", [] { return fine_work(2560, 1920); });
 
 #if NUV_WITH_OPENCV
-const Row cv_sobel("NuvGryImgSobel/opencv", [] {
+const Row cv_sobel("NuvGryImgSobel/opencv Sobel x2 + add", [] {
   return [picture = gray_picture(), x = cv::Mat(), y = cv::Mat(), result = cv::Mat()]() mutable {
     cv::Sobel(picture.mat(), x, CV_16S, 1, 0);
     cv::Sobel(picture.mat(), y, CV_16S, 0, 1);
@@ -155,11 +155,14 @@ auto filter_work(bool rows_differ, int half = 3) {
     cv::convertScaleAbs(filtered, result);
   };
 }
-const Row filter_0_5x5("NuvGradient0ByPrewitt5x5/opencv", [] { return filter_work(true, 2); });
-const Row filter_0("NuvGradientByPrewitt0/opencv", [] { return filter_work(true); });
-const Row filter_90("NuvGradientByPrewitt90/opencv", [] { return filter_work(false); });
+const Row filter_0_5x5("NuvGradient0ByPrewitt5x5/opencv filter2D + convertScaleAbs",
+                       [] { return filter_work(true, 2); });
+const Row filter_0("NuvGradientByPrewitt0/opencv filter2D + convertScaleAbs",
+                   [] { return filter_work(true); });
+const Row filter_90("NuvGradientByPrewitt90/opencv filter2D + convertScaleAbs",
+                    [] { return filter_work(false); });
 
-const Row morphology("NuvEdgeTripeDetection/opencv", [] {
+const Row morphology("NuvEdgeTripeDetection/opencv dilate + erode + subtract", [] {
   const cv::Mat window = cv::getStructuringElement(cv::MORPH_RECT, {7, 7});
   return [=, picture = gray_picture(), most = cv::Mat(), least = cv::Mat(), result = cv::Mat()]() mutable {
     cv::dilate(picture.mat(), most, window);
@@ -169,7 +172,7 @@ const Row morphology("NuvEdgeTripeDetection/opencv", [] {
 });
 
 // With the histogram that the export gives besides.
-const Row morphology_and_histogram("NuvEdgeTripeDetection/opencv with calcHist", [] {
+const Row morphology_and_histogram("NuvEdgeTripeDetection/opencv dilate + erode + subtract + calcHist", [] {
   const cv::Mat window = cv::getStructuringElement(cv::MORPH_RECT, {7, 7});
   return [=, picture = gray_picture(), most = cv::Mat(), least = cv::Mat(), result = cv::Mat(),
           bins = cv::Mat()]() mutable {

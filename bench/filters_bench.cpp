@@ -132,39 +132,43 @@ const Row zed_plain("NuvGryZedFilter/plain", [] {
 auto blur_work(BenchPicture picture, cv::Size window) {
   return [=, result = cv::Mat()]() mutable { cv::blur(picture.mat(), result, window); };
 }
-const Row blur_shrinking("NuvGryAverageFilterFast/opencv", [] {
+const Row blur_shrinking("NuvGryAverageFilterFast/opencv blur", [] {
   return blur_work(gray_picture(), {11, 11});
 });
-const Row blur_replicating("NuvGryAverageFilterFastNonBoundary/opencv", [] {
+const Row blur_replicating("NuvGryAverageFilterFastNonBoundary/opencv blur", [] {
   return blur_work(gray_picture(), {11, 11});
 });
-const Row blur_rgb("NuvRGBAverageFilterFast/opencv", [] { return blur_work(colour_picture(), {11, 11}); });
-const Row blur_by_x("NuvGryAverageFilterByX/opencv", [] { return blur_work(gray_picture(), {11, 1}); });
-const Row blur_by_y("NuvGryAverageFilterByY/opencv", [] { return blur_work(gray_picture(), {1, 11}); });
+const Row blur_rgb("NuvRGBAverageFilterFast/opencv blur", [] {
+  return blur_work(colour_picture(), {11, 11});
+});
+const Row blur_by_x("NuvGryAverageFilterByX/opencv blur", [] { return blur_work(gray_picture(), {11, 1}); });
+const Row blur_by_y("NuvGryAverageFilterByY/opencv blur", [] { return blur_work(gray_picture(), {1, 11}); });
 
 auto dilate_work(cv::Size window) {
   return [=, picture = gray_picture(), result = cv::Mat()]() mutable {
     cv::dilate(picture.mat(), result, cv::Mat::ones(window, CV_8U));
   };
 }
-const Row dilate_row("NuvGryImgMaxFilter5xInRow/opencv", [] { return dilate_work({5, 1}); });
-const Row dilate_col("NuvGryImgMaxFilter5xInCol/opencv", [] { return dilate_work({1, 5}); });
+const Row dilate_row("NuvGryImgMaxFilter5xInRow/opencv dilate", [] { return dilate_work({5, 1}); });
+const Row dilate_col("NuvGryImgMaxFilter5xInCol/opencv dilate", [] { return dilate_work({1, 5}); });
 
 auto median_blur_work(int window) {
   return [=, picture = gray_picture(), result = cv::Mat()]() mutable {
     cv::medianBlur(picture.mat(), result, window);
   };
 }
-const Row median_blur_3("NuvGryImgMedianBoundary0 3x3/opencv", [] { return median_blur_work(3); });
-const Row median_blur_5("NuvGryImgMedianBoundary0 5x5/opencv", [] { return median_blur_work(5); });
-const Row median_blur_15("NuvGryImgMedianBoundary0 15x15/opencv", [] { return median_blur_work(15); });
-const Row median_blur_63("NuvGryImgMedianBoundary0 63x63/opencv", [] { return median_blur_work(63); });
-const Row fast_blur_3("NuvGryFastMedianFilter 3x3/opencv", [] { return median_blur_work(3); });
-const Row fast_blur_5("NuvGryFastMedianFilter 5x5/opencv", [] { return median_blur_work(5); });
-const Row fast_blur_15("NuvGryFastMedianFilter 15x15/opencv", [] { return median_blur_work(15); });
+const Row median_blur_3("NuvGryImgMedianBoundary0 3x3/opencv medianBlur", [] { return median_blur_work(3); });
+const Row median_blur_5("NuvGryImgMedianBoundary0 5x5/opencv medianBlur", [] { return median_blur_work(5); });
+const Row median_blur_15("NuvGryImgMedianBoundary0 15x15/opencv medianBlur",
+                         [] { return median_blur_work(15); });
+const Row median_blur_63("NuvGryImgMedianBoundary0 63x63/opencv medianBlur",
+                         [] { return median_blur_work(63); });
+const Row fast_blur_3("NuvGryFastMedianFilter 3x3/opencv medianBlur", [] { return median_blur_work(3); });
+const Row fast_blur_5("NuvGryFastMedianFilter 5x5/opencv medianBlur", [] { return median_blur_work(5); });
+const Row fast_blur_15("NuvGryFastMedianFilter 15x15/opencv medianBlur", [] { return median_blur_work(15); });
 
 // The responses, their energies, and the sum of the energies.
-const Row energies("NuvEstimateNoiseDelta/opencv", [] {
+const Row energies("NuvEstimateNoiseDelta/opencv filter2D + multiply + norm", [] {
   const cv::Mat mask = (cv::Mat_<float>(3, 3) << 1, -2, 1, -2, 4, -2, 1, -2, 1);
   return [=, picture = gray_picture(), response = cv::Mat(), result = cv::Mat()]() mutable {
     cv::filter2D(picture.mat(), response, CV_16S, mask);

@@ -140,12 +140,14 @@ auto cv_turn_work(BenchPicture picture) {
     cv::rotate(picture.mat(), result, cv::ROTATE_90_CLOCKWISE);
   };
 }
-const Row cv_turn_gray("NuvImgRotate90DegreeCS gray/opencv", [] { return cv_turn_work(gray_picture()); });
-const Row cv_turn_rgb("NuvImgRotate90DegreeCS RGB/opencv", [] { return cv_turn_work(colour_picture()); });
-const Row cv_flip_vertical("NuvFlipVertical/opencv", [] {
+const Row cv_turn_gray("NuvImgRotate90DegreeCS gray/opencv rotate",
+                       [] { return cv_turn_work(gray_picture()); });
+const Row cv_turn_rgb("NuvImgRotate90DegreeCS RGB/opencv rotate",
+                      [] { return cv_turn_work(colour_picture()); });
+const Row cv_flip_vertical("NuvFlipVertical/opencv flip", [] {
   return [picture = gray_picture(), result = cv::Mat()]() mutable { cv::flip(picture.mat(), result, 0); };
 });
-const Row cv_flip_horizontal("NuvFlipHorizontal/opencv", [] {
+const Row cv_flip_horizontal("NuvFlipHorizontal/opencv flip", [] {
   return [picture = gray_picture()]() mutable {
     cv::Mat image = picture.mat();
     cv::flip(image, image, 1);
@@ -158,7 +160,7 @@ cv::Mat turn_matrix(double angle, double x0, double y0) {
   const double s = std::sin(angle * CV_PI / 180);
   return (cv::Mat_<double>(2, 3) << c, -s, x0, s, c, y0);
 }
-const Row warp_nearest("NuvRotateImgByCCS/opencv", [] {
+const Row warp_nearest("NuvRotateImgByCCS/opencv warpAffine", [] {
   BenchPicture picture = gray_picture();
   int32_t width = 0;
   int32_t height = 0;
@@ -173,7 +175,7 @@ const Row warp_nearest("NuvRotateImgByCCS/opencv", [] {
     cv::warpAffine(picture.mat(), result, matrix, {width, height}, cv::INTER_NEAREST | cv::WARP_INVERSE_MAP);
   };
 });
-const Row warp_linear("NuvCopyRectFromRotateCCS/opencv", [] {
+const Row warp_linear("NuvCopyRectFromRotateCCS/opencv warpAffine", [] {
   return [picture = gray_picture(), result = cv::Mat(), matrix = turn_matrix(kAngle, 400, 40)]() mutable {
     cv::warpAffine(picture.mat(), result, matrix, {640, 480}, cv::INTER_LINEAR | cv::WARP_INVERSE_MAP);
   };
@@ -193,19 +195,19 @@ const Row cv_turn_rgb32("NuvRGB32Rotate90Degree/opencv rotate", [] {
 auto cv_resize_work(BenchPicture picture, cv::Size size, int interpolation) {
   return [=, result = cv::Mat()]() mutable { cv::resize(picture.mat(), result, size, 0, 0, interpolation); };
 }
-const Row cv_resize_gray("NuvGryImgBilinearInterpolattionFast/opencv", [] {
+const Row cv_resize_gray("NuvGryImgBilinearInterpolattionFast/opencv resize", [] {
   return cv_resize_work(gray_picture(), {kWidth, kHeight}, cv::INTER_LINEAR);
 });
-const Row cv_resize_rgb("NuvRgbImgBilinearInterpolattionFast/opencv", [] {
+const Row cv_resize_rgb("NuvRgbImgBilinearInterpolattionFast/opencv resize", [] {
   return cv_resize_work(colour_picture(), {kWidth, kHeight}, cv::INTER_LINEAR);
 });
-const Row cv_zoom("NuvZoomGryImg2x2/opencv", [] {
+const Row cv_zoom("NuvZoomGryImg2x2/opencv resize", [] {
   return cv_resize_work(gray_picture(), {2560, 1920}, cv::INTER_LINEAR);
 });
-const Row cv_shrink_2("NuvShrinkGryImg2x2ByAvr/opencv", [] {
+const Row cv_shrink_2("NuvShrinkGryImg2x2ByAvr/opencv resize", [] {
   return cv_resize_work(gray_picture(), {640, 480}, cv::INTER_AREA);
 });
-const Row cv_shrink_4("NuvShrinkGryImg4x4ByAvr/opencv", [] {
+const Row cv_shrink_4("NuvShrinkGryImg4x4ByAvr/opencv resize", [] {
   return cv_resize_work(gray_picture(), {320, 240}, cv::INTER_AREA);
 });
 const Row cv_shrink_8_gray("NuvShrinkImgByAvr 8x8 gray/opencv resize", [] {
@@ -215,7 +217,7 @@ const Row cv_shrink_8_rgb("NuvShrinkImgByAvr 8x8 RGB/opencv resize", [] {
   return cv_resize_work(colour_picture(), {160, 120}, cv::INTER_AREA);
 });
 
-const Row match("NuvShiftImg2BasedImg1/opencv", [] {
+const Row match("NuvShiftImg2BasedImg1/opencv matchTemplate", [] {
   return [first = gray_picture(), second = moved_picture(), result = cv::Mat()]() mutable {
     const cv::Rect inner(8, 8, first.width - 16, first.height - 16);
     cv::matchTemplate(second.mat(), first.mat()(inner), result, cv::TM_SQDIFF);

@@ -5,7 +5,7 @@
 
 #include "input.h"
 #include "memory_file.h"
-#include "nuv/frame.h"
+#include "nuv/files.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "input.h"
-#include "nuv/transforms.h"
+#include "nuv/segmentation.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   Input input(data, size);

@@ -2,7 +2,7 @@
 
 #include "input.h"
 #include "memory_file.h"
-#include "nuv/frame.h"
+#include "nuv/files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   Input input(data, size);

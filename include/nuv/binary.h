@@ -12,6 +12,42 @@
 #include "nuv/api.h"
 #include "nuv/records.h"
 
+// ---- Binary measures -------------------------------------------------------------------------------------
+
+/// The column that most long horizontal runs of white pass through, searched between x1 and x2.
+///
+/// A run counts if it is at least 12 pixels long. Each counted run adds 1 to a column right of its first
+/// pixel and 1 to a column left of its last pixel: 2 to a column strictly inside, 1 to any other column. The
+/// result is the middle of the first and the last column that reach the highest sum.
+///
+/// @param pBinImg  binary image
+/// @param x1, x2   columns to search, inclusive
+/// @return the column, (first + last) / 2 truncated. If no run counted, (width + x2) / 2, which lies right
+///         of x2; if x1 > x2, width; if width is above 4096, 0
+NUV_API int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1,
+                                       int32_t x2);
+
+/// The centre of gravity of the object pixels, each coordinate truncated.
+///
+/// @param pX, pY  receive the centre; left alone if there is no object pixel
+/// @return the number of object pixels
+/// @note The coordinate sums are 32-bit and wrap: from 1626 x 1626 on in an image that is all object.
+NUV_API int32_t NuvBinImgCentroid(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pX, int32_t* pY);
+
+/// The number of pixels with the value gry; 0 for a gry outside 0..255.
+NUV_API int32_t NuvPixelsInGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t gry);
+
+/// The share of background pixels in a region: their number over (x2-x1+1)*(y2-y1+1).
+///
+/// @param x1, x2, y1, y2  region; must lie inside the image, it is not clamped
+/// @return 0 to 1; of an empty region 0, or not a number where one of its two factors is 0
+NUV_API double NuvGetBlackRatioInBinaryImg(uint8_t* pBinImg, int32_t width, int32_t x1, int32_t x2,
+                                           int32_t y1, int32_t y2);
+
+/// The number of object pixels in a region, which is clamped to the image first; 0 for an empty region.
+NUV_API int32_t NuvGetWhitePixelsNum(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                                     int32_t y1, int32_t y2);
+
 // ---- Box filters -----------------------------------------------------------------------------------------
 //
 // A window of 2*M+1 columns by 2*N+1 rows. Its sum adds pixel values, so a white pixel counts 255. The time

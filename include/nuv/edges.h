@@ -276,4 +276,21 @@ NUV_API int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32
 NUV_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                    uint8_t* pResImg, int32_t* pHistogram);
 
+// ---- The histogram at edges -------------------------------------------------------------------------------
+
+/// The histogram of the gray levels at the two sides of edges, so that object and ground show without the
+/// ramp between them.
+///
+/// Edges are the pixels whose local range (NuvEdgeTripeDetection with M and N = 1) is T or more. Per row,
+/// with W = 2M + 1, each run of edge pixels is sampled: where its first pixel is brighter than its last by T
+/// or more, outwards in pairs from W apart on, while a pair differs by T or more; else its middle, and at
+/// each side the first pixel W or more away (column 0 excepted) that differs from it by more than T. A
+/// negative M counts as 0.
+///
+/// @param pHistogram  receives 256 bins
+/// @param pResImg     receives 0 and 200 (edges), each increased by 1 per sample taken, width*height bytes.
+///                    For a width above 4096 it is not filled first: what it holds counts as the local ranges
+NUV_API void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t T,
+                                   int32_t* pHistogram, uint8_t* pResImg);
+
 #endif

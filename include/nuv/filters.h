@@ -1,5 +1,5 @@
 /// @file
-/// Filters of gray and RGB images: box means, extremes and medians, noise.
+/// Filters of gray and RGB images: box means, extremes, medians, smoothing.
 #ifndef NUV_FILTERS_H
 #define NUV_FILTERS_H
 
@@ -143,24 +143,7 @@ NUV_API void NuvGryImgMedianBoundary0(uint8_t* pGryImg, int32_t width, int32_t h
 NUV_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                     uint8_t* pResImg);
 
-// ---- Noise -----------------------------------------------------------------------------------------------
-
-/// Estimates the standard deviation of the noise in an image, from a mask that answers neither to constant
-/// surfaces nor to ramps:
-///
-///      1 -2  1
-///     -2  4 -2        sqrt(sum of d^2 / (36*(width-2)*(height-2)))       d its response
-///      1 -2  1
-///
-/// over the inner pixels. The sum has 32 bits and wraps: at 2^32/(36*s^2) pixels of noise of standard deviation
-/// s, which is 1.19 million for s = 10, and from 1,033 pixels of a checkerboard of black and white on.
-///
-/// @param pResImg  receives min(d^2/36, 250), rounded down, at the inner pixels: the energy of the noise
-///                 there. The outermost rows and columns are not written
-/// @return the estimate in gray levels; not a number if width or height is 2, and 0 for other images without
-///         inner pixels
-/// @see J. Immerkaer, Fast noise variance estimation, 1996
-NUV_API double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
+// ---- Smoothing that spares edges --------------------------------------------------------------------------
 
 /// Smoothes noise and spares edges: c + (sum >> 3), c being the pixel and the sum that of what its eight
 /// neighbours n add, with a = |n - c|:

@@ -118,8 +118,7 @@ NUV_API int32_t NuvGetMaxValueInHistogram(int32_t* pHistogram, double ratio);
 /// @return 1 to 256; 128 for an empty histogram
 NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 
-// ---- Threshold selection
-// -----------------------------------------------------------------------------------
+// ---- Threshold selection ----------------------------------------------------------------------------------
 
 /// Otsu's threshold, with the highest occupied bin left out of all sums.
 ///
@@ -338,21 +337,6 @@ NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryI
 /// @return whether the contrast reaches the ratio
 NUV_API bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t minDist, double ratio,
                                   int32_t* pLeftPeak, int32_t* pRightPeak, double* pContrast);
-
-/// The histogram of the gray levels at the two sides of edges, so that object and ground show without the
-/// ramp between them.
-///
-/// Edges are the pixels whose local range (NuvEdgeTripeDetection with M and N = 1) is T or more. Per row,
-/// with W = 2M + 1, each run of edge pixels is sampled: where its first pixel is brighter than its last by T
-/// or more, outwards in pairs from W apart on, while a pair differs by T or more; else its middle, and at
-/// each side the first pixel W or more away (column 0 excepted) that differs from it by more than T. A
-/// negative M counts as 0.
-///
-/// @param pHistogram  receives 256 bins
-/// @param pResImg     receives 0 and 200 (edges), each increased by 1 per sample taken, width*height bytes.
-///                    For a width above 4096 it is not filled first: what it holds counts as the local ranges
-NUV_API void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t T,
-                                   int32_t* pHistogram, uint8_t* pResImg);
 
 /// A reduced gray scale of about 256/maxStep classes, spent where the histogram is occupied.
 ///

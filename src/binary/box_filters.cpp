@@ -9,10 +9,10 @@
 #include <cstring>
 #include <limits>
 
-#include "frame/buffer.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
-#include "frame/window_sums.h"
+#include "core/buffer.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
+#include "core/window_sums.h"
 #include "nuv/binary.h"
 
 namespace nuv {

@@ -4,10 +4,10 @@
 #include <array>
 #include <cstring>
 
-#include "frame/byte_counter.h"
-#include "frame/row_kernel.h"
-#include "frame/runs.h"
-#include "frame/views.h"
+#include "core/byte_counter.h"
+#include "core/row_kernel.h"
+#include "core/runs.h"
+#include "core/views.h"
 #include "nuv/binary.h"
 #include "nuv/histogram.h"
 

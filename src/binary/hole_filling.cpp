@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "frame/buffer.h"
-#include "frame/row_kernel.h"
-#include "frame/runs.h"
-#include "frame/views.h"
+#include "core/buffer.h"
+#include "core/row_kernel.h"
+#include "core/runs.h"
+#include "core/views.h"
 #include "nuv/binary.h"
 
 namespace nuv {

@@ -4,17 +4,16 @@
 #include <array>
 #include <cstring>
 
-#include "frame/arithmetic.h"
-#include "frame/borders.h"
-#include "frame/buffer.h"
-#include "frame/neighbours.h"
-#include "frame/point_pass.h"
-#include "frame/row_kernel.h"
-#include "frame/runs.h"
-#include "frame/views.h"
-#include "frame/window_sums.h"
+#include "core/arithmetic.h"
+#include "core/borders.h"
+#include "core/buffer.h"
+#include "core/neighbours.h"
+#include "core/point_pass.h"
+#include "core/row_kernel.h"
+#include "core/runs.h"
+#include "core/views.h"
+#include "core/window_sums.h"
 #include "nuv/binary.h"
-#include "nuv/frame.h"
 
 namespace nuv {
 namespace {

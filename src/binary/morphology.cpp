@@ -9,9 +9,9 @@
 #include <array>
 #include <cstring>
 
-#include "frame/point_pass.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/point_pass.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/binary.h"
 
 namespace nuv {

@@ -4,11 +4,11 @@
 #include <array>
 #include <cstring>
 
-#include "frame/arithmetic.h"
-#include "frame/neighbours.h"
-#include "frame/row_kernel.h"
-#include "frame/runs.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/neighbours.h"
+#include "core/row_kernel.h"
+#include "core/runs.h"
+#include "core/views.h"
 #include "nuv/binary.h"
 
 namespace nuv {

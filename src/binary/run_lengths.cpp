@@ -4,15 +4,15 @@
 
 #include <algorithm>
 
-#include "frame/arithmetic.h"
-#include "frame/borders.h"
-#include "frame/buffer.h"
-#include "frame/column_strips.h"
-#include "frame/row_kernel.h"
-#include "frame/runs.h"
-#include "frame/transposition.h"
-#include "frame/views.h"
-#include "frame/window_sums.h"
+#include "core/arithmetic.h"
+#include "core/borders.h"
+#include "core/buffer.h"
+#include "core/column_strips.h"
+#include "core/row_kernel.h"
+#include "core/runs.h"
+#include "core/transposition.h"
+#include "core/views.h"
+#include "core/window_sums.h"
 #include "nuv/binary.h"
 #include "nuv/histogram.h"
 

@@ -7,10 +7,10 @@
 #include <array>
 #include <cstdlib>
 
-#include "frame/arithmetic.h"
-#include "frame/column_strips.h"
-#include "frame/runs.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/column_strips.h"
+#include "core/runs.h"
+#include "core/views.h"
 #include "nuv/binary.h"
 
 namespace nuv {

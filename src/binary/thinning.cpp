@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <array>
 
-#include "frame/borders.h"
-#include "frame/buffer.h"
-#include "frame/neighbours.h"
-#include "frame/row_kernel.h"
-#include "frame/runs.h"
-#include "frame/views.h"
+#include "core/borders.h"
+#include "core/buffer.h"
+#include "core/neighbours.h"
+#include "core/row_kernel.h"
+#include "core/runs.h"
+#include "core/views.h"
 #include "nuv/binary.h"
 #include "nuv/histogram.h"
 

@@ -1,8 +1,8 @@
 // Single channels: selected, replaced, combined, and planes interleaved.
 
-#include "frame/interleaved.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/interleaved.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/colour.h"
 
 namespace nuv {

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "colour/from_rgb_avx512.h"
-#include "frame/pixel_words.h"
+#include "core/pixel_words.h"
 
 namespace nuv {
 namespace {

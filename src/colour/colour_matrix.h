@@ -18,8 +18,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "frame/interleaved.h"
-#include "frame/row_kernel.h"
+#include "core/interleaved.h"
+#include "core/row_kernel.h"
 
 namespace nuv {
 

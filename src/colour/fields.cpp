@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "frame/views.h"
+#include "core/views.h"
 #include "nuv/colour.h"
 
 namespace nuv {

@@ -20,8 +20,8 @@
 #include <type_traits>
 
 #include "colour/colour_matrix.h"
-#include "frame/interleaved.h"
-#include "frame/views.h"
+#include "core/interleaved.h"
+#include "core/views.h"
 
 namespace nuv {
 

@@ -1,9 +1,9 @@
 // RGB images to gray: one pass over split pixels, and a row kernel per rule.
 
 #include "colour/weighting.h"
-#include "frame/interleaved.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/interleaved.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/colour.h"
 
 namespace nuv {

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "colour/frame_conversion.h"
-#include "frame/interleaved.h"
+#include "core/interleaved.h"
 #include "nuv/colour.h"
 
 namespace nuv {

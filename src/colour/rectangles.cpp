@@ -7,10 +7,10 @@
 #include <cstring>
 
 #include "colour/weighting.h"
-#include "frame/byte_sums.h"
-#include "frame/interleaved.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/byte_sums.h"
+#include "core/interleaved.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/colour.h"
 
 namespace nuv {

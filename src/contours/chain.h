@@ -9,8 +9,8 @@
 
 #include <cstdint>
 
-#include "frame/neighbours.h"
-#include "frame/views.h"
+#include "core/neighbours.h"
+#include "core/views.h"
 
 namespace nuv {
 

@@ -1,7 +1,7 @@
 // Chains drawn into an image.
 
 #include "contours/chain.h"
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "nuv/contours.h"
 
 using namespace nuv;

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "contours/chain.h"
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "nuv/contours.h"
 
 namespace nuv {

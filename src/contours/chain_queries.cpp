@@ -2,7 +2,7 @@
 
 #include "contours/chain.h"
 #include "contours/crossings.h"
-#include "frame/views.h"
+#include "core/views.h"
 #include "nuv/contours.h"
 
 using namespace nuv;

@@ -4,8 +4,8 @@
 #include <new>
 
 #include "contours/trace.h"
-#include "frame/borders.h"
-#include "frame/buffer.h"
+#include "core/borders.h"
+#include "core/buffer.h"
 #include "nuv/contours.h"
 
 namespace nuv {

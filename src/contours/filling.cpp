@@ -11,8 +11,8 @@
 #include <initializer_list>
 
 #include "contours/chain.h"
-#include "frame/arithmetic.h"
-#include "frame/buffer.h"
+#include "core/arithmetic.h"
+#include "core/buffer.h"
 #include "nuv/contours.h"
 
 namespace nuv {

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "contours/trace.h"
-#include "frame/views.h"
+#include "core/outline.h"
+#include "core/views.h"
 #include "nuv/contours.h"
-#include "nuv/drawing.h"
 
 namespace nuv {
 namespace {
@@ -27,7 +27,8 @@ int32_t largest_contour(GrayImage image, uint8_t* codes, Region region, int32_t 
   const int32_t top = before(region.y1);
   const int32_t bottom = behind(region.y2, image.height);
   // The clear border that the tracer needs.
-  NuvDrawGryRect(image.pixels, image.width, image.height, left, right, top, bottom, 0);
+  walk_outline(image, ordered_within(image, {left, right, top, bottom}),
+               [=](int32_t x, int32_t y) { *image.at(x, y) = 0; });
 
   int32_t best = 0;
   tagRECT box{0, 0, 0, 0};

@@ -11,11 +11,11 @@
 #include "contours/chain.h"
 #include "contours/stamps.h"
 #include "contours/trace.h"
-#include "frame/arithmetic.h"
-#include "frame/borders.h"
-#include "frame/buffer.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/borders.h"
+#include "core/buffer.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/contours.h"
 
 namespace nuv {

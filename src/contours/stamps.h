@@ -13,8 +13,8 @@
 #include <cstdint>
 
 #include "contours/chain.h"
-#include "frame/buffer.h"
-#include "frame/views.h"
+#include "core/buffer.h"
+#include "core/views.h"
 
 namespace nuv {
 

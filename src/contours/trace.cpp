@@ -2,8 +2,8 @@
 
 #include "contours/trace.h"
 
-#include "frame/point_pass.h"
-#include "frame/row_kernel.h"
+#include "core/point_pass.h"
+#include "core/row_kernel.h"
 #include "nuv/contours.h"
 
 namespace nuv {

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "frame/neighbours.h"
-#include "frame/views.h"
+#include "core/neighbours.h"
+#include "core/views.h"
 
 namespace nuv {
 

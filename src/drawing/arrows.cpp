@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/arithmetic.h"
 #include "drawing/pen.h"
 #include "drawing/strokes.h"
-#include "frame/arithmetic.h"
 #include "nuv/drawing.h"
 
 namespace nuv {

@@ -9,7 +9,7 @@
 #include <array>
 #include <cstdint>
 
-#include "frame/file.h"
+#include "files/file.h"
 
 namespace nuv {
 

@@ -1,11 +1,11 @@
-// Lines drawn into images: the walks of frame/line_walks.h with a pen, and the rounding of each form.
+// Lines drawn into images: the walks of core/line_walks.h with a pen, and the rounding of each form.
 
 #include <algorithm>
 #include <cmath>
 
+#include "core/arithmetic.h"
+#include "core/line_walks.h"
 #include "drawing/pen.h"
-#include "frame/arithmetic.h"
-#include "frame/line_walks.h"
 #include "nuv/drawing.h"
 
 namespace nuv {

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "frame/arithmetic.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/views.h"
 
 namespace nuv {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "core/arithmetic.h"
 #include "drawing/pen.h"
 #include "drawing/strokes.h"
-#include "frame/arithmetic.h"
 #include "nuv/drawing.h"
 
 namespace nuv {

@@ -4,11 +4,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <utility>
 
+#include "core/arithmetic.h"
+#include "core/outline.h"
 #include "drawing/pen.h"
-#include "frame/arithmetic.h"
-#include "frame/outline.h"
 #include "nuv/drawing.h"
 
 namespace nuv {
@@ -18,12 +17,7 @@ template <class Pen>
 void draw_rectangle(const Pen& pen, Region r) {
   const auto& image = pen.image;
   if (image.empty()) return;
-  const auto column = [&image](int32_t x) { return std::clamp(x, 0, image.width - 1); };
-  const auto row = [&image](int32_t y) { return std::clamp(y, 0, image.height - 1); };
-  Region outline{column(r.x1), column(r.x2), row(r.y1), row(r.y2)};
-  if (outline.x1 > outline.x2) std::swap(outline.x1, outline.x2);
-  if (outline.y1 > outline.y2) std::swap(outline.y1, outline.y2);
-  walk_outline(image, outline, [&pen](int32_t x, int32_t y) { pen.put(x, y); });
+  walk_outline(image, ordered_within(image, r), [&pen](int32_t x, int32_t y) { pen.put(x, y); });
 }
 
 template <class Pen>

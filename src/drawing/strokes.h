@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "frame/views.h"
+#include "core/views.h"
 
 namespace nuv {
 

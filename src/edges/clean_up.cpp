@@ -4,10 +4,10 @@
 #include <cstring>
 
 #include "contours/trace.h"
-#include "frame/borders.h"
-#include "frame/buffer.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/borders.h"
+#include "core/buffer.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/contours.h"
 #include "nuv/edges.h"
 

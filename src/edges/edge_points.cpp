@@ -9,10 +9,10 @@
 #include <tuple>
 #include <utility>
 
-#include "frame/arithmetic.h"
-#include "frame/byte_counter.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/byte_counter.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/edges.h"
 
 namespace nuv {

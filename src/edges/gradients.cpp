@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/borders.h"
-#include "frame/interleaved.h"
-#include "frame/lanes.h"
-#include "frame/point_pass.h"
-#include "frame/row_kernel.h"
-#include "frame/sobel.h"
-#include "frame/views.h"
+#include "core/borders.h"
+#include "core/interleaved.h"
+#include "core/lanes.h"
+#include "core/point_pass.h"
+#include "core/row_kernel.h"
+#include "core/sobel.h"
+#include "core/views.h"
 #include "nuv/colour.h"
 #include "nuv/edges.h"
 

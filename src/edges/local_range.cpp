@@ -8,9 +8,9 @@
 #include <cstring>
 #include <utility>
 
-#include "frame/byte_counter.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/byte_counter.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/edges.h"
 
 namespace nuv {

@@ -17,10 +17,10 @@
 #include <cmath>
 #include <cstring>
 
-#include "frame/arithmetic.h"
-#include "frame/lanes.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/lanes.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/edges.h"
 
 namespace nuv {

@@ -9,11 +9,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "frame/borders.h"
-#include "frame/buffer.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
-#include "frame/window_sums.h"
+#include "core/borders.h"
+#include "core/buffer.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
+#include "core/window_sums.h"
 #include "nuv/edges.h"
 
 namespace nuv {

@@ -11,10 +11,10 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "frame/buffer.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
-#include "frame/window_sums.h"
+#include "core/buffer.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
+#include "core/window_sums.h"
 #include "nuv/filters.h"
 
 namespace nuv {

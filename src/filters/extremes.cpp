@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "nuv/filters.h"
 
 namespace nuv {

@@ -19,9 +19,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/buffer.h"
-#include "frame/lanes.h"
-#include "frame/row_kernel.h"
+#include "core/buffer.h"
+#include "core/lanes.h"
+#include "core/row_kernel.h"
 
 namespace nuv {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "frame/views.h"
+#include "core/views.h"
 
 namespace nuv {
 

@@ -19,8 +19,8 @@
 
 #include <algorithm>
 
-#include "frame/lanes.h"
-#include "frame/row_kernel.h"
+#include "core/lanes.h"
+#include "core/row_kernel.h"
 
 namespace nuv {
 namespace {

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 
+#include "core/borders.h"
+#include "core/buffer.h"
+#include "core/views.h"
+#include "core/window_sums.h"
 #include "filters/median_bins.h"
 #include "filters/median_networks.h"
-#include "frame/borders.h"
-#include "frame/buffer.h"
-#include "frame/views.h"
-#include "frame/window_sums.h"
 #include "nuv/filters.h"
 
 namespace nuv {

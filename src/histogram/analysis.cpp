@@ -7,7 +7,7 @@
 #include <numeric>
 #include <utility>
 
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
 

@@ -1,7 +1,7 @@
 // Histogram capture: one counter, fed with the bytes that each function selects.
 
-#include "frame/byte_counter.h"
-#include "frame/views.h"
+#include "core/byte_counter.h"
+#include "core/views.h"
 #include "nuv/histogram.h"
 
 using namespace nuv;

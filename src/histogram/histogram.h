@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "frame/byte_counter.h"
+#include "core/byte_counter.h"
 
 namespace nuv {
 

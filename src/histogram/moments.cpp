@@ -6,8 +6,8 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "frame/arithmetic.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/views.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
 

@@ -1,6 +1,6 @@
 // Order statistics of a histogram: walks that stop where a running count passes a limit.
 
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
 

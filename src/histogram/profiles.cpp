@@ -7,11 +7,11 @@
 #include <array>
 #include <cmath>
 
-#include "frame/arithmetic.h"
-#include "frame/interleaved.h"
-#include "frame/row_kernel.h"
-#include "frame/sobel.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/interleaved.h"
+#include "core/row_kernel.h"
+#include "core/sobel.h"
+#include "core/views.h"
 #include "nuv/histogram.h"
 
 namespace nuv {

@@ -7,8 +7,8 @@
 #include <functional>
 #include <limits>
 
-#include "frame/arithmetic.h"
-#include "frame/buffer.h"
+#include "core/arithmetic.h"
+#include "core/buffer.h"
 #include "nuv/histogram.h"
 
 namespace nuv {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "frame/arithmetic.h"
-#include "frame/point_pass.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/point_pass.h"
+#include "core/views.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
 

@@ -13,9 +13,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/arithmetic.h"
-#include "frame/row_kernel.h"
-#include "frame/views.h"
+#include "core/arithmetic.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
 

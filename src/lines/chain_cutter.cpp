@@ -10,8 +10,8 @@
 
 #include <algorithm>
 
-#include "frame/arithmetic.h"
-#include "frame/neighbours.h"
+#include "core/arithmetic.h"
+#include "core/neighbours.h"
 
 namespace nuv {
 namespace {

@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-#include "frame/buffer.h"
-#include "frame/views.h"
+#include "core/buffer.h"
+#include "core/views.h"
 #include "lines/chain_cutter.h"
 #include "nuv/records.h"
 

@@ -8,8 +8,8 @@
 #include <cmath>
 #include <utility>
 
-#include "frame/arithmetic.h"
-#include "frame/line_walks.h"
+#include "core/arithmetic.h"
+#include "core/line_walks.h"
 #include "nuv/lines.h"
 
 namespace nuv {

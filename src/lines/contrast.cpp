@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "frame/arithmetic.h"
-#include "frame/byte_counter.h"
-#include "frame/line_walks.h"
+#include "core/arithmetic.h"
+#include "core/byte_counter.h"
+#include "core/line_walks.h"
 #include "nuv/lines.h"
 
 namespace nuv {

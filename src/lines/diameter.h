@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "frame/buffer.h"
+#include "core/buffer.h"
 
 namespace nuv {
 

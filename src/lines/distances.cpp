@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "nuv/lines.h"
 
 namespace nuv {

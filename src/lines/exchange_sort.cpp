@@ -17,7 +17,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "frame/buffer.h"
+#include "core/buffer.h"
 
 namespace nuv {
 namespace {

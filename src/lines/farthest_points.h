@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "frame/buffer.h"
+#include "core/buffer.h"
 
 namespace nuv {
 

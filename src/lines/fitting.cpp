@@ -7,7 +7,7 @@
 #include <type_traits>
 
 #include "contours/chain.h"
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "nuv/lines.h"
 
 namespace nuv {

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "contours/chain.h"
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "nuv/lines.h"
 
 namespace nuv {

@@ -12,8 +12,8 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "frame/arithmetic.h"
-#include "frame/row_kernel.h"
+#include "core/arithmetic.h"
+#include "core/row_kernel.h"
 #include "nuv/drawing.h"
 #include "nuv/lines.h"
 

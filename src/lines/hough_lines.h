@@ -6,8 +6,8 @@
 #include <array>
 #include <cstdint>
 
-#include "frame/buffer.h"
-#include "frame/views.h"
+#include "core/buffer.h"
+#include "core/views.h"
 
 namespace nuv {
 

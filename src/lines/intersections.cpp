@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "nuv/lines.h"
 
 namespace nuv {

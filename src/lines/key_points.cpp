@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "frame/buffer.h"
+#include "core/buffer.h"
 #include "lines/diameter.h"
 #include "lines/exchange_sort.h"
 #include "lines/farthest_points.h"

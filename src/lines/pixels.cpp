@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "frame/byte_counter.h"
-#include "frame/line_walks.h"
-#include "frame/outline.h"
+#include "core/byte_counter.h"
+#include "core/line_walks.h"
+#include "core/outline.h"
 #include "nuv/lines.h"
 
 using namespace nuv;

@@ -2,6 +2,8 @@
 
 namespace {
 
+using namespace calls;
+
 using calls::x;
 using calls::y;
 
@@ -88,11 +90,22 @@ RLY* column_runs(Scene& s) {
   return runs;
 }
 
+// Blocks wide enough for runs that count.
+uint8_t* wide_blocks(Scene& s) {
+  uint8_t* pixels = binary(s);
+  for (std::size_t i = 0; i < s.pixels(); ++i) pixels[i] = pixels[i - i % columns(s) % 8];
+  return pixels;
+}
+
 }  // namespace
 
 Calls binary_calls() {
-  using namespace calls;
   return {
+      EXPORT(NuvBinImgSearchCenterX, wide_blocks, width, height, any_x1, any_x2),
+      EXPORT(NuvBinImgCentroid, binary, width, height, integer_result, integer_result),
+      EXPORT(NuvPixelsInGryImg, gray, width, height, color),
+      EXPORT(NuvGetBlackRatioInBinaryImg, binary, width, inner_x1, inner_x2, inner_y1, inner_y2),
+      EXPORT(NuvGetWhitePixelsNum, binary, width, height, any_x1, any_x2, any_y1, any_y2),
       EXPORT(NuvBinImgFilter, binary, width, height, M, N, column_sums, sum_threshold, gray_result),
       EXPORT(NuvBinImgFilter, binary, width, height, M, N, sum_threshold, gray_result),
       EXPORT(NuvBinImgRemoveMskAndFilter, binary, binary, width, height, M, N, integer(0, 255), gray_result),

@@ -33,21 +33,26 @@ struct Call {
 };
 
 using Calls = std::vector<Call>;
+Calls arithmetic_calls();
 Calls binary_calls();
 Calls colour_calls();
 Calls contour_calls();
 Calls drawing_calls();
 Calls edge_calls();
+Calls file_calls();
 Calls filter_calls();
-Calls frame_calls();
+Calls geometry_calls();
 Calls histogram_calls();
 Calls line_calls();
-Calls transform_calls();
+Calls noise_calls();
+Calls segmentation_calls();
+Calls statistics_calls();
 
 inline Calls all_calls() {
   Calls all;
-  for (const auto& room : {binary_calls, colour_calls, contour_calls, drawing_calls, edge_calls, filter_calls,
-                           frame_calls, histogram_calls, line_calls, transform_calls}) {
+  for (const auto& room : {arithmetic_calls, binary_calls, colour_calls, contour_calls, drawing_calls,
+                           edge_calls, file_calls, filter_calls, geometry_calls, histogram_calls, line_calls,
+                           noise_calls, segmentation_calls, statistics_calls}) {
     for (Call& call : room()) all.push_back(std::move(call));
   }
   return all;
@@ -309,6 +314,29 @@ inline uint8_t* chain(Scene& s) {
 
 inline bool has_pixels(const Scene& s) {
   return s.width > 0 && s.height > 0;
+}
+
+// What bRGB tells, so that the images before it in a row know their pixels.
+inline bool in_color(Scene& s) {
+  return s.count % 2 != 0;
+}
+inline uint8_t* image(Scene& s) {
+  return s.picture(in_color(s) ? 3 : 1);
+}
+inline uint8_t* image_result(Scene& s) {
+  return s.noise(s.pixels() * (in_color(s) ? 3 : 1));
+}
+
+inline std::size_t result_rgb(const Scene& s) {
+  return s.result_pixels() * 3;
+}
+
+// Blocks and windows that typically have pixels.
+inline int32_t block_width(const Scene& s) {
+  return s.hostile ? s.M : s.M + 1;
+}
+inline int32_t block_height(const Scene& s) {
+  return s.hostile ? s.N : s.N + 1;
 }
 
 }  // namespace calls

@@ -123,5 +123,6 @@ Calls edge_calls() {
       EXPORT(NuvGetThresholdByEdge, gray, binary, width, sampled_x1, sampled_x2, sampled_y1, inner_y2,
              integer(1, 3)),
       EXPORT(NuvEdgeTripeDetection, gray, width, height, M, N, gray_result, histogram_result),
+      EXPORT(NuvEdgeModelHistogram, gray, width, height, M, integer(10, 60), histogram_result, gray_result),
   };
 }

@@ -30,7 +30,6 @@ Calls filter_calls() {
       EXPORT(NuvGryImgMinFilter5xInCol, gray, width, height, gray_result),
       EXPORT(NuvGryImgMedianBoundary0, gray, width, height, M, N, gray_result),
       EXPORT(NuvGryFastMedianFilter, bytes(with_M_more), width, height, M, N, gray_result),
-      EXPORT(NuvEstimateNoiseDelta, gray, width, height, gray_result),
       EXPORT(NuvGryZedFilter, gray, width, height, integer(0, 60), gray_result),
   };
 }

@@ -149,7 +149,6 @@ Calls histogram_calls() {
       EXPORT(NuvDrawHistogram2Img, humps(counted), count, gray_result, width, height),
       EXPORT(NuvIsHighContrastImg, two_humps, T, M, integer(1, 120), ratio, integer_result, integer_result,
              real_result),
-      EXPORT(NuvEdgeModelHistogram, gray, width, height, M, integer(10, 60), histogram_result, gray_result),
       EXPORT_BY(NuvGenerateMainGryLUT, int32_t, (int32_t*, int32_t, int32_t, int32_t*),
                 [](Scene& s, auto* function) {
                   int32_t* bins = s.between(0, 1) == 0 ? two_humps(s) : scattered_histogram(s);

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
-#include "frame/arithmetic.h"
+#include "core/arithmetic.h"
 #include "images.h"
 
 namespace {

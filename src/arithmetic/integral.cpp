@@ -1,0 +1,82 @@
+// The integral image: each sum is the one above it and what its row holds up to there.
+//
+// A running sum along a row waits for its left neighbour at every pixel. So groups of eight pixels are first
+// summed up by themselves, many groups abreast, and only the groups wait for each other. In a group the
+// 16-bit parts of a word hold the sums of four pairs of pixels; two shifted additions turn them into running
+// sums, which stand at the odd pixels, and taking away the odd pixels themselves gives those at the even
+// ones.
+
+#include <cstring>
+
+#include "core/row_kernel.h"
+#include "core/views.h"
+#include "nuv/arithmetic.h"
+
+namespace nuv {
+namespace {
+
+// The shifts go from the first pixel to the last where the first byte is the lowest.
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+constexpr bool kHasGroups = false;
+#else
+constexpr bool kHasGroups = true;
+#endif
+
+constexpr std::ptrdiff_t kGroup = 8;
+// Few, so that a strip is summed up while the stores of the one before are still on their way.
+constexpr std::ptrdiff_t kStripGroups = 64;
+constexpr uint64_t kLowBytes = 0x00FF00FF00FF00FF;
+
+// Entry i of the 16-bit entries that words hold.
+NUV_INLINE uint16_t entry(const uint64_t* words, std::ptrdiff_t i) {
+  uint16_t value;
+  std::memcpy(&value, reinterpret_cast<const uint8_t*>(words) + 2 * i, 2);
+  return value;
+}
+
+// Vectors of 64 bytes gain nothing here: the last loop adds eight sums at a time.
+NUV_LOAD_BOUND_ROW_KERNEL void integral_row(const uint8_t* row, const int32_t* above,
+                                            int32_t* NUV_RESTRICT sums, std::ptrdiff_t n) {
+  uint64_t at_even[kStripGroups];
+  uint64_t at_odd[kStripGroups];
+  uint16_t in_group[kStripGroups * kGroup];
+  int32_t left = 0;
+  std::ptrdiff_t x = 0;
+  while (kHasGroups && n - x >= kGroup) {
+    const std::ptrdiff_t whole = (n - x) / kGroup;
+    const std::ptrdiff_t groups = whole < kStripGroups ? whole : kStripGroups;
+    for (std::ptrdiff_t g = 0; g < groups; ++g) {
+      uint64_t pixels;
+      std::memcpy(&pixels, row + x + kGroup * g, 8);
+      const uint64_t odd = pixels >> 8 & kLowBytes;
+      uint64_t pairs = (pixels & kLowBytes) + odd;
+      pairs += pairs << 16;
+      pairs += pairs << 32;
+      at_odd[g] = pairs;
+      at_even[g] = pairs - odd;
+    }
+    for (std::ptrdiff_t i = 0; i < groups * kGroup / 2; ++i) {
+      in_group[2 * i] = entry(at_even, i);
+      in_group[2 * i + 1] = entry(at_odd, i);
+    }
+    for (std::ptrdiff_t i = 0; i < groups * kGroup; i += kGroup) {
+      for (std::ptrdiff_t k = 0; k < kGroup; ++k) sums[x + i + k] = above[x + i + k] + in_group[i + k] + left;
+      left += in_group[i + kGroup - 1];
+    }
+    x += groups * kGroup;
+  }
+  for (; x < n; ++x) sums[x] = above[x] + (left += row[x]);
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvDoSumGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pSum) {
+  const GrayImage image{pGryImg, width, height};
+  if (image.empty()) return;
+  int32_t sum = 0;
+  for (int32_t x = 0; x < width; ++x) pSum[x] = sum += pGryImg[x];
+  for (int32_t y = 1; y < height; ++y, pSum += width) integral_row(image.row(y), pSum, pSum + width, width);
+}

@@ -1,0 +1,54 @@
+// Interleaved bytes, taken apart into planes and put together again.
+//
+// Arithmetic on interleaved bytes does not become vector code by itself. A pass over RGB pixels therefore
+// works on short planes: a block of pixels is split into three arrays that stay in the first-level cache,
+// and the row kernel of the pass sees plain bytes.
+
+#ifndef NUV_CORE_INTERLEAVED_H
+#define NUV_CORE_INTERLEAVED_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+namespace nuv {
+
+// Pixels of three bytes.
+void split_planes(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8_t* plane2,
+                  std::ptrdiff_t count);
+void join_planes(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2, uint8_t* pixels,
+                 std::ptrdiff_t count);
+
+// Writes a plane over byte number place of each pixel, or combines it with that byte by a bitwise or. place is
+// 0, 1 or 2.
+void replace_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
+void or_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
+
+// Pairs of bytes.
+void split_pairs(const uint8_t* pairs, uint8_t* plane0, uint8_t* plane1, std::ptrdiff_t count);
+void second_of_pairs(const uint8_t* pairs, uint8_t* plane1, std::ptrdiff_t count);
+void join_pairs(const uint8_t* plane0, const uint8_t* plane1, uint8_t* pairs, std::ptrdiff_t count);
+
+constexpr std::ptrdiff_t kPlaneBlock = 2048;
+
+struct PlaneBlock {
+  alignas(64) uint8_t b0[kPlaneBlock];
+  alignas(64) uint8_t b1[kPlaneBlock];
+  alignas(64) uint8_t b2[kPlaneBlock];
+};
+
+// Calls kernel(planes, results, count) for the blocks of a row of count pixels, with the place in results
+// where the block's one byte per pixel belongs.
+template <class Kernel>
+void map_pixels(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* results, Kernel kernel) {
+  PlaneBlock planes;
+  for (std::ptrdiff_t done = 0; done < count; done += kPlaneBlock) {
+    const std::ptrdiff_t n = std::min(kPlaneBlock, count - done);
+    split_planes(pixels + 3 * done, planes.b0, planes.b1, planes.b2, n);
+    kernel(planes, results + done, n);
+  }
+}
+
+}  // namespace nuv
+
+#endif

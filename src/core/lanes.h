@@ -1,0 +1,162 @@
+// Sixteen bytes at once, or twice sixteen, where the order of bytes is the work: taking interleaved pixels
+// apart, turning columns into rows. Loops over arrays leave such moves to the compiler, which does not see
+// them; here they are vector types of the language extension that GCC and clang share, for any processor.
+//
+// Without the extension NUV_HAS_LANES is 0, and the users of this header take their plain loops. A build that
+// defines it as 0 tests those.
+
+#ifndef NUV_CORE_LANES_H
+#define NUV_CORE_LANES_H
+
+#include <cstdint>
+#include <cstring>
+
+#include "core/row_kernel.h"
+
+#if defined(__has_builtin) && !defined(NUV_HAS_LANES)
+#if __has_builtin(__builtin_shufflevector)
+#define NUV_HAS_LANES 1
+#endif
+#endif
+#if !defined(NUV_HAS_LANES)
+#define NUV_HAS_LANES 0
+#endif
+
+#if NUV_HAS_LANES && defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace nuv {
+
+// ---- single bytes and lanes of bytes: code for both is written once, as a template ----
+
+NUV_INLINE void load(const uint8_t* p, uint8_t& byte) {
+  byte = *p;
+}
+NUV_INLINE void store(uint8_t* p, uint8_t byte) {
+  *p = byte;
+}
+
+// Compilers turn the choice between the lanes of two vectors into one instruction.
+template <class Lanes>
+NUV_INLINE void keep_lesser(Lanes& a, const Lanes& b) {
+  a = a < b ? a : b;
+}
+template <class Lanes>
+NUV_INLINE void keep_greater(Lanes& a, const Lanes& b) {
+  a = a > b ? a : b;
+}
+// a becomes the lesser, b the greater.
+template <class Lanes>
+NUV_INLINE void order(Lanes& a, Lanes& b) {
+  const Lanes first = a;
+  keep_lesser(a, b);
+  keep_greater(b, first);
+}
+
+#if NUV_HAS_LANES
+
+using Bytes16 = uint8_t __attribute__((vector_size(16)));
+
+NUV_INLINE Bytes16 load16(const uint8_t* p) {
+  Bytes16 v;
+  std::memcpy(&v, p, 16);
+  return v;
+}
+
+NUV_INLINE void store16(uint8_t* p, Bytes16 v) {
+  std::memcpy(p, &v, 16);
+}
+
+// Two lanes of sixteen bytes abreast. They are passed by reference: processors with and without registers of
+// this size pass them by value in different ways.
+using Bytes32 = uint8_t __attribute__((vector_size(32)));
+
+// Anywhere in memory. Compilers split a 32-byte std::memcpy in two, through the stack.
+struct __attribute__((packed, may_alias)) Bytes32Anywhere {
+  Bytes32 bytes;
+};
+
+NUV_INLINE void load32(const uint8_t* p, Bytes32& lanes) {
+  lanes = reinterpret_cast<const Bytes32Anywhere*>(p)->bytes;
+}
+
+NUV_INLINE void store32(uint8_t* p, const Bytes32& lanes) {
+  reinterpret_cast<Bytes32Anywhere*>(p)->bytes = lanes;
+}
+
+NUV_INLINE void load(const uint8_t* p, Bytes32& lanes) {
+  load32(p, lanes);
+}
+NUV_INLINE void store(uint8_t* p, const Bytes32& lanes) {
+  store32(p, lanes);
+}
+
+// Sixteen 16-bit integers.
+using Shorts16 = int16_t __attribute__((vector_size(32)));
+
+struct __attribute__((packed, may_alias)) Shorts16Anywhere {
+  Shorts16 shorts;
+};
+
+NUV_INLINE void load(const int16_t* p, Shorts16& lanes) {
+  lanes = reinterpret_cast<const Shorts16Anywhere*>(p)->shorts;
+}
+NUV_INLINE void store(int16_t* p, const Shorts16& lanes) {
+  reinterpret_cast<Shorts16Anywhere*>(p)->shorts = lanes;
+}
+
+// The average of each pair of bytes, rounded up.
+NUV_INLINE Bytes16 average_up(Bytes16 a, Bytes16 b) {
+#if defined(__SSE2__)
+  return reinterpret_cast<Bytes16>(_mm_avg_epu8(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+#else
+  return (a | b) - ((a ^ b) >> 1);
+#endif
+}
+
+// The lower and the upper halves of two vectors, taking turns.
+NUV_INLINE Bytes16 zip_low(Bytes16 a, Bytes16 b) {
+  return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+}
+NUV_INLINE Bytes16 zip_high(Bytes16 a, Bytes16 b) {
+  return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+}
+
+NUV_INLINE Bytes16 reversed(Bytes16 v) {
+  return __builtin_shufflevector(v, v, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+}
+
+// Byte i of the result is the byte of v at place places[i], which must be below 16.
+NUV_INLINE Bytes16 picked(Bytes16 v, Bytes16 places) {
+#if defined(__clang__)
+  Bytes16 result;
+  for (int i = 0; i < 16; ++i) result[i] = v[places[i]];
+  return result;
+#else
+  return __builtin_shuffle(v, places);
+#endif
+}
+
+// Turns 16 rows of 16 bytes into 16 columns. Zipping row i with row i + 8 doubles the distance between the
+// bytes of a row, in row number and place as one address of eight bits; after four rounds the bits of the
+// row and of the place have changed sides.
+NUV_INLINE void transpose16(Bytes16 (&rows)[16]) {
+  Bytes16 zipped[16];
+#pragma GCC unroll 4
+  for (int round = 0; round < 4; ++round) {
+#pragma GCC unroll 8
+    for (int i = 0; i < 8; ++i) {
+      zipped[2 * i] = zip_low(rows[i], rows[i + 8]);
+      zipped[2 * i + 1] = zip_high(rows[i], rows[i + 8]);
+    }
+#pragma GCC unroll 16
+    for (int i = 0; i < 16; ++i) rows[i] = zipped[i];
+  }
+}
+
+#endif  // NUV_HAS_LANES
+
+}  // namespace nuv
+
+#endif

@@ -1,0 +1,87 @@
+// Views of the caller's memory: images, and regions of them.
+
+#ifndef NUV_CORE_VIEWS_H
+#define NUV_CORE_VIEWS_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace nuv {
+
+struct Point {
+  int32_t x;
+  int32_t y;
+};
+
+// Columns x1..x2 of rows y1..y2, all four ends inclusive, in the order in which hosts pass them.
+struct Region {
+  int32_t x1;
+  int32_t x2;
+  int32_t y1;
+  int32_t y2;
+
+  static Region of(Point p) { return {p.x, p.x, p.y, p.y}; }
+  // Grows to hold a point.
+  void take_in(Point p) {
+    x1 = std::min(x1, p.x);
+    x2 = std::max(x2, p.x);
+    y1 = std::min(y1, p.y);
+    y2 = std::max(y2, p.y);
+  }
+
+  int32_t columns() const { return x2 - x1 + 1; }
+  int32_t rows() const { return y2 - y1 + 1; }
+  bool empty() const { return x1 > x2 || y1 > y2; }
+
+  // Cut to an image: the lower ends are only raised and the upper ends only lowered, so that a region
+  // beside the image becomes empty.
+  Region clamped_to(int32_t width, int32_t height) const {
+    return {std::max(x1, 0), std::min(x2, std::max(width, 0) - 1), std::max(y1, 0),
+            std::min(y2, std::max(height, 0) - 1)};
+  }
+};
+
+// Rows of width pixels of Channels bytes, one behind the other without a gap, the top row first.
+template <int Channels>
+struct Image {
+  uint8_t* pixels;
+  int32_t width;
+  int32_t height;
+
+  bool empty() const { return width <= 0 || height <= 0; }
+  std::ptrdiff_t size() const { return empty() ? 0 : static_cast<std::ptrdiff_t>(width) * height; }
+  Region whole() const { return empty() ? Region{0, -1, 0, -1} : Region{0, width - 1, 0, height - 1}; }
+  // Without a band on all four sides; without one of 1, where all eight neighbours lie in the image.
+  Region interior(int32_t band = 1) const {
+    return empty() ? whole() : Region{band, width - 1 - band, band, height - 1 - band};
+  }
+
+  bool contains(int32_t x, int32_t y) const { return x >= 0 && x < width && y >= 0 && y < height; }
+  uint8_t* at(int32_t x, int32_t y) const {
+    return pixels + (static_cast<std::ptrdiff_t>(y) * width + x) * Channels;
+  }
+  uint8_t* row(int32_t y) const { return at(0, y); }
+};
+
+using GrayImage = Image<1>;
+using RgbImage = Image<3>;
+
+// Copies and fills of whole images. Memory of no bytes may be null, which std::memcpy and std::memset refuse.
+inline void copy_bytes(uint8_t* to, const uint8_t* from, std::ptrdiff_t n) {
+  if (n > 0) std::memcpy(to, from, static_cast<std::size_t>(n));
+}
+inline void fill_bytes(uint8_t* bytes, uint8_t value, std::ptrdiff_t n) {
+  if (n > 0) std::memset(bytes, value, static_cast<std::size_t>(n));
+}
+
+// Of an image whose height the caller does not tell, and which nothing here needs.
+template <int Channels>
+Image<Channels> image_of_any_height(uint8_t* pixels, int32_t width) {
+  return {pixels, width, 0};
+}
+
+}  // namespace nuv
+
+#endif

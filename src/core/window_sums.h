@@ -1,0 +1,125 @@
+// Sums over windows that slide: the sums of columns, to which rows are added and from which they are taken,
+// so that a window costs the same whatever its height. Sums wrap, which a difference does not see.
+//
+// Along the row there are two ways. The running total of the values gives any stretch as one difference, for
+// windows of many sizes in a row. Sums of neighbours for windows of one size grow by doubling. With s(k)[i]
+// the sum of the k values at i, i + step, ... i + (k-1)*step,
+//
+//     s(2k)[i] = s(k)[i] + s(k)[i + k*step]      s(2k+1)[i] = s(2k)[i] + s(1)[i + 2k*step]
+//
+// so that a count is reached by its binary digits, and no place waits for the place before it.
+
+#ifndef NUV_CORE_WINDOW_SUMS_H
+#define NUV_CORE_WINDOW_SUMS_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "core/buffer.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
+
+namespace nuv {
+
+template <class Sum>
+NUV_ROW_KERNEL void add_row(Sum* NUV_RESTRICT sums, const uint8_t* row, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) sums[i] = static_cast<Sum>(sums[i] + row[i]);
+}
+
+template <class Sum>
+NUV_ROW_KERNEL void subtract_row(Sum* NUV_RESTRICT sums, const uint8_t* row, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) sums[i] = static_cast<Sum>(sums[i] - row[i]);
+}
+
+template <class Sum>
+NUV_ROW_KERNEL void exchange_rows(Sum* NUV_RESTRICT sums, const uint8_t* in, const uint8_t* out,
+                                  std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) sums[i] = static_cast<Sum>(sums[i] + in[i] - out[i]);
+}
+
+template <class Sum>
+NUV_ROW_KERNEL void add_weighted_row(Sum* NUV_RESTRICT sums, const uint8_t* row, Sum weight,
+                                     std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) sums[i] += weight * row[i];
+}
+
+// prefix[x] becomes the sum of the x values before place x; prefix has n + 1 entries.
+template <class T>
+void accumulate(const T* values, std::ptrdiff_t n, int32_t* prefix) {
+  int32_t sum = 0;
+  prefix[0] = 0;
+#pragma GCC unroll 8
+  for (std::ptrdiff_t x = 0; x < n; ++x) prefix[x + 1] = sum += values[x];
+}
+
+// The sums of each column of an image over some of its rows, and their prefix.
+class ColumnSums {
+ public:
+  explicit ColumnSums(GrayImage image)
+      : image_(image),
+        sums_(allocate<int32_t>(static_cast<std::size_t>(image.width))),
+        prefix_(allocate<int32_t>(static_cast<std::size_t>(image.width) + 1)) {
+    if (sums_) clear();
+  }
+
+  bool allocated() const { return sums_ && prefix_; }
+  // Entry x is the sum of the columns before x, of all rows that are in.
+  const int32_t* prefix() {
+    accumulate(sums_.get(), image_.width, prefix_.get());
+    return prefix_.get();
+  }
+
+ protected:
+  void clear() { std::fill_n(sums_.get(), image_.width, 0); }
+  void add(int32_t y) { add_row(sums_.get(), image_.row(y), image_.width); }
+  void subtract(int32_t y) { subtract_row(sums_.get(), image_.row(y), image_.width); }
+  void add(int32_t y, int32_t weight) { add_weighted_row(sums_.get(), image_.row(y), weight, image_.width); }
+
+ private:
+  GrayImage image_;
+  Buffer<int32_t> sums_;
+  Buffer<int32_t> prefix_;
+};
+
+template <class Sum>
+NUV_ROW_KERNEL void double_sums(const Sum* sums, std::ptrdiff_t ahead, Sum* NUV_RESTRICT out,
+                                std::ptrdiff_t n) {
+  const Sum* other = sums + ahead;
+  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = static_cast<Sum>(sums[i] + other[i]);
+}
+
+template <class Sum>
+NUV_ROW_KERNEL void double_sums_and_one(const Sum* sums, std::ptrdiff_t ahead, const Sum* one,
+                                        Sum* NUV_RESTRICT out, std::ptrdiff_t n) {
+  const Sum* other = sums + ahead;
+  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = static_cast<Sum>(sums[i] + other[i] + one[i]);
+}
+
+// The sums of the count values from each of n places on; n + (count-1)*step values are read. They are written
+// to one of two buffers that hold as many, and stand in the values themselves where the count is 1.
+template <class Sum>
+const Sum* neighbour_sums(const Sum* values, std::ptrdiff_t n, std::ptrdiff_t count, std::ptrdiff_t step,
+                          Sum* buffer, Sum* other_buffer) {
+  int digits = 0;
+  while (count >> digits > 1) ++digits;
+  const Sum* sums = values;
+  while (digits > 0) {
+    const std::ptrdiff_t half = count >> digits;
+    const std::ptrdiff_t reached = count >> --digits;
+    const std::ptrdiff_t places = n + (count - reached) * step;
+    if (reached == 2 * half) {
+      double_sums(sums, half * step, buffer, places);
+    } else {
+      double_sums_and_one(sums, half * step, values + 2 * half * step, buffer, places);
+    }
+    sums = buffer;
+    std::swap(buffer, other_buffer);
+  }
+  return sums;
+}
+
+}  // namespace nuv
+
+#endif

@@ -1,0 +1,103 @@
+// The histogram of the gray levels at the two sides of edges.
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "core/byte_counter.h"
+#include "core/runs.h"
+#include "core/views.h"
+#include "nuv/edges.h"
+#include "nuv/histogram.h"
+
+namespace nuv {
+namespace {
+
+constexpr uint8_t kEdge = 200;
+constexpr int32_t kMaxHalfSize = 4096;  // a window of every row that has local ranges
+
+// One row: its pixels, and the result row that shows edges from 200 up and counts samples.
+class RowSampler {
+ public:
+  RowSampler(const uint8_t* pixels, uint8_t* marks, int32_t width, int32_t window, int32_t threshold,
+             int32_t* bins)
+      : pixels_(pixels), marks_(marks), width_(width), window_(window), threshold_(threshold), bins_(bins) {}
+
+  // The pixels of an edge, both ends inclusive.
+  void sample(int32_t start, int32_t end) {
+    if (pixels_[start] - pixels_[end] >= threshold_) {
+      sample_in_pairs(start, end);
+    } else {
+      sample_around((start + end) / 2);
+    }
+  }
+
+ private:
+  void take(int32_t x) {
+    ++bins_[pixels_[x]];
+    ++marks_[x];
+  }
+
+  // Falling: outwards in pairs, from the distance of a window on, while the two sides stay a threshold apart.
+  void sample_in_pairs(int32_t start, int32_t end) {
+    const int32_t outwards = (start - end + window_ - 1) / 2;
+    const int32_t left = start - outwards;
+    const int32_t right = end + outwards;
+    const int32_t limit = std::min(left, width_ - right - 1);
+    for (int32_t k = 0; k < limit; ++k) {
+      if (std::abs(pixels_[left - k] - pixels_[right + k]) < threshold_) return;
+      take(left - k);
+      take(right + k);
+    }
+  }
+
+  // Else: at each side the first pixel, a window away or more, that is more than a threshold apart.
+  void sample_around(int32_t middle) {
+    const auto differs = [this, middle](int32_t x) {
+      return std::abs(pixels_[x] - pixels_[middle]) > threshold_;
+    };
+    for (int32_t x = std::min(middle - window_, width_ - 1); x >= 1; --x) {
+      if (!differs(x)) continue;
+      take(middle);
+      take(x);
+      break;
+    }
+    for (int32_t x = std::max(middle + window_, 0); x < width_; ++x) {
+      if (!differs(x)) continue;
+      take(middle);
+      take(x);
+      break;
+    }
+  }
+
+  const uint8_t* pixels_;
+  uint8_t* marks_;
+  int32_t width_;
+  int32_t window_;
+  int32_t threshold_;
+  int32_t* bins_;
+};
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t T,
+                           int32_t* pHistogram, uint8_t* pResImg) {
+  Histogram ranges;
+  const int32_t half = std::clamp(M, 0, kMaxHalfSize);
+  NuvEdgeTripeDetection(pGryImg, width, height, half, 1, pResImg, ranges.data());
+  NuvThreshold2V1V2(pResImg, width, height, T, 0, kEdge);
+
+  Histogram bins{};
+  const GrayImage source{pGryImg, width, height};
+  const GrayImage result{pResImg, width, height};
+  for (int32_t y = 0; y < height; ++y) {
+    uint8_t* marks = result.row(y);
+    RowSampler sampler(source.row(y), marks, width, 2 * half + 1, T, bins.data());
+    // Runs are looked for in the marks as the samples of earlier runs leave them.
+    for_bright_runs({marks, width, 1}, kEdge, kEdge,
+                    [&sampler](int32_t start, int32_t end) { sampler.sample(start, end); });
+  }
+  std::copy(bins.begin(), bins.end(), pHistogram);
+}

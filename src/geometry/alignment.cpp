@@ -1,0 +1,121 @@
+// Alignment by exhaustive search.
+//
+// Trials share no differences, so none is saved by sharing; what is saved are differences that cannot decide.
+// A look at every 16th row finds a shift that is likely the best, and with its mean as the limit nearly all
+// others are given up after a few rows. The result is that of the whole search: a trial is given up only when
+// its mean is certain not to win, and the order decides among equals.
+
+#include <algorithm>
+#include <optional>
+
+#include "core/views.h"
+#include "nuv/geometry.h"
+#include "statistics/difference.h"
+
+namespace nuv {
+namespace {
+
+class Search {
+ public:
+  Search(const uint8_t* img1, const uint8_t* img2, std::ptrdiff_t row_bytes, tagRECT rect, int32_t channels)
+      : row_bytes_(row_bytes), channels_(channels), area_(rect, channels) {
+    const std::ptrdiff_t corner = rect.top * row_bytes + static_cast<std::ptrdiff_t>(rect.left) * channels;
+    img1_ = img1 + corner;
+    img2_ = img2 + corner;
+  }
+
+  struct Trial {
+    Point shift;
+    int32_t mean;
+  };
+
+  Trial best(int32_t max_dx, int32_t max_dy) const {
+    Trial best = likely(max_dx, max_dy);
+    for (int32_t dx = -max_dx; dx <= max_dx; ++dx) {
+      for (int32_t dy = -max_dy; dy <= max_dy; ++dy) {
+        // Among equals the first wins, so one before the best so far needs no more than its mean.
+        const bool before = dx < best.shift.x || (dx == best.shift.x && dy < best.shift.y);
+        const int64_t end = int64_t{best.mean} + (before ? 1 : 0);
+        const auto sum = sum_below(end * area_.bytes(), {dx, dy});
+        if (sum && area_.mean(*sum) < end) best = {{dx, dy}, area_.mean(*sum)};
+      }
+    }
+    return best;
+  }
+
+ private:
+  static constexpr int32_t kSparse = 16;
+
+  int32_t row_difference(Point shift, int32_t row) const {
+    const std::ptrdiff_t there = row * row_bytes_;
+    const std::ptrdiff_t moved = shift.y * row_bytes_ + static_cast<std::ptrdiff_t>(shift.x) * channels_;
+    return sum_of_differences(img1_ + there, img2_ + there + moved, area_.row_bytes);
+  }
+
+  // Nothing as soon as the sum is certain to reach the limit: what is still to come cannot make it wrap.
+  std::optional<int32_t> sum_below(int64_t limit, Point shift) const {
+    int32_t sum = 0;
+    for (int32_t row = 0; row < area_.rows; ++row) {
+      sum += row_difference(shift, row);
+      const int64_t most_to_come = (area_.rows - row - int64_t{1}) * area_.row_bytes * 255;
+      if (sum >= limit && sum >= 0 && sum + most_to_come <= INT32_MAX) return std::nullopt;
+    }
+    return sum;
+  }
+
+  Trial likely(int32_t max_dx, int32_t max_dy) const {
+    Point likely{-max_dx, -max_dy};
+    int64_t least = INT64_MAX;
+    for (int32_t dx = -max_dx; dx <= max_dx; ++dx) {
+      for (int32_t dy = -max_dy; dy <= max_dy; ++dy) {
+        int64_t sum = 0;
+        for (int32_t row = 0; row < area_.rows; row += kSparse) sum += row_difference({dx, dy}, row);
+        if (sum < least) {
+          least = sum;
+          likely = {dx, dy};
+        }
+      }
+    }
+    int32_t sum = 0;
+    for (int32_t row = 0; row < area_.rows; ++row) sum += row_difference(likely, row);
+    return {likely, area_.mean(sum)};
+  }
+
+  const uint8_t* img1_;
+  const uint8_t* img2_;
+  std::ptrdiff_t row_bytes_;
+  int32_t channels_;
+  ComparedArea area_;
+};
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+int32_t NuvShiftImg2BasedImg1(uint8_t* pImg1, uint8_t* pImg2, uint8_t* pResImg, int32_t width, int32_t height,
+                              bool bRGB, int32_t maxDX, int32_t maxDY, tagRECT rect, int32_t* pDX,
+                              int32_t* pDY) {
+  rect.left = std::max(maxDX, rect.left);
+  rect.right = std::min(rect.right, width - maxDX - 1);
+  rect.top = std::max(maxDY, rect.top);
+  rect.bottom = std::min(rect.bottom, height - maxDY - 1);
+  int32_t result = (rect.right - rect.left + 1) * (rect.bottom - rect.top + 1) * (bRGB ? 765 : 255);
+  *pDX = *pDY = 0;
+  const GrayImage image{pImg1, width, height};
+  if (image.empty()) return result;
+
+  const int32_t channels = bRGB ? 3 : 1;
+  if (maxDX >= 0 && maxDY >= 0 && rect.left <= rect.right && rect.top <= rect.bottom) {
+    const Search search(pImg1, pImg2, static_cast<std::ptrdiff_t>(width) * channels, rect, channels);
+    const Search::Trial best = search.best(maxDX, maxDY);
+    if (best.mean < result) {
+      result = best.mean;
+      *pDX = best.shift.x;
+      *pDY = best.shift.y;
+    }
+  }
+  copy_bytes(pResImg, pImg1, image.size() * channels);
+  NuvImageShift(pImg2, width, height, bRGB, -*pDX, -*pDY, pResImg);
+  return result;
+}

@@ -1,0 +1,93 @@
+// Shifts of whole images and of their rows.
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "core/arithmetic.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
+#include "nuv/geometry.h"
+
+namespace nuv {
+namespace {
+
+constexpr int32_t kUnit = 4096;
+
+NUV_ROW_KERNEL void blend_row(const uint8_t* NUV_RESTRICT in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n,
+                              int32_t weight) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    out[x] = static_cast<uint8_t>(((kUnit - weight) * in[x] + weight * in[x + 1]) >> 12);
+  }
+}
+
+// Shifts row y by shift/4096 pixels to the left. Columns below 0 are the pixels before the row; those that
+// would be read or written outside the image are left out.
+void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, uint8_t* result) {
+  const int32_t whole = shift >> 12;
+  const int32_t weight = interpolated ? shift & (kUnit - 1) : 0;
+  const int64_t row = int64_t{y} * source.width;
+  const int64_t last_read = source.size() - (weight != 0 ? 2 : 1);
+  int64_t x = shift > 0 ? 0 : whole + 2;
+  const int64_t end = shift > 0 ? int64_t{source.width} - whole - 1 : source.width;
+  while (x < end) {
+    // The position wraps; up to there the places read follow each other.
+    const int64_t place = (static_cast<int32_t>(x) * kUnit + shift) >> 12;
+    const int64_t next = std::min(end, x + (1 << 19) - place);
+    const int64_t first = std::max({x, -row, x - (row + place)});
+    const int64_t behind = std::min(next, x + last_read + 1 - (row + place));
+    if (first < behind) {
+      const uint8_t* in = source.pixels + row + place + (first - x);
+      uint8_t* out = result + row + first;
+      const auto n = static_cast<std::ptrdiff_t>(behind - first);
+      if (weight != 0) {
+        blend_row(in, out, n, weight);
+      } else {
+        std::memcpy(out, in, static_cast<std::size_t>(n));
+      }
+    }
+    x = next;
+  }
+}
+
+void shift_rows(GrayImage source, double k, bool interpolated, uint8_t* result) {
+  if (source.empty()) return;
+  const int32_t step = truncated(k * kUnit);
+  for (int32_t y = 0; y < source.height; ++y) shift_row(source, y, y * step, interpolated, result);
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvShiftXPerRowFine(uint8_t* pGryImg, int32_t width, int32_t height, double k, uint8_t* pResImg) {
+  shift_rows({pGryImg, width, height}, k, true, pResImg);
+}
+
+void NuvShiftXPerRowFast(uint8_t* pGryImg, int32_t width, int32_t height, double k, uint8_t* pResImg) {
+  shift_rows({pGryImg, width, height}, k, false, pResImg);
+}
+
+void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, int32_t dx, int32_t dy,
+                   uint8_t* pResImg) {
+  if (GrayImage{pImg, width, height}.empty()) return;
+  const int64_t channels = bRGB ? 3 : 1;
+  const std::ptrdiff_t row_bytes = width * channels;
+  const auto free_bytes =
+      static_cast<std::ptrdiff_t>(std::min(std::abs(int64_t{dx}) * channels, int64_t{row_bytes}));
+  const auto kept_bytes = static_cast<std::size_t>(row_bytes - free_bytes);
+  for (int32_t y = 0; y < height; ++y) {
+    const int64_t source_row = int64_t{y} - dy;
+    uint8_t* result = pResImg + y * row_bytes;
+    const bool falls_free = source_row < 0 || source_row >= height;
+    const uint8_t* source = falls_free ? result : pImg + static_cast<std::ptrdiff_t>(source_row) * row_bytes;
+    if (dx < 0) {
+      std::memmove(result, source + free_bytes, kept_bytes);
+      std::memset(result + kept_bytes, 0, static_cast<std::size_t>(free_bytes));
+    } else {
+      std::memmove(result + free_bytes, source, kept_bytes);
+      std::memset(result, 0, static_cast<std::size_t>(free_bytes));
+    }
+  }
+}

@@ -1,0 +1,259 @@
+// Fixed factors: doubled images, and images shrunk by samples, by means and by medians of blocks.
+
+#include <algorithm>
+#include <cstring>
+
+#include "core/arithmetic.h"
+#include "core/buffer.h"
+#include "core/byte_counter.h"
+#include "core/lanes.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
+#include "core/window_sums.h"
+#include "histogram/histogram.h"
+#include "nuv/geometry.h"
+
+namespace nuv {
+namespace {
+
+// ---- doubling ----
+
+NUV_INLINE uint8_t middle(uint8_t a, uint8_t b) {
+  return static_cast<uint8_t>((a & b) + ((a ^ b) >> 1));
+}
+
+// The pixels of a row, each with what stands between it and the next; n pixels have one.
+NUV_ROW_KERNEL void double_gray_row(const uint8_t* NUV_RESTRICT in, std::ptrdiff_t n,
+                                    uint8_t* NUV_RESTRICT out) {
+  std::ptrdiff_t x = 0;
+#if NUV_HAS_LANES
+  for (; x + 16 <= n; x += 16) {
+    const Bytes16 pixels = load16(in + x);
+    const Bytes16 next = load16(in + x + 1);
+    const Bytes16 middles = (pixels & next) + ((pixels ^ next) >> 1);
+    store16(out + 2 * x, zip_low(pixels, middles));
+    store16(out + 2 * x + 16, zip_high(pixels, middles));
+  }
+#endif
+  for (; x < n; ++x) {
+    out[2 * x] = in[x];
+    out[2 * x + 1] = middle(in[x], in[x + 1]);
+  }
+}
+NUV_ROW_KERNEL void double_rgb_row(const uint8_t* NUV_RESTRICT in, std::ptrdiff_t n,
+                                   uint8_t* NUV_RESTRICT out) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    for (std::ptrdiff_t c = 0; c < 3; ++c) {
+      out[6 * x + c] = in[3 * x + c];
+      out[6 * x + 3 + c] = middle(in[3 * x + c], in[3 * x + 3 + c]);
+    }
+  }
+}
+
+NUV_ROW_KERNEL void middle_row(const uint8_t* above, const uint8_t* below, std::ptrdiff_t n,
+                               uint8_t* NUV_RESTRICT out) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = middle(above[x], below[x]);
+}
+
+using DoubleRow = void(const uint8_t* in, std::ptrdiff_t n, uint8_t* out);
+
+template <int Channels>
+void double_image(Image<Channels> image, DoubleRow double_row, uint8_t* result) {
+  if (image.empty()) return;
+  const std::ptrdiff_t between = image.width - 1;
+  const std::ptrdiff_t row_bytes = 2 * Channels * static_cast<std::ptrdiff_t>(image.width);
+  uint8_t* out = result;
+  for (int32_t y = 0; y < image.height; ++y, out += 2 * row_bytes) {
+    const uint8_t* row = image.row(y);
+    double_row(row, between, out);
+    for (std::ptrdiff_t x : {2 * between, 2 * between + 1}) {
+      std::memcpy(out + x * Channels, row + between * Channels, Channels);
+    }
+    if (y > 0) middle_row(out - 2 * row_bytes, out, row_bytes, out - row_bytes);
+  }
+  std::memcpy(out - row_bytes, out - 2 * row_bytes, static_cast<std::size_t>(row_bytes));
+}
+
+// ---- samples ----
+
+void extract(GrayImage image, int32_t m, int32_t n, uint8_t* result) {
+  if (image.empty() || m < 1 || n < 1) return;
+  const int32_t columns = image.width / m;
+  const int32_t rows = image.height / n;
+  for (int32_t y = 0; y < rows; ++y, result += columns) {
+    const uint8_t* row = image.row(y * n);
+    for (std::ptrdiff_t x = 0; x < columns; ++x) result[x] = row[x * m];
+  }
+}
+
+// ---- means ----
+
+// The quotients, truncated. A sum that cannot have wrapped is taken half a unit up: the product with the reciprocal
+// is then farther from an integer than double precision rounds.
+NUV_ROW_KERNEL void divide_row(const int32_t* sums, int32_t divisor, std::ptrdiff_t n,
+                               uint8_t* NUV_RESTRICT out) {
+  if (divisor > INT32_MAX / 255) {
+    for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = static_cast<uint8_t>(sums[i] / divisor);
+    return;
+  }
+  const double reciprocal = 1.0 / divisor;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    out[i] = static_cast<uint8_t>(static_cast<int32_t>((sums[i] + 0.5) * reciprocal));
+  }
+}
+
+// The sums of the columns of a row of blocks, then those of the blocks.
+template <int Channels>
+void shrink_by_mean(Image<Channels> image, int32_t m, int32_t n, uint8_t* result) {
+  if (image.empty() || m < 1 || n < 1 || m > image.width) return;
+  const std::ptrdiff_t columns = image.width / m;
+  const int32_t rows = image.height / n;
+  const std::ptrdiff_t used = columns * m * Channels;
+  const Buffer<int32_t> buffer = allocate<int32_t>(static_cast<uint64_t>(used + columns * Channels));
+  if (!buffer) return;
+  int32_t* sums = buffer.get();
+  int32_t* totals = m > 1 ? sums + used : sums;
+  for (int32_t y = 0; y < rows; ++y, result += columns * Channels) {
+    std::fill_n(sums, used, 0);
+    for (int32_t r = 0; r < n; ++r) add_row(sums, image.row(y * n + r), used);
+    const int32_t* block = sums;
+    for (std::ptrdiff_t x = 0; x < columns && m > 1; ++x, block += m * Channels) {
+      int32_t total[Channels] = {};
+      for (std::ptrdiff_t i = 0; i < m; ++i) {
+        for (int c = 0; c < Channels; ++c) total[c] += block[i * Channels + c];
+      }
+      for (int c = 0; c < Channels; ++c) totals[x * Channels + c] = total[c];
+    }
+    divide_row(totals, m * n, columns * Channels, result);
+  }
+}
+
+// Sums of two bytes as the two halves of one word: which of them is which does not matter.
+NUV_INLINE uint16_t pair_sum(const uint8_t* p) {
+  uint16_t pair;
+  std::memcpy(&pair, p, 2);
+  return static_cast<uint16_t>((pair & 255) + (pair >> 8));
+}
+
+NUV_ROW_KERNEL void mean_2x2_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width, std::ptrdiff_t n,
+                                 uint8_t* NUV_RESTRICT out) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const auto sum = static_cast<uint16_t>(pair_sum(p + 2 * x) + pair_sum(p + width + 2 * x));
+    out[x] = static_cast<uint8_t>(sum >> 2);
+  }
+}
+
+NUV_ROW_KERNEL void mean_4x4_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width, std::ptrdiff_t n,
+                                 uint8_t* NUV_RESTRICT out) {
+  constexpr std::ptrdiff_t kSpan = 512;
+  uint16_t pairs[2 * kSpan];
+  for (std::ptrdiff_t first = 0; first < n; first += kSpan) {
+    const std::ptrdiff_t span = std::min(kSpan, n - first);
+    const uint8_t* q = p + 4 * first;
+    for (std::ptrdiff_t x = 0; x < 2 * span; ++x) {
+      pairs[x] = static_cast<uint16_t>(pair_sum(q + 2 * x) + pair_sum(q + width + 2 * x) +
+                                       pair_sum(q + 2 * width + 2 * x) + pair_sum(q + 3 * width + 2 * x));
+    }
+    for (std::ptrdiff_t x = 0; x < span; ++x) {
+      out[first + x] = static_cast<uint8_t>(static_cast<uint16_t>(pairs[2 * x] + pairs[2 * x + 1]) >> 4);
+    }
+  }
+}
+
+using MeanRow = void(const uint8_t* p, std::ptrdiff_t width, std::ptrdiff_t n, uint8_t* out);
+
+void shrink_by_mean(GrayImage image, int32_t side, MeanRow mean_row, uint8_t* result) {
+  if (image.empty()) return;
+  const int32_t columns = image.width / side;
+  const int32_t rows = image.height / side;
+  for (int32_t y = 0; y < rows; ++y, result += columns) {
+    mean_row(image.row(y * side), image.width, columns, result);
+  }
+}
+
+// ---- medians ----
+
+// The size of the cells that a length is cut into: where they would leave a rest, one cell fewer shares it.
+int32_t cell_size(int32_t length, int32_t cells) {
+  const int32_t size = length / cells;
+  return size * cells < length ? length / (cells - 1) : size;
+}
+
+uint8_t median_of(GrayImage image, Region cell, WindowBins& window) {
+  if (cell.empty()) return 0;
+  window.clear();
+  for (int32_t y = cell.y1; y <= cell.y2; ++y) {
+    for (int32_t x = cell.x1; x <= cell.x2; ++x) window.add(*image.at(x, y));
+  }
+  return low_byte(median_bin(window.bins(), window.count(), window.least()));
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void NuvZoomGryImg2x2(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  double_image<1>({pGryImg, width, height}, double_gray_row, pResImg);
+}
+
+void NuvZoomRGBImg2x2(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  double_image<3>({pRGBImg, width, height}, double_rgb_row, pResImg);
+}
+
+void NuvShrinkGryImgByExtract(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
+                              uint8_t* pResImg) {
+  extract({pGryImg, width, height}, M, N, pResImg);
+}
+
+void NuvShrinkImgByAvr(uint8_t* pImg, bool bRGB, int32_t width, int32_t height, int32_t M, int32_t N,
+                       uint8_t* pResImg) {
+  if (bRGB) {
+    shrink_by_mean<3>({pImg, width, height}, M, N, pResImg);
+  } else {
+    shrink_by_mean<1>({pImg, width, height}, M, N, pResImg);
+  }
+}
+
+void NuvShrinkGryImgByMedian(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
+                             int32_t resWidth, int32_t resHeight) {
+  const GrayImage source{pGryImg, width, height};
+  const GrayImage result{pResImg, resWidth, resHeight};
+  if (source.empty() || result.empty()) return;
+  const int32_t columns = cell_size(width, resWidth);
+  const int32_t rows = cell_size(height, resHeight);
+  WindowBins window;
+  for (int32_t j = 0; j < resHeight; ++j) {
+    for (int32_t i = 0; i < resWidth; ++i) {
+      const Point corner{i * columns, j * rows};
+      const Region cell{corner.x, std::min(columns, width - corner.x) + corner.x - 1, corner.y,
+                        std::min(rows, height - corner.y) + corner.y - 1};
+      *result.at(i, j) = median_of(source, cell, window);
+    }
+  }
+}
+
+void NuvShrinkGryImg2x2ByExtract(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
+                                 int32_t* pResWidth, int32_t* pResHeight) {
+  *pResWidth = width / 2;
+  *pResHeight = height / 2;
+  extract({pGryImg, width, height}, 2, 2, pResImg);
+}
+
+void NuvShrinkGryImg2x2ByAvr(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
+  shrink_by_mean({pGryImg, width, height}, 2, mean_2x2_row, pResImg);
+}
+
+void NuvShrinkGryImg4x4ByAvr(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
+                             int32_t* pResWidth, int32_t* pResHeight) {
+  *pResWidth = width / 4;
+  *pResHeight = height / 4;
+  shrink_by_mean({pGryImg, width, height}, 4, mean_4x4_row, pResImg);
+}
+
+void NuvShrinkGryImg4x4ByExtract(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
+                                 int32_t* pResWidth, int32_t* pResHeight) {
+  *pResWidth = width / 4;
+  *pResHeight = height / 4;
+  extract({pGryImg, width, height}, 4, 4, pResImg);
+}

@@ -1,0 +1,155 @@
+// Noise.
+//
+// A model is a function from a byte to its noisy byte that draws from one stream of samples. The stream is
+// the call's own: the runtime's generator, which other threads and the host share, only gives it its seed.
+
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+
+#include "core/arithmetic.h"
+#include "core/buffer.h"
+#include "core/byte_counter.h"
+#include "nuv/histogram.h"
+#include "nuv/noise.h"
+
+namespace nuv {
+namespace {
+
+constexpr int32_t kMostSample = 32767;
+
+// ---- the runtime's generator ----
+
+// The bits that every platform's generator has.
+uint32_t runtime_sample() {
+  return static_cast<uint32_t>(std::rand()) & kMostSample;
+}
+
+// The runtime's generator is seeded once in a process, from the clock and from where memory lies.
+void NuvSeedRandomOnce() {
+  static std::atomic<bool> is_due{true};
+  if (!is_due.exchange(false)) return;
+  std::srand(static_cast<uint32_t>(std::time(nullptr)));
+  const Buffer<char> memory = allocate<char>(runtime_sample() % 2048 + 1);
+  const auto place = static_cast<uint32_t>(reinterpret_cast<std::uintptr_t>(memory.get()));
+  std::srand(runtime_sample() + place);
+}
+
+// ---- samples ----
+
+// A counter with a large odd step, its bits mixed.
+class Samples {
+ public:
+  Samples() {
+    for (int i = 0; i < 5; ++i) state_ = state_ << 15 ^ runtime_sample();
+  }
+
+  // From 0 to 32767, and as a share of that.
+  int32_t uniform() {
+    state_ += 0x9E3779B97F4A7C15;
+    uint64_t bits = state_;
+    bits = (bits ^ bits >> 30) * 0xBF58476D1CE4E5B9;
+    bits = (bits ^ bits >> 27) * 0x94D049BB133111EB;
+    return static_cast<int32_t>(bits >> 49);
+  }
+  double share() { return static_cast<double>(uniform()) / kMostSample; }
+
+ private:
+  uint64_t state_ = 0;
+};
+
+// Of mean 0 and deviation 1, by the polar method, which makes two and of which one is used.
+double NuvGaussianRandom(Samples& samples) {
+  for (;;) {
+    const double u1 = samples.uniform() * 2.0 / kMostSample - 1;
+    const double u2 = samples.uniform() * 2.0 / kMostSample - 1;
+    const double s = u2 * u2 + u1 * u1;
+    if (s > 0 && s < 1) return std::sqrt(-2 * std::log(s) / s) * u2;
+  }
+}
+
+// ---- models ----
+
+// The values of a buffer lie between these, and most models stay there.
+struct Range {
+  int32_t low;
+  int32_t high;
+
+  uint8_t held(double value) const {
+    if (value > high) value = high;
+    if (!(value >= low)) value = low;  // a not-a-number too
+    return low_byte(truncated(value));
+  }
+};
+
+Range range_of(const Histogram& bins) {
+  Range range{0, kBins - 1};
+  while (range.low < kBins - 1 && bins[range.low] == 0) ++range.low;
+  while (range.high > 0 && bins[range.high] == 0) --range.high;
+  return range;
+}
+
+uint8_t poisson(uint8_t mean, Samples& samples) {
+  if (mean == 0) return 0;
+  if (mean > 100)
+    return low_byte(truncated(std::sqrt(static_cast<double>(mean)) * NuvGaussianRandom(samples) + mean));
+  // Waiting times are exponential: how many fit into one unit is Poisson.
+  const double limit = std::exp(-static_cast<double>(mean));
+  int32_t k = 0;
+  double product = 1.0;
+  do {
+    product = samples.share() * product;
+    ++k;
+  } while (product >= limit);
+  return low_byte(k - 1);
+}
+
+template <class Model>
+void replace_each(uint8_t* bytes, int32_t n, Model model) {
+  for (int32_t i = 0; i < n; ++i) bytes[i] = model(bytes[i]);
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+void Brindlemar2008AddNoise(uint8_t* pImg, int32_t N, double noise, uint32_t type) {
+  NuvSeedRandomOnce();
+  if (noise == 0 || N <= 0 || type > 4) return;
+  Histogram bins;
+  NuvGetHistogram(pImg, N, 1, bins.data());
+  const Range range = range_of(bins);
+  if (noise < 0) noise = (range.high - range.low) * noise / -100.0;
+
+  Samples samples;
+  switch (type) {
+    case 0:
+      replace_each(pImg, N, [&](uint8_t v) { return range.held(v + NuvGaussianRandom(samples) * noise); });
+      break;
+    case 1:
+      replace_each(pImg, N, [&](uint8_t v) {
+        return range.held(v + (1 - samples.uniform() * 2.0 / kMostSample) * noise);
+      });
+      break;
+    case 2: {
+      const Range grains = range.low == range.high ? Range{0, kBins - 1} : range;
+      replace_each(pImg, N, [&](uint8_t v) {
+        if (!(samples.share() * 100 < noise)) return v;
+        return low_byte(samples.share() < 0.5 ? grains.high : grains.low);
+      });
+      break;
+    }
+    case 3:
+      replace_each(pImg, N, [&](uint8_t v) { return poisson(v, samples); });
+      break;
+    default:
+      replace_each(pImg, N, [&](uint8_t v) {
+        const double a = v / std::sqrt(2.0);
+        const double x = NuvGaussianRandom(samples) * noise + a;
+        const double y = NuvGaussianRandom(samples) * noise + a;
+        return range.held(std::sqrt(x * x + y * y));
+      });
+  }
+}

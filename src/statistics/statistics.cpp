@@ -1,0 +1,250 @@
+// What is measured over rectangles and windows.
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "core/arithmetic.h"
+#include "core/buffer.h"
+#include "core/byte_counter.h"
+#include "core/byte_sums.h"
+#include "core/row_kernel.h"
+#include "core/views.h"
+#include "core/window_sums.h"
+#include "histogram/histogram.h"
+#include "nuv/histogram.h"
+#include "nuv/statistics.h"
+#include "statistics/difference.h"
+
+namespace nuv {
+namespace {
+
+// ---- two rectangles ----
+
+int32_t columns_of(const tagRECT& rect) {
+  return rect.right - rect.left + 1;
+}
+int32_t rows_of(const tagRECT& rect) {
+  return rect.bottom - rect.top + 1;
+}
+
+template <int Channels>
+struct Rectangle {
+  Image<Channels> image;
+  tagRECT rect;
+
+  const uint8_t* at(int32_t column, int32_t row) const {
+    return image.at(rect.left + column, rect.top + row);
+  }
+};
+
+// Row by row.
+template <int Channels>
+int32_t mean_difference_of_equals(Rectangle<Channels> a, Rectangle<Channels> b) {
+  const ComparedArea area(a.rect, Channels);
+  if (area.empty()) return 0;
+  int32_t sum = 0;
+  for (int32_t row = 0; row < area.rows; ++row) {
+    sum += sum_of_differences(a.at(0, row), b.at(0, row), area.row_bytes);
+  }
+  return area.mean(sum);
+}
+
+// Each pixel of the walked rectangle against the one in its place in the target.
+template <int Channels>
+int32_t mean_difference(Rectangle<Channels> walked, Rectangle<Channels> target) {
+  const int32_t rows = rows_of(walked.rect);
+  const int32_t columns = columns_of(walked.rect);
+  if (rows < 1 || columns < 1 || columns_of(target.rect) < 1) return 0;
+  const double row_step = static_cast<double>(rows_of(target.rect)) / rows;
+  const double column_step = static_cast<double>(columns_of(target.rect)) / columns;
+  int32_t sum = 0;
+  int32_t count = 0;
+  double target_row = 0.0;
+  for (int32_t row = 0; row < rows; ++row, target_row += row_step) {
+    double target_column = 0.0;
+    for (int32_t column = 0; column < columns; ++column, target_column += column_step) {
+      const uint8_t* p = walked.at(column, row);
+      const uint8_t* q = target.at(truncated(target_column), truncated(target_row));
+      for (int c = 0; c < Channels; ++c) sum += std::abs(p[c] - q[c]);
+      count += Channels;
+    }
+  }
+  return quotient(sum, count);
+}
+
+template <int Channels>
+int32_t mean_difference_in(Rectangle<Channels> a, Rectangle<Channels> b) {
+  const bool are_equals = columns_of(a.rect) == columns_of(b.rect) && rows_of(a.rect) == rows_of(b.rect);
+  if (are_equals) return mean_difference_of_equals(a, b);
+  return rows_of(a.rect) <= rows_of(b.rect) ? mean_difference(a, b) : mean_difference(b, a);
+}
+
+// ---- blocks and windows ----
+
+// Widened by a margin on each side, and each end then moved into the image.
+Region widened(Region inner, int32_t margin, GrayImage image) {
+  const auto within = [](int64_t place, int32_t size) {
+    return static_cast<int32_t>(std::clamp<int64_t>(place, 0, size - 1));
+  };
+  return {within(int64_t{inner.x1} - margin, image.width), within(int64_t{inner.x2} + margin, image.width),
+          within(int64_t{inner.y1} - margin, image.height), within(int64_t{inner.y2} + margin, image.height)};
+}
+
+int32_t pixels_of(Region region) {
+  return region.empty() ? 0 : region.columns() * region.rows();
+}
+
+// The standard deviation of the values counted, whose sums are exact however many they are. Empty bins add 0.
+double deviation(const WindowBins& window) {
+  const int32_t* bins = window.bins();
+  double sum = 0.0;
+  for (int32_t v = window.least(); v <= window.most(); ++v) sum += static_cast<double>(bins[v]) * v;
+  const double mean = sum / window.count();
+  double squares = 0.0;
+  for (int32_t v = window.least(); v <= window.most(); ++v) squares += (v - mean) * (v - mean) * bins[v];
+  return std::sqrt(squares / window.count());
+}
+
+// The first value from 0 on at which the running count exceeds a limit; 256 if it never does.
+int32_t first_from_below(const Histogram& bins, int32_t limit) {
+  int32_t sum = 0;
+  int32_t v = 0;
+  while (v < kBins && (sum += bins[v]) <= limit) ++v;
+  return v;
+}
+
+struct Window {
+  int64_t sum = 0;
+  Point corner{};
+};
+
+template <class Sum>
+NUV_ROW_KERNEL Sum largest_of(const Sum* sums, std::ptrdiff_t n) {
+  Sum most = sums[0];
+  for (std::ptrdiff_t i = 1; i < n; ++i) most = sums[i] > most ? sums[i] : most;
+  return most;
+}
+
+// The brightest window of M by N pixels, the first one in reading order; its sum is 0 if all are black or memory
+// is short. The last place of either axis is not tried, but for column 0. Sum holds the sum of a window.
+template <class Sum>
+Window brightest_window(GrayImage image, int32_t M, int32_t N) {
+  const std::ptrdiff_t places = std::max(image.width - M, 1);
+  Buffer<Sum> columns = allocate<Sum>(static_cast<std::size_t>(image.width));
+  Buffer<Sum> rooms[] = {allocate<Sum>(static_cast<std::size_t>(image.width)),
+                         allocate<Sum>(static_cast<std::size_t>(image.width))};
+  Window best;
+  if (!columns || !rooms[0] || !rooms[1]) return best;
+  std::fill_n(columns.get(), image.width, Sum{0});
+  for (int32_t y = 0; y < N; ++y) add_row(columns.get(), image.row(y), image.width);
+  for (int32_t y = 0; y < image.height - N; ++y) {
+    const Sum* sums = neighbour_sums<Sum>(columns.get(), places, M, 1, rooms[0].get(), rooms[1].get());
+    const Sum most = largest_of(sums, places);
+    if (most > best.sum)
+      best = {most, {static_cast<int32_t>(std::find(sums, sums + places, most) - sums), y}};
+    exchange_rows(columns.get(), image.row(y + N), image.row(y), image.width);
+  }
+  return best;
+}
+
+}  // namespace
+}  // namespace nuv
+
+using namespace nuv;
+
+int32_t NuvImgDifferenceInRect(uint8_t* pImg1, uint8_t* pImg2, bool bRGB, int32_t width, tagRECT rect1,
+                               tagRECT rect2) {
+  if (bRGB) {
+    return mean_difference_in<3>({image_of_any_height<3>(pImg1, width), rect1},
+                                 {image_of_any_height<3>(pImg2, width), rect2});
+  }
+  return mean_difference_in<1>({image_of_any_height<1>(pImg1, width), rect1},
+                               {image_of_any_height<1>(pImg2, width), rect2});
+}
+
+int32_t NuvCenterBlockMeanDif(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
+                              int32_t y1, int32_t y2, int32_t M) {
+  const GrayImage image{pGryImg, width, height};
+  if (image.empty()) return 0;
+  const Region inner{x1, x2, y1, y2};
+  const Region outer = widened(inner, M, image);
+  const int32_t inner_pixels = pixels_of(inner);
+  const int32_t ring_pixels = pixels_of(outer) - inner_pixels;
+  if (inner_pixels == 0 || ring_pixels == 0) return 0;
+  const int32_t inner_sum = sum_of_region(image, inner);
+  const int32_t ring_sum = sum_of_region(image, outer) - inner_sum;
+  return quotient(inner_sum, inner_pixels) - quotient(ring_sum, ring_pixels);
+}
+
+void NuvPointsRect(int32_t* pX, int32_t* pY, int32_t N, int32_t* pMinX, int32_t* pMaxX, int32_t* pMinY,
+                   int32_t* pMaxY) {
+  const int32_t count = std::max(N, 1);
+  const auto [min_x, max_x] = std::minmax_element(pX, pX + count);
+  const auto [min_y, max_y] = std::minmax_element(pY, pY + count);
+  *pMinX = *min_x;
+  *pMaxX = *max_x;
+  *pMinY = *min_y;
+  *pMaxY = *max_y;
+}
+
+int32_t NuvGryRectAvr(uint8_t* pGryImg, int32_t width, int32_t /*height*/, int32_t x1, int32_t x2, int32_t y1,
+                      int32_t y2) {
+  const Region region{x1, x2, y1, y2};
+  return quotient(sum_of_region(image_of_any_height<1>(pGryImg, width), region), pixels_of(region));
+}
+
+void NuvGryMinMaxInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
+                        double ratio, int32_t* pMin, int32_t* pMax) {
+  const Region region{x1, x2, y1, y2};
+  Histogram bins;
+  NuvGetHistogramInRect(pGryImg, width, x1, x2, y1, y2, bins.data());
+  const int32_t ignored = truncated(region.columns() * ratio * region.rows());
+  *pMin = first_from_below(bins, ignored);
+  *pMax = std::max(first_from_above(bins.data(), ignored, Reach::kExceeds), 0);
+}
+
+double NuvMaxBrightRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N, int32_t* pX,
+                        int32_t* pY) {
+  const GrayImage image{pGryImg, width, height};
+  *pX = width / 2;
+  *pY = height / 2;
+  if (M < 1 || N < 1 || M > width || N > height) return 0.0;
+  const bool is_small = int64_t{M} * N * 255 <= INT32_MAX;
+  const Window best =
+      is_small ? brightest_window<int32_t>(image, M, N) : brightest_window<int64_t>(image, M, N);
+  if (best.sum == 0) return 0.0;
+  *pX = M / 2 + best.corner.x;
+  *pY = N / 2 + best.corner.y;
+  return static_cast<double>(best.sum) / (static_cast<double>(M) * N);
+}
+
+int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t M,
+                            int32_t N) {
+  if (M < 1 || N < 1) return 0;
+  const int32_t area = M * N;
+  const int32_t step_x = std::max(M / 2, 1);
+  const int32_t step_y = std::max(N / 2, 1);
+  const GrayImage image{pGryImg, width, height};
+  const GrayImage mask{pMskImg, width, height};
+  Histogram weights{};
+  WindowBins window;
+  for (int64_t y = 0; y < height; y += step_y) {
+    for (int64_t x = 0; x < width; x += step_x) {
+      // One pixel more than M by N, where the image goes so far.
+      const auto x1 = static_cast<int32_t>(x);
+      const auto x2 = static_cast<int32_t>(std::min<int64_t>(x + M, width - 1));
+      const auto y2 = static_cast<int32_t>(std::min<int64_t>(y + N, height - 1));
+      window.clear();
+      for (auto row = static_cast<int32_t>(y); row <= y2; ++row) {
+        for (int32_t column = x1; column <= x2; ++column) {
+          if (*mask.at(column, row) != 0) window.add(*image.at(column, row));
+        }
+      }
+      const int32_t n = window.count();
+      if (n == 0 || n * 3 <= area) continue;
+      weights[truncated(deviation(window) + 0.5)] += quotient(n * 4, area);
+    }
+  }
+  return NuvGetMedianInHistogram(weights.data());
+}
