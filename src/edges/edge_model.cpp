@@ -92,7 +92,7 @@ void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int3
   Histogram bins{};
   const GrayImage source{pGryImg, width, height};
   const GrayImage result{pResImg, width, height};
-  for (int32_t y = 0; y < height; ++y) {
+  for (int32_t y = 0; y < height && !source.empty(); ++y) {
     uint8_t* marks = result.row(y);
     RowSampler sampler(source.row(y), marks, width, 2 * half + 1, T, bins.data());
     // Runs are looked for in the marks as the samples of earlier runs leave them.

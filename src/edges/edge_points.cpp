@@ -42,9 +42,11 @@ NUV_ROW_KERNEL uint8_t greatest_of(const uint8_t* p, std::ptrdiff_t n) {
 
 // The two strongest pixels from x1 to x2; twice the same where there is no second one, and kNowhere where all
 // is 0. Ties go to the first pixel, and for the second one to the last.
-Two strongest_two_in_row(const uint8_t* row, int32_t x1, int32_t x2) {
+Two strongest_two_in_row(GrayImage image, int32_t y, int32_t x1, int32_t x2) {
+  if (x2 < x1) return {kNowhere, kNowhere};
+  const uint8_t* row = image.row(y);
   const uint8_t* begin = row + x1;
-  const uint8_t* end = x2 < x1 ? begin : row + x2 + 1;
+  const uint8_t* end = row + x2 + 1;
   const uint8_t most = greatest_of(begin, end - begin);
   if (most == 0) return {kNowhere, kNowhere};
   const uint8_t* first = std::find(begin, end, most);
@@ -236,7 +238,7 @@ void NuvExtractEdgePointInRect(uint8_t* pGrdImg, int32_t width, int32_t x1, int3
                                int32_t y2, int32_t* pLeft, int32_t* pRight, int32_t* pTop, int32_t* pBottom) {
   const GrayImage image = image_of_any_height<1>(pGrdImg, width);
   const PairsOfPoints points{pLeft, pRight, pTop, pBottom};
-  for (int32_t y = y1; y <= y2; ++y) points.store_row(y, strongest_two_in_row(image.row(y), x1, x2));
+  for (int32_t y = y1; y <= y2; ++y) points.store_row(y, strongest_two_in_row(image, y, x1, x2));
   points.store_columns(image, x1, x2, [=](int32_t) { return Ends{y1, y2}; });
 }
 
@@ -247,7 +249,7 @@ void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_t cx, in
   const PairsOfPoints points{pLeft, pRight, pTop, pBottom};
   for (int32_t y = cy - ry; y <= cy + ry; ++y) {
     const Ends ends = ellipse_ends(cx, y - cy, ry, rx);
-    points.store_row(y, strongest_two_in_row(image.row(y), ends.low, ends.high));
+    points.store_row(y, strongest_two_in_row(image, y, ends.low, ends.high));
   }
   points.store_columns(image, cx - rx, cx + rx, [=](int32_t x) { return ellipse_ends(cy, x - cx, rx, ry); });
 }

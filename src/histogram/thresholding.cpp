@@ -11,7 +11,6 @@
 //     ByRatioAndMiniT      yes             to minT                       as applied
 
 #include <algorithm>
-#include <cstring>
 
 #include "core/arithmetic.h"
 #include "core/row_kernel.h"
@@ -36,7 +35,7 @@ struct TwoLevels {
     if (threshold > 0 && threshold <= 255) {
       threshold_row(in, out, n, static_cast<uint8_t>(threshold), low, high);
     } else {
-      std::memset(out, threshold <= 0 ? high : low, static_cast<std::size_t>(n));
+      fill_bytes(out, threshold <= 0 ? high : low, n);
     }
   }
 };
