@@ -7,108 +7,157 @@
 
 #include "nuv/api.h"
 
-// ---- BMP files -------------------------------------------------------------------------------------------
-//
-// Uncompressed files with the 14-byte file header and the 40-byte information header, rows stored bottom
-// first and padded to a multiple of 4 bytes. All five functions may run at once on different files.
+/// @defgroup files Files
+///
+/// BMP files, lists of files, and the debug log.
+///
+/// Paths and names are zero-terminated.
+/// @{
 
-/// The bare name in a path: what follows the last backslash, up to its first full stop.
+/// @defgroup files_bmp BMP files
 ///
-/// "d:\parts\a.b.bmp" gives "a". A forward slash is no separator. A path that ends in a backslash, or a name
-/// that begins with a full stop, gives an empty name.
+/// Files are uncompressed. They have the 14-byte file header and the 40-byte information header. Rows are
+/// stored bottom first and padded to a multiple of 4 bytes. All functions of this group may run at once on
+/// different files.
+/// @{
+
+/// Extracts the bare name from a path: the part after the last backslash, up to its first full stop.
 ///
-/// @param pFileName  path, zero-terminated
-/// @param pNakeName  receives the name; must have room for everything behind the last backslash, with its
-///                   terminating zero, as that is copied before it is cut. May be pFileName itself
+/// "d:\\parts\\a.b.bmp" gives "a". A forward slash does not separate. A path that ends in a backslash, or a
+/// name that begins with a full stop, gives an empty name.
+///
+/// @param pFileName  the path
+/// @param pNakeName  receives the name, zero-terminated; may be pFileName itself. It needs room for
+///                   everything after the last backslash and a terminating zero, because all of that is
+///                   copied before it is cut
 NUV_API void NuvGetFileNakeName(char* pFileName, char* pNakeName);
 
-/// Reads an 8-bit BMP file. The pixel values are taken as they stand, whatever the palette.
+/// Reads an 8-bit BMP file as a gray image.
 ///
-/// The header is believed: signature, planes, bit count and compression are not looked at, so a file of
-/// another depth is read with the wrong row size. A host that must tell depths apart reads the 16-bit bit
-/// count at byte 28 itself.
+/// The pixel values are taken as they are stored; the palette is ignored. Signature, planes, bit count and
+/// compression of the header are not checked, so a file of another depth is read with the wrong row size. A
+/// host that must tell depths apart reads the 16-bit bit count at byte 28 itself.
 ///
-/// @param pFileName        path, zero-terminated
-/// @param pWidth, pHeight  receive the file's dimensions, also where a later failure makes the result null; 0
-///                         if the file cannot be opened, is shorter than its 54 bytes of headers, or gives an
-///                         offset of its pixels below 54
-/// @return the image, width*height bytes, to be released with delete[]; a height or width of 0 gives an image
-///         without pixels. Null on failure: the above, a negative dimension, rows that the file does not
-///         hold (with their padding), no memory, or something that is no file and has no end to seek
+/// The result is null if
+/// - the file cannot be opened, is shorter than the 54 bytes of its headers, or states an offset of its
+///   pixels below 54;
+/// - a dimension is negative;
+/// - the file does not hold all rows with their padding;
+/// - allocation fails;
+/// - the path names something without an end to seek, such as a pipe.
+///
+/// @param pFileName        path of the file
+/// @param pWidth, pHeight  receive the dimensions that the file states, also if a later step fails; 0 in the
+///                         first case above
+/// @return the image, width*height bytes, to be released with delete[]; an image without pixels if a
+///         dimension is 0; null on failure
 NUV_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
 
 /// Writes a gray image as an 8-bit BMP file with the gray palette 0..255.
 ///
-/// Padding repeats the last pixel of its row. The header's file size field leaves padding out of the count.
+/// The padding of a row repeats its last pixel. The file size that the header states does not count the
+/// padding. A width or height of 0 or less gives a file of headers and palette alone.
 ///
-/// A width or height of 0 or below gives a file of headers and palette alone.
-///
-/// @return false if the file cannot be opened, if allocation fails, which leaves headers and palette alone, or
-///         if any write came back short; the file is then completed as far as the stream allows. What is still
-///         buffered when the file is closed, and is lost then, does not show: a host that must know compares
-///         the file's length
+/// @param pGryImg    width*height bytes, not changed
+/// @param pFileName  path of the file; an existing file is replaced
+/// @return true on success. False if the file cannot be opened, if allocation fails (the file then consists
+///         of headers and palette), or if a write comes back short (the remaining writes are still made)
+/// @note Bytes that are still buffered when the file is closed, and are lost then, are not reported. A host
+///       that must know compares the length of the file
 NUV_API bool NuvWrite8BitImg2BmpFile(uint8_t* pGryImg, int32_t width, int32_t height, const char* pFileName);
 
-/// NuvWrite8BitImg2BmpFile with the last four palette entries coloured, to see marks in an image: 252 shows
-/// yellow, 253 blue, 254 (a traced contour) green, 255 (an object) red.
+/// Writes a gray image as an 8-bit BMP file that shows the marks 252..255 in colour.
+///
+/// The file is that of NuvWrite8BitImg2BmpFile, except for the last four palette entries: 252 shows yellow,
+/// 253 blue, 254 (a traced contour) green, and 255 (an object) red.
+///
+/// @param pGryImg    width*height bytes, not changed
+/// @param pFileName  path of the file; an existing file is replaced
+/// @return as NuvWrite8BitImg2BmpFile
 NUV_API bool NuvWrite8BitImg2BmpFileMarkColor(uint8_t* pGryImg, int32_t width, int32_t height,
                                               const char* pFileName);
 
-/// Reads a 24-bit BMP file.
+/// Reads a 24-bit BMP file as an RGB image.
 ///
-/// As NuvRead8BitBmpFile2Img, with two differences: the image has width*height*3 bytes (blue, green, red),
-/// and a file that ends inside or before the padding of its last row is complete.
+/// The function works as NuvRead8BitBmpFile2Img, with two differences. The image has width*height*3 bytes in
+/// the order blue, green, red. The padding of the last row may be missing from the file.
+///
+/// @param pFileName        path of the file
+/// @param pWidth, pHeight  receive the dimensions, as in NuvRead8BitBmpFile2Img
+/// @return the image, to be released with delete[], or null as in NuvRead8BitBmpFile2Img
 NUV_API uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
 
 /// Writes an RGB image as a 24-bit BMP file.
 ///
-/// Padding repeats the blue byte of the last pixel of its row. The header's file size field leaves padding
-/// out of the count.
+/// The padding of a row repeats the blue byte of its last pixel. The file size that the header states does
+/// not count the padding. A width or height of 0 or less gives a file of headers alone.
 ///
+/// @param pRGBImg    width*height*3 bytes in the order blue, green, red, not changed
+/// @param pFileName  path of the file; an existing file is replaced
 /// @return as NuvWrite8BitImg2BmpFile
 NUV_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t height, const char* pFileName);
 
-// ---- Lists of files --------------------------------------------------------------------------------------
-//
-// A list is a text with one name a line. A line ends with carriage return and line feed, and what follows the
-// last line end is no line. The list is read whole and held, in memory that only grows, until the next one:
-// this is one global object, one thread at a time.
+/// @}
 
-/// Reads a list, and starts the walk of NuvSequenceFiles_GetNextFileName from its first line.
+/// @defgroup files_lists Lists of files
 ///
-/// @param pFileName  name of the list, zero-terminated, less than 1024 bytes
-/// @return false if the name is too long, the file cannot be opened, or it has no length below
-///         2^31 - 1: the list before stays, and its walk starts anew. False also for want of memory, and then
-///         there is no list, and for an empty file while no other list has been read. An error in reading
-///         does not show: what could not be read is 0
+/// A list is a text file with one name per line. Each line ends with carriage return and line feed; text
+/// after the last line end is not a line. The library reads a list as a whole and holds it until the next one
+/// is read. The list is one global object: only one thread at a time may call these functions. Its memory
+/// only grows.
+/// @{
+
+/// Reads a list of files, and starts the walk of NuvSequenceFiles_GetNextFileName at its first line.
+///
+/// The walk restarts in every case. If the result is false because the name is too long, the file cannot be
+/// opened, or it has no length below 2^31 - 1, the previous list stays. If allocation fails, no list is held.
+/// An empty file gives false only while no memory is held from a previous list. A read error is not reported:
+/// bytes that could not be read are 0.
+///
+/// @param pFileName  name of the list, less than 1024 bytes long
+/// @return whether the list was read
 NUV_API bool NuvSequenceFiles_Initialize(char* pFileName);
 
-/// The next line of the list, without the blanks (spaces, no tabs) at its end.
+/// Returns the next line of the list, without the spaces at its end.
 ///
-/// A line of size bytes or more, its trailing blanks counted, gives false and is skipped.
+/// Tabs are kept. A line of size bytes or more, trailing spaces included, gives false and is skipped.
 ///
-/// @param pFileName  receives the line; all of its size bytes are written, those behind the line with 0
-/// @param size       bytes of pFileName; 0 or below writes nothing, and every line is too long
-/// @return false, with an empty name, if the line does not fit, or there is none; without a list there is
-///        none
+/// @param pFileName  receives the line. All size bytes are written; those after the line are 0
+/// @param size       size of pFileName in bytes; 0 or less writes nothing, and every line is too long
+/// @return false, with an empty name, if the line does not fit, if the walk is at the end, or if no list is
+///         held
 NUV_API bool NuvSequenceFiles_GetNextFileName(char* pFileName, int32_t size);
 
-/// A line of the list by its number, the first being 0. The walk is not moved.
+/// Returns a line of the list by its number, without the spaces at its end.
 ///
-/// @param pFileName, size  as of NuvSequenceFiles_GetNextFileName
-/// @return false, with an empty name, if the line does not fit, or there is none of that number
+/// The walk of NuvSequenceFiles_GetNextFileName does not move.
+///
+/// @param index      number of the line, from 0
+/// @param pFileName  receives the line, as in NuvSequenceFiles_GetNextFileName
+/// @param size       size of pFileName in bytes, as in NuvSequenceFiles_GetNextFileName
+/// @return false, with an empty name, if the line does not fit, or if the list has no line of that number
 NUV_API bool NuvSequenceFiles_GetFileName(int32_t index, char* pFileName, int32_t size);
 
-// ---- The debug log ---------------------------------------------------------------------------------------
+/// @}
 
-/// Appends a line feed, a text, a comma and a number to the log, which the first line that a host writes
-/// empties.
+/// @defgroup files_log The debug log
 ///
-/// The log is d:\tmp\NuvDebugInfo.txt on Windows and /tmp/NuvDebugInfo.txt elsewhere. The directory has to
-/// exist. The file is opened and closed for each line. If it cannot be opened, the line is lost and nothing
-/// else. One thread at a time.
+/// A text file for messages of the host.
+/// @{
+
+/// Appends a line feed, a text, a comma and a number to the debug log.
+///
+/// The log is d:\\tmp\\NuvDebugInfo.txt on Windows and /tmp/NuvDebugInfo.txt elsewhere; the directory must
+/// exist. The first line that a process writes empties the log. The file is opened and closed for each line.
+/// If it cannot be opened, the line is lost, with no other effect. Only one thread at a time may call this
+/// function.
 ///
 /// @param pText  text, zero-terminated
+/// @param value  number written after the text
 NUV_API void NuvDebugInfo(char* pText, int32_t value);
+
+/// @}
+
+/// @}
 
 #endif
