@@ -1,11 +1,11 @@
 // Box means.
 //
-// The sums of the columns over the rows of a window slide down with the rows, and the sums of windows come
-// from them by doubling. The bytes of RGB pixels stay interleaved: columns are columns of bytes, and
-// neighbours stand Channels apart.
+// The sums of the columns over the rows of a window slide down with the rows. The sums of windows are formed
+// from the column sums by doubling. The bytes of RGB pixels stay interleaved: columns are columns of bytes,
+// and horizontal neighbours are Channels bytes apart.
 //
-// What the exports differ in is what happens where a window does not fit (the two passes below), and how a
-// mean is had from an area.
+// The exports differ in two rules: what happens where a window does not fit (the two passes below), and which
+// multiplier stands for an area.
 
 #include <algorithm>
 #include <cstdlib>
@@ -40,7 +40,8 @@ struct Window {
   int64_t area() const { return (2 * static_cast<int64_t>(m) + 1) * (2 * static_cast<int64_t>(n) + 1); }
 };
 
-// The sums over the columns of 2m + 1 pixels, for the rows that are in. m must fit the width.
+// The sums of windows of 2m + 1 columns over the rows that have been added and not subtracted. 2m + 1 must
+// not exceed the width.
 template <int Channels, class Sum>
 class WindowSums {
  public:
@@ -60,7 +61,7 @@ class WindowSums {
 
   const Sum* columns() const { return buffers_[0].get(); }
 
-  // Writes the means of all windows that lie in the row, from place m on.
+  // Writes the means of all windows whose columns lie in the row. The first one is centred at column m.
   void write_means(uint32_t multiplier, uint8_t* row) const {
     const std::ptrdiff_t m = static_cast<std::ptrdiff_t>(m_) * Channels;
     const std::ptrdiff_t n = bytes_ - 2 * m;
@@ -73,10 +74,10 @@ class WindowSums {
   Image<Channels> image_;
   int32_t m_;
   std::ptrdiff_t bytes_;
-  Buffer<Sum> buffers_[3];  // of the columns, and two that take turns
+  Buffer<Sum> buffers_[3];  // the column sums, and two that neighbour_sums alternates
 };
 
-// Sums are kept in 16 bits where a window's sum fits: twice as many at once.
+// Sums have 16 bits if the sum of a window fits: twice as many are added at once.
 template <class Pass>
 bool with_sums_for(Window window, Pass pass) {
   return window.area() * 255 <= UINT16_MAX ? pass(uint16_t{}) : pass(uint32_t{});
@@ -88,14 +89,15 @@ uint32_t reciprocal(int64_t area) {
   return static_cast<uint32_t>((1 << 24) / area);
 }
 
-// The largest area that the limited forms take is the one that they have no reciprocal for.
+// The limited forms accept this area, but they have no reciprocal for it: the multiplier 1 gives a mean of 0.
 constexpr int64_t kMaxArea = 16129;
 
 uint32_t reciprocal_below_limit(int64_t area) {
   return area == kMaxArea ? 1 : reciprocal(area);
 }
 
-// From an end of the row inwards, the window growing by a column on each side from one pixel to the next.
+// Writes the means from one end of the row inwards. The window grows by a column on each side from one pixel
+// to the next.
 template <int Step, class Sum>
 void write_growing(const Sum* columns, const uint32_t* multipliers, int32_t count, uint8_t* out) {
   uint32_t sum = columns[0];
@@ -106,7 +108,7 @@ void write_growing(const Sum* columns, const uint32_t* multipliers, int32_t coun
   }
 }
 
-// The window shrinks on both sides alike where it does not fit, and stays centred.
+// A window that does not fit shrinks equally on both sides and stays centred.
 template <int Channels, class Sum>
 bool average_shrinking(Image<Channels> source, uint8_t* result, Window window,
                        uint32_t (*multiplier)(int64_t)) {
@@ -146,14 +148,14 @@ bool average_shrinking(uint8_t* pixels, int32_t width, int32_t height, int32_t M
                        uint32_t (*multiplier)(int64_t)) {
   const Image<Channels> source{pixels, width, height};
   if (source.empty()) return true;
-  // No window grows beyond half of the image.
+  // No centred window reaches farther than half of the image.
   const Window window{std::clamp(M, 0, (width - 1) / 2), std::clamp(N, 0, (height - 1) / 2)};
   return with_sums_for(window, [=](auto sum) {
     return average_shrinking<Channels, decltype(sum)>(source, result, window, multiplier);
   });
 }
 
-// The nearest full window stands in where the window does not fit.
+// A window that does not fit is replaced by the nearest full window.
 template <int Channels, class Sum>
 bool average_full_windows(Image<Channels> source, Image<Channels> result, Window window) {
   const auto [m, n] = window;

@@ -1,7 +1,8 @@
 // Extremes along one axis.
 //
-// A row kernel folds whole rows: along columns the rows around one, along rows the same row, moved. At the
-// ends of a column a window that is clipped has the same extreme as one that takes in the end's row again.
+// A row kernel combines 3 or 5 rows pixel by pixel. Along columns these are the rows around the pixel; along
+// rows they are shifted copies of one row. At the ends of a column the row at the end is repeated: the
+// extreme is the same as that of the clipped window.
 
 #include <algorithm>
 
@@ -35,7 +36,7 @@ NUV_LOAD_BOUND_ROW_KERNEL void fold_5(const uint8_t* a, const uint8_t* b, const 
   }
 }
 
-// The extreme of all places from at(0) to at(4), or to at(2).
+// The extremes of the rows at(0) to at(Places - 1).
 template <class Extreme, int Places, class At>
 void fold(At at, uint8_t* out, std::ptrdiff_t n) {
   static_assert(Places == 3 || Places == 5);
@@ -50,7 +51,7 @@ template <class Extreme, int Places>
 void along_rows(GrayImage source, uint8_t* result) {
   constexpr int32_t kReach = Places / 2;
   if (source.empty()) return;
-  // The image is folded as one long row. What took in pixels of another row is then written again.
+  // The image is processed as one long row. Pixels whose window crossed into another row are then rewritten.
   if (source.size() >= Places) {
     fold<Extreme, Places>([=](int i) { return source.pixels + i; }, result + kReach,
                           source.size() - 2 * kReach);
@@ -68,7 +69,7 @@ void along_rows(GrayImage source, uint8_t* result) {
   }
 }
 
-// The window of row y starts at row y + first, and rows behind last_row are not read.
+// The window of row y starts at row y + first. Rows after last_row are not read.
 template <class Extreme, int Places>
 void along_columns(GrayImage source, int32_t first, int32_t last_row, uint8_t* result) {
   if (source.empty()) return;

@@ -1,18 +1,20 @@
-// Medians of windows of any size, at a cost that does not depend on the size.
+// Medians of windows of any size, at a cost per pixel that does not depend on the size.
 //
-// Histograms of the columns over the rows of the window slide down with the rows, and the histogram of a
-// window slides along the row: a column enters it and a column leaves it. (S. Perreault and P. Hebert, Median
-// filtering in constant time, 2007.)
+// Each column has a histogram over the rows of the window; it slides down with the rows. The histogram of a
+// window slides along the row: at each step the histogram of one column is added and that of another one is
+// subtracted (S. Perreault and P. Hebert, Median filtering in constant time, 2007). A single running
+// histogram (T. S. Huang, G. J. Yang and G. Y. Tang, 1979) is simpler, but its step costs two updates per row
+// of the window.
 //
-// Histograms have two levels, 16 groups of 16 values each, and are cumulative in both: entry i counts the
-// pixels up to group i, or those of one group up to its value i. A pixel adds 1 to all entries from its own
-// on, and the search for a rank is one comparison of all 16 entries: as many lie below the rank as entries
-// come before the one sought.
+// Histograms have two levels, 16 groups of 16 values each. Both levels are cumulative: entry i counts the
+// pixels up to group i, or the pixels of one group up to its value i. A pixel adds 1 to its own entry and to
+// all later ones. The search for a rank is then one comparison of all 16 entries: the number of entries below
+// the rank is the index of the entry sought.
 //
-// A window needs all groups, but the values of one group only, the one that holds the median. So the values of
-// each group stay where they were last asked for, and catch up when they are asked for again.
+// A window needs the counts of all groups, but the values of one group only, the one that holds the median.
+// The values of a group are therefore updated only when they are needed: they then move to the present place.
 //
-// The picture is worked in strips of columns, so that the histograms stay in the nearer caches.
+// The image is processed in strips of columns, so that the histograms stay in the nearer caches.
 
 #include "filters/median_bins.h"
 
@@ -30,12 +32,12 @@ constexpr int32_t kGroups = 16;
 
 // ---- sixteen counts ----
 
-// The entries are 16 everywhere; vectors hold them in parts.
+// A level of a histogram: 16 entries, held in one or more vectors.
 template <class Count>
 class Counts {
  public:
   Counts() = default;
-  // 1 from that entry on.
+  // 1 in the entries from first on, 0 before.
   explicit Counts(int32_t first) {
     Count entries[16];
     for (int32_t i = 0; i < 16; ++i) entries[i] = i >= first ? 1 : 0;
@@ -49,8 +51,8 @@ class Counts {
   NUV_INLINE void subtract(const Counts& other) {
     for (int i = 0; i < kParts; ++i) parts_[i] -= other.parts_[i];
   }
-  // How many entries lie below the rank. Where no instruction compares wide counts without a sign, the top bit
-  // of the difference tells: no wide entry is farther from the rank than half of its type's range.
+  // The number of entries below the rank. The baseline has no unsigned comparison of wide counts, so the top
+  // bit of the difference decides: no wide entry differs from the rank by half the range of its type or more.
   NUV_INLINE int32_t below(Count rank) const {
     constexpr uint64_t kOnes = ~uint64_t{0} / static_cast<Count>(-1);  // 1 in each count of a word
     Part ones{};
@@ -99,7 +101,7 @@ class Counts {
 #endif
 };
 
-// What a pixel adds: 1 from its entry on.
+// What a pixel adds to a level: from[i] is 1 in the entries from i on.
 template <class Count>
 struct Steps {
   Counts<Count> from[16];
@@ -113,11 +115,11 @@ struct Steps {
 
 template <class Count>
 struct Histograms {
-  Counts<Count>* groups;  // of each column
-  Counts<Count>* values;  // of each column, kGroups in a row
+  Counts<Count>* groups;  // one per column
+  Counts<Count>* values;  // kGroups per column, one after the other
 };
 
-// Takes a row of pixels in and another one out; one of them may be missing.
+// Adds a row of pixels if In, and removes another one if Out.
 template <class Count, bool In, bool Out>
 NUV_ROW_KERNEL void exchange_rows(const Histograms<Count>& histograms, const Steps<Count>& steps,
                                   const uint8_t* in, const uint8_t* out, std::ptrdiff_t columns) {
@@ -135,8 +137,8 @@ NUV_ROW_KERNEL void exchange_rows(const Histograms<Count>& histograms, const Ste
   }
 }
 
-// The values of one group in a window, which moves to a place when it is asked for there. Places rise. A
-// place so far on that the windows share no column is summed up anew.
+// The values of one group in a window. at() moves the window to a place; places only rise. If the new window
+// shares no column with the old one, it is summed anew.
 template <class Count>
 class WindowValues {
  public:
@@ -161,7 +163,7 @@ class WindowValues {
   std::ptrdiff_t place_;
 };
 
-// The values of that rank, from 1, in n windows of that many columns.
+// Writes the values of a rank, counted from 1, in n windows of a given number of columns.
 template <class Count>
 NUV_ROW_KERNEL void find_ranked(const Histograms<Count>& histograms, std::ptrdiff_t window, Count rank,
                                 uint8_t* NUV_RESTRICT result, std::ptrdiff_t n) {
@@ -183,15 +185,14 @@ NUV_ROW_KERNEL void find_ranked(const Histograms<Count>& histograms, std::ptrdif
 template <class Count>
 class Strip {
  public:
-  // For windows of 2m + 1 of the image's columns. A strip shares no more than a third of its columns with the
-  // next.
+  // Windows have 2m + 1 columns. A strip shares at most a third of its columns with the next one.
   Strip(std::ptrdiff_t m, std::ptrdiff_t image_columns)
       : window_(2 * m + 1),
         columns_(std::min(std::max<std::ptrdiff_t>(6 * m, kLeastColumns), image_columns)),
         memory_(allocate<Counts<Count>>(static_cast<std::size_t>(size()))) {}
 
   bool allocated() const { return memory_ != nullptr; }
-  // How many windows a strip has.
+  // The number of windows in a row of the strip.
   std::ptrdiff_t places() const { return columns_ - window_ + 1; }
 
   void clear() { std::fill_n(memory_.get(), size(), Counts<Count>(16)); }
@@ -206,7 +207,7 @@ class Strip {
     exchange_rows<Count, true, true>(histograms(), steps_, in, out, columns);
   }
 
-  // The values of that rank, from 1, in the windows of the first n places.
+  // Writes the values of a rank, counted from 1, in the windows at the first n places.
   void write_ranked(Count rank, uint8_t* result, std::ptrdiff_t n) const {
     find_ranked(histograms(), window_, rank, result, n);
   }
@@ -223,7 +224,7 @@ class Strip {
   Buffer<Counts<Count>> memory_;
 };
 
-// Rows y1..y2 of a strip of windows, the first of which starts at column x.
+// Writes the medians of rows y1..y2 of a strip, whose first window starts at column x.
 template <class Count>
 void write_strip(Strip<Count>& strip, GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1,
                  int32_t y2, int32_t x, std::ptrdiff_t places, uint8_t* spare) {

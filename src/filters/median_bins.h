@@ -1,4 +1,4 @@
-// Medians of windows of any size.
+// Medians of windows of any size by histograms.
 
 #ifndef NUV_FILTERS_MEDIAN_BINS_H
 #define NUV_FILTERS_MEDIAN_BINS_H
@@ -10,11 +10,11 @@
 namespace nuv {
 
 // Writes the medians of windows of 2m + 1 columns by 2n + 1 rows for the rows y1..y2, at all places where the
-// columns fit the width; rows outside the image are left out of the window. Where that leaves an even number
-// of pixels, the median is the upper one of the two in the middle at the first place of a row, and from there
-// the value of the place before, moved between the two in the middle no farther than it must.
+// columns of the window lie in the image. Rows outside the image are left out of the window. If that leaves
+// an even number of pixels, two values are in the middle of their order. At the first place of a row the
+// median is the upper one. At each further place it is the previous median, clamped to the range of the two.
 //
-// Returns whether there was memory for it; if not, nothing is written.
+// If allocation fails, nothing is written and the result is false.
 bool write_medians(GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1, int32_t y2);
 
 }  // namespace nuv

@@ -1,9 +1,9 @@
 // Medians of small windows by networks of comparisons.
 //
-// The columns of a window are sorted first, once for all windows that a column stands in. Sorting the rows
-// then leaves the columns sorted, and no pixel is less than those above and left of it. A pixel with more
-// than half of the window above and left of it, or below and right of it, cannot be the median; as many of
-// each kind fall out, and left are the pixels
+// The columns are sorted first, once for all windows that share a column. Sorting the rows of a window then
+// leaves its columns sorted, so no pixel is less than those above and left of it. A pixel with more than half
+// of the window above and left of it cannot be the median, and neither can a pixel with more than half of the
+// window below and right of it. Equally many of both kinds drop out. The remaining pixels are
 //
 //     . . d      . . . s d
 //     . d .      . . s d g
@@ -11,9 +11,10 @@
 //                s d g . .
 //                d g . . .
 //
-// of which the median is sought. With 3 by 3 that is the median of d. With 5 by 5, each in rising order, d(k)
-// is not less than s(k), and d(k+1) not greater than g(k). So d(3) has at least five of the 12 others on
-// either side, and only s(4) and g(1) are open: the median is that of s(4), d(3) and g(1).
+// and their median is the median of the window. With 3 by 3 it is the median of the three pixels d. With 5 by
+// 5, let d(k), s(k) and g(k) be the pixels of a kind in rising order. d(k) is not less than s(k), and d(k+1)
+// is not greater than g(k). At least five of the 12 other pixels therefore lie on either side of d(3). Only
+// s(4) and g(1) are undecided, and the median is that of s(4), d(3) and g(1).
 
 #include "filters/median_networks.h"
 
@@ -25,7 +26,7 @@
 namespace nuv {
 namespace {
 
-// ---- networks, over single bytes or lanes of them ----
+// ---- networks, for single bytes or vectors of bytes ----
 
 template <class Lane>
 NUV_INLINE void sort(Lane (&v)[3]) {
@@ -47,7 +48,7 @@ NUV_INLINE void sort(Lane (&v)[5]) {
   order(v[1], v[2]);
 }
 
-// b becomes the median of the three; a and c are used up.
+// b becomes the median of the three; a and c lose their values.
 template <class Lane>
 NUV_INLINE void keep_median(Lane& a, Lane& b, Lane& c) {
   order(a, b);
@@ -59,7 +60,7 @@ NUV_INLINE void keep_median(Lane& a, Lane& b, Lane& c) {
 
 constexpr std::ptrdiff_t kSpan = 1024;
 
-// The columns of a span of windows, each sorted: its least values are one row, its greatest the last.
+// The sorted columns of a span of windows: row 0 holds their least values, the last row their greatest.
 template <int Size>
 using SortedColumns = uint8_t[Size][kSpan + Size - 1];
 
@@ -108,8 +109,8 @@ NUV_INLINE void write_medians(const SortedColumns<5>& rows, uint8_t* out, std::p
   store(out + x, d[2]);
 }
 
-// Steps of 32 places at once, the last of which begins early enough to end with the row; single places where
-// there are fewer.
+// Works in steps of 32 places; the last step starts early enough to end with the span. Spans of fewer places
+// are worked place by place.
 template <int Size>
 NUV_INLINE void medians(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   SortedColumns<Size> rows;

@@ -8,9 +8,9 @@
 
 namespace nuv {
 
-// The medians of n windows of 3 by 3, the first one centred at p; rows are w apart.
+// Writes the medians of n windows of 3 by 3. The first one is centred at p; rows are w bytes apart.
 void medians_3x3(const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::ptrdiff_t n);
-// The same of 5 by 5.
+// Writes the medians of n windows of 5 by 5.
 void medians_5x5(const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::ptrdiff_t n);
 
 }  // namespace nuv

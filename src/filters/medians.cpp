@@ -1,6 +1,6 @@
-// Median filters: which windows there are, and what stands at the sides.
+// Median filters: the choice of the method, and the values at the border.
 //
-// Windows of 3 by 3 and 5 by 5 that lie in the image have networks; all others are searched for in bins.
+// Windows of 3 by 3 and 5 by 5 that lie in the image use networks of comparisons; all others use histograms.
 
 #include <algorithm>
 
@@ -23,8 +23,8 @@ Network* network_for(int32_t m, int32_t n) {
   return nullptr;
 }
 
-// The medians of all windows that lie in the image, of which there must be one. What the m pixels at both
-// sides of these rows get has no meaning.
+// Writes the medians of all windows that lie in the image; at least one must. The m pixels at both sides of
+// these rows may be written as well, with meaningless values.
 bool write_full_windows(GrayImage source, uint8_t* result, int32_t m, int32_t n) {
   const int32_t y2 = source.height - 1 - n;
   Network* network = network_for(m, n);
@@ -35,7 +35,7 @@ bool write_full_windows(GrayImage source, uint8_t* result, int32_t m, int32_t n)
   return true;
 }
 
-// The medians of all rows, the windows being clipped at top and bottom.
+// Writes the medians of all rows, with windows clipped at top and bottom.
 bool write_clipped_windows(GrayImage source, uint8_t* result, int32_t m, int32_t n) {
   const int32_t last = source.height - 1;
   if (network_for(m, n) == nullptr || 2 * n > last) return write_medians(source, result, m, n, 0, last);
@@ -43,8 +43,9 @@ bool write_clipped_windows(GrayImage source, uint8_t* result, int32_t m, int32_t
          write_medians(source, result, m, n, last - n + 1, last);
 }
 
-// Calls write(y, sums, rows) for each row, with the sums of count columns over the rows of its window. A
-// column behind the last one is a column of the rows below, as rows follow each other in memory.
+// Calls write(y, sums, rows) for each row, with the sums of count columns over the rows of its window.
+// Columns after the last one are the first columns of the next row in memory. If allocation fails, nothing is
+// called.
 template <class Write>
 void for_column_sums(GrayImage source, int32_t n, int32_t first_column, std::ptrdiff_t count, Write write) {
   const Buffer<int32_t> sums = allocate<int32_t>(static_cast<std::size_t>(count));
@@ -64,7 +65,7 @@ uint8_t mean(int32_t sum, int32_t columns, int32_t rows) {
   return static_cast<uint8_t>(sum / (static_cast<int64_t>(columns) * rows));
 }
 
-// At the left the window is clipped.
+// The window is clipped at the left end.
 void write_left_means(GrayImage source, GrayImage result, int32_t m, int32_t n) {
   for_column_sums(source, n, 0, 2 * static_cast<std::ptrdiff_t>(m),
                   [=](int32_t y, const int32_t* columns, int32_t rows) {
@@ -77,7 +78,7 @@ void write_left_means(GrayImage source, GrayImage result, int32_t m, int32_t n) 
                   });
 }
 
-// At the right it is not, and the last column that has a median is written over.
+// The window is not clipped at the right end. The last column of medians is overwritten.
 void write_right_means(GrayImage source, GrayImage result, int32_t m, int32_t n) {
   const int32_t first = source.width - 2 * m - 1;
   for_column_sums(source, n, first, 3 * static_cast<std::ptrdiff_t>(m) + 1,
@@ -121,7 +122,7 @@ void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t height, int
   const GrayImage source{pGryImg, width, height};
   const int32_t m = std::max(M, 0);
   if (source.empty() || m > (width - 1) / 2) return;
-  // A window that reaches beyond both ends of the image is the same from there on.
+  // Clamping n changes no clipped window: it already holds all rows.
   const int32_t n = std::clamp(N, 0, height - 1);
   if (!write_clipped_windows(source, pResImg, m, n)) return;
   write_left_means(source, {pResImg, width, height}, m, n);

@@ -1,4 +1,4 @@
-// Noise smoothed by weights that spare edges.
+// Smoothing of noise with weights that spare edges.
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@
 namespace nuv {
 namespace {
 
-// What a neighbour adds: its difference up to T, and from there less and less of it, down to 0 at 3T.
+// What a neighbour adds: its difference up to a magnitude of T; beyond, a magnitude that falls to 0 at 3T.
 NUV_INLINE int16_t contribution(uint8_t neighbour, uint8_t centre, int16_t t) {
   const auto d = static_cast<int16_t>(neighbour - centre);
   const int16_t a = magnitude(d);
@@ -40,7 +40,7 @@ NUV_ROW_KERNEL void zed_row(const uint8_t* p, std::ptrdiff_t w, int16_t t, uint8
 using namespace nuv;
 
 void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg) {
-  // No difference is above 255, and below 0 none counts.
+  // No difference exceeds 255, and below 0 no neighbour counts.
   const auto t = static_cast<int16_t>(std::clamp(T, -1, 255));
   const GrayImage source{pGryImg, width, height};
   for_rows(source, pResImg, source.interior(),

@@ -11,14 +11,14 @@ constexpr uint8_t kSentinel = 77;
 
 using Box = bool (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, uint8_t*);
 
-// An image of width pixels of so many bytes is a gray one of as many columns.
+// An image of RGB pixels is held as a gray image with three columns per pixel.
 TestImage run(Box box, int32_t channels, TestImage source, int32_t M, int32_t N, bool succeeds = true) {
   TestImage result(source.width, source.height, kSentinel);
   EXPECT_EQ(box(source.data(), source.width / channels, source.height, M, N, result.data()), succeeds);
   return result;
 }
 
-// The window of half sizes hx and hy around a pixel, byte c of which is meant.
+// The mean of byte c of the pixels in the window of half sizes hx and hy around (x, y).
 uint8_t mean(const TestImage& p, int32_t channels, int32_t c, int32_t x, int32_t y, int32_t hx, int32_t hy) {
   uint32_t sum = 0;
   for (int32_t dy = -hy; dy <= hy; ++dy) {
@@ -47,7 +47,7 @@ TestImage plain(const TestImage& p, int32_t channels, int32_t M, int32_t N, bool
 const struct {
   Box box;
   int32_t channels;
-  bool shrinks;  // at the border; then the area is limited too
+  bool shrinks;  // at the border; the area is then limited, too
 } kMembers[] = {{NuvGryAverageFilterFast, 1, true},
                 {NuvGryAverageFilterFastNonBoundary, 1, false},
                 {NuvRGBAverageFilterFast, 3, true},
@@ -59,7 +59,7 @@ TEST(BoxFilters, EqualTheMeansOfTheirWindows) {
     for (const auto& [box, channels, shrinks] : kMembers) {
       TestImage source = random.gray(width * channels, height);
       if (random.between(0, 2) == 0) std::fill(source.pixels.begin(), source.pixels.end(), uint8_t{255});
-      // All widths of windows and their binary digits, up to what fits.
+      // Half widths up to what fits, in random steps, so that the doubling meets all binary digits.
       for (int32_t M = 0; M <= std::min((width - 1) / 2, 20); M += random.between(1, 3)) {
         const int32_t N = random.between(0, std::min((height - 1) / 2, 12));
         ASSERT_EQ(run(box, channels, source, M, N), plain(source, channels, M, N, shrinks))

@@ -21,8 +21,8 @@ TEST(Extremes, AreThoseOfTheirWindows) {
     void (*filter)(uint8_t*, int32_t, int32_t, uint8_t*);
     bool greatest;
     bool along_row;
-    int32_t first, last;  // around the pixel
-    int32_t unread;       // rows at the bottom
+    int32_t first, last;  // the window, relative to the pixel
+    int32_t unread;       // number of rows at the bottom that are not read
   } members[] = {{NuvGryImgMaxFilter3xInRow, true, true, -1, 1, 0},
                  {NuvGryImgMaxFilter5xInRow, true, true, -2, 2, 0},
                  {NuvGryImgMaxFilter3xInCol, true, false, -1, 1, 0},
@@ -39,7 +39,7 @@ TEST(Extremes, AreThoseOfTheirWindows) {
       const int32_t last_row = std::max(height - 1 - member.unread, 0);
       for (int32_t y = 0; y < height; ++y) {
         for (int32_t x = 0; x < width; ++x) {
-          // A window that takes in the pixel at the end again has the extreme of the clipped one.
+          // Repeating the pixel at the end gives the extreme of the clipped window.
           Pixels window;
           for (int32_t i = member.first; i <= member.last; ++i) {
             window.push_back(member.along_row ? source.at(std::clamp(x + i, 0, width - 1), y)
@@ -58,7 +58,7 @@ TEST(Extremes, AreThoseOfTheirWindows) {
 
 // ---- medians ----
 
-// The window's columns first..last, clipped at top and bottom alone; columns may lie behind the row's end.
+// The window of columns first..last, clipped at top and bottom only. Columns may lie past the end of the row.
 Pixels window_of(const Pixels& p, int32_t width, int32_t height, int32_t first, int32_t last, int32_t y,
                  int32_t N) {
   Pixels window;
@@ -73,7 +73,7 @@ uint8_t mean(const Pixels& window) {
                               static_cast<int>(window.size()));
 }
 
-// The pixels have M more behind them.
+// The image is followed by M more pixels.
 TestImage plain_fast_median(const Pixels& p, int32_t width, int32_t height, int32_t M, int32_t N) {
   TestImage result(width, height);
   for (int32_t y = 0; y < height; ++y) {
@@ -115,7 +115,7 @@ TestImage run(Median median, Pixels pixels, int32_t width, int32_t height, int32
 TEST(Medians, EqualTheirPlainForms) {
   Random random(54);
   const auto compare = [&random](int32_t width, int32_t height, int32_t M, int32_t N) {
-    // From a few far values, between which there are gaps, to all of them.
+    // Images range from a few values far apart to all values.
     const int32_t step = random.between(1, 85);
     Pixels pixels(static_cast<std::size_t>(width * height + M));
     for (uint8_t& p : pixels) p = static_cast<uint8_t>(random.between(0, 255 / step) * step);
@@ -131,7 +131,7 @@ TEST(Medians, EqualTheirPlainForms) {
       if (width > 2 * M) compare(width, height, M, N);
     }
   }
-  // Strips with a seam, counts of 8 bits and of 16.
+  // Counts of 8 and of 16 bits.
   compare(300, 20, 7, 7);
   compare(200, 40, 15, 15);
 }
@@ -143,7 +143,7 @@ TEST(Medians, TakeAnySize) {
   EXPECT_EQ(run(NuvGryFastMedianFilter, pixels, 12, 9, -1, -1).pixels,
             Pixels(pixels.begin(), pixels.end() - 5));
   EXPECT_EQ(run(NuvGryImgMedianBoundary0, pixels, 12, 9, 6, 1), TestImage(12, 9));
-  const Pixels large = random.bytes(263 * 259);  // counts beyond 16 bits
+  const Pixels large = random.bytes(263 * 259);  // needs counts of 32 bits
   EXPECT_EQ(run(NuvGryImgMedianBoundary0, large, 263, 259, 130, 128),
             plain_median_with_zeros(large, 263, 259, 130, 128));
 }
