@@ -1,7 +1,8 @@
-// Noise.
+// Noise added to bytes.
 //
-// A model is a function from a byte to its noisy byte that draws from one stream of samples. The stream is
-// the call's own: the runtime's generator, which other threads and the host share, only gives it its seed.
+// A model is a function from a byte to its noisy byte. It draws from a stream of samples that belongs to the
+// call. The generator of the C library only seeds the stream, because the host and other threads share it and
+// some libraries lock it on every draw.
 
 #include <atomic>
 #include <cmath>
@@ -19,14 +20,15 @@ namespace {
 
 constexpr int32_t kMostSample = 32767;
 
-// ---- the runtime's generator ----
+// ---- the generator of the C library ----
 
-// The bits that every platform's generator has.
+// The 15 bits that the generator of every platform has.
 uint32_t runtime_sample() {
   return static_cast<uint32_t>(std::rand()) & kMostSample;
 }
 
-// The runtime's generator is seeded once in a process, from the clock and from where memory lies.
+// Seeds the generator of the C library once per process, from the clock and from the address of an
+// allocation.
 void NuvSeedRandomOnce() {
   static std::atomic<bool> is_due{true};
   if (!is_due.exchange(false)) return;
@@ -38,14 +40,14 @@ void NuvSeedRandomOnce() {
 
 // ---- samples ----
 
-// A counter with a large odd step, its bits mixed.
+// A generator of uniform samples: a counter with a large odd step, whose bits are mixed.
 class Samples {
  public:
   Samples() {
     for (int i = 0; i < 5; ++i) state_ = state_ << 15 ^ runtime_sample();
   }
 
-  // From 0 to 32767, and as a share of that.
+  // uniform() is from 0 to 32767; share() is from 0 to 1.
   int32_t uniform() {
     state_ += 0x9E3779B97F4A7C15;
     uint64_t bits = state_;
@@ -59,7 +61,8 @@ class Samples {
   uint64_t state_ = 0;
 };
 
-// Of mean 0 and deviation 1, by the polar method, which makes two and of which one is used.
+// A normal sample of mean 0 and standard deviation 1 by the polar method. The method gives two samples; the
+// second one is not used.
 double NuvGaussianRandom(Samples& samples) {
   for (;;) {
     const double u1 = samples.uniform() * 2.0 / kMostSample - 1;
@@ -71,14 +74,14 @@ double NuvGaussianRandom(Samples& samples) {
 
 // ---- models ----
 
-// The values of a buffer lie between these, and most models stay there.
+// The least and the greatest value of a buffer. Most models clamp their results to this range.
 struct Range {
   int32_t low;
   int32_t high;
 
   uint8_t held(double value) const {
     if (value > high) value = high;
-    if (!(value >= low)) value = low;  // a not-a-number too
+    if (!(value >= low)) value = low;  // also if it is not a number
     return low_byte(truncated(value));
   }
 };
@@ -94,7 +97,8 @@ uint8_t poisson(uint8_t mean, Samples& samples) {
   if (mean == 0) return 0;
   if (mean > 100)
     return low_byte(truncated(std::sqrt(static_cast<double>(mean)) * NuvGaussianRandom(samples) + mean));
-  // Waiting times are exponential: how many fit into one unit is Poisson.
+  // Counts how many waiting times -log(share) fit into an interval of length mean: the count is Poisson.
+  // Their sum exceeds the interval when the product of the shares falls below exp(-mean).
   const double limit = std::exp(-static_cast<double>(mean));
   int32_t k = 0;
   double product = 1.0;

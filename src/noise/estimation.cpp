@@ -1,4 +1,5 @@
-// Noise measured by a mask that answers neither to constant surfaces nor to ramps.
+// Noise measured by a mask that gives 0 on constant surfaces and on ramps. The mask is separable: it is the
+// second difference along the row of the second differences along the columns.
 
 #include <cmath>
 
@@ -10,7 +11,7 @@
 namespace nuv {
 namespace {
 
-// The second difference of three pixels of a column.
+// The second difference of the pixel p and its neighbours above and below.
 NUV_INLINE int16_t bend(const uint8_t* p, std::ptrdiff_t w) {
   return static_cast<int16_t>(p[-w] - 2 * p[0] + p[w]);
 }
@@ -18,7 +19,7 @@ NUV_INLINE int16_t bend(const uint8_t* p, std::ptrdiff_t w) {
 // Writes the energies of n pixels from p on, and returns the sum of their squared responses.
 NUV_ROW_KERNEL uint32_t energy_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                    std::ptrdiff_t n) {
-  // From this magnitude on the energy is at its cap, and below it 16 bits hold the square.
+  // The energy reaches its cap at this magnitude. The squares of smaller magnitudes fit in 16 bits.
   constexpr int16_t kCapped = 95;
   static_assert(kCapped * kCapped / 36 == 250 && (kCapped - 1) * (kCapped - 1) / 36 < 250);
   uint32_t sum = 0;

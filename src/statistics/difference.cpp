@@ -1,4 +1,5 @@
-// The difference of two rows of bytes, in the form that compilers know an instruction for.
+// The difference of two rows of bytes. Compilers turn this form of the loop into the instruction for sums of
+// absolute differences.
 
 #include "statistics/difference.h"
 

@@ -14,7 +14,7 @@ namespace nuv {
 // The sum of |a - b| over n pairs of bytes.
 int32_t sum_of_differences(const uint8_t* a, const uint8_t* b, std::ptrdiff_t n);
 
-// What is compared of a rectangle: all but its last row and column.
+// The part of a rectangle that is compared: all but its last row and column.
 struct ComparedArea {
   int32_t rows;
   int32_t row_bytes;
@@ -24,7 +24,7 @@ struct ComparedArea {
 
   int32_t bytes() const { return rows * row_bytes; }
   bool empty() const { return rows < 1 || row_bytes < 1 || bytes() == 0; }
-  // Truncated; of nothing compared, 0.
+  // The mean difference per byte, truncated; 0 if the area is empty.
   int32_t mean(int32_t sum) const { return empty() ? 0 : quotient(sum, bytes()); }
 };
 

@@ -1,4 +1,7 @@
-// What is measured over rectangles and windows.
+// Measurements over rectangles and windows.
+//
+// Sums of windows slide down the image and are formed along the rows by doubling, so a window costs the same
+// at any height. An integral image would need memory for one sum per pixel.
 
 #include <algorithm>
 #include <cmath>
@@ -38,7 +41,7 @@ struct Rectangle {
   }
 };
 
-// Row by row.
+// Compares two rectangles of one size row by row.
 template <int Channels>
 int32_t mean_difference_of_equals(Rectangle<Channels> a, Rectangle<Channels> b) {
   const ComparedArea area(a.rect, Channels);
@@ -50,7 +53,7 @@ int32_t mean_difference_of_equals(Rectangle<Channels> a, Rectangle<Channels> b) 
   return area.mean(sum);
 }
 
-// Each pixel of the walked rectangle against the one in its place in the target.
+// Compares each pixel of the walked rectangle with the corresponding pixel of the target.
 template <int Channels>
 int32_t mean_difference(Rectangle<Channels> walked, Rectangle<Channels> target) {
   const int32_t rows = rows_of(walked.rect);
@@ -82,7 +85,7 @@ int32_t mean_difference_in(Rectangle<Channels> a, Rectangle<Channels> b) {
 
 // ---- blocks and windows ----
 
-// Widened by a margin on each side, and each end then moved into the image.
+// A region widened by a margin on each side, whose ends are then clamped to the image.
 Region widened(Region inner, int32_t margin, GrayImage image) {
   const auto within = [](int64_t place, int32_t size) {
     return static_cast<int32_t>(std::clamp<int64_t>(place, 0, size - 1));
@@ -95,7 +98,7 @@ int32_t pixels_of(Region region) {
   return region.empty() ? 0 : region.columns() * region.rows();
 }
 
-// The standard deviation of the values counted, whose sums are exact however many they are. Empty bins add 0.
+// The standard deviation of the values counted. Empty bins add 0.
 double deviation(const WindowBins& window) {
   const int32_t* bins = window.bins();
   double sum = 0.0;
@@ -106,7 +109,7 @@ double deviation(const WindowBins& window) {
   return std::sqrt(squares / window.count());
 }
 
-// The first value from 0 on at which the running count exceeds a limit; 256 if it never does.
+// The first value, counted up from 0, at which the running count exceeds a limit; 256 if it never does.
 int32_t first_from_below(const Histogram& bins, int32_t limit) {
   int32_t sum = 0;
   int32_t v = 0;
@@ -126,8 +129,9 @@ NUV_ROW_KERNEL Sum largest_of(const Sum* sums, std::ptrdiff_t n) {
   return most;
 }
 
-// The brightest window of M by N pixels, the first one in reading order; its sum is 0 if all are black or memory
-// is short. The last place of either axis is not tried, but for column 0. Sum holds the sum of a window.
+// The brightest window of M by N pixels; ties go to the first one in reading order. Its sum is 0 if all
+// windows are black or if allocation fails. The last place of either axis is not tried, except column 0. Sum
+// must be wide enough for the sum of a window.
 template <class Sum>
 Window brightest_window(GrayImage image, int32_t M, int32_t N) {
   const std::ptrdiff_t places = std::max(image.width - M, 1);
@@ -231,7 +235,7 @@ int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, i
   WindowBins window;
   for (int64_t y = 0; y < height; y += step_y) {
     for (int64_t x = 0; x < width; x += step_x) {
-      // One pixel more than M by N, where the image goes so far.
+      // A window has one column and one row more than M by N, as far as the image extends.
       const auto x1 = static_cast<int32_t>(x);
       const auto x2 = static_cast<int32_t>(std::min<int64_t>(x + M, width - 1));
       const auto y2 = static_cast<int32_t>(std::min<int64_t>(y + N, height - 1));

@@ -15,13 +15,13 @@ constexpr int32_t kCount = 200'000;
 
 enum Type : uint32_t { kGaussian, kUniform, kSaltAndPepper, kPoisson, kRician };
 
-// The host's own seed counts from the second call of a process on.
+// The first call in a process seeds the generator itself, so the seed of a test is set after it.
 void seed(unsigned value) {
   Brindlemar2008AddNoise(nullptr, 0, 1.0, kGaussian);
   std::srand(value);
 }
 
-// Bytes of one value, between two more that leave room for noise.
+// Noisy bytes of one value. The first and the last byte set the range that the noise is clamped to.
 std::vector<uint8_t> noisy(uint8_t value, double noise, uint32_t type, uint8_t low = 0, uint8_t high = 255) {
   std::vector<uint8_t> bytes(kCount, value);
   bytes.front() = low;
@@ -36,7 +36,7 @@ TEST(Noise, HasTheMomentsOfItsModel) {
     uint32_t type;
     uint8_t value;
     double noise;
-    double mean;  // values are truncated, which takes half a level
+    double mean;  // truncation lowers it by half a level
     double deviation;
   } models[] = {
       {kGaussian, 128, 10, 127.5, 10},
@@ -55,8 +55,8 @@ TEST(Noise, HasTheMomentsOfItsModel) {
     double deviation = 0;
     NuvGetImageAvrAndDev(bytes.data(), kCount, 1, &mean, &deviation);
     EXPECT_NEAR(mean, model.mean, 0.5) << &model - models;
-    // A Poisson count also ends at a sample of 0, which once in 300 counts of 100 makes it any smaller
-    // number.
+    // A Poisson count also ends at a sample of 0. About one in 300 counts of mean 100 is too small for this
+    // reason.
     EXPECT_NEAR(deviation, model.deviation, 0.08 * model.deviation) << &model - models;
   }
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint8_t kSentinel = 77;
 
-// Random images from weak noise to all values.
+// A random image with values in a random range, from weak noise to all values.
 TestImage noise(Random& random, int32_t width, int32_t height) {
   TestImage image(width, height);
   const int32_t low = random.between(0, 255);
