@@ -1,7 +1,7 @@
 // Images combined byte by byte.
 //
-// One pass serves all: whatever image the bytes belong to, a member is its operation, the number of bytes and
-// the place of the result. In place is the pass with a source for its result.
+// One pass serves all exports: an export chooses the operation, the number of bytes and the place of the
+// result. A function in place passes a source as its result.
 
 #include <algorithm>
 
@@ -50,7 +50,8 @@ NUV_LOAD_BOUND_ROW_KERNEL void widen_range(const uint8_t* bytes, uint8_t* NUV_RE
   }
 }
 
-// Of RGB pixels the largest of the three differences.
+// Writes the largest of the three differences of each RGB pixel. The images are processed in blocks, so that
+// the differences of the bytes stay in the nearest cache.
 void largest_differences(const uint8_t* a, const uint8_t* b, uint8_t* result, std::ptrdiff_t pixels) {
   uint8_t differences[3 * kPlaneBlock];
   for (std::ptrdiff_t done = 0; done < pixels; done += kPlaneBlock) {

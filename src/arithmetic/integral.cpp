@@ -1,10 +1,9 @@
-// The integral image: each sum is the one above it and what its row holds up to there.
+// The integral image: each sum is the one above it plus the sum of its row up to the same column.
 //
-// A running sum along a row waits for its left neighbour at every pixel. So groups of eight pixels are first
-// summed up by themselves, many groups abreast, and only the groups wait for each other. In a group the
-// 16-bit parts of a word hold the sums of four pairs of pixels; two shifted additions turn them into running
-// sums, which stand at the odd pixels, and taking away the odd pixels themselves gives those at the even
-// ones.
+// In a plain running sum along a row, every addition depends on the one before. Here groups of eight pixels
+// are first summed separately, many groups side by side, and only the totals of the groups form a chain.
+// Within a group, the four 16-bit parts of a word hold the sums of pairs of pixels. Two shifted additions
+// turn them into the running sums at the odd pixels; subtracting the odd pixels gives those at the even ones.
 
 #include <cstring>
 
@@ -15,7 +14,7 @@
 namespace nuv {
 namespace {
 
-// The shifts go from the first pixel to the last where the first byte is the lowest.
+// The shifts move sums from the first pixel towards the last only if the first byte of a word is its lowest.
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
 constexpr bool kHasGroups = false;
 #else
@@ -23,11 +22,11 @@ constexpr bool kHasGroups = true;
 #endif
 
 constexpr std::ptrdiff_t kGroup = 8;
-// Few, so that a strip is summed up while the stores of the one before are still on their way.
+// Strips are short, so that a strip is summed while the stores of the previous one complete.
 constexpr std::ptrdiff_t kStripGroups = 64;
 constexpr uint64_t kLowBytes = 0x00FF00FF00FF00FF;
 
-// Entry i of the 16-bit entries that words hold.
+// The 16-bit entry i of an array of words.
 NUV_INLINE uint16_t entry(const uint64_t* words, std::ptrdiff_t i) {
   uint16_t value;
   std::memcpy(&value, reinterpret_cast<const uint8_t*>(words) + 2 * i, 2);

@@ -1,4 +1,4 @@
-// Images written into others.
+// Pasting of images into others.
 
 #include <algorithm>
 #include <cstring>
@@ -10,8 +10,7 @@
 namespace nuv {
 namespace {
 
-// Calls copy(from, to, pixels) for the rows of the source, placed at (x, y), as far as they fall into the
-// target.
+// Calls copy(from, to, pixels) for each row of the source, placed at (x, y), as far as it lies in the target.
 template <int From, int To, class Copy>
 void paste(Image<From> source, Image<To> target, int32_t x, int32_t y, Copy copy) {
   if (source.empty() || target.empty()) return;

@@ -1,8 +1,8 @@
 // Pixels changed by their values.
 //
-// A rule without parameters is a row kernel. One that depends on the whole image is a table of 256 bytes. A
-// gain that changes from column to column has a table for each of a block of columns, so that the image is
-// still walked along its rows.
+// A rule without parameters is a row kernel. A rule that depends on the whole image is a table of 256 bytes.
+// A gain that changes from column to column has one table per column. A block of columns is processed at a
+// time, so that the image is still walked along its rows.
 
 #include <algorithm>
 #include <array>
@@ -61,8 +61,8 @@ ByteTable normalising_table(const Histogram& bins, int32_t pixels, int32_t avr, 
   return table;
 }
 
-// The first value from one end on by which more than a tenth of the pixels is passed; that end if there is
-// none.
+// The first value, counted from one end of the range, at which more than a tenth of the pixels have been
+// passed; the end itself if there is none.
 int32_t tenth_from(int32_t end, const Histogram& bins, int32_t pixels) {
   const int32_t step = end == 0 ? 1 : -1;
   int32_t count = 0;
@@ -90,7 +90,7 @@ ByteTable gain_table(double gain) {
   return table;
 }
 
-// A gain in 1024ths; marks of contours begin above 250.
+// v times a gain in 1024ths. The values above 250 are reserved for the marks of contours.
 NUV_INLINE uint8_t lit(uint8_t v, int32_t gain) {
   const int32_t value = v * gain >> 10;
   return static_cast<uint8_t>(value > 250 ? 250 : value);
@@ -106,7 +106,8 @@ NUV_ROW_KERNEL void light_each(uint8_t* NUV_RESTRICT pixels, const int32_t* NUV_
 
 constexpr int32_t kMostLines = 4096;
 
-// The sums of the rows or columns of an image, which become the gains that bring each to their mean.
+// The sums of the rows or columns of an image. from_sums() turns them into the gains that bring each sum to
+// the mean of all sums.
 class LineGains {
  public:
   explicit LineGains(int32_t lines) : lines_(lines) { std::fill_n(entries_.begin(), lines, 0); }

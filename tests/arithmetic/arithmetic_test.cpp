@@ -59,7 +59,7 @@ TEST(IntegralImage, EqualsItsPlainForm) {
   }
 }
 
-// A tagRECT as left, top, columns, rows.
+// The tagRECT with a given corner and size.
 tagRECT rect(int32_t left, int32_t top, int32_t columns, int32_t rows) {
   return {left, top, left + columns - 1, top + rows - 1};
 }
@@ -87,10 +87,10 @@ TEST(DifferenceInRect, OfTwoSizesWalksTheOneOfFewerRows) {
     EXPECT_EQ(NuvImgDifferenceInRect(b.data(), a.data(), false, 4, r2, r1), result);
     return result;
   };
-  // Rows 0 and 2 of the other one, whose columns are taken twice, or each second one.
+  // Rows 0 and 2 of the other rectangle are read; each of its columns twice, or every second column.
   EXPECT_EQ(of(rect(0, 0, 2, 4), rect(0, 0, 4, 2)), (8 + 8 + 7 + 7 + 4 + 4 + 3 + 3) / 8);
   EXPECT_EQ(of(rect(0, 0, 4, 4), rect(0, 0, 2, 2)), (8 + 6 + 4 + 2) / 4);
-  // Of equal rows the first one is walked.
+  // If the numbers of rows are equal, the first rectangle is walked.
   EXPECT_EQ(NuvImgDifferenceInRect(b.data(), a.data(), false, 4, rect(0, 0, 2, 1), rect(0, 0, 4, 1)),
             (8 + 6) / 2);
 }

@@ -79,7 +79,7 @@ TEST(BrightestWindow, EqualsThePlainSearch) {
   Random random(413);
   for (int round = 0; round < 200; ++round) {
     TestImage image = random.gray(random.between(1, 20), random.between(1, 20));
-    for (uint8_t& p : image.pixels) p = static_cast<uint8_t>(p / 86);  // so that many windows are equal
+    for (uint8_t& p : image.pixels) p = static_cast<uint8_t>(p / 86);  // many windows tie
     const int32_t m = random.between(1, image.width + 1);
     const int32_t n = random.between(1, image.height + 1);
     int32_t best = 0;
