@@ -1,9 +1,9 @@
 // BMP files.
 //
-// One reader and one writer serve both depths. A depth is the bytes per pixel, the palette, and what fills
-// the padding. The reader believes the header, so it compares what the header promises with what the file
-// holds before it allocates: a hostile header costs no memory, and the result is the null that the short
-// read would have given.
+// One reader and one writer serve both depths. A depth consists of the bytes per pixel, the palette and the
+// rule for the padding. The reader checks neither the signature nor the depth. Before it allocates, it
+// compares the size that the header states with the size of the file: a hostile header costs no memory, and
+// the result is null, as after a short read.
 
 #include <algorithm>
 #include <array>
@@ -17,14 +17,14 @@
 namespace nuv {
 namespace {
 
-constexpr uint32_t kHeaderBytes = 54;  // 14 of the file, 40 of the image
+constexpr uint32_t kHeaderBytes = 54;  // 14 for the file, 40 for the image
 constexpr int kPaletteEntries = 256;
 
 int64_t padding_of(int64_t row_bytes) {
   return -row_bytes & 3;
 }
 
-// Little-endian fields, one behind the other.
+// Writes little-endian fields one after the other.
 class HeaderWriter {
  public:
   void put16(uint32_t value) { put(value, 2); }
@@ -44,7 +44,8 @@ uint32_t field32(const uint8_t* bytes) {
   return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
-// Rows of a file, padding included, that are read or written at once: as many as fit into a block, or one.
+// Rows of a file, padding included, that are read or written at once: as many as fit in a block, at least
+// one.
 class RowBlock {
  public:
   RowBlock(std::size_t row_bytes, int64_t height)
@@ -66,13 +67,13 @@ class RowBlock {
 
 // ---- reading ----
 
-// Whether the rows lie wholly in the file. Only the 8-bit form asks for the padding of the last row.
+// Whether the rows lie completely in the file. Only the 8-bit form requires the padding of the last row.
 bool file_holds_rows(std::FILE* file, int64_t offset, int64_t row_bytes, int64_t height,
                      bool needs_last_padding) {
   if (std::fseek(file, 0, SEEK_END) != 0) return false;
   const int64_t available = static_cast<int64_t>(std::ftell(file)) - offset;
   const int64_t padding = padding_of(row_bytes);
-  // In quotients, as a header can ask for more rows than a product of 64 bits holds.
+  // The test divides, because the product of row size and height can exceed 64 bits.
   const int64_t tail = needs_last_padding ? 0 : padding;
   return available >= 0 && (available + tail) / (row_bytes + padding) >= height;
 }
@@ -107,7 +108,7 @@ uint8_t* read_bmp(const char* name, int32_t* width, int32_t* height) {
     const auto rows = std::min<std::size_t>(block.rows(), static_cast<std::size_t>(y));
     const std::size_t needed = rows * (wanted + padding);
     const std::size_t given = std::fread(block.row(0), 1, needed, file.get());
-    // A colour image needs no padding after its last row.
+    // The padding of the last row may be missing from a colour image.
     if (given + (BytesPerPixel == 1 ? 0 : padding) < needed) return nullptr;
     for (std::size_t i = 0; i < rows; ++i) {
       std::memcpy(&image[static_cast<std::size_t>(--y) * wanted], block.row(i), wanted);
@@ -141,7 +142,7 @@ Palette mark_palette() {
   return palette;
 }
 
-// Remembers whether any write came back short, and goes on: the file is completed as far as it goes.
+// Writes on after a short write, and remembers that there was one: the file is completed as far as possible.
 class Writer {
  public:
   explicit Writer(std::FILE* file) : file_(file) {}
@@ -156,7 +157,8 @@ class Writer {
   bool good_ = true;
 };
 
-// The file size that the header states counts no padding. Sizes wrap at 32 bits, as the field does.
+// The file size that the header states. It does not count padding, and it wraps at 32 bits, as the field
+// does.
 uint32_t stated_file_size(uint32_t width, uint32_t height, bool has_palette) {
   return has_palette ? width * height + 1078 : (width * height + 18) * 3;
 }

@@ -1,4 +1,5 @@
-// The debug log. It is opened and closed for every line, so that it is whole when the host is not.
+// The debug log. The file is opened and closed for every line, so that it is complete even if the host
+// crashes.
 
 #include "files/file.h"
 #include "nuv/files.h"

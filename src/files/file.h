@@ -1,4 +1,4 @@
-// Files of the C library, closed when they go out of scope.
+// Files of the C library that are closed when they go out of scope.
 
 #ifndef NUV_FILES_FILE_H
 #define NUV_FILES_FILE_H

@@ -1,7 +1,7 @@
-// Lists of files: a text with one name a line, held whole, and a walk through its lines.
+// Lists of files: a text with one name per line, held as a whole, and a walk through its lines.
 //
-// The buffer only grows. What counts of it is the text, so that a shorter list in the buffer of a longer one
-// ends where it ends.
+// The buffer only grows. The text can be shorter than the buffer, so that nothing of a longer earlier list
+// counts.
 
 #include <cstring>
 #include <limits>
@@ -14,11 +14,11 @@
 namespace nuv {
 namespace {
 
-constexpr std::size_t kNameBytes = 1024;  // of a list, with the terminating zero
+constexpr std::size_t kNameBytes = 1024;  // for the name of a list, with the terminating zero
 constexpr std::string_view kLineEnd = "\r\n";
 
-// Stores a line in a cleared name if that leaves room for a zero. Its trailing blanks take part in that,
-// though they are dropped.
+// Stores a line in a cleared name without its trailing blanks. The line must leave room for a terminating
+// zero with its blanks included.
 bool store_line(std::string_view line, char* name, int32_t size) {
   if (size <= 0 || line.size() >= static_cast<std::size_t>(size)) return false;
   const std::size_t kept = line.find_last_not_of(' ') + 1;
@@ -48,14 +48,14 @@ class NuvSequenceFiles {
   std::size_t read_position_ = 0;
 };
 
-// A list that cannot be opened leaves the one before, to be walked from its start.
+// If a list cannot be opened, the previous list stays, and its walk restarts.
 bool NuvSequenceFiles::load(const char* list) {
   read_position_ = 0;
   if (std::strlen(list) >= kNameBytes) return false;
   const File file = open_file(list, "rb");
   if (!file || std::fseek(file.get(), 0, SEEK_END) != 0) return false;
   const int64_t length = std::ftell(file.get());
-  // What is no file, a directory say, can have the greatest length that there is.
+  // A directory, for example, can have the greatest length that exists.
   if (length < 0 || length >= std::numeric_limits<int32_t>::max()) return false;
   if (!hold(static_cast<int32_t>(length))) return false;
   std::rewind(file.get());
@@ -66,8 +66,8 @@ bool NuvSequenceFiles::load(const char* list) {
   return true;
 }
 
-// Makes room for a text. What is held is freed before the larger memory is asked for. Nothing is allocated
-// for an empty text, so there is room for one only behind another.
+// Makes room for a text. The old memory is freed before larger memory is requested. Nothing is allocated for
+// an empty text, so the result is false for it unless memory is held from an earlier text.
 bool NuvSequenceFiles::hold(int32_t length) {
   text_ = {};
   if (length > capacity_) {
@@ -79,7 +79,7 @@ bool NuvSequenceFiles::hold(int32_t length) {
   return buffer_ != nullptr;
 }
 
-// The line from a position up to the next line end.
+// Finds the line from a position up to the next line end; false if no line end follows.
 bool NuvSequenceFiles::find_line(std::size_t position, std::string_view* line) const {
   const std::size_t end = text_.find(kLineEnd, position);
   if (end == std::string_view::npos) return false;

@@ -97,7 +97,7 @@ TEST_F(BmpFile, ReadsBackWhatWasWrittenUnlessCutShort) {
       ASSERT_TRUE(
           (gray ? NuvWrite8BitImg2BmpFile : NuvWrite24BitImg2BmpFile)(image.data(), width, 3, path_.c_str()));
       const Bytes whole = content();
-      // The last padding of colour may be missing.
+      // The padding of the last row may be missing from a colour image.
       const std::size_t needed = whole.size() - (gray ? 0 : (4 - image.pixels.size() / 3 % 4) % 4);
       for (std::size_t length :
            {std::size_t{0}, std::size_t{53}, std::size_t{54}, needed - 1, needed, whole.size()}) {
@@ -122,7 +122,7 @@ TEST_F(BmpFile, HeadersAreBelievedAsFarAsTheFileGoes) {
       {53, 1, 1, false},
       {54, 4, -4, false},
       {54, -3, -3, false},
-      // A size of 0 in 32 bits.
+      // The size in bytes is 0 modulo 2^32.
       {54, 65536, 65536, false},
       {54, 1, INT32_MAX, false},
       {0xFFFFFFFF, 1, 1, false},

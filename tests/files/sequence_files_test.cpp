@@ -21,7 +21,7 @@ class SequenceFiles : public testing::Test {
   TemporaryDirectory directory_;
 };
 
-// A line, or how there is none.
+// The line that a call returns, or kNone if it returns false.
 constexpr char kNone[] = "(none)";
 
 template <class Get>
@@ -82,7 +82,7 @@ TEST_F(SequenceFiles, ServeTheListBeforeAfterOneThatCannotBeOpened) {
   EXPECT_EQ(line(0), kNone);
 }
 
-// What holds only at the start of a process is looked at in one of its own.
+// Rules that hold only at the start of a process are tested in a process of their own.
 using SequenceFilesDeathTest = SequenceFiles;
 
 TEST_F(SequenceFilesDeathTest, AreNoneAtFirst) {
