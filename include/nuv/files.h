@@ -94,7 +94,7 @@ NUV_API uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth,
 ///
 /// @param pRGBImg    width*height*3 bytes in the order blue, green, red, not changed
 /// @param pFileName  path of the file; an existing file is replaced
-/// @return as NuvWrite8BitImg2BmpFile
+/// @return as NuvWrite8BitImg2BmpFile, without a palette
 NUV_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t height, const char* pFileName);
 
 /// @}
@@ -109,10 +109,10 @@ NUV_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t h
 
 /// Reads a list of files, and starts the walk of NuvSequenceFiles_GetNextFileName at its first line.
 ///
-/// The walk restarts in every case. If the result is false because the name is too long, the file cannot be
-/// opened, or it has no length below 2^31 - 1, the previous list stays. If allocation fails, no list is held.
-/// An empty file gives false only while no memory is held from a previous list. A read error is not reported:
-/// bytes that could not be read are 0.
+/// The walk restarts in every case. The previous list stays if the name is too long, if the file cannot be
+/// opened, or if its length is unknown or at least 2^31 - 1. If allocation fails, no list is held. An empty
+/// file gives false only while no memory is held from a previous list. A read error is not reported: bytes
+/// that could not be read are 0.
 ///
 /// @param pFileName  name of the list, less than 1024 bytes long
 /// @return whether the list was read

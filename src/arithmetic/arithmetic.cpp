@@ -1,6 +1,6 @@
 // Images combined byte by byte.
 //
-// One pass serves all exports: an export chooses the operation, the number of bytes and the place of the
+// One pass serves all exports, which differ in the operation, the number of bytes and the place of the
 // result. A function in place passes a source as its result.
 
 #include <algorithm>

@@ -55,7 +55,7 @@ bool NuvSequenceFiles::load(const char* list) {
   const File file = open_file(list, "rb");
   if (!file || std::fseek(file.get(), 0, SEEK_END) != 0) return false;
   const int64_t length = std::ftell(file.get());
-  // A directory, for example, can have the greatest length that exists.
+  // A directory, for example, can report the greatest length that exists.
   if (length < 0 || length >= std::numeric_limits<int32_t>::max()) return false;
   if (!hold(static_cast<int32_t>(length))) return false;
   std::rewind(file.get());

@@ -32,7 +32,7 @@ NUV_ROW_KERNEL void mean_row(const Sum* sums, uint32_t multiplier, uint8_t* NUV_
 
 // ---- sums ----
 
-// 2m + 1 by 2n + 1 pixels.
+// A window of 2m + 1 columns by 2n + 1 rows.
 struct Window {
   int32_t m;
   int32_t n;

@@ -3,7 +3,7 @@
 // The columns are sorted first, once for all windows that share a column. Sorting the rows of a window then
 // leaves its columns sorted, so no pixel is less than those above and left of it. A pixel with more than half
 // of the window above and left of it cannot be the median, and neither can a pixel with more than half of the
-// window below and right of it. Equally many of both kinds drop out. The remaining pixels are
+// window below and right of it. Equal numbers of both kinds drop out. The remaining pixels are
 //
 //     . . d      . . . s d
 //     . d .      . . s d g
@@ -12,9 +12,9 @@
 //                d g . . .
 //
 // and their median is the median of the window. With 3 by 3 it is the median of the three pixels d. With 5 by
-// 5, let d(k), s(k) and g(k) be the pixels of a kind in rising order. d(k) is not less than s(k), and d(k+1)
-// is not greater than g(k). At least five of the 12 other pixels therefore lie on either side of d(3). Only
-// s(4) and g(1) are undecided, and the median is that of s(4), d(3) and g(1).
+// 5, let d(k), s(k) and g(k) be the pixels of each letter in rising order. d(k) is not less than s(k), and
+// d(k+1) is not greater than g(k). At least five of the 12 other pixels therefore lie on either side of d(3).
+// Only s(4) and g(1) are undecided, and the median is that of s(4), d(3) and g(1).
 
 #include "filters/median_networks.h"
 

@@ -122,7 +122,7 @@ void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t height, int
   const GrayImage source{pGryImg, width, height};
   const int32_t m = std::max(M, 0);
   if (source.empty() || m > (width - 1) / 2) return;
-  // Clamping n changes no clipped window: it already holds all rows.
+  // A window that is clipped at both ends is the same for every larger n.
   const int32_t n = std::clamp(N, 0, height - 1);
   if (!write_clipped_windows(source, pResImg, m, n)) return;
   write_left_means(source, {pResImg, width, height}, m, n);

@@ -10,7 +10,7 @@
 namespace nuv {
 namespace {
 
-// What a neighbour adds: its difference up to a magnitude of T; beyond, a magnitude that falls to 0 at 3T.
+// What a neighbour adds: its difference up to a magnitude of T; beyond T, a value that falls to 0 at 3T.
 NUV_INLINE int16_t contribution(uint8_t neighbour, uint8_t centre, int16_t t) {
   const auto d = static_cast<int16_t>(neighbour - centre);
   const int16_t a = magnitude(d);
