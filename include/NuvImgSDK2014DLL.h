@@ -1,16 +1,44 @@
 /// @file
-/// Everything a host includes.
+/// The one header that a host includes, with the conventions that hold for every function.
+
+/// @mainpage NuvImgSDK2014DLL
 ///
-/// Conventions that hold for every function of the library:
+/// A library of image-processing functions over raw pixel buffers. The conventions below hold for every
+/// function; the text of a function states where it departs from them.
 ///
-/// - A gray or binary image is width*height bytes, row 0 (the top row) first, pixel (x, y) at byte
-///   y*width + x. An RGB image has three bytes per pixel in the order blue, green, red. Rows follow one
-///   another without padding. width and height count pixels.
-/// - A region is x1, x2, y1, y2 (both x first), all four ends inclusive.
-/// - In a binary image 0 is background, and on reading any other value is object.
-/// - Functions read and write only what their arguments point to; pointers are not tested. A function that
-///   does not say otherwise may run on any number of threads at once.
-/// - Input images are read only unless a function says that it changes them.
+/// ## Images
+///
+/// - width and height count pixels. Pixel (0, 0) is at the top left; x grows to the right and y grows down.
+/// - A gray or binary image is width*height bytes, the top row first. Pixel (x, y) is byte y*width + x. Rows
+///   follow one another without padding.
+/// - An RGB image has three bytes per pixel in the order blue, green, red, called byte 0, 1 and 2. Byte i of
+///   pixel (x, y) is byte 3*(y*width + x) + i of the image.
+/// - In a binary image 0 is background and any other value is object.
+///
+/// ## Regions
+///
+/// A region is passed as x1, x2, y1, y2, both x first. It holds columns x1 to x2 of rows y1 to y2, all four
+/// ends inclusive. It is empty if x1 > x2 or y1 > y2.
+///
+/// ## Memory
+///
+/// - Input images are read only unless a function says that it changes them. Result images are separate
+///   buffers of the host, which do not overlap an input unless a function allows it.
+/// - Functions read and write only what their arguments point to. Pointers are not tested.
+/// - Memory that a function returns is released as that function says.
+///
+/// ## Numbers
+///
+/// - 32-bit integers wrap. Shifts of negative integers are arithmetic, so that >> rounds down.
+/// - Conversions from floating point to integers truncate toward zero. A value that is not finite or does not
+///   fit becomes the most negative int32_t.
+/// - Divisions of integers truncate toward zero, too.
+///
+/// ## Failure and threads
+///
+/// - No function throws. What a function returns if it refuses its arguments or an allocation fails is stated
+///   with it.
+/// - A function may run on any number of threads at once unless it says otherwise.
 #ifndef NUVIMGSDK2014DLL_H
 #define NUVIMGSDK2014DLL_H
 

@@ -3,6 +3,10 @@
 #ifndef NUV_API_H
 #define NUV_API_H
 
+/// @def NUV_API
+/// Marks a function that the shared library exports.
+///
+/// Only the build of the library itself defines NUV_BUILDING_LIBRARY.
 #if defined(_WIN32)
 #if defined(NUV_BUILDING_LIBRARY)
 #define NUV_API __declspec(dllexport)

@@ -1,15 +1,5 @@
 /// @file
-/// RGB, gray and channel operations, camera frames, interlaced fields.
-///
-/// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. Results of a rectangle are
-/// packed: y2-y1+1 rows of x2-x1+1 pixels, one behind the other. Rectangles must lie inside the image; of
-/// an empty one, x1 > x2 or y1 > y2 wherever its ends are, nothing is copied. NuvSelectRGBRect2Gry and the
-/// functions headed Rectangles do not read their argument height.
-///
-/// Two gray weightings are in use, and they differ in which end of the pixel is red:
-///
-///     whole image   (byte0*468 + byte1*2404 + byte2*1225) >> 12     white gives 255
-///     rectangle     (byte0*306 + byte1*601  + byte2*116)  >> 10     white gives 254
+/// RGB to gray, channels, rectangles, camera frames, interlaced fields.
 #ifndef NUV_COLOUR_H
 #define NUV_COLOUR_H
 
@@ -17,54 +7,99 @@
 
 #include "nuv/api.h"
 
-// ---- Whole images to gray --------------------------------------------------------------------------------
-//
-// pRGBImg is width*height*3 bytes, pGryImg width*height bytes in another buffer, all of it written.
+/// @defgroup colour Colour
+///
+/// RGB to gray, channels, rectangles, camera frames, interlaced fields.
+///
+/// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. The result of a rectangle
+/// x1, x2, y1, y2 is packed: its y2-y1+1 rows of x2-x1+1 pixels follow one another without padding. A
+/// rectangle must lie inside the image. An empty one, x1 > x2 or y1 > y2, may lie anywhere, and nothing is
+/// copied. Results are other buffers than sources, except where a function changes an image in place.
+///
+/// Two gray weightings are in use. The rectangle weighting gives byte 0 the weight of red and byte 2 that of
+/// blue:
+///
+///     whole image   (byte0*468 + byte1*2404 + byte2*1225) >> 12     white gives 255
+///     rectangle     (byte0*306 + byte1*601  + byte2*116)  >> 10     white gives 254
+/// @{
 
-/// Gray by the whole-image weighting (0.114, 0.587, 0.299 of blue, green, red in 12-bit fixed point).
+/// @defgroup colour_gray Whole images to gray
+///
+/// Each pixel of an RGB image becomes one gray byte.
+///
+/// pRGBImg has width*height*3 bytes and is read. pGryImg is another buffer of width*height bytes and is
+/// written in full.
+/// @{
+
+/// Converts an RGB image to gray by the whole-image weighting.
+///
+/// The weights are 0.114 of blue, 0.587 of green and 0.299 of red in 12-bit fixed point.
 NUV_API void NuvRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// 255 less the gray of NuvRGB2Gry.
+/// Converts an RGB image to inverted gray: 255 minus the gray of NuvRGB2Gry.
 NUV_API void NuvRGB2GryInvert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// The largest of the three bytes less the smallest: 0 on gray, high on saturated colour.
+/// Converts an RGB image to gray: the largest of the three bytes of each pixel minus the smallest.
+///
+/// The result is 0 on gray and high on saturated colour.
 NUV_API void NuvRGBsDif2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// The largest of the three bytes.
+/// Converts an RGB image to gray: the largest of the three bytes of each pixel.
 NUV_API void NuvExtractMaxRGB2GryImg(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-// ---- Channels --------------------------------------------------------------------------------------------
-//
-// channel is 0, 1 or 2 and is not tested. A gray image has width*height bytes, an RGB image three times as
-// many.
+/// @}
 
-/// One byte of each pixel.
+/// @defgroup colour_channels Channels
+///
+/// Single bytes of RGB pixels: selected, replaced, combined, interleaved.
+///
+/// channel is the number of the byte: 0 for blue, 1 for green, 2 for red. It is not tested. A gray image has
+/// width*height bytes, an RGB image three times as many.
+/// @{
+
+/// Copies one channel of an RGB image to a gray image.
 NUV_API void NuvSelectRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                               uint8_t* pGryImg);
 
-/// Another name of NuvSelectRGB2Gry.
+/// Copies one channel of an RGB image to a gray image; another name of NuvSelectRGB2Gry.
 NUV_API void NuvExtractOneChannelFromRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                          uint8_t* pGryImg);
 
-/// One byte of each pixel of a rectangle.
+/// Copies one channel of a rectangle of an RGB image to a packed gray image.
 ///
+/// @param height   not used
 /// @param pGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvSelectRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t channel, uint8_t* pGryImg);
 
-/// Writes a gray image over one byte of each pixel of pRGBImg.
+/// Writes a gray image over one channel of an RGB image.
+///
+/// @param pRGBImg  RGB image, changed in place; the other two channels are kept
+/// @param pGryImg  gray image, read
 NUV_API void NuvReplaceOneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                        uint8_t* pGryImg);
 
-/// Combines a gray image by bitwise or with one byte of each pixel of pRGBImg.
+/// Combines one channel of an RGB image with a gray image by bitwise or.
+///
+/// @param pRGBImg  RGB image, changed in place; the other two channels are kept
+/// @param pGryImg  gray image, read
 NUV_API void NuvOROneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                   uint8_t* pGryImg);
 
-/// Interleaves three planes: the blue plane becomes byte 0, the green byte 1, the red byte 2.
+/// Interleaves three gray images to an RGB image.
+///
+/// @param pRedImg, pGreenImg, pBlueImg  become byte 2, byte 1 and byte 0 of the pixels
 NUV_API void NuvGry2RGBImg(uint8_t* pRedImg, uint8_t* pGreenImg, uint8_t* pBlueImg, int32_t width,
                            int32_t height, uint8_t* pRGBImg);
 
-// ---- Rectangles ------------------------------------------------------------------------------------------
+/// @}
+
+/// @defgroup colour_rectangles Rectangles
+///
+/// Rectangles copied out of an image, and what is measured over them.
+///
+/// None of these functions uses its argument height.
+/// @{
 
 /// Copies a rectangle of a gray image.
 ///
@@ -72,15 +107,30 @@ NUV_API void NuvGry2RGBImg(uint8_t* pRedImg, uint8_t* pGreenImg, uint8_t* pBlueI
 NUV_API void NuvCopyGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// NuvCopyGryRect on the luminance plane that a YUV 420P frame begins with.
+/// Copies a rectangle of the Y plane of a YUV 420P frame.
+///
+/// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
+///
+/// @param pGryImg  frame, of which only the Y plane is read
+/// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyYUV420PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// NuvCopyGryRect on the luminance plane that a YUV 420SP frame begins with.
+/// Copies a rectangle of the Y plane of a YUV 420SP frame.
+///
+/// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
+///
+/// @param pGryImg  frame, of which only the Y plane is read
+/// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyYUV420SPRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// NuvCopyGryRect on the luminance plane that a YUV 422P frame begins with.
+/// Copies a rectangle of the Y plane of a YUV 422P frame.
+///
+/// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
+///
+/// @param pGryImg  frame, of which only the Y plane is read
+/// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyYUV422PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -90,272 +140,395 @@ NUV_API void NuvCopyYUV422PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t hei
 NUV_API void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Copies a rectangle of an RGB image, and its gray by the rectangle weighting.
+/// @overload
+/// Copies a rectangle of an RGB image and converts it to gray by the rectangle weighting.
 ///
+/// @param pResImg     receives (x2-x1+1)*(y2-y1+1)*3 bytes
 /// @param pResGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, uint8_t* pResImg, uint8_t* pResGryImg);
 
-/// Every fourth pixel of every fourth row of a rectangle, beginning with (x1, y1); nothing is averaged.
+/// Copies every fourth pixel of every fourth row of a rectangle of an RGB image.
 ///
-/// @param pResImg  receives rows of ((x2-x1) >> 2) + 1 pixels, ((y2-y1) >> 2) + 1 of them
+/// The first pixel copied is (x1, y1). Nothing is averaged.
+///
+/// @param pResImg  receives ((y2-y1) >> 2) + 1 rows of ((x2-x1) >> 2) + 1 RGB pixels
 NUV_API void NuvCopyRGBScale4Rect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// The gray of a rectangle by the rectangle weighting.
+/// Converts a rectangle of an RGB image to gray by the rectangle weighting.
+///
+/// @param pGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pGryImg);
 
-/// A rectangle taken apart into three planes: byte 2 goes to red, byte 1 to green, byte 0 to blue.
+/// Splits a rectangle of an RGB image into three gray images, one per channel.
+///
+/// @param pRedImg, pGreenImg, pBlueImg  receive (x2-x1+1)*(y2-y1+1) bytes each: byte 2, byte 1 and byte 0
 NUV_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pRedImg, uint8_t* pGreenImg,
                                 uint8_t* pBlueImg);
 
-/// Splits a rectangle into two colours: pixels brighter than the mean gray and the rest give two mean
-/// colours, and each pixel goes to the nearer one (one step of 2-means, from a split at the mean).
+/// Splits a rectangle of an RGB image into a bright and a dark colour, and marks the pixels of one of them.
 ///
-/// The gray is that of the rectangle weighting, its mean truncated; a mean colour is truncated per byte, and
-/// that of a class without pixels is 0, 0, 0. Distances are sums of squared byte differences. Sums of pixels
-/// are 32-bit and wrap, from 8,421,505 white pixels on.
+/// This is one step of 2-means from a split at the mean gray. The pixels whose gray is above the mean give
+/// the bright mean colour, the others the dark one. Each pixel then belongs to the nearer of the two.
 ///
-/// @param bBright               true: 255 marks the bright colour; false: the dark one
-/// @param pGryImg               receives the gray of the rectangle
-/// @param pBinImg               receives 255 where the marked colour is strictly nearer, else 0
-/// @param pResWidth, pResHeight receive x2-x1+1 and y2-y1+1; all that an empty rectangle writes
+/// The gray is that of the rectangle weighting, and its mean is truncated. A mean colour is truncated per
+/// byte; the mean colour of a class without pixels is 0, 0, 0. A distance is the sum of the squared
+/// differences of the bytes. The sums over pixels are 32-bit and wrap from 8,421,505 white pixels on.
+///
+/// @param bBright                true: 255 marks the bright colour; false: it marks the dark one
+/// @param pGryImg                receives the gray of the rectangle, (x2-x1+1)*(y2-y1+1) bytes
+/// @param pBinImg                receives, in as many bytes, 255 where the marked colour is strictly nearer,
+///                               else 0
+/// @param pResWidth, pResHeight  receive x2-x1+1 and y2-y1+1. An empty rectangle writes nothing else
 NUV_API void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, bool bBright, uint8_t* pGryImg, uint8_t* pBinImg,
                                   int32_t* pResWidth, int32_t* pResHeight);
 
-/// Mean colour of the first pixels of each row of a rectangle, as many as the row has mask hits.
+/// Computes the mean colour of the first pixels of each row of a rectangle, as many as a mask has hits there.
 ///
-/// A mask byte hits if it is exactly 255. The k hits of a row select the k pixels from column x1 on, wherever
-/// in the row they lie: a mask that fills its rows from the left gives the mean under the mask. Sums are
-/// 32-bit and wrap, from 8,421,505 white pixels on.
+/// A mask byte of exactly 255 is a hit. If row y of the rectangle has k hits, the k pixels from (x1, y) on
+/// count, wherever the hits lie. The result is thus the mean under the mask only if the hits fill each row
+/// from its left end. Sums are 32-bit and wrap from 8,421,505 white pixels on.
 ///
-/// @param pMskImg              mask of the size of the image
+/// @param pMskImg              mask of width*height bytes, addressed at the same (x, y) as the image
 /// @param pRed, pGreen, pBlue  receive the truncated means of byte 2, 1 and 0; all 0 without a hit
 NUV_API void NuvRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t x1,
                            int32_t x2, int32_t y1, int32_t y2, int32_t* pRed, int32_t* pGreen,
                            int32_t* pBlue);
 
-/// Another name of NuvRGBRectAvr.
+/// Computes a mean colour of a rectangle by the hits of a mask; another name of NuvRGBRectAvr.
 NUV_API void NuvGetRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t x1,
                               int32_t x2, int32_t y1, int32_t y2, int32_t* pRed, int32_t* pGreen,
                               int32_t* pBlue);
 
-// ---- Camera frames ---------------------------------------------------------------------------------------
-//
-// A frame holds a Y per pixel and a Cb and Cr, of offset 128, per unit of pixels. Whole divisions:
-//
-//     format   unit   bytes     in memory                                      Cb of pixel (x, y) at
-//     CbYCrY   2x1    w*h*2     groups of 4 bytes Cb, left Y, Cr, right Y      2*(y*w + x/2*2)
-//     420SP    2x2    w*h*3/2   Y plane, then rows of Cb and Cr taking turns   w*h + (y/2)*w + x/2*2
-//     420P     2x2    w*h*3/2   Y plane, Cb plane, Cr plane                    w*h + (y/2)*(w/2) + x/2
-//     422P     2x1    w*h*2     Y plane, Cb plane, Cr plane                    w*h + y*(w/2) + x/2
-//
-// Cr stands 2 bytes behind Cb in CbYCrY, 1 in 420SP, (h/2)*(w/2) in 420P, h*(w/2) in 422P. The Y plane is a
-// gray image. All formats share one matrix, BT.601 of full range in 14-bit fixed point; >> rounds down:
-//
-//     B = (16384*Y + 29032*u) >> 14               G = (16384*Y - 5638*u - 11700*v) >> 14
-//     R = (16384*Y + 22970*v) >> 14               u = Cb - 128, v = Cr - 128, results clamped to 0..255
-//
-//     Y = (1867*B + 9617*G + 4898*R) >> 14
-//     c = (8192*B - 5428*G - 2763*R) >> 14        Cb = (sum of c over the unit's n pixels + 128*n) / n
-//     d = (8192*R - 6859*G - 1332*B) >> 14        Cr = (sum of d over the unit's n pixels + 128*n) / n
-//
-// The weights of Y do not add up to 16384, so a gray v above 0 becomes Y = v - 1 and comes back as v - 1.
-//
-// Rectangles must lie inside the frame. A function that returns a bool demands that some of width, height,
-// x1, y1, W = x2-x1+1 and H = y2-y1+1 are even, as told with it; it tests them first, and returns false, with
-// nothing written, if one is odd. Otherwise it returns true, also of an empty frame or rectangle, which
-// writes nothing. Results are written in full, to other buffers:
-//
-//     RGB         W*H pixels of three bytes, all from the frame's own Y, Cb and Cr
-//     gray        W*H bytes, the Y
-//     Scale4      every fourth pixel of every fourth row, from (x1, y1) on, with the chroma of its unit:
-//                 ((x2-x1) >> 2) + 1 by ((y2-y1) >> 2) + 1 RGB pixels; nothing is averaged
-//     RedImg      W*H bytes, the red of each pixel
-//     Shrink2     the red of every second pixel of every second row, from (x1, y1) on:
-//                 W/2 by ((y2-y1) >> 1) + 1 bytes; nothing is averaged
-//
-// @see ITU-R Recommendation BT.601, Studio encoding parameters of digital television, 1982
+/// @}
 
-// ---- Packed CbYCrY frames --------------------------------------------------------------------------------
+/// @defgroup colour_frames Camera frames
+///
+/// Conversions between RGB and four camera formats, of whole frames and of rectangles.
+///
+/// A frame holds one Y per pixel, and one Cb and one Cr, both with offset 128, per unit of pixels. With
+/// w = width, h = height and divisions rounded down, the formats are:
+///
+///     format   unit   bytes     in memory                                      Cb of pixel (x, y) at byte
+///     CbYCrY   2x1    w*h*2     groups of 4 bytes Cb, left Y, Cr, right Y      2*(y*w + x/2*2)
+///     420SP    2x2    w*h*3/2   Y plane, then rows of Cb and Cr alternating    w*h + (y/2)*w + x/2*2
+///     420P     2x2    w*h*3/2   Y plane, Cb plane, Cr plane                    w*h + (y/2)*(w/2) + x/2
+///     422P     2x1    w*h*2     Y plane, Cb plane, Cr plane                    w*h + y*(w/2) + x/2
+///
+/// The Cr of a pixel follows its Cb by 2 bytes in CbYCrY, by 1 in 420SP, by (h/2)*(w/2) in 420P and by
+/// h*(w/2) in 422P. The Y plane is a gray image.
+///
+/// All formats share one colour matrix, BT.601 of full range in 14-bit fixed point; >> rounds down:
+///
+///     B = (16384*Y + 29032*u) >> 14               G = (16384*Y - 5638*u - 11700*v) >> 14
+///     R = (16384*Y + 22970*v) >> 14               u = Cb - 128, v = Cr - 128, results clamped to 0..255
+///
+///     Y = (1867*B + 9617*G + 4898*R) >> 14
+///     c = (8192*B - 5428*G - 2763*R) >> 14        Cb = (sum of c over the unit's n pixels + 128*n) / n
+///     d = (8192*R - 6859*G - 1332*B) >> 14        Cr = (sum of d over the unit's n pixels + 128*n) / n
+///
+/// The weights of Y add up to 16382, not 16384. A gray pixel of value v > 0 therefore becomes Y = v - 1, and
+/// converts back to v - 1.
+///
+/// Rectangles must lie inside the frame. A rectangle has W = x2-x1+1 columns and H = y2-y1+1 rows. A function
+/// that returns a bool requires that some of width, height, x1, W, y1 and H are even or multiples of 4, as
+/// stated with it. It tests that first; if one of them is not, it returns false and writes nothing. An empty
+/// frame or rectangle that passes the test gives true, and nothing is written for it. Results are other
+/// buffers than sources and are written in full:
+///
+///     RGB         W*H pixels of three bytes
+///     gray        W*H bytes: the Y of each pixel
+///     Scale4      every fourth pixel of every fourth row, from (x1, y1) on, as RGB with the chroma of its
+///                 unit: ((y2-y1) >> 2) + 1 rows of ((x2-x1) >> 2) + 1 pixels; nothing is averaged
+///     RedImg      W*H bytes: the red of each pixel
+///     Shrink2     the red of every second pixel of every second row, from (x1, y1) on:
+///                 ((y2-y1) >> 1) + 1 rows of W/2 bytes; nothing is averaged
+///
+/// A function of whole frames has x1 = y1 = 0, W = width and H = height.
+///
+/// @see ITU-R Recommendation BT.601, Studio encoding parameters of digital television, 1982
+/// @{
 
-/// A frame to RGB. Demands an even width.
+/// @defgroup colour_cbycry Packed CbYCrY frames
+///
+/// Frames of width*height*2 bytes in groups Cb, left Y, Cr, right Y.
+/// @{
+
+/// Converts a CbYCrY frame to RGB.
+///
+/// @return true if width is even; otherwise false, and nothing is written
 NUV_API bool NuvCbYCrY2RGB(uint8_t* pCbYCrYImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
-/// RGB to a frame of width*height*2 bytes. Demands an even width.
+/// Converts an RGB image to a CbYCrY frame of width*height*2 bytes.
+///
+/// @return true if width is even; otherwise false, and nothing is written
 NUV_API bool NuvRGB2CbYCrY(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pCbYCrYImg);
 
-/// The Y of a frame: the second byte of each of its width*height pairs.
+/// Copies the Y of a CbYCrY frame: the second byte of each of its width*height pairs.
 NUV_API void NuvCbYCrY2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// A rectangle to RGB. Demands even x1 and W.
+/// Converts a rectangle of a CbYCrY frame to RGB.
+///
+/// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyCbYCrYRect2RGB(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Scale4 of a rectangle, each pixel with the left Y of its group. Demands even x1 and W.
+/// Converts every fourth pixel of every fourth row of a rectangle of a CbYCrY frame to RGB (Scale4).
+///
+/// Each pixel has the left Y of its group.
+///
+/// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyCbYCrYScale4Rect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                      int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// A rectangle to RGB and to gray. Demands even x1 and W.
+/// Converts a rectangle of a CbYCrY frame to RGB and to gray.
+///
+/// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyCbYCrYRect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// The bytes of a rectangle, W*2 from each row: a frame again if x1 and W are even, which is not tested.
+/// Copies the bytes of a rectangle of a CbYCrY frame, W*2 from each row.
+///
+/// The result is a CbYCrY frame if x1 and W are even, which is not tested.
 NUV_API void NuvCopyCbYCrYRect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// The gray of a rectangle, in whole groups: with an odd W each row of the result has W + 1 bytes, the last
-/// one being the Y behind the rectangle's right edge, which the frame's memory must hold.
+/// Copies the Y of a rectangle of a CbYCrY frame, in whole groups.
+///
+/// If W is odd, each row of the result has W + 1 bytes. The last one is the Y after the rectangle's right
+/// edge, which the frame's memory must hold.
 NUV_API void NuvCopyCbYCrYRect2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    int32_t y1, int32_t y2, uint8_t* pGryImg);
 
-/// The red of a rectangle, in whole groups: with an odd W each row of the result has W + 1 bytes, from the
-/// whole last group, which the frame's memory must hold. Groups are counted from x1 on; with an odd x1 their
-/// Cr is taken from where the Cb of the next pixels stands.
+/// Computes the red of each pixel of a rectangle of a CbYCrY frame (RedImg), in whole groups.
+///
+/// If W is odd, each row of the result has W + 1 bytes, and the frame's memory must hold the whole last
+/// group. Groups are counted from x1 on. If x1 is odd, the byte taken for the Cr of a group is the Cb of the
+/// next pixels.
 NUV_API void NuvCopyCbYCrYRect2RedImg(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                       int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Shrink2 of a rectangle: of each group counted from x1 on, the red of the left Y. With an odd W a row of
-/// the result has (W + 1)/2 bytes, and the frame's memory must hold the last group whole; an odd x1 is as
+/// Computes the red of every second pixel of every second row of a rectangle of a CbYCrY frame (Shrink2).
+///
+/// Groups are counted from x1 on, and each gives the red of its left Y. If W is odd, a row of the result has
+/// (W + 1)/2 bytes, and the frame's memory must hold the whole last group. An odd x1 has the effect described
 /// with NuvCopyCbYCrYRect2RedImg.
 NUV_API void NuvCopyCbYCrYRect2RedImgShrink2(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                              int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-// ---- YUV 420SP frames ------------------------------------------------------------------------------------
+/// @}
 
-/// A frame to RGB. Demands even width and height.
+/// @defgroup colour_420sp YUV 420SP frames
+///
+/// Frames of width*height*3/2 bytes: a Y plane, then rows of Cb and Cr alternating.
+/// @{
+
+/// Converts a YUV 420SP frame to RGB.
+///
+/// @return true if width and height are even; otherwise false, and nothing is written
 NUV_API bool NuvYUV420SP2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
-/// RGB to a frame of width*height*3/2 bytes. Demands even width and height.
+/// Converts an RGB image to a YUV 420SP frame of width*height*3/2 bytes.
+///
+/// @return true if width and height are even; otherwise false, and nothing is written
 NUV_API bool NuvRGB2YUV420SP(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pYUVImg);
 
-/// Copies the width*height bytes of the Y plane.
+/// Copies the Y plane of a YUV 420SP frame, width*height bytes.
 NUV_API void NuvYUV420SP2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// A rectangle as a 420SP frame of its own, W*H*3/2 bytes. Demands even x1, W, y1 and H.
+/// Copies a rectangle of a YUV 420SP frame to a frame of its own, W*H*3/2 bytes.
+///
+/// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                  int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// A rectangle to RGB and to gray. Demands even width, height, x1, W, y1 and H.
+/// Converts a rectangle of a YUV 420SP frame to RGB and to gray.
+///
+/// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                  int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// A rectangle to RGB. Demands even x1, W, y1 and H.
+/// Converts a rectangle of a YUV 420SP frame to RGB.
+///
+/// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Scale4 of a rectangle. Demands even x1, W, y1 and H.
+/// Converts every fourth pixel of every fourth row of a rectangle of a YUV 420SP frame to RGB (Scale4).
+///
+/// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// RedImg of a rectangle. Demands even x1, W, y1 and H.
+/// Computes the red of each pixel of a rectangle of a YUV 420SP frame (RedImg).
+///
+/// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                         int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Shrink2 of a rectangle. Demands even x1, W, y1 and H.
+/// Computes the red of every second pixel of every second row of a rectangle of a YUV 420SP frame (Shrink2).
+///
+/// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                                int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-// ---- YUV 420P frames -------------------------------------------------------------------------------------
+/// @}
 
-/// A frame to RGB. Demands even width and height.
+/// @defgroup colour_420p YUV 420P frames
+///
+/// Frames of width*height*3/2 bytes: planes of Y, Cb and Cr, with chroma for units of 2x2 pixels.
+/// @{
+
+/// Converts a YUV 420P frame to RGB.
+///
+/// @return true if width and height are even; otherwise false, and nothing is written
 NUV_API bool NuvYUV420P2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
-/// RGB to a frame of width*height*3/2 bytes. Demands even width and height.
+/// Converts an RGB image to a YUV 420P frame of width*height*3/2 bytes.
+///
+/// @return true if width and height are even; otherwise false, and nothing is written
 NUV_API bool NuvRGB2YUV420P(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pYUVImg);
 
-/// Copies the width*height bytes of the Y plane.
+/// Copies the Y plane of a YUV 420P frame, width*height bytes.
 NUV_API void NuvYUV420P2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// A rectangle to RGB and to gray. Demands even width, height, x1, W, y1 and H.
+/// Converts a rectangle of a YUV 420P frame to RGB and to gray.
+///
+/// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// A rectangle to RGB. Demands even width, height, x1, W, y1 and H.
+/// Converts a rectangle of a YUV 420P frame to RGB.
+///
+/// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Scale4 of a rectangle. Demands even width, height, x1, W, y1 and H.
+/// Converts every fourth pixel of every fourth row of a rectangle of a YUV 420P frame to RGB (Scale4).
+///
+/// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// RedImg of a rectangle. Demands even x1, W, y1 and H.
+/// Computes the red of each pixel of a rectangle of a YUV 420P frame (RedImg).
+///
+/// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Shrink2 of a rectangle. Demands even x1, W, y1 and H.
+/// Computes the red of every second pixel of every second row of a rectangle of a YUV 420P frame (Shrink2).
+///
+/// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                               int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-// ---- YUV 422P frames -------------------------------------------------------------------------------------
+/// @}
 
-/// A frame to RGB. Demands an even width.
+/// @defgroup colour_422p YUV 422P frames
+///
+/// Frames of width*height*2 bytes: planes of Y, Cb and Cr, with chroma for units of 2x1 pixels.
+/// @{
+
+/// Converts a YUV 422P frame to RGB.
+///
+/// @return true if width is even; otherwise false, and nothing is written
 NUV_API bool NuvYUV422P2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
-/// RGB to a frame of width*height*2 bytes. Demands even width and height.
+/// Converts an RGB image to a YUV 422P frame of width*height*2 bytes.
+///
+/// @return true if width and height are even; otherwise false, and nothing is written
 NUV_API bool NuvRGB2YUV422P(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pYUVImg);
 
-/// Copies the width*height bytes of the Y plane.
+/// Copies the Y plane of a YUV 422P frame, width*height bytes.
 NUV_API void NuvYUV422P2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// A rectangle to RGB and to gray. Demands even width, height, x1 and W.
+/// Converts a rectangle of a YUV 422P frame to RGB and to gray.
+///
+/// @return true if width, height, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// A rectangle to RGB. Demands even width, x1 and W.
+/// Converts a rectangle of a YUV 422P frame to RGB.
+///
+/// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Scale4 of a rectangle. Demands even width and x1, and W and H that are multiples of 4.
+/// Converts every fourth pixel of every fourth row of a rectangle of a YUV 422P frame to RGB (Scale4).
+///
+/// @return true if width and x1 are even, and W and H are multiples of 4; otherwise false, and nothing is
+///         written
 NUV_API bool NuvCopyYUV422PScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// RedImg of a rectangle. Demands even width, x1 and W.
+/// Computes the red of each pixel of a rectangle of a YUV 422P frame (RedImg).
+///
+/// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Shrink2 of a rectangle. Demands even width, x1 and W.
+/// Computes the red of every second pixel of every second row of a rectangle of a YUV 422P frame (Shrink2).
+///
+/// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                               int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-// ---- Interlaced fields -----------------------------------------------------------------------------------
-//
-// The first field of a frame are its rows 0, 2, 4 ..., the second field its rows 1, 3, 5 ... Images are gray,
-// or with bRGB RGB of three bytes per pixel. An image without pixels writes nothing but *pResHeight.
+/// @}
 
-/// Takes one field out of a frame.
+/// @}
+
+/// @defgroup colour_fields Interlaced fields
+///
+/// Frames split into their two fields, and woven from them.
+///
+/// The first field of a frame is its rows 0, 2, 4 ..., the second field its rows 1, 3, 5 ... If bRGB is true,
+/// images are RGB with three bytes per pixel; otherwise they are gray. For an image without pixels, only
+/// *pResHeight is written.
+/// @{
+
+/// Copies one field of a frame.
 ///
 /// @param bSecondField  false: the first field, (height + 1)/2 rows; true: the second, height/2 rows
-/// @param pResImg       receives the field, packed
-/// @param pResHeight    receives its rows
+/// @param pResImg       receives the rows of the field without gaps
+/// @param pResHeight    receives the number of rows of the field
 NUV_API void NuvExtractOneField(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, bool bSecondField,
                                 uint8_t* pResImg, int32_t* pResHeight);
 
-/// Splits a frame: the rows of the first field, and those of the second behind them.
+/// Splits a frame into its fields: the rows of the first field, then those of the second.
 ///
-/// @param pResImg  receives the rows, in the frame's size
+/// @param pResImg  receives the rows, in a buffer of the frame's size
 NUV_API void NuvSplitOddEvenField(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pResImg);
 
-/// Weaves two fields into a frame, the second one moved sideways by shift pixels to make up for motion.
+/// Weaves two fields into a frame, with the second field shifted sideways to make up for motion.
 ///
-/// The rows of the first field go to rows 0, 2, 4 ...; then those of the second go to rows 1, 3, 5 ...:
+/// First the rows of the first field are copied to rows 0, 2, 4 ... Then the rows of the second field are
+/// copied to rows 1, 3, 5 ..., shifted by shift pixels:
 ///
 ///     shift > 0    their first width-shift pixels to column shift; the first shift pixels are left alone
 ///     shift <= 0   their pixels from column -shift on to column 0; the last -shift pixels are left alone
 ///
-/// In RGB with shift <= 0, 0 included, row i of the second field goes to byte width + 6*width*i on instead of
-/// 3*width + 6*width*i: inside the row above, over a part of it. A clean RGB frame takes a positive shift.
-/// With a shift of width or more to either side nothing of the second field is written.
+/// If |shift| is width or more, nothing of the second field is written.
 ///
-/// @param pSecondField, pFirstField  secondHeight and firstHeight rows of width pixels
-/// @param pResImg     has room for max(2*firstHeight - 1, 2*secondHeight) rows; they are written as told,
-///                    whatever *pResHeight. If the fields differ, rows between are left alone
-/// @param pResHeight  receives secondHeight + firstHeight, which wraps
+/// @note In RGB with shift <= 0, 0 included, row i of the second field is written from byte
+/// width + 6*width*i on, not from byte 3*width + 6*width*i. It covers part of the row above. Only a positive
+/// shift gives a clean RGB frame.
+///
+/// @param pSecondField  secondHeight rows of width pixels
+/// @param pFirstField   firstHeight rows of width pixels
+/// @param pResImg       has room for max(2*firstHeight - 1, 2*secondHeight) rows and is written as described,
+///                      whatever *pResHeight is. Where one field has more rows than the other, the rows
+///                      between them are left alone
+/// @param pResHeight    receives secondHeight + firstHeight, which wraps
 NUV_API void NuvMergeOddEvenField(uint8_t* pSecondField, uint8_t* pFirstField, int32_t secondHeight,
                                   int32_t firstHeight, int32_t width, bool bRGB, int32_t shift,
                                   uint8_t* pResImg, int32_t* pResHeight);
+
+/// @}
+
+/// @}
 
 #endif
