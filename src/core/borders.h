@@ -1,4 +1,4 @@
-// What happens to the outermost rows and columns.
+// The treatment of the outermost rows and columns.
 
 #ifndef NUV_CORE_BORDERS_H
 #define NUV_CORE_BORDERS_H
@@ -10,7 +10,7 @@
 
 namespace nuv {
 
-// Zeroes whole rows; those outside the image are left out.
+// Clears rows first to last, as far as they lie in the image.
 inline void clear_rows(GrayImage image, int32_t first, int32_t last) {
   if (image.empty()) return;
   for (int32_t y = std::max(first, 0); y <= std::min(last, image.height - 1); ++y) {
@@ -18,12 +18,12 @@ inline void clear_rows(GrayImage image, int32_t first, int32_t last) {
   }
 }
 
-// Zeroes columns of one row; those outside the image are left out.
+// Clears columns first to last of row y, as far as they lie in the image.
 inline void clear_columns(GrayImage image, int32_t y, int32_t first, int32_t last) {
   for (int32_t x = std::max(first, 0); x <= std::min(last, image.width - 1); ++x) *image.at(x, y) = 0;
 }
 
-// Zeroed: a band of that width on all four sides.
+// Clears a band of that width along all four sides.
 inline void clear_band(GrayImage image, int32_t band) {
   if (image.empty()) return;
   if (image.width <= 2 * band || image.height <= 2 * band) {
@@ -32,15 +32,14 @@ inline void clear_band(GrayImage image, int32_t band) {
   }
   clear_rows(image, 0, band - 1);
   clear_rows(image, image.height - band, image.height - 1);
-  // The end of each row and the start of the next lie side by side.
+  // The end of each row and the start of the next are adjacent in memory.
   for (int32_t y = band; y <= image.height - band; ++y) {
     uint8_t* seam = image.row(y) - band;
     for (int32_t i = 0; i < 2 * band; ++i) seam[i] = 0;
   }
 }
 
-// Sets the outermost bytes of an image that is taken for one of a byte per pixel, but for the distance of its
-// rows.
+// Sets the four sides as if the image had one byte per pixel; only the distance between rows is real.
 template <int Channels>
 void set_side_bytes(Image<Channels> image, uint8_t value) {
   if (image.empty()) return;

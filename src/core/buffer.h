@@ -1,4 +1,4 @@
-// Memory of the library's own. An allocation that fails leaves an empty buffer and throws nothing.
+// Memory that the library allocates. If an allocation fails, the buffer is empty and nothing is thrown.
 
 #ifndef NUV_CORE_BUFFER_H
 #define NUV_CORE_BUFFER_H
@@ -13,11 +13,11 @@ namespace nuv {
 template <class T>
 using Buffer = std::unique_ptr<T[]>;
 
-// Elements are left as the memory comes. The count has 64 bits everywhere, as there are more pixels in an
-// image than addresses in a 32-bit process.
+// Elements are not initialised. The count has 64 bits on every platform, because an image can have more pixels
+// than a 32-bit process has addresses.
 template <class T>
 Buffer<T> allocate(uint64_t count) {
-  // Of more than there are addresses for, new throws in spite of what it is asked for.
+  // Refuse counts beyond the address space first: nothrow new still throws for those.
   // NOLINTNEXTLINE(bugprone-sizeof-expression): elements may be pointers.
   if (count > PTRDIFF_MAX / sizeof(T)) return {};
   return Buffer<T>(new (std::nothrow) T[static_cast<std::size_t>(count)]);

@@ -1,4 +1,4 @@
-// Counting bytes, eight at a time.
+// Counts bytes, eight at a time.
 
 #include "core/byte_counter.h"
 
@@ -23,7 +23,7 @@ void ByteCounter::add(const uint8_t* bytes, std::ptrdiff_t count) {
   for (; i < count; ++i) add(bytes[i]);
 }
 
-// Without a branch: every byte's counter is written, and goes up by 0 or 1.
+// There is no branch: each byte adds 0 or 1 to its counter.
 void ByteCounter::add_masked(const uint8_t* bytes, const uint8_t* mask, std::ptrdiff_t count) {
   constexpr uint64_t kLowBits = 0x7f7f7f7f7f7f7f7f;
   std::ptrdiff_t i = 0;
@@ -32,7 +32,7 @@ void ByteCounter::add_masked(const uint8_t* bytes, const uint8_t* mask, std::ptr
     uint64_t selected;
     std::memcpy(&word, bytes + i, 8);
     std::memcpy(&selected, mask + i, 8);
-    // 1 in each byte that is not 0.
+    // Each byte becomes 1 if it is not 0.
     selected = ((((selected & kLowBits) + kLowBits) | selected) & ~kLowBits) >> 7;
     tables_[0][word & 255] += static_cast<int32_t>(selected & 1);
     tables_[1][word >> 8 & 255] += static_cast<int32_t>(selected >> 8 & 1);

@@ -1,4 +1,4 @@
-// Counting bytes into 256 bins.
+// Counts of byte values, in 256 bins.
 
 #ifndef NUV_CORE_BYTE_COUNTER_H
 #define NUV_CORE_BYTE_COUNTER_H
@@ -12,13 +12,13 @@ namespace nuv {
 constexpr int32_t kBins = 256;
 using Histogram = std::array<int32_t, kBins>;
 
-// Eight tables take turns, as pictures hold runs of one value and a counter that was just written cannot be
-// read back at once.
+// Eight consecutive bytes are counted in eight tables. Images hold runs of equal values, and in a single table
+// each increment would wait until the one before it is stored.
 class ByteCounter {
  public:
   void add(uint8_t value) { ++tables_[0][value]; }
   void add(const uint8_t* bytes, std::ptrdiff_t count);
-  // Those whose byte of the mask is not 0.
+  // Counts the bytes whose mask byte is not 0.
   void add_masked(const uint8_t* bytes, const uint8_t* mask, std::ptrdiff_t count);
   void store_to(int32_t* bins) const;
 
@@ -26,8 +26,8 @@ class ByteCounter {
   std::array<Histogram, 8> tables_{};
 };
 
-// Counts the bytes of a small window, and then of the next one. The values of a small window lie close
-// together, so that bins are walked and cleared from its least value to its greatest alone.
+// Counts the bytes of one small window after another. The values of a small window lie close together, so only
+// the bins from the least to the greatest value are read and cleared.
 class WindowBins {
  public:
   void add(uint8_t value) {

@@ -1,5 +1,5 @@
-// The sum of bytes: the two bytes of a word are added to a sum of 16 bits, sixteen words at once, and the sums
-// are taken over into 32 bits before they can wrap.
+// Sums of bytes. The two bytes of a word are added to a 16-bit sum, sixteen words at once. The sums are added up
+// in 32 bits before they can wrap.
 
 #include "core/byte_sums.h"
 

@@ -1,4 +1,4 @@
-// The sum of bytes.
+// Sums of bytes.
 
 #ifndef NUV_CORE_BYTE_SUMS_H
 #define NUV_CORE_BYTE_SUMS_H
@@ -10,10 +10,10 @@
 
 namespace nuv {
 
-// Wraps at 32 bits.
+// The sum of n bytes. It wraps at 32 bits.
 int32_t sum_of_bytes(const uint8_t* bytes, std::ptrdiff_t n);
 
-// The sum of the pixels of a region, which must lie in the image. It wraps.
+// The sum of the pixels of a region, which must lie in the image. It wraps at 32 bits.
 int32_t sum_of_region(GrayImage image, Region region);
 
 }  // namespace nuv

@@ -1,8 +1,8 @@
-// Columns worked on as rows.
+// Columns processed as rows.
 //
-// A walk down a column touches another cache line at each pixel, and cannot look at several pixels at once.
-// So the columns are taken in strips: a strip is transposed into a buffer, where each column is a row, and
-// transposed back if it has changed.
+// A walk down a column touches another cache line at each pixel and cannot compare several pixels at once.
+// Therefore the columns are processed in strips. A strip is transposed into a buffer, in which each column is a
+// row, and is transposed back if it has changed.
 
 #ifndef NUV_CORE_COLUMN_STRIPS_H
 #define NUV_CORE_COLUMN_STRIPS_H
@@ -23,11 +23,12 @@ class ColumnStrip {
  public:
   explicit ColumnStrip(Lines columns)
       : columns_(columns),
-        // An odd number of cache lines keeps the rows of the buffer apart in a cache.
+        // An odd number of cache lines per row keeps the rows of the buffer from sharing cache sets.
         step_(((columns.length / kLine + 1) | 1) * kLine),
         buffer_(allocate<uint8_t>(static_cast<std::size_t>(step_) * kStripColumns)) {}
 
-  // The strip from one column on. If allocation has failed, its columns as they stand in the image.
+  // Loads the strip that starts with column first. If allocation failed, the result is the columns in the
+  // image itself.
   Lines load(int32_t first) {
     first_ = first;
     count_ = std::min(kStripColumns, columns_.count - first);
@@ -37,7 +38,7 @@ class ColumnStrip {
     return {buffer_.get(), count_, columns_.length, step_, 1};
   }
 
-  // Brings the strip that was loaded last back into the image.
+  // Copies the strip that was loaded last back to the image.
   void store() const {
     if (!buffer_) return;
     uint8_t* start = columns_.start + first_ * columns_.to_next_line;
@@ -54,8 +55,8 @@ class ColumnStrip {
   int32_t count_ = 0;
 };
 
-// Each calls action(strip) for strips of the columns, from the left to the right. The action may change what
-// it gets from the second one.
+// Both functions call action(strip) for the strips of the columns from left to right. In change_column_strips()
+// the action may change the pixels.
 template <class Action>
 void for_column_strips(Lines columns, Action action) {
   ColumnStrip strip(columns);

@@ -1,9 +1,9 @@
-// Splitting and joining interleaved bytes.
+// Splits and joins interleaved bytes.
 //
-// Byte k of pixel i is byte 3i + k of the row. As 16 is one more than a multiple of 3, the bytes of one plane
-// stand on every third place of each of three vectors of 16, and no two of them on the same place: one vector
-// takes them all in, and turning its places puts them in order. Joining is the way back. Two such groups of
-// 16 pixels go abreast, each in its own lane.
+// Byte k of pixel i is byte 3i + k of the row. Because 16 is 1 modulo 3, the bytes of one plane occupy disjoint
+// places in three consecutive vectors of 16. Masks and bitwise ors gather them in one vector, and a permutation
+// puts them in order. Joining reverses these steps. A step processes two such groups of 16 pixels side by side,
+// each in its own lane of a vector of 32.
 
 #include "core/interleaved.h"
 
@@ -17,10 +17,11 @@ namespace nuv {
 #if NUV_HAS_LANES
 namespace {
 
-constexpr std::ptrdiff_t kStep = 32;  // pixels that are worked on at once
+constexpr std::ptrdiff_t kStep = 32;  // pixels per step
 using Places = std::make_integer_sequence<int, kStep>;
 
-// Place j of a lane gets what stands on place 3j + K, or sends it there: 3 * 11 is one more than 2 * 16.
+// Place j of a lane receives the byte at place 3j + K modulo 16, or sends its byte there. 11 is the inverse of 3
+// modulo 16.
 template <int K, int... J>
 NUV_INLINE void take_from_thirds(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
   v = __builtin_shufflevector(v, v, (J & 16) + ((3 * J + K) & 15)...);
@@ -30,8 +31,8 @@ NUV_INLINE void send_to_thirds(Bytes32& v, std::integer_sequence<int, J...> /*pl
   v = __builtin_shufflevector(v, v, (J & 16) + (11 * (J - K) & 15)...);
 }
 
-// Place j of a lane from v0, v1 or v2, as j is 0, 1 or 2 more than a multiple of 3. Masks, as blends by bytes
-// take processors several steps each.
+// Place j of a lane comes from v0, v1 or v2 if j modulo 3 is 0, 1 or 2. Masks are used because a blend of bytes
+// takes several processor steps.
 template <int... J>
 NUV_INLINE void mix_by_thirds(const Bytes32& v0, const Bytes32& v1, const Bytes32& v2, Bytes32& mixed,
                               std::integer_sequence<int, J...> /*places*/) {
@@ -41,7 +42,7 @@ NUV_INLINE void mix_by_thirds(const Bytes32& v0, const Bytes32& v1, const Bytes3
   mixed = (v0 & first) | (v1 & second) | (v2 & third);
 }
 
-// One lane of a and one of b.
+// Joins one lane of a and one lane of b.
 template <int LaneOfA, int LaneOfB, int... J>
 NUV_INLINE void take_lanes(const Bytes32& a, const Bytes32& b, Bytes32& lanes,
                            std::integer_sequence<int, J...> /*places*/) {
@@ -91,14 +92,14 @@ NUV_INLINE void join_step(const uint8_t* plane0, const uint8_t* plane1, const ui
   for (int i = 0; i < 3; ++i) store32(pixels + 32 * i, row[i]);
 }
 
-// The bytes at every third place, from place K on, or where those places go on if K is negative.
+// Selects every third place, counted from place K. If K is negative, the count begins before the vector.
 template <int K, int... J>
 NUV_INLINE void plane_mask(Bytes32& mask, std::integer_sequence<int, J...> /*places*/) {
   mask = Bytes32{((J - K) % 3 == 0 ? 255 : 0)...};
 }
 
-// One plane written over its places of the pixels, or combined with them by a bitwise or. A byte of the plane
-// has the same place in its lane in all three mixtures of join_step(), so masks alone take it to its row.
+// Writes one plane over its places in the pixels, or combines it with them by a bitwise or. A byte of the plane
+// has the same place within its lane in all three mixtures of join_step(), so masks suffice to place it.
 template <int K, bool IsOr>
 NUV_INLINE void put_step(const uint8_t* plane, uint8_t* pixels) {
   Bytes32 sent[3];
@@ -119,8 +120,8 @@ NUV_INLINE void put_step(const uint8_t* plane, uint8_t* pixels) {
   }
 }
 
-// Pairs of bytes: each lane gathers the bytes of one plane in its lower half and those of the other in its
-// upper half, and the halves of two lanes make up one.
+// Pairs of bytes are split in two steps. First each lane gathers the bytes of one plane in its lower half and
+// those of the other plane in its upper half. Then the equal halves of two lanes are joined.
 template <int... J>
 NUV_INLINE void part_pairs(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
   v = __builtin_shufflevector(v, v, (J & 16) + (2 * (J & 7) + (J >> 3 & 1))...);
@@ -147,7 +148,7 @@ NUV_INLINE void split_pairs_step(const uint8_t* pairs, uint8_t* plane0, uint8_t*
   store32(plane1, planes[1]);
 }
 
-// The way back takes bytes in turn, from the lower and from the upper halves of the lanes.
+// Pairs are joined by alternating the bytes of a and b, from the lower or from the upper half of each lane.
 template <int Half, int... J>
 NUV_INLINE void zip_halves(const Bytes32& a, const Bytes32& b, Bytes32& zipped,
                            std::integer_sequence<int, J...> /*places*/) {
@@ -168,7 +169,7 @@ NUV_INLINE void join_pairs_step(const uint8_t* plane0, const uint8_t* plane1, ui
   for (int i = 0; i < 2; ++i) store32(pairs + 32 * i, row[i]);
 }
 
-// Where a step starts: the last one ends with the row, over what the one before it did if need be.
+// The first pixel of a step. The last step ends with the row and may repeat pixels of the step before it.
 NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t count) {
   return done < count - kStep ? done : count - kStep;
 }
@@ -219,7 +220,7 @@ NUV_INLINE void put_bytes(const uint8_t* NUV_RESTRICT plane, uint8_t* NUV_RESTRI
                           std::ptrdiff_t count) {
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  // A step may repeat what the one before it did.
+  // A pixel that is processed twice gets the same value again.
   while (count >= kStep && done < count) {
     const std::ptrdiff_t i = start_of_step(done, count);
     put_step<K, IsOr>(plane + i, pixels + 3 * i);

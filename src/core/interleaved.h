@@ -1,8 +1,8 @@
-// Interleaved bytes, taken apart into planes and put together again.
+// Interleaved bytes split into planes and joined again.
 //
-// Arithmetic on interleaved bytes does not become vector code by itself. A pass over RGB pixels therefore
-// works on short planes: a block of pixels is split into three arrays that stay in the first-level cache,
-// and the row kernel of the pass sees plain bytes.
+// Compilers do not turn arithmetic on interleaved bytes into vector code. A pass over RGB pixels therefore
+// works on short planes: a block of pixels is split into three arrays that stay in the first-level cache, and
+// the row kernel of the pass processes plain bytes.
 
 #ifndef NUV_CORE_INTERLEAVED_H
 #define NUV_CORE_INTERLEAVED_H
@@ -19,8 +19,8 @@ void split_planes(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8
 void join_planes(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2, uint8_t* pixels,
                  std::ptrdiff_t count);
 
-// Writes a plane over byte number place of each pixel, or combines it with that byte by a bitwise or. place is
-// 0, 1 or 2.
+// Writes a plane over byte number place of each pixel, or combines it with that byte by a bitwise or. place
+// is 0, 1 or 2.
 void replace_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
 void or_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
 
@@ -37,8 +37,8 @@ struct PlaneBlock {
   alignas(64) uint8_t b2[kPlaneBlock];
 };
 
-// Calls kernel(planes, results, count) for the blocks of a row of count pixels, with the place in results
-// where the block's one byte per pixel belongs.
+// Calls kernel(planes, block_results, n) for each block of a row of count pixels. A pixel has one byte in
+// results; block_results is the place of the block's first pixel there.
 template <class Kernel>
 void map_pixels(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* results, Kernel kernel) {
   PlaneBlock planes;

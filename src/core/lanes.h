@@ -1,9 +1,9 @@
-// Sixteen bytes at once, or twice sixteen, where the order of bytes is the work: taking interleaved pixels
-// apart, turning columns into rows. Loops over arrays leave such moves to the compiler, which does not see
-// them; here they are vector types of the language extension that GCC and clang share, for any processor.
+// Vectors of 16 and 32 bytes, for work that consists of reordering bytes: splitting interleaved pixels, turning
+// columns into rows. Compilers do not recognise such permutations in loops over arrays. The vector types are
+// those of the language extension that GCC and clang share, and they compile for any processor.
 //
-// Without the extension NUV_HAS_LANES is 0, and the users of this header take their plain loops. A build that
-// defines it as 0 tests those.
+// Without the extension NUV_HAS_LANES is 0, and the users of this header run their plain loops. A build that
+// defines it as 0 tests those loops.
 
 #ifndef NUV_CORE_LANES_H
 #define NUV_CORE_LANES_H
@@ -28,7 +28,7 @@
 
 namespace nuv {
 
-// ---- single bytes and lanes of bytes: code for both is written once, as a template ----
+// Functions for a single byte and for lanes of bytes share their names, so that one template serves both.
 
 NUV_INLINE void load(const uint8_t* p, uint8_t& byte) {
   byte = *p;
@@ -37,7 +37,7 @@ NUV_INLINE void store(uint8_t* p, uint8_t byte) {
   *p = byte;
 }
 
-// Compilers turn the choice between the lanes of two vectors into one instruction.
+// Compilers turn this choice between the lanes of two vectors into one instruction.
 template <class Lanes>
 NUV_INLINE void keep_lesser(Lanes& a, const Lanes& b) {
   a = a < b ? a : b;
@@ -46,7 +46,7 @@ template <class Lanes>
 NUV_INLINE void keep_greater(Lanes& a, const Lanes& b) {
   a = a > b ? a : b;
 }
-// a becomes the lesser, b the greater.
+// In each lane, a becomes the lesser and b the greater.
 template <class Lanes>
 NUV_INLINE void order(Lanes& a, Lanes& b) {
   const Lanes first = a;
@@ -68,11 +68,11 @@ NUV_INLINE void store16(uint8_t* p, Bytes16 v) {
   std::memcpy(p, &v, 16);
 }
 
-// Two lanes of sixteen bytes abreast. They are passed by reference: processors with and without registers of
-// this size pass them by value in different ways.
+// Two lanes of sixteen bytes side by side. They are passed by reference, because the calling convention for
+// values of this size depends on whether the processor has registers for them.
 using Bytes32 = uint8_t __attribute__((vector_size(32)));
 
-// Anywhere in memory. Compilers split a 32-byte std::memcpy in two, through the stack.
+// A vector at any address. Compilers split a 32-byte std::memcpy in two, through the stack.
 struct __attribute__((packed, may_alias)) Bytes32Anywhere {
   Bytes32 bytes;
 };
@@ -115,7 +115,7 @@ NUV_INLINE Bytes16 average_up(Bytes16 a, Bytes16 b) {
 #endif
 }
 
-// The lower and the upper halves of two vectors, taking turns.
+// Alternates the bytes of the lower halves of two vectors, or of their upper halves.
 NUV_INLINE Bytes16 zip_low(Bytes16 a, Bytes16 b) {
   return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
 }
@@ -127,7 +127,7 @@ NUV_INLINE Bytes16 reversed(Bytes16 v) {
   return __builtin_shufflevector(v, v, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
 }
 
-// Byte i of the result is the byte of v at place places[i], which must be below 16.
+// Byte i of the result is byte places[i] of v. Each place must be below 16.
 NUV_INLINE Bytes16 picked(Bytes16 v, Bytes16 places) {
 #if defined(__clang__)
   Bytes16 result;
@@ -138,9 +138,9 @@ NUV_INLINE Bytes16 picked(Bytes16 v, Bytes16 places) {
 #endif
 }
 
-// Turns 16 rows of 16 bytes into 16 columns. Zipping row i with row i + 8 doubles the distance between the
-// bytes of a row, in row number and place as one address of eight bits; after four rounds the bits of the
-// row and of the place have changed sides.
+// Turns 16 rows of 16 bytes into 16 columns. The address of a byte has eight bits, the row number above the
+// place in the row. Zipping every row i with row i + 8 rotates these addresses left by one bit, so four rounds
+// exchange row and place.
 NUV_INLINE void transpose16(Bytes16 (&rows)[16]) {
   Bytes16 zipped[16];
 #pragma GCC unroll 4

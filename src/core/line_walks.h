@@ -1,12 +1,12 @@
 // Walks along straight lines.
 //
-// A line that is given by an equation is walked along its major axis: one pixel per column, or one per row
-// where the line is steep. The forms of a line differ in how they round the other coordinate, so the walks
-// take that as a function; truncated() sends every coordinate that does not exist out of the image, and a
-// pixel outside the image is not visited.
+// A line that is given by an equation is walked along its major axis, with one pixel per column, or one per row
+// if the line is steep. The forms of a line round the other coordinate in different ways, so the walks take it
+// as a function. truncated() maps every coordinate that does not exist to one outside the image, and pixels
+// outside the image are not visited.
 //
-// A line between two points is walked connected: each column is filled from the row where the column before
-// ended. Of a line that is neither level nor upright the column of the left end point is not visited.
+// A line between two points is walked connected: each column is filled from the row where the column before it
+// ended. If the line is neither horizontal nor vertical, the column of its left end point is not visited.
 
 #ifndef NUV_CORE_LINE_WALKS_H
 #define NUV_CORE_LINE_WALKS_H
@@ -20,7 +20,7 @@
 
 namespace nuv {
 
-// Visits (x, row_at(x)) for the columns first..last of an image of that height.
+// Visits (x, row_at(x)) for columns first to last, where it lies in an image of that height.
 template <class RowAt, class Visit>
 void walk_columns(int32_t first, int32_t last, int32_t height, RowAt row_at, Visit visit) {
   for (int32_t x = first; x <= last; ++x) {
@@ -29,7 +29,7 @@ void walk_columns(int32_t first, int32_t last, int32_t height, RowAt row_at, Vis
   }
 }
 
-// Visits (column_at(y), y) for the rows first..last of an image of that width.
+// Visits (column_at(y), y) for rows first to last, where it lies in an image of that width.
 template <class ColumnAt, class Visit>
 void walk_rows(int32_t first, int32_t last, int32_t width, ColumnAt column_at, Visit visit) {
   for (int32_t y = first; y <= last; ++y) {
@@ -38,7 +38,7 @@ void walk_rows(int32_t first, int32_t last, int32_t width, ColumnAt column_at, V
   }
 }
 
-// The line A*x + B*y + C = 0. It is walked by rows where it is steep, and at exactly 45 degrees.
+// The line A*x + B*y + C = 0. It is walked by rows if it is steep or at exactly 45 degrees.
 struct AbcLine {
   double A;
   double B;
@@ -49,7 +49,7 @@ struct AbcLine {
   int32_t row_at(int32_t x) const { return truncated(0.5 - (x * A + C) / B); }
 };
 
-// The part of the line whose major coordinate lies in range; the other is limited by the image alone.
+// Visits the part of the line whose major coordinate lies in range. Only the image limits the other coordinate.
 template <class Visit>
 void walk_abc_line(int32_t width, int32_t height, Region range, AbcLine line, Visit visit) {
   if (line.by_rows()) {
@@ -61,8 +61,8 @@ void walk_abc_line(int32_t width, int32_t height, Region range, AbcLine line, Vi
   }
 }
 
-// Between two points, in single precision. A vertical or horizontal line visits both its ends; any other
-// starts in the column behind its left end point.
+// Visits the line between two points, in single precision. A vertical or horizontal line has both its ends; any
+// other line starts in the column after its left end point.
 template <class Visit>
 void walk_connected(Point p1, Point p2, Visit visit) {
   if (p1.x == p2.x) {

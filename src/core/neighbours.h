@@ -26,7 +26,7 @@ constexpr bool is_diagonal(int direction) {
   return (direction & 1) != 0;
 }
 
-// Only the low three bits of a code are a direction, so that no byte of a chain leads out of the tables.
+// The low three bits of a code are the direction, so every byte of a chain is a valid index of the tables.
 constexpr int direction_of(uint8_t code) {
   return code & 7;
 }
@@ -35,7 +35,7 @@ constexpr Point stepped(Point p, uint8_t code) {
   return {p.x + kDx[direction_of(code)], p.y + kDy[direction_of(code)]};
 }
 
-// The way from a pixel to each of its neighbours in an image with rows of that width.
+// The offset from a pixel to each of its neighbours in an image with rows of that width.
 constexpr std::array<std::ptrdiff_t, 8> neighbour_offsets(std::ptrdiff_t width) {
   std::array<std::ptrdiff_t, 8> offsets{};
   for (int d = 0; d < 8; ++d) offsets[d] = kDy[d] * width + kDx[d];

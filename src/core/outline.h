@@ -1,4 +1,4 @@
-// The walk round a rectangle.
+// The outline of a rectangle.
 
 #ifndef NUV_CORE_OUTLINE_H
 #define NUV_CORE_OUTLINE_H
@@ -11,7 +11,7 @@
 
 namespace nuv {
 
-// A rectangle with its ends clamped to an image, which must have pixels, and put in order.
+// Clamps the ends of a rectangle to an image, which must have pixels, and puts them in order.
 template <int Channels>
 Region ordered_within(Image<Channels> image, Region r) {
   const auto column = [&image](int32_t x) { return std::clamp(x, 0, image.width - 1); };
@@ -22,9 +22,10 @@ Region ordered_within(Image<Channels> image, Region r) {
   return ordered;
 }
 
-// Visits rows y1 and y2 over x1..x2, then columns x1 and x2 over y1..y2: a pixel once per
-// side that it lies on, so corners twice and all of a rectangle of one row or column at least twice. Ends out
-// of order leave out the walk along their axis, and what lies outside the image is not visited.
+// Visits rows y1 and y2 from x1 to x2, then columns x1 and x2 from y1 to y2. A pixel is visited once per side
+// that it lies on: corners twice, and every pixel of a rectangle of one row or column at least twice. If the
+// ends along an axis are out of order, the sides along that axis are left out. Pixels outside the image are not
+// visited.
 template <int Channels, class Visit>
 void walk_outline(Image<Channels> image, Region r, Visit visit) {
   for (int32_t y : {r.y1, r.y2}) {

@@ -1,9 +1,10 @@
-// Pixels of three bytes, 32 at once, as words of two bytes.
+// RGB pixels as words of two bytes, 32 pixels at once.
 //
-// Two pixels are three words: byte 0 and 1 of the left one, its byte 2 and byte 0 of the right one, byte 1 and 2 of
-// the right one. The words of one kind stand on every third place of three vectors of 8, and no two of them on the
-// same place: one vector takes them all in, and a shuffle puts them in order. Joining is the way back. Blends of
-// words take processors one step, those of bytes several (frame/interleaved.cpp has the same for single bytes).
+// Two pixels are three words: bytes 0 and 1 of the left one, byte 2 of the left and byte 0 of the right one, and
+// bytes 1 and 2 of the right one. Because 8 is 2 modulo 3, the words of one kind occupy disjoint places in three
+// consecutive vectors of 8. Blends gather them in one vector, and a shuffle puts them in order. Joining reverses
+// these steps. core/interleaved.cpp does the same for single bytes, with masks: processors blend words in one
+// step, but bytes in several.
 
 #ifndef NUV_CORE_PIXEL_WORDS_H
 #define NUV_CORE_PIXEL_WORDS_H
@@ -35,7 +36,7 @@ NUV_INLINE void high_bytes(const Words16& words, Words16& bytes) {
   bytes = reinterpret_cast<Words16>(reinterpret_cast<Unsigned>(words) >> 8);
 }
 
-// Words of 16 pairs of pixels.
+// The words of 16 pairs of pixels, by kind.
 struct PixelWords {
   static constexpr int kPixels = 32;
 
@@ -50,7 +51,7 @@ NUV_INLINE void take_word_lanes(const Words16& a, const Words16& b, Words16& lan
   lanes = __builtin_shufflevector(a, b, (J < 8 ? 8 * LaneOfA + J : 8 + 8 * LaneOfB + J)...);
 }
 
-// Place j of a lane from v0, v1 or v2, as j is 0, 1 or 2 more than a multiple of 3.
+// Place j of a lane comes from v0, v1 or v2 if j modulo 3 is 0, 1 or 2.
 template <int... J>
 NUV_INLINE void mix_words(const Words16& v0, const Words16& v1, const Words16& v2, Words16& mixed,
                           std::integer_sequence<int, J...> /*places*/) {
@@ -58,7 +59,8 @@ NUV_INLINE void mix_words(const Words16& v0, const Words16& v1, const Words16& v
   mixed = __builtin_shufflevector(two, v2, ((J & 7) % 3 == 2 ? 16 + J : J)...);
 }
 
-// Place m of a lane gets what stands on place 3m + K, or sends it there: 3 * 3 is one more than 8.
+// Place m of a lane receives the word at place 3m + K modulo 8, or sends its word there. 3 is its own inverse
+// modulo 8.
 template <int K, int... M>
 NUV_INLINE void order_words(Words16& v, std::integer_sequence<int, M...> /*places*/) {
   v = __builtin_shufflevector(v, v, (M & 8) + ((3 * M + K) & 7)...);

@@ -1,4 +1,4 @@
-// Passes that map every pixel by itself.
+// Passes that map each pixel by itself.
 
 #ifndef NUV_CORE_POINT_PASS_H
 #define NUV_CORE_POINT_PASS_H
@@ -12,8 +12,8 @@
 
 namespace nuv {
 
-// Applies row_map(pixels, count) to each row of a region that lies in the image; a region that spans the
-// whole width is one long row.
+// Applies row_map(pixels, count) to each row of a region, which must lie in the image. A region of the whole
+// width is passed as one long row.
 template <class RowMap>
 void for_rows(GrayImage image, Region region, RowMap row_map) {
   if (region.empty()) return;
@@ -26,8 +26,8 @@ void for_rows(GrayImage image, Region region, RowMap row_map) {
   }
 }
 
-// Applies row_map(pixels, their places in a result of the image's size, count) to each row of a region that
-// lies in the image.
+// Applies row_map(pixels, results, count) to each row of a region, which must lie in the image. results is the
+// same place in a result of the image's size.
 template <class RowMap>
 void for_rows(GrayImage image, uint8_t* result, Region region, RowMap row_map) {
   if (image.empty() || region.empty()) return;
@@ -39,7 +39,7 @@ void for_rows(GrayImage image, uint8_t* result, Region region, RowMap row_map) {
 
 using ByteTable = std::array<uint8_t, 256>;
 
-// Replaces byte i by its entry in table_of(i), eight bytes at a time: one load and one store for all of them.
+// Replaces byte i by its entry in table_of(i), eight bytes at a time, with one load and one store for all eight.
 template <class TableOf>
 void map_bytes(TableOf table_of, uint8_t* bytes, std::ptrdiff_t n) {
   std::ptrdiff_t i = 0;

@@ -1,12 +1,15 @@
 // The mark of a hot loop over one row.
 //
-// A row kernel is a small function over raw pointers and a count, in the narrowest types that hold its
-// values, without a branch or a call inside, so that the compiler turns it into vector code. On ELF the mark
-// asks GCC for one copy per x86-64 level, chosen when the library loads; elsewhere it does nothing.
-// A kernel that does little but load neighbours is marked as load-bound, and has no copy with vectors of 64
-// bytes: each load at an odd place would cross a cache line.
-// Every copy computes the same: the kernels are integer code, or floating code without contraction.
-// A build for one level (NUV_LEVEL in CMake) defines NUV_ONE_LEVEL: everything is compiled for that level, once.
+// A row kernel is a small function over raw pointers and a count. It uses the narrowest types that hold its
+// values and contains no branch or call, so that the compiler turns it into vector code. On ELF the mark makes
+// GCC compile one copy per x86-64 level, and one of them is chosen when the library loads. Elsewhere it does
+// nothing. Every copy computes the same, because kernels are integer code, or floating-point code without
+// contraction.
+//
+// A kernel that does little but load neighbours is marked as load-bound. It has no copy with vectors of 64
+// bytes, because each of its unaligned loads would cross a cache line.
+//
+// A build for one level (NUV_LEVEL in CMake) defines NUV_ONE_LEVEL. It compiles everything once, for that level.
 
 #ifndef NUV_CORE_ROW_KERNEL_H
 #define NUV_CORE_ROW_KERNEL_H
@@ -21,7 +24,7 @@
 #define NUV_LOAD_BOUND_ROW_KERNEL
 #endif
 
-// For the pieces that a row kernel is made of: they must be compiled with its instruction set.
+// The mark of a part of a row kernel, which must be compiled with the kernel's instruction set.
 #if defined(__GNUC__)
 #define NUV_INLINE inline __attribute__((always_inline))
 #define NUV_RESTRICT __restrict__
@@ -34,7 +37,7 @@
 
 namespace nuv {
 
-// By value: the references of std::min and std::max keep a loop from becoming vector code.
+// Arguments are values: the references of std::min and std::max keep compilers from making vector code.
 NUV_INLINE uint8_t lesser(uint8_t a, uint8_t b) {
   return a < b ? a : b;
 }

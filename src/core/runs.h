@@ -1,6 +1,6 @@
-// Runs: the maximal stretches of one kind along a line.
+// Runs: the maximal stretches of pixels of one kind along a line.
 //
-// A line is a start, a count and a stride, so that rows and columns are the same code.
+// A line has a start, a count and a stride, so that rows and columns share their code.
 
 #ifndef NUV_CORE_RUNS_H
 #define NUV_CORE_RUNS_H
@@ -28,11 +28,11 @@ struct Line {
   }
 };
 
-// Parallel lines of an image: all rows or all columns of a region, which must lie in it.
+// Parallel lines of an image: all rows or all columns of a region, which must lie in the image.
 struct Lines {
   uint8_t* start;
-  int32_t count;   // of lines
-  int32_t length;  // of each
+  int32_t count;   // lines
+  int32_t length;  // pixels per line
   std::ptrdiff_t to_next_line;
   std::ptrdiff_t stride;
 
@@ -54,14 +54,14 @@ inline Lines columns_of(GrayImage image) {
   return columns_of(image, image.whole());
 }
 
-// Eight pixels of a row are compared at once as a number, whose lowest byte is the first pixel.
+// Eight pixels of a row are compared at once as one number, whose lowest byte must be the first pixel.
 #if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
 constexpr bool kLowestByteFirst = false;
 #else
 constexpr bool kLowestByteFirst = true;
 #endif
 
-// The pixels of a line from a threshold up are bright, the others dark.
+// Searches a line. Pixels of the threshold and above are bright, the others are dark.
 class Brightness {
  public:
   explicit Brightness(int32_t threshold)
@@ -69,7 +69,7 @@ class Brightness {
         low_bits_(static_cast<uint64_t>(threshold & 127) * kOnes),
         has_top_bit_(threshold > 127 ? ~uint64_t{0} : 0) {}
 
-  // The first place from i on that is bright, or dark; the count if there is none.
+  // The first place from i on whose pixel is bright, or dark; the count if there is none.
   int32_t next_bright(Line line, int32_t i) const { return next<true>(line, i); }
   int32_t next_dark(Line line, int32_t i) const { return next<false>(line, i); }
 
@@ -77,8 +77,8 @@ class Brightness {
   static constexpr uint64_t kOnes = 0x0101010101010101;
   static constexpr uint64_t kTopBits = 0x8080808080808080;
 
-  // The top bits of the bright ones of eight pixels, for a threshold from 1 to 255. The difference compares
-  // the lower seven bits, without a borrow from one byte to the next.
+  // Sets the top bit of each bright pixel of eight, for a threshold from 1 to 255. The difference compares the
+  // lower seven bits; the top bits keep a byte from borrowing from the next.
   uint64_t bright_flags(const uint8_t* pixels) const {
     uint64_t eight;
     std::memcpy(&eight, pixels, 8);
@@ -86,8 +86,8 @@ class Brightness {
     return ((eight & low_reached) | ((eight | low_reached) & ~has_top_bit_)) & kTopBits;
   }
 
-  // The number of the lowest byte with a flag. The product moves that number, which is one of the bytes of
-  // the factor, to the top.
+  // The number of the lowest byte with a flag. The bytes of the factor are these numbers, and the product moves
+  // the right one to the top.
   static int32_t lowest_flag(uint64_t flags) {
     return static_cast<int32_t>(((flags & (0 - flags)) >> 7) * 0x0001020304050607 >> 56);
   }
@@ -106,10 +106,10 @@ class Brightness {
 
   int32_t threshold_;
   uint64_t low_bits_;
-  uint64_t has_top_bit_;  // all bits or none
+  uint64_t has_top_bit_;  // of the threshold: all bits set if so, else none
 };
 
-// The first place from i on whose pixel is 0, or not 0; the count if there is none.
+// The first place from i on whose pixel is 0 (black) or not 0 (white); the count if there is none.
 inline int32_t next_black(Line line, int32_t i) {
   return Brightness(1).next_dark(line, i);
 }
@@ -117,8 +117,8 @@ inline int32_t next_white(Line line, int32_t i) {
   return Brightness(1).next_bright(line, i);
 }
 
-// Each calls action(first, last) for the runs of a line in rising order, both ends inclusive. The action may
-// change the pixels of its run.
+// Both functions call action(first, last) for the runs of a line in ascending order, both ends inclusive. The
+// action may change the pixels of its run.
 template <class Action>
 void for_white_runs(Line line, Action action) {
   for (int32_t i = next_white(line, 0); i < line.count;) {
@@ -135,7 +135,8 @@ void for_black_runs(Line line, Action action) {
     i = next_black(line, end);
   }
 }
-// Of pixels from a threshold up that begin with one from a start value up. The action may change any pixel.
+// Calls action(first, last) for runs that start with a pixel of at least start and continue with pixels of at
+// least threshold. The action may change any pixel.
 template <class Action>
 void for_bright_runs(Line line, int32_t start, int32_t threshold, Action action) {
   const Brightness starts(start);
@@ -147,8 +148,8 @@ void for_bright_runs(Line line, int32_t start, int32_t threshold, Action action)
   }
 }
 
-// A limit of lengths that moves evenly down an image: one value at y = 0, another at y = span. Without a span
-// it stays at the first.
+// A length limit that changes linearly down an image, from at_top at y = 0 to at_bottom at y = span. If span is
+// 0 or less, it is at_top everywhere.
 inline int32_t limit_at(int32_t y, int32_t span, int32_t at_top, int32_t at_bottom) {
   return (span > 0 ? (at_bottom - at_top) * y / span : 0) + at_top;
 }

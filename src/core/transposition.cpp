@@ -9,9 +9,10 @@ namespace nuv {
 namespace {
 
 #if NUV_HAS_LANES
-// Blocks from pixel (0, y1) on, as many as fit.
+// The functions below move whole blocks from pixel (0, y1) on, as many as fit.
 
-// 16 by 16 bytes. Up to four blocks lie above each other, so that whole cache lines of the result are written.
+// Blocks of 16 by 16 bytes. A band of rows holds up to four blocks above each other, which fill whole cache lines
+// of the result.
 NUV_ROW_KERNEL void move_blocks_of_bytes(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t y1,
                                          std::ptrdiff_t y2) {
   constexpr std::ptrdiff_t kSide = 16;
@@ -29,7 +30,7 @@ NUV_ROW_KERNEL void move_blocks_of_bytes(const Transposition& t, std::ptrdiff_t 
 
 using Pixels4 = uint32_t __attribute__((vector_size(16)));
 
-// Four rows of four pixels into columns, in two rounds of zips like those of transpose16().
+// Turns four rows of four pixels into columns, in two rounds of zips like those of transpose16().
 NUV_INLINE void transpose4(Pixels4 (&rows)[4]) {
 #pragma GCC unroll 2
   for (int round = 0; round < 2; ++round) {
@@ -41,7 +42,8 @@ NUV_INLINE void transpose4(Pixels4 (&rows)[4]) {
   }
 }
 
-// Four pixels, those of three bytes with a fourth one. Sixteen bytes are read and written in any case.
+// Loads or stores four pixels. A pixel of three bytes gets a fourth one, which the store drops. Sixteen bytes
+// are read or written in any case.
 template <int PixelBytes>
 NUV_INLINE Pixels4 load_four(const uint8_t* p) {
   Bytes16 bytes = load16(p);
@@ -59,8 +61,8 @@ NUV_INLINE void store_four(uint8_t* p, Pixels4 pixels) {
   store16(p, bytes);
 }
 
-// 4 by 4 pixels. Those of three bytes need 4 bytes after each row of a block, in the source and in the result;
-// in the result these are written, and the pixels that belong there must follow.
+// Blocks of 4 by 4 pixels. With three bytes per pixel, each row of a block is read and written 4 bytes past its
+// end. The pixels of the result that belong there must be written afterwards.
 template <int PixelBytes>
 NUV_INLINE void move_blocks_of_four(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t y1,
                                     std::ptrdiff_t y2) {
@@ -108,7 +110,7 @@ struct Blocks<4> {
 
 template <int PixelBytes>
 void Transposition::move_all(std::ptrdiff_t columns, std::ptrdiff_t rows) const {
-  // Bands of rows are small enough for the first-level cache. Pixels beside and below the blocks of a band are
+  // A band of rows is small enough for the first-level cache. Pixels beside and below the blocks of a band are
   // moved one by one after the blocks, because blocks of RGB pixels write past their ends.
   constexpr std::ptrdiff_t kBand = 64;
   for (std::ptrdiff_t y = 0; y < rows; y += kBand) {

@@ -1,4 +1,4 @@
-// Rows turned into columns.
+// Transposition: rows become columns.
 
 #ifndef NUV_CORE_TRANSPOSITION_H
 #define NUV_CORE_TRANSPOSITION_H
@@ -9,7 +9,7 @@
 
 namespace nuv {
 
-// An image whose rows lie step bytes apart, step being negative where it is walked from its last row up.
+// An image whose rows lie step bytes apart. With a negative step it is walked from its last row up.
 template <class Byte>
 struct SteppedRows {
   Byte* first;
@@ -22,7 +22,7 @@ struct Transposition {
   SteppedRows<const uint8_t> from;
   SteppedRows<uint8_t> to;
 
-  // Pixel x of row y goes to pixel y of row x, for columns x1 to x2 - 1 of rows y1 to y2 - 1.
+  // Copies pixel x of row y to pixel y of row x, for columns x1 to x2 - 1 of rows y1 to y2 - 1.
   template <int PixelBytes>
   void move(std::ptrdiff_t x1, std::ptrdiff_t x2, std::ptrdiff_t y1, std::ptrdiff_t y2) const {
     for (std::ptrdiff_t x = x1; x < x2; ++x) {
@@ -34,7 +34,7 @@ struct Transposition {
     }
   }
 
-  // The same for a whole image, in blocks. PixelBytes is 1, 3 or 4.
+  // Transposes a whole image, in blocks. PixelBytes is 1, 3 or 4.
   template <int PixelBytes>
   void move_all(std::ptrdiff_t columns, std::ptrdiff_t rows) const;
 };

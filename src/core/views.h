@@ -1,4 +1,4 @@
-// Views of the caller's memory: images, and regions of them.
+// Views of the caller's memory: images and their regions.
 
 #ifndef NUV_CORE_VIEWS_H
 #define NUV_CORE_VIEWS_H
@@ -23,7 +23,7 @@ struct Region {
   int32_t y2;
 
   static Region of(Point p) { return {p.x, p.x, p.y, p.y}; }
-  // Grows to hold a point.
+  // Extends the region to hold a point.
   void take_in(Point p) {
     x1 = std::min(x1, p.x);
     x2 = std::max(x2, p.x);
@@ -35,15 +35,15 @@ struct Region {
   int32_t rows() const { return y2 - y1 + 1; }
   bool empty() const { return x1 > x2 || y1 > y2; }
 
-  // Cut to an image: the lower ends are only raised and the upper ends only lowered, so that a region
-  // beside the image becomes empty.
+  // The part of the region that lies in an image. The lower ends are only raised and the upper ends only
+  // lowered, so a region beside the image becomes empty.
   Region clamped_to(int32_t width, int32_t height) const {
     return {std::max(x1, 0), std::min(x2, std::max(width, 0) - 1), std::max(y1, 0),
             std::min(y2, std::max(height, 0) - 1)};
   }
 };
 
-// Rows of width pixels of Channels bytes, one behind the other without a gap, the top row first.
+// Rows of width pixels of Channels bytes, without gaps, the top row first.
 template <int Channels>
 struct Image {
   uint8_t* pixels;
@@ -53,7 +53,7 @@ struct Image {
   bool empty() const { return width <= 0 || height <= 0; }
   std::ptrdiff_t size() const { return empty() ? 0 : static_cast<std::ptrdiff_t>(width) * height; }
   Region whole() const { return empty() ? Region{0, -1, 0, -1} : Region{0, width - 1, 0, height - 1}; }
-  // Without a band on all four sides; without one of 1, where all eight neighbours lie in the image.
+  // The image minus a border. With a border of 1, every pixel has eight neighbours.
   Region interior(int32_t band = 1) const {
     return empty() ? whole() : Region{band, width - 1 - band, band, height - 1 - band};
   }
@@ -68,7 +68,8 @@ struct Image {
 using GrayImage = Image<1>;
 using RgbImage = Image<3>;
 
-// Copies and fills of whole images. Memory of no bytes may be null, which std::memcpy and std::memset refuse.
+// Copies and fills of whole images. If n is 0 the pointers may be null, which std::memcpy and std::memset do not
+// allow.
 inline void copy_bytes(uint8_t* to, const uint8_t* from, std::ptrdiff_t n) {
   if (n > 0) std::memcpy(to, from, static_cast<std::size_t>(n));
 }
@@ -76,7 +77,7 @@ inline void fill_bytes(uint8_t* bytes, uint8_t value, std::ptrdiff_t n) {
   if (n > 0) std::memset(bytes, value, static_cast<std::size_t>(n));
 }
 
-// Of an image whose height the caller does not tell, and which nothing here needs.
+// An image whose height is unknown and not needed.
 template <int Channels>
 Image<Channels> image_of_any_height(uint8_t* pixels, int32_t width) {
   return {pixels, width, 0};

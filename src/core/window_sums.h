@@ -1,13 +1,15 @@
-// Sums over windows that slide: the sums of columns, to which rows are added and from which they are taken,
-// so that a window costs the same whatever its height. Sums wrap, which a difference does not see.
+// Sums over sliding windows.
 //
-// Along the row there are two ways. The running total of the values gives any stretch as one difference, for
-// windows of many sizes in a row. Sums of neighbours for windows of one size grow by doubling. With s(k)[i]
-// the sum of the k values at i, i + step, ... i + (k-1)*step,
+// The sum of each column is kept while the window slides down: rows are added and subtracted, so a window costs
+// the same whatever its height. Sums wrap, which does not change the difference of two sums.
+//
+// There are two ways to sum along a row. For windows of many sizes in a row, the running total of the values
+// gives the sum of any stretch as one difference. For windows of one size, sums of neighbours grow by doubling.
+// With s(k)[i] the sum of the k values at i, i + step, ... i + (k-1)*step,
 //
 //     s(2k)[i] = s(k)[i] + s(k)[i + k*step]      s(2k+1)[i] = s(2k)[i] + s(1)[i + 2k*step]
 //
-// so that a count is reached by its binary digits, and no place waits for the place before it.
+// A count is reached by its binary digits, and the sums of a row do not depend on each other.
 
 #ifndef NUV_CORE_WINDOW_SUMS_H
 #define NUV_CORE_WINDOW_SUMS_H
@@ -54,7 +56,7 @@ void accumulate(const T* values, std::ptrdiff_t n, int32_t* prefix) {
   for (std::ptrdiff_t x = 0; x < n; ++x) prefix[x + 1] = sum += values[x];
 }
 
-// The sums of each column of an image over some of its rows, and their prefix.
+// The sum of each column of an image over some of its rows, and the running total of these sums.
 class ColumnSums {
  public:
   explicit ColumnSums(GrayImage image)
@@ -65,7 +67,7 @@ class ColumnSums {
   }
 
   bool allocated() const { return sums_ && prefix_; }
-  // Entry x is the sum of the columns before x, of all rows that are in.
+  // Entry x is the sum of the columns before x over the rows that were added and not subtracted again.
   const int32_t* prefix() {
     accumulate(sums_.get(), image_.width, prefix_.get());
     return prefix_.get();
@@ -97,8 +99,8 @@ NUV_ROW_KERNEL void double_sums_and_one(const Sum* sums, std::ptrdiff_t ahead, c
   for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = static_cast<Sum>(sums[i] + other[i] + one[i]);
 }
 
-// The sums of the count values from each of n places on; n + (count-1)*step values are read. They are written
-// to one of two buffers that hold as many, and stand in the values themselves where the count is 1.
+// Sums count values from each of n places on, reading n + (count-1)*step values. The sums are written to one of
+// two buffers that hold as many values. If count is 1, the result is the values themselves.
 template <class Sum>
 const Sum* neighbour_sums(const Sum* values, std::ptrdiff_t n, std::ptrdiff_t count, std::ptrdiff_t step,
                           Sum* buffer, Sum* other_buffer) {
