@@ -1,8 +1,8 @@
 // The arithmetic that defines every result.
 //
-// Integers wrap (by a compiler option of the build), shifts of negative values are arithmetic, and conversions
-// from floating point truncate. Processors differ in what they make of a value that no int32_t holds, so this
-// header defines it.
+// Integers wrap (by a compiler option of the build), shifts of negative values are arithmetic, and
+// conversions from floating point truncate. Processors differ in what they make of a value that no int32_t
+// holds, so this header defines it.
 
 #ifndef NUV_CORE_ARITHMETIC_H
 #define NUV_CORE_ARITHMETIC_H

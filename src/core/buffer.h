@@ -13,8 +13,8 @@ namespace nuv {
 template <class T>
 using Buffer = std::unique_ptr<T[]>;
 
-// Elements are not initialised. The count has 64 bits on every platform, because an image can have more pixels
-// than a 32-bit process has addresses.
+// Elements are not initialised. The count has 64 bits on every platform, because an image can have more
+// pixels than a 32-bit process has addresses.
 template <class T>
 Buffer<T> allocate(uint64_t count) {
   // Refuse counts beyond the address space first: nothrow new still throws for those.

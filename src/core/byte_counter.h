@@ -12,8 +12,8 @@ namespace nuv {
 constexpr int32_t kBins = 256;
 using Histogram = std::array<int32_t, kBins>;
 
-// Eight consecutive bytes are counted in eight tables. Images hold runs of equal values, and in a single table
-// each increment would wait until the one before it is stored.
+// Eight consecutive bytes are counted in eight tables. Images hold runs of equal values, and in a single
+// table each increment would depend on the store of the one before it.
 class ByteCounter {
  public:
   void add(uint8_t value) { ++tables_[0][value]; }
@@ -26,8 +26,8 @@ class ByteCounter {
   std::array<Histogram, 8> tables_{};
 };
 
-// Counts the bytes of one small window after another. The values of a small window lie close together, so only
-// the bins from the least to the greatest value are read and cleared.
+// Counts the bytes of one small window after another. The values of a small window lie close together, so
+// only the bins from the least to the greatest value are read and cleared.
 class WindowBins {
  public:
   void add(uint8_t value) {

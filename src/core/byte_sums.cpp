@@ -1,5 +1,5 @@
-// Sums of bytes. The two bytes of a word are added to a 16-bit sum, sixteen words at once. The sums are added up
-// in 32 bits before they can wrap.
+// Sums of bytes. The two bytes of a word are added to a 16-bit sum, sixteen words at once. The sums are added
+// up in 32 bits before they can wrap.
 
 #include "core/byte_sums.h"
 

@@ -1,8 +1,8 @@
 // Columns processed as rows.
 //
 // A walk down a column touches another cache line at each pixel and cannot compare several pixels at once.
-// Therefore the columns are processed in strips. A strip is transposed into a buffer, in which each column is a
-// row, and is transposed back if it has changed.
+// Therefore the columns are processed in strips. A strip is transposed into a buffer, in which each column is
+// a row, and is transposed back if it has changed.
 
 #ifndef NUV_CORE_COLUMN_STRIPS_H
 #define NUV_CORE_COLUMN_STRIPS_H
@@ -55,8 +55,8 @@ class ColumnStrip {
   int32_t count_ = 0;
 };
 
-// Both functions call action(strip) for the strips of the columns from left to right. In change_column_strips()
-// the action may change the pixels.
+// Both functions call action(strip) for the strips of the columns from left to right. In
+// change_column_strips() the action may change the pixels.
 template <class Action>
 void for_column_strips(Lines columns, Action action) {
   ColumnStrip strip(columns);

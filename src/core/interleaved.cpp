@@ -1,9 +1,9 @@
 // Splits and joins interleaved bytes.
 //
-// Byte k of pixel i is byte 3i + k of the row. Because 16 is 1 modulo 3, the bytes of one plane occupy disjoint
-// places in three consecutive vectors of 16. Masks and bitwise ors gather them in one vector, and a permutation
-// puts them in order. Joining reverses these steps. A step processes two such groups of 16 pixels side by side,
-// each in its own lane of a vector of 32.
+// Byte k of pixel i is byte 3i + k of the row. Because 16 is 1 modulo 3, the bytes of one plane occupy
+// disjoint places in three consecutive vectors of 16. Masks and bitwise ors gather them in one vector, and a
+// permutation puts them in order. Joining reverses these steps. A step processes two such groups of 16 pixels
+// side by side, each in its own lane of a vector of 32.
 
 #include "core/interleaved.h"
 
@@ -20,8 +20,8 @@ namespace {
 constexpr std::ptrdiff_t kStep = 32;  // pixels per step
 using Places = std::make_integer_sequence<int, kStep>;
 
-// Place j of a lane receives the byte at place 3j + K modulo 16, or sends its byte there. 11 is the inverse of 3
-// modulo 16.
+// Place j of a lane receives the byte at place 3j + K modulo 16, or sends its byte there. 11 is the inverse
+// of 3 modulo 16.
 template <int K, int... J>
 NUV_INLINE void take_from_thirds(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
   v = __builtin_shufflevector(v, v, (J & 16) + ((3 * J + K) & 15)...);
@@ -31,8 +31,8 @@ NUV_INLINE void send_to_thirds(Bytes32& v, std::integer_sequence<int, J...> /*pl
   v = __builtin_shufflevector(v, v, (J & 16) + (11 * (J - K) & 15)...);
 }
 
-// Place j of a lane comes from v0, v1 or v2 if j modulo 3 is 0, 1 or 2. Masks are used because a blend of bytes
-// takes several processor steps.
+// Place j of a lane comes from v0, v1 or v2 if j modulo 3 is 0, 1 or 2. Masks are used because a blend of
+// bytes takes several processor steps.
 template <int... J>
 NUV_INLINE void mix_by_thirds(const Bytes32& v0, const Bytes32& v1, const Bytes32& v2, Bytes32& mixed,
                               std::integer_sequence<int, J...> /*places*/) {
@@ -98,8 +98,8 @@ NUV_INLINE void plane_mask(Bytes32& mask, std::integer_sequence<int, J...> /*pla
   mask = Bytes32{((J - K) % 3 == 0 ? 255 : 0)...};
 }
 
-// Writes one plane over its places in the pixels, or combines it with them by a bitwise or. A byte of the plane
-// has the same place within its lane in all three mixtures of join_step(), so masks suffice to place it.
+// Writes one plane over its places in the pixels, or combines it with them by a bitwise or. A byte of the
+// plane has the same place within its lane in all three mixtures of join_step(), so masks suffice.
 template <int K, bool IsOr>
 NUV_INLINE void put_step(const uint8_t* plane, uint8_t* pixels) {
   Bytes32 sent[3];

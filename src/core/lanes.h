@@ -1,6 +1,6 @@
-// Vectors of 16 and 32 bytes, for work that consists of reordering bytes: splitting interleaved pixels, turning
-// columns into rows. Compilers do not recognise such permutations in loops over arrays. The vector types are
-// those of the language extension that GCC and clang share, and they compile for any processor.
+// Vectors of 16 and 32 bytes, for work that consists of reordering bytes: splitting interleaved pixels,
+// turning columns into rows. Compilers do not recognise such permutations in loops over arrays. The vector
+// types are those of the language extension that GCC and clang share, and they compile for any processor.
 //
 // Without the extension NUV_HAS_LANES is 0, and the users of this header run their plain loops. A build that
 // defines it as 0 tests those loops.
@@ -139,8 +139,8 @@ NUV_INLINE Bytes16 picked(Bytes16 v, Bytes16 places) {
 }
 
 // Turns 16 rows of 16 bytes into 16 columns. The address of a byte has eight bits, the row number above the
-// place in the row. Zipping every row i with row i + 8 rotates these addresses left by one bit, so four rounds
-// exchange row and place.
+// place in the row. Zipping every row i with row i + 8 rotates these addresses left by one bit, so four
+// rounds exchange row and place.
 NUV_INLINE void transpose16(Bytes16 (&rows)[16]) {
   Bytes16 zipped[16];
 #pragma GCC unroll 4

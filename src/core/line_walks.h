@@ -1,12 +1,12 @@
 // Walks along straight lines.
 //
-// A line that is given by an equation is walked along its major axis, with one pixel per column, or one per row
-// if the line is steep. The forms of a line round the other coordinate in different ways, so the walks take it
-// as a function. truncated() maps every coordinate that does not exist to one outside the image, and pixels
-// outside the image are not visited.
+// A line that is given by an equation is walked along its major axis, with one pixel per column, or one per
+// row if the line is steep. The forms of a line round the other coordinate in different ways, so the walks
+// take it as a function. truncated() maps every coordinate that does not exist to one outside the image, and
+// pixels outside the image are not visited.
 //
-// A line between two points is walked connected: each column is filled from the row where the column before it
-// ended. If the line is neither horizontal nor vertical, the column of its left end point is not visited.
+// A line between two points is walked connected: each column is filled from the row where the column before
+// it ended. If the line is neither horizontal nor vertical, the column of its left end point is not visited.
 
 #ifndef NUV_CORE_LINE_WALKS_H
 #define NUV_CORE_LINE_WALKS_H
@@ -49,7 +49,8 @@ struct AbcLine {
   int32_t row_at(int32_t x) const { return truncated(0.5 - (x * A + C) / B); }
 };
 
-// Visits the part of the line whose major coordinate lies in range. Only the image limits the other coordinate.
+// Visits the part of the line whose major coordinate lies in range. Only the image limits the other
+// coordinate.
 template <class Visit>
 void walk_abc_line(int32_t width, int32_t height, Region range, AbcLine line, Visit visit) {
   if (line.by_rows()) {
@@ -61,8 +62,8 @@ void walk_abc_line(int32_t width, int32_t height, Region range, AbcLine line, Vi
   }
 }
 
-// Visits the line between two points, in single precision. A vertical or horizontal line has both its ends; any
-// other line starts in the column after its left end point.
+// Visits the line between two points, in single precision. A vertical or horizontal line has both its ends;
+// any other line starts in the column after its left end point.
 template <class Visit>
 void walk_connected(Point p1, Point p2, Visit visit) {
   if (p1.x == p2.x) {

@@ -24,8 +24,8 @@ Region ordered_within(Image<Channels> image, Region r) {
 
 // Visits rows y1 and y2 from x1 to x2, then columns x1 and x2 from y1 to y2. A pixel is visited once per side
 // that it lies on: corners twice, and every pixel of a rectangle of one row or column at least twice. If the
-// ends along an axis are out of order, the sides along that axis are left out. Pixels outside the image are not
-// visited.
+// ends along an axis are out of order, the sides along that axis are left out. Pixels outside the image are
+// not visited.
 template <int Channels, class Visit>
 void walk_outline(Image<Channels> image, Region r, Visit visit) {
   for (int32_t y : {r.y1, r.y2}) {

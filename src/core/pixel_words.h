@@ -1,10 +1,10 @@
 // RGB pixels as words of two bytes, 32 pixels at once.
 //
-// Two pixels are three words: bytes 0 and 1 of the left one, byte 2 of the left and byte 0 of the right one, and
-// bytes 1 and 2 of the right one. Because 8 is 2 modulo 3, the words of one kind occupy disjoint places in three
-// consecutive vectors of 8. Blends gather them in one vector, and a shuffle puts them in order. Joining reverses
-// these steps. core/interleaved.cpp does the same for single bytes, with masks: processors blend words in one
-// step, but bytes in several.
+// Two pixels are three words: bytes 0 and 1 of the left one, byte 2 of the left and byte 0 of the right one,
+// and bytes 1 and 2 of the right one. Because 8 is 2 modulo 3, the words of one kind occupy disjoint places
+// in three consecutive vectors of 8. Blends gather them in one vector, and a shuffle puts them in order.
+// Joining reverses these steps. core/interleaved.cpp does the same for single bytes, with masks: processors
+// blend words in one step, but bytes in several.
 
 #ifndef NUV_CORE_PIXEL_WORDS_H
 #define NUV_CORE_PIXEL_WORDS_H

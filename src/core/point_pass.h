@@ -26,8 +26,8 @@ void for_rows(GrayImage image, Region region, RowMap row_map) {
   }
 }
 
-// Applies row_map(pixels, results, count) to each row of a region, which must lie in the image. results is the
-// same place in a result of the image's size.
+// Applies row_map(pixels, results, count) to each row of a region, which must lie in the image. results is
+// the same place in a result of the image's size.
 template <class RowMap>
 void for_rows(GrayImage image, uint8_t* result, Region region, RowMap row_map) {
   if (image.empty() || region.empty()) return;
@@ -39,7 +39,7 @@ void for_rows(GrayImage image, uint8_t* result, Region region, RowMap row_map) {
 
 using ByteTable = std::array<uint8_t, 256>;
 
-// Replaces byte i by its entry in table_of(i), eight bytes at a time, with one load and one store for all eight.
+// Replaces byte i by its entry in table_of(i), eight bytes at a time, with one load and one store for all.
 template <class TableOf>
 void map_bytes(TableOf table_of, uint8_t* bytes, std::ptrdiff_t n) {
   std::ptrdiff_t i = 0;

@@ -1,15 +1,15 @@
 // The mark of a hot loop over one row.
 //
 // A row kernel is a small function over raw pointers and a count. It uses the narrowest types that hold its
-// values and contains no branch or call, so that the compiler turns it into vector code. On ELF the mark makes
-// GCC compile one copy per x86-64 level, and one of them is chosen when the library loads. Elsewhere it does
-// nothing. Every copy computes the same, because kernels are integer code, or floating-point code without
-// contraction.
+// values and contains no branch or call, so that the compiler turns it into vector code. On ELF the mark
+// makes GCC compile one copy per x86-64 level, and one of them is chosen when the library loads. Elsewhere it
+// does nothing. Every copy computes the same, because kernels are integer code, or floating-point code
+// without contraction.
 //
 // A kernel that does little but load neighbours is marked as load-bound. It has no copy with vectors of 64
 // bytes, because each of its unaligned loads would cross a cache line.
 //
-// A build for one level (NUV_LEVEL in CMake) defines NUV_ONE_LEVEL. It compiles everything once, for that level.
+// A build for one level (NUV_LEVEL in CMake) defines NUV_ONE_LEVEL and compiles everything once.
 
 #ifndef NUV_CORE_ROW_KERNEL_H
 #define NUV_CORE_ROW_KERNEL_H

@@ -77,8 +77,8 @@ class Brightness {
   static constexpr uint64_t kOnes = 0x0101010101010101;
   static constexpr uint64_t kTopBits = 0x8080808080808080;
 
-  // Sets the top bit of each bright pixel of eight, for a threshold from 1 to 255. The difference compares the
-  // lower seven bits; the top bits keep a byte from borrowing from the next.
+  // Sets the top bit of each bright pixel of eight, for a threshold from 1 to 255. The difference compares
+  // the lower seven bits; the top bits keep a byte from borrowing from the next.
   uint64_t bright_flags(const uint8_t* pixels) const {
     uint64_t eight;
     std::memcpy(&eight, pixels, 8);
@@ -86,8 +86,8 @@ class Brightness {
     return ((eight & low_reached) | ((eight | low_reached) & ~has_top_bit_)) & kTopBits;
   }
 
-  // The number of the lowest byte with a flag. The bytes of the factor are these numbers, and the product moves
-  // the right one to the top.
+  // The number of the lowest byte with a flag. The bytes of the factor are these numbers, and the product
+  // moves the right one to the top.
   static int32_t lowest_flag(uint64_t flags) {
     return static_cast<int32_t>(((flags & (0 - flags)) >> 7) * 0x0001020304050607 >> 56);
   }
@@ -148,8 +148,8 @@ void for_bright_runs(Line line, int32_t start, int32_t threshold, Action action)
   }
 }
 
-// A length limit that changes linearly down an image, from at_top at y = 0 to at_bottom at y = span. If span is
-// 0 or less, it is at_top everywhere.
+// A length limit that changes linearly down an image, from at_top at y = 0 to at_bottom at y = span. If span
+// is 0 or less, it is at_top everywhere.
 inline int32_t limit_at(int32_t y, int32_t span, int32_t at_top, int32_t at_bottom) {
   return (span > 0 ? (at_bottom - at_top) * y / span : 0) + at_top;
 }

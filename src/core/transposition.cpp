@@ -11,8 +11,8 @@ namespace {
 #if NUV_HAS_LANES
 // The functions below move whole blocks from pixel (0, y1) on, as many as fit.
 
-// Blocks of 16 by 16 bytes. A band of rows holds up to four blocks above each other, which fill whole cache lines
-// of the result.
+// Blocks of 16 by 16 bytes. A band of rows holds up to four blocks above each other, which fill whole cache
+// lines of the result.
 NUV_ROW_KERNEL void move_blocks_of_bytes(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t y1,
                                          std::ptrdiff_t y2) {
   constexpr std::ptrdiff_t kSide = 16;
@@ -61,8 +61,8 @@ NUV_INLINE void store_four(uint8_t* p, Pixels4 pixels) {
   store16(p, bytes);
 }
 
-// Blocks of 4 by 4 pixels. With three bytes per pixel, each row of a block is read and written 4 bytes past its
-// end. The pixels of the result that belong there must be written afterwards.
+// Blocks of 4 by 4 pixels. With three bytes per pixel, each row of a block is read and written 4 bytes past
+// its end. The pixels of the result that belong there must be written afterwards.
 template <int PixelBytes>
 NUV_INLINE void move_blocks_of_four(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t y1,
                                     std::ptrdiff_t y2) {
@@ -110,8 +110,8 @@ struct Blocks<4> {
 
 template <int PixelBytes>
 void Transposition::move_all(std::ptrdiff_t columns, std::ptrdiff_t rows) const {
-  // A band of rows is small enough for the first-level cache. Pixels beside and below the blocks of a band are
-  // moved one by one after the blocks, because blocks of RGB pixels write past their ends.
+  // A band of rows is small enough for the first-level cache. Pixels beside and below the blocks of a band
+  // are moved one by one after the blocks, because blocks of RGB pixels write past their ends.
   constexpr std::ptrdiff_t kBand = 64;
   for (std::ptrdiff_t y = 0; y < rows; y += kBand) {
     const std::ptrdiff_t end = std::min(y + kBand, rows);

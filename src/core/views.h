@@ -68,8 +68,8 @@ struct Image {
 using GrayImage = Image<1>;
 using RgbImage = Image<3>;
 
-// Copies and fills of whole images. If n is 0 the pointers may be null, which std::memcpy and std::memset do not
-// allow.
+// Copies and fills of whole images. If n is 0 the pointers may be null, which std::memcpy and std::memset do
+// not allow.
 inline void copy_bytes(uint8_t* to, const uint8_t* from, std::ptrdiff_t n) {
   if (n > 0) std::memcpy(to, from, static_cast<std::size_t>(n));
 }

@@ -1,11 +1,11 @@
 // Sums over sliding windows.
 //
-// The sum of each column is kept while the window slides down: rows are added and subtracted, so a window costs
-// the same whatever its height. Sums wrap, which does not change the difference of two sums.
+// The sum of each column is kept while the window slides down: rows are added and subtracted, so a window
+// costs the same whatever its height. Sums wrap, which does not change the difference of two sums.
 //
 // There are two ways to sum along a row. For windows of many sizes in a row, the running total of the values
-// gives the sum of any stretch as one difference. For windows of one size, sums of neighbours grow by doubling.
-// With s(k)[i] the sum of the k values at i, i + step, ... i + (k-1)*step,
+// gives the sum of any stretch as one difference. For windows of one size, sums of neighbours grow by
+// doubling. With s(k)[i] the sum of the k values at i, i + step, ... i + (k-1)*step,
 //
 //     s(2k)[i] = s(k)[i] + s(k)[i + k*step]      s(2k+1)[i] = s(2k)[i] + s(1)[i + 2k*step]
 //
@@ -99,8 +99,8 @@ NUV_ROW_KERNEL void double_sums_and_one(const Sum* sums, std::ptrdiff_t ahead, c
   for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = static_cast<Sum>(sums[i] + other[i] + one[i]);
 }
 
-// Sums count values from each of n places on, reading n + (count-1)*step values. The sums are written to one of
-// two buffers that hold as many values. If count is 1, the result is the values themselves.
+// Sums count values from each of n places on, reading n + (count-1)*step values. The sums are written to one
+// of two buffers that hold as many values. If count is 1, the result is the values themselves.
 template <class Sum>
 const Sum* neighbour_sums(const Sum* values, std::ptrdiff_t n, std::ptrdiff_t count, std::ptrdiff_t step,
                           Sum* buffer, Sum* other_buffer) {
