@@ -1,4 +1,4 @@
-// Single channels: selected, replaced, combined, and planes interleaved.
+// Single channels of RGB images: selected, replaced, combined. Planes interleaved to RGB.
 
 #include "core/interleaved.h"
 #include "core/row_kernel.h"

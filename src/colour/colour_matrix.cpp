@@ -10,26 +10,27 @@
 namespace nuv {
 namespace {
 
-// The start of a step of so many pixels: the last one ends with the row, over what the one before it did.
+// The first pixel of a step. The last step ends with the row and may repeat pixels of the step before it.
 NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t step, std::ptrdiff_t count) {
   return done < count - step ? done : count - step;
 }
 
-// The compiler makes chains of shifts and sums out of products with factors that it knows, which are slower.
+// Hides the value of a factor. The compiler replaces products with known factors by chains of shifts and
+// sums, which are slower.
 NUV_INLINE int16_t opaque(int16_t factor) {
   const volatile int16_t seen = factor;
   return seen;
 }
 
-// From RGB, with green taken off blue and red: b = B - G, r = R - G. The weights of Y sum up to 2^14 - 2,
-// those of c and of d to 1, so
+// RGB to Y and chroma, with green subtracted from blue and red: b = B - G, r = R - G. The weights of Y add up
+// to 2^14 - 2 and those of c and of d to 1. Therefore
 //
 //     2^14 * (Y - G) = 1867*b + 4898*r - 2*G  = 64*(28*b + 77*r)  + 23*(b + r) - e - f
 //     2^14 * c       = 8192*b - 2763*r + G    = 256*(32*b - 11*r) + e                     e = G + 53*r
 //     2^14 * d       = 8192*r - 1332*b + G    = 256*(32*r - 5*b)  + f                     f = G - 52*b
 //
-// The high sums stay within 16 bits, and of the low ones only what carries over, rounded down, is kept: so
-// Y - G comes with 8 bits after the point, c and d with 6.
+// The high sums fit in 16 bits. Only the carry of a low sum, rounded down, is added to the high sum. Y - G
+// then has 8 fractional bits, c and d have 6.
 struct Factors {
   int16_t e_r = opaque(53);
   int16_t f_b = opaque(52);
@@ -40,7 +41,7 @@ struct Factors {
   int16_t d_b = opaque(5);
 };
 
-// T is a number of 16 bits, or a vector of them.
+// T is int16_t or a vector of it.
 template <class T>
 struct Fixed {
   T y_less_green;
@@ -61,7 +62,7 @@ NUV_INLINE void from_rgb(const T (&pixel)[3], const Factors& by, Fixed<T>& fixed
   fixed.d = static_cast<T>((r << 5) - by.d_b * b + (f >> 8));
 }
 
-// The Y of two pixels as one word, and the sums of their c and d, both rounded down.
+// The Y of two pixels as one word, and the sums of their c and of their d, each c and d rounded down first.
 template <class T>
 struct PairOf {
   T luma;
@@ -138,7 +139,7 @@ NUV_INLINE uint8_t mean_of_four(int16_t upper, int16_t lower) {
 }
 
 #if NUV_HAS_LANES
-// Y plus a term for the left and the right pixels of 16 pairs, clamped.
+// Y plus a term, clamped to a byte, for the left or the right pixels of 16 pairs.
 NUV_INLINE void clamped_sums(const Words16& luma, const Words16& term, Words16& sums) {
   const Words16 none = {};
   const Words16 most = none + 255;

@@ -6,11 +6,11 @@
 //
 //     Y = (1867*B + 9617*G + 4898*R) >> 14
 //     c = (8192*B - 5428*G - 2763*R) >> 14         Cb is the mean of the c of its pixels, plus 128
-//     d = (8192*R - 6859*G - 1332*B) >> 14         Cr is that of the d
+//     d = (8192*R - 6859*G - 1332*B) >> 14         Cr is the mean of the d, plus 128
 //
-// The row kernels work on planes, a block of a row at a time. Two pixels side by side share their Cb and Cr,
-// so a pair of bytes is one 16-bit number to them, and both are worked on without taking the plane apart. All
-// is exact in 16 bits; how is told with the formulas.
+// The row kernels process planes, one block of a row at a time. Two pixels side by side share their Cb and
+// Cr, so the kernels treat two neighbouring bytes as one 16-bit word and need not split the plane. All
+// results are exact in 16 bits; the comments at the formulas show why.
 
 #ifndef NUV_COLOUR_COLOUR_MATRIX_H
 #define NUV_COLOUR_COLOUR_MATRIX_H
@@ -23,9 +23,10 @@
 
 namespace nuv {
 
-// What the chroma adds to Y, which stays out of the shift, as 16384*Y is a multiple of 2^14. With one weight
-// the term is the upper half of a product of 16 bits. With two, each weight is 256*high + low, and the upper
-// byte of the low sum carries over into the high sum: rounded down, it has all that the shift would keep.
+// The terms that chroma adds to Y. Y needs no shift, because 16384*Y is a multiple of 2^14. A term with one
+// weight is the upper half of a product of 16-bit numbers. In the term with two weights each weight is
+// 256*high + low; the upper byte of the low sum is added to the high sum. Rounding it down loses nothing that
+// the shift would keep.
 NUV_INLINE int16_t upper_half(int16_t a, int16_t b) {
   return static_cast<int16_t>(a * b >> 16);
 }
@@ -49,7 +50,7 @@ NUV_INLINE uint8_t clamped_sum(int16_t luma, int16_t term) {
   return static_cast<uint8_t>(positive > 255 ? 255 : positive);
 }
 
-// Where the Cb and Cr of pairs of pixels stand: each in a plane of its own, or taking turns.
+// The places of the Cb and Cr of pairs of pixels: each in a plane of its own, or alternating.
 struct ChromaPlanes {
   uint8_t* cb;
   uint8_t* cr;
@@ -68,7 +69,7 @@ void chroma_terms(ChromaPlanes chroma, TermBlock& terms, std::ptrdiff_t pairs);
 void chroma_terms(ChromaPairs chroma, TermBlock& terms, std::ptrdiff_t pairs);
 void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* rgb, std::ptrdiff_t pixels);
 
-// Red alone.
+// The same for red alone.
 void red_terms(ChromaPlanes chroma, TermBlock& terms, std::ptrdiff_t pairs);
 void red_terms(ChromaPairs chroma, TermBlock& terms, std::ptrdiff_t pairs);
 void red_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* red, std::ptrdiff_t pairs);
@@ -79,10 +80,10 @@ struct ChromaSums {
   alignas(64) int16_t d[kPlaneBlock / 2];
 };
 
-// The Y and the sums of an even number of packed pixels, a block at most.
+// Computes the Y and the chroma sums of an even number of packed pixels, at most one block.
 void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pixels);
 
-// Chroma as the mean over a pair, or over the four pixels of two rows; the low bits are dropped.
+// Chroma as the mean over a pair, or over the four pixels of two rows, rounded down.
 void mean_of_two(const ChromaSums& sums, ChromaPlanes chroma, std::ptrdiff_t pairs);
 void mean_of_two(const ChromaSums& sums, ChromaPairs chroma, std::ptrdiff_t pairs);
 void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPlanes chroma,

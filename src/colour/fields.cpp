@@ -1,4 +1,4 @@
-// Interlaced fields: whole rows, moved from frame to fields and back.
+// Interlaced fields: whole rows copied from frame to fields and back.
 
 #include <cstring>
 
@@ -12,7 +12,7 @@ std::ptrdiff_t bytes_of(int32_t pixels, bool rgb) {
   return static_cast<std::ptrdiff_t>(pixels) * (rgb ? 3 : 1);
 }
 
-// Copies every second row from first on, one behind the other, and returns where they end.
+// Copies every second row from row first on to consecutive rows, and returns the end of the last one.
 uint8_t* copy_field(const uint8_t* frame, int32_t height, int32_t first, std::ptrdiff_t row_bytes,
                     uint8_t* result) {
   if (row_bytes <= 0) return result;
@@ -22,7 +22,8 @@ uint8_t* copy_field(const uint8_t* frame, int32_t height, int32_t first, std::pt
   return result;
 }
 
-// Copies bytes of each row of a field to every second row of a frame, begun at these places.
+// Copies a part of each row of a field to every second row of a frame. A part is the given number of bytes;
+// field and frame point to the first part. Rows of both lie row_bytes apart.
 void weave_rows(const uint8_t* field, int32_t rows, std::ptrdiff_t row_bytes, std::ptrdiff_t bytes,
                 uint8_t* frame) {
   if (bytes <= 0) return;
@@ -60,7 +61,7 @@ void NuvMergeOddEvenField(uint8_t* pSecondField, uint8_t* pFirstField, int32_t s
   if (shift > 0) {
     weave_rows(pSecondField, secondHeight, row_bytes, row_bytes - moved, pResImg + row_bytes + moved);
   } else {
-    // RGB rows begin width bytes behind the row above, not 3*width.
+    // RGB rows are written width bytes after the start of the row above, not 3*width.
     weave_rows(pSecondField - moved, secondHeight, row_bytes, row_bytes + moved, pResImg + width);
   }
 }

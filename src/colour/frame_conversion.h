@@ -1,15 +1,15 @@
 // Conversions of camera frames, for all formats.
 //
-// A format is a view of a frame that says where the Y, Cb and Cr of a pixel stand:
+// A format is a view of a frame that knows the places of the Y, Cb and Cr of a pixel:
 //
-//     luma(x, y), cb(x, y), cr(x, y)   their places
-//     kLumaStep                        from one Y to the next of its row
-//     kChromaStep                      from one Cb to the next of its row, and from one Cr to the next
+//     luma(x, y), cb(x, y), cr(x, y)   the places
+//     kLumaStep                        bytes from one Y to the next in a row
+//     kChromaStep                      bytes from one Cb, or one Cr, to the next in a row
 //     kChromaRows                      rows of pixels that share a row of chroma
 //     width, height
 //
-// The row kernels of the colour matrix do the rest, on planes. A conversion of every pixel is given a region
-// of whole chroma units.
+// The row kernels of the colour matrix compute the colours on planes. A conversion of every pixel requires a
+// region of whole chroma units.
 
 #ifndef NUV_COLOUR_FRAME_CONVERSION_H
 #define NUV_COLOUR_FRAME_CONVERSION_H
@@ -25,7 +25,7 @@
 
 namespace nuv {
 
-// What each argument of a function has to be a multiple of.
+// The number of which each argument of a function must be a multiple.
 struct Multiples {
   int32_t width;
   int32_t height;
@@ -41,7 +41,8 @@ struct Multiples {
   }
 };
 
-// Does a conversion if its arguments are such multiples; of an empty region there is nothing to do.
+// Performs a conversion and returns true, or returns false if an argument is not such a multiple. For an
+// empty region nothing is written.
 template <class Format>
 bool convert(Multiples multiples, Format frame, Region region, void (*conversion)(Format, Region, uint8_t*),
              uint8_t* image) {
@@ -50,7 +51,7 @@ bool convert(Multiples multiples, Format frame, Region region, void (*conversion
   return true;
 }
 
-// The same of a whole frame.
+// Performs the conversion for a whole frame.
 template <class Format>
 bool convert(Multiples multiples, Format frame, void (*conversion)(Format, Region, uint8_t*),
              uint8_t* image) {
@@ -60,8 +61,8 @@ bool convert(Multiples multiples, Format frame, void (*conversion)(Format, Regio
 
 // ---- blocks ----
 
-// Calls action(x, n, offset) for the blocks of a row of the region: n pixels from column x on, which stand at
-// that offset in the packed row.
+// Calls action(x, n, offset) for the blocks of a row of the region. A block is the n pixels from column x on;
+// offset is the place of its first pixel in the packed row.
 template <class Action>
 void for_blocks(Region region, Action action) {
   const std::ptrdiff_t columns = region.columns();
@@ -70,8 +71,9 @@ void for_blocks(Region region, Action action) {
   }
 }
 
-// A block of as many rows of pixels as share their chroma. Y and chroma are the frame's own where Y has a plane
-// for itself. Where Cb or Cr and Y take turns they are taken apart, and there is room for them.
+// A block of the rows of pixels that share their chroma. If Y has a plane of its own, the block points into
+// the frame. In a packed format, where Y alternates with Cb and Cr, the block has room of its own for the Y
+// and for the pairs of Cb and Cr.
 template <class Format>
 struct FrameBlock {
   static constexpr bool kIsPacked = Format::kLumaStep == 2;
@@ -109,7 +111,7 @@ void put_together(Format frame, int32_t x, int32_t y, const FrameBlock<Format>& 
   }
 }
 
-// ---- conversions; results are packed ----
+// ---- conversions, with packed results ----
 
 template <class Format>
 void to_rgb(Format frame, Region region, uint8_t* rgb) {
@@ -145,7 +147,7 @@ void to_red(Format frame, Region region, uint8_t* red) {
   }
 }
 
-// The other way: the whole frame is written.
+// Converts RGB to a whole frame.
 template <class Format>
 void from_rgb(Format frame, Region whole, uint8_t* rgb) {
   for (int32_t y = 0; y <= whole.y2; y += Format::kChromaRows) {

@@ -1,4 +1,4 @@
-// RGB images to gray: one pass over split pixels, and a row kernel per rule.
+// RGB images to gray: one pass over pixels split into planes, with a row kernel per rule.
 
 #include "colour/weighting.h"
 #include "core/interleaved.h"
@@ -9,12 +9,12 @@
 namespace nuv {
 namespace {
 
-// (b0*468 + b1*2404 + b2*1225) >> 12 in 16 bits. As the weights sum up to 4097, this is
+// (b0*468 + b1*2404 + b2*1225) >> 12 in 16 bits. Because the weights add up to 4097, this is
 //
 //     b1 + ((468*(b0 - b1) + 1225*(b2 - b1) + b1) >> 12)
 //
-// and each weight left is 256*high + low with low from -128 to 127. The low sum stays within +-25,500, and
-// carrying its upper byte over into the high sum, rounded down, loses nothing that the shift would keep.
+// Each weight left is 256*high + low with low from -128 to 127. The low sum stays within +-25,500. Its upper
+// byte, rounded down, is added to the high sum, and the shift drops the lower byte in any case.
 NUV_INLINE uint8_t whole_image_weighting(uint8_t b0, uint8_t b1, uint8_t b2) {
   static_assert(468 + 2404 + 1225 == 4097 && 468 == 2 * 256 - 44 && 1225 == 5 * 256 - 55);
   const auto d0 = static_cast<int16_t>(b0 - b1);
@@ -24,7 +24,8 @@ NUV_INLINE uint8_t whole_image_weighting(uint8_t b0, uint8_t b1, uint8_t b2) {
   return static_cast<uint8_t>(b1 + ((high + (low >> 8)) >> 4));
 }
 
-// (b0*306 + b1*601 + b2*116) >> 10, likewise, the low sum being unsigned: it stays within 65,025.
+// (b0*306 + b1*601 + b2*116) >> 10 in 16 bits, by the same split. The low sum is unsigned and stays within
+// 65,025.
 NUV_INLINE uint8_t rectangle_weighting(uint8_t b0, uint8_t b1, uint8_t b2) {
   static_assert(306 == 256 + 50 && 601 == 2 * 256 + 89 && 50 + 89 + 116 <= 257);
   const auto high = static_cast<uint16_t>(b0 + 2 * b1);

@@ -9,8 +9,8 @@
 namespace nuv {
 namespace {
 
-// Groups of four bytes for two pixels: Cb, Y, Cr, Y. A Cb and Cr are those of the group that begins with the
-// pixel, so from an odd column on they come from where a group does not begin.
+// Groups of four bytes for two pixels: Cb, Y, Cr, Y. The Cb and Cr of a pixel are those of a group that
+// starts with that pixel. From an odd column on, they come from bytes at which no group starts.
 struct CbYCrY {
   static constexpr int32_t kLumaStep = 2;
   static constexpr int32_t kChromaStep = 4;
@@ -25,12 +25,12 @@ struct CbYCrY {
   uint8_t* cr(int32_t x, int32_t y) const { return cb(x, y) + 2; }
 };
 
-// Of width, height, x1, W, y1 and H.
+// For width, height, x1, W, y1 and H.
 constexpr Multiples kNoDemands = {1, 1, 1, 1, 1, 1};
 constexpr Multiples kFrameOnly = {2, 1, 1, 1, 1, 1};
 constexpr Multiples kRectangle = {1, 1, 2, 2, 1, 1};
 
-// With a last group of which only the first column was asked for.
+// Extends the region to the whole of a last group that it holds half.
 Region in_whole_groups(Region region) {
   if (!region.empty() && region.columns() % 2 != 0) ++region.x2;
   return region;

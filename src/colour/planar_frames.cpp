@@ -1,4 +1,4 @@
-// YUV 420SP, 420P and 422P frames: a plane of Y, which is a gray image, and chroma behind it.
+// YUV 420SP, 420P and 422P frames: a plane of Y, which is a gray image, followed by chroma.
 
 #include "colour/frame_conversion.h"
 #include "nuv/colour.h"
@@ -17,7 +17,7 @@ struct PlanarFrame {
   uint8_t* chroma() const { return luma(0, height); }
 };
 
-// One plane of chroma, Cb and Cr taking turns.
+// One plane of chroma with Cb and Cr alternating.
 struct Yuv420SP : PlanarFrame {
   static constexpr int32_t kChromaStep = 2;
   static constexpr int32_t kChromaRows = 2;
@@ -41,7 +41,7 @@ struct YuvP : PlanarFrame {
 using Yuv420P = YuvP<2>;
 using Yuv422P = YuvP<1>;
 
-// Of width, height, x1, W, y1 and H. The sets differ from function to function.
+// For width, height, x1, W, y1 and H. The sets differ from function to function.
 constexpr Multiples kFrameOnly420 = {2, 2, 1, 1, 1, 1};  // NuvYUV420*2RGB, NuvRGB2YUV420*
 constexpr Multiples kRectangle420 = {1, 1, 2, 2, 2, 2};  // 420SP, and red of 420P
 constexpr Multiples kWithFrame420 = {2, 2, 2, 2, 2, 2};  // RGB with gray, and RGB and Scale4 of 420P
@@ -56,7 +56,7 @@ void to_gray(Format frame, Region region, uint8_t* gray) {
   NuvCopyGryRect(frame.bytes, frame.width, frame.height, region.x1, region.x2, region.y1, region.y2, gray);
 }
 
-// A rectangle of a frame as a frame.
+// Copies a rectangle of a frame to a frame of its own.
 void to_frame(Yuv420SP frame, Region region, uint8_t* result) {
   to_gray(frame, region, result);
   NuvCopyGryRect(frame.chroma(), frame.width, frame.height / 2, region.x1, region.x2, region.y1 / 2,

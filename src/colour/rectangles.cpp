@@ -1,7 +1,7 @@
-// Rectangles copied out of an image, whole, thinned, as gray, as planes, and what is measured over them.
+// Rectangles copied out of an image, whole, thinned, as gray or as planes, and measures over rectangles.
 //
-// A rectangle is a sequence of source rows beside a packed result: for_packed_rows hands both to a function
-// of one row.
+// A rectangle is a sequence of source rows and a packed result. for_packed_rows() passes both to a function
+// that processes one row.
 
 #include <algorithm>
 #include <cstring>
@@ -16,7 +16,7 @@
 namespace nuv {
 namespace {
 
-// Calls action(source_row, offset) for each row of the rectangle, offset being the place of the row's first
+// Calls action(source_row, offset) for each row of the rectangle. offset is the place of the row's first
 // pixel in a packed image.
 template <int Channels, class Action>
 void for_packed_rows(Image<Channels> image, Region region, Action action) {
@@ -41,7 +41,7 @@ struct Colour {
   int32_t b2 = 0;
 };
 
-// Sums of colours, which wrap.
+// The sum of colours. It wraps at 32 bits.
 class ColourSum {
  public:
   void add(const PlaneBlock& planes, std::ptrdiff_t n) {
@@ -57,7 +57,7 @@ class ColourSum {
     rest.count_ = count_ - part.count_;
     return rest;
   }
-  // Truncated. Black if there are no pixels.
+  // The mean, truncated per byte; black if there are no pixels.
   Colour mean() const {
     const int32_t n = count_ == 0 ? 1 : count_;
     return {sum_.b0 / n, sum_.b1 / n, sum_.b2 / n};
@@ -68,7 +68,7 @@ class ColourSum {
   int32_t count_ = 0;
 };
 
-// Clears the pixels that are not above the limit, and returns how many are left.
+// Clears the pixels whose gray is not above the limit, and returns the number of the others.
 NUV_ROW_KERNEL int32_t keep_brighter(PlaneBlock& NUV_RESTRICT planes, const uint8_t* NUV_RESTRICT gray,
                                      int16_t limit, std::ptrdiff_t n) {
   int32_t kept = 0;
@@ -88,8 +88,8 @@ NUV_ROW_KERNEL int32_t count_white(const uint8_t* bytes, std::ptrdiff_t n) {
   return count;
 }
 
-// A pixel p is nearer to the target t than to the other colour o, |p-t|^2 < |p-o|^2, where the sum of
-// p*2*(o-t) over the three bytes is below that of o^2 - t^2.
+// A pixel p is nearer to the target t than to the other colour o if |p-t|^2 < |p-o|^2. That holds if the sum
+// of p*2*(o-t) over the three bytes is below the sum of o^2 - t^2.
 struct Nearer {
   int16_t weights[3];
   int32_t limit;
@@ -214,7 +214,7 @@ void NuvRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t /*
   const GrayImage mask = image_of_any_height<1>(pMskImg, width);
   ColourSum sum;
   for (int32_t y = y1; x1 <= x2 && y <= y2; ++y) {
-    // The hits of a row select as many pixels from the row's start on.
+    // A row with k hits counts its first k pixels.
     const int32_t hits = count_white(mask.at(x1, y), std::ptrdiff_t{x2} - x1 + 1);
     const uint8_t* pixels = image.at(x1, y);
     PlaneBlock planes;

@@ -8,7 +8,7 @@
 
 namespace nuv {
 
-// One row: count pixels of three bytes to count bytes of gray.
+// Converts a row of count RGB pixels to count gray bytes.
 void rectangle_gray(const uint8_t* pixels, std::ptrdiff_t count, uint8_t* gray);
 
 }  // namespace nuv

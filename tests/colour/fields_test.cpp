@@ -31,7 +31,7 @@ TEST(Fields, AreTakenOutSplitAndWovenBack) {
       Bytes stacked = fields[0];
       stacked.insert(stacked.end(), fields[1].begin(), fields[1].end());
       EXPECT_EQ(split, stacked);
-      if (channels == 3) continue;  // does not weave back without a shift
+      if (channels == 3) continue;  // RGB does not weave back without a shift
       TestImage woven(w, h);
       int32_t height = 0;
       NuvMergeOddEvenField(fields[1].data(), fields[0].data(), h / 2, (h + 1) / 2, w, false, 0, woven.data(),
@@ -56,7 +56,7 @@ TEST(Fields, AreWovenWithAShift) {
   for (int32_t shift : {6, -6, INT_MIN}) {
     EXPECT_THAT(woven(false, shift), ElementsAre(1, 2, 3, 4, 5, 6, 77, 77, 77, 77, 77, 77));
   }
-  // In RGB a shift that is not positive moves the row's start into the row above.
+  // In RGB a shift of 0 or less writes the row over part of the row above.
   EXPECT_THAT(woven(true, 1), ElementsAre(1, 2, 3, 4, 5, 6, 77, 77, 77, 11, 12, 13));
   EXPECT_THAT(woven(true, 0), ElementsAre(1, 2, 11, 12, 13, 14, 15, 16, 77, 77, 77, 77));
   EXPECT_THAT(woven(true, -1), ElementsAre(1, 2, 14, 15, 16, 6, 77, 77, 77, 77, 77, 77));

@@ -128,7 +128,7 @@ TEST(CameraFrames, AreConvertedPixelByPixel) {
       const int32_t x1 = w / 4 * 2;
       const int32_t y1 = h / 4 * 2;
       for (const auto& [function, step, bytes] : conversions) {
-        // 422P is thinned by fours in whole fours only.
+        // Scale4 of 422P requires multiples of 4.
         const int32_t unit = step == 4 && std::string(f.name) == "422P" ? 4 : 2;
         const int32_t x2 = x1 + (w - x1) / unit * unit - 1;
         const int32_t y2 = y1 + (h - y1) / unit * unit - 1;
@@ -175,7 +175,7 @@ TEST(CameraFrames, TakeTheMeanChromaOfAUnit) {
   }
 }
 
-// The kernels compute in 16 bits what the formulas say in 32.
+// The kernels compute in 16 bits what the formulas define in 32.
 TEST(ColourMatrix, IsExactForAllColours) {
   constexpr int32_t kWidth = 512;
   constexpr int32_t kHeight = 256;
@@ -246,7 +246,7 @@ TEST(CameraFrames, AreRefusedByTheParitiesOfEachFunction) {
   for (const auto& [multiples, functions] : rules) {
     for (int32_t odd = 0; odd < 256; ++odd) {
       const auto bit = [odd](int32_t i) { return odd >> i & 1; };
-      // Of W and H a second bit tells multiples of 4 from the other even ones.
+      // W and H have a second bit, which separates multiples of 4 from other even numbers.
       const int32_t values[] = {
           20 + bit(0), 18 + bit(1), 2 + bit(2), 8 + bit(3) + 2 * bit(6), 4 + bit(4), 8 + bit(5) + 2 * bit(7)};
       bool allowed = true;
@@ -274,7 +274,7 @@ TEST(PackedFrames, TakeOddRectanglesInWholeGroups) {
   out.assign(9, 77);
   NuvCopyCbYCrYRect2RedImg(frame.data(), 4, 2, 2, 2, 0, 1, out.data());
   EXPECT_THAT(out, ElementsAre(84, 94, 71, 81, 77, 77, 77, 77, 77));
-  // From an odd column on, Cr is read where the next Cb stands.
+  // From an odd column on, the next Cb is read as Cr.
   NuvCopyCbYCrYRect2RedImgShrink2(frame.data(), 4, 2, 1, 2, 0, 1, out.data());
   EXPECT_EQ(out[0], red(60, 20));
   NuvCopyCbYCrYRect(frame.data(), 4, 2, 1, 2, 1, 1, out.data());

@@ -31,7 +31,7 @@ TEST(Gray, FollowsTheFormulas) {
       {NuvRGBsDif2Gry, [](Pixel p) { return *std::max_element(p, p + 3) - *std::min_element(p, p + 3); }},
       {NuvExtractMaxRGB2GryImg, [](Pixel p) { return *std::max_element(p, p + 3); }},
   };
-  // All colours whose bytes are multiples of 3, and so 0 and 255 among them.
+  // All colours whose bytes are multiples of 3, which include 0 and 255.
   Bytes colours;
   for (int i = 0; i < 86 * 86 * 86; ++i) {
     for (int unit : {86 * 86, 86, 1}) colours.push_back(static_cast<uint8_t>(i / unit % 86 * 3));

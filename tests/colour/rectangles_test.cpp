@@ -20,7 +20,7 @@ class Rectangles : public testing::Test {
 
   Bytes rgb = Random(9).bytes(static_cast<std::size_t>(kWidth) * kHeight * 3);
 
-  // Byte i of the image's pixel that is pixel p of the packed rectangle.
+  // Byte i of pixel p of the packed rectangle, taken from the image.
   uint8_t source(std::size_t p, int i) const {
     const std::size_t x = kX1 + p % kColumns;
     const std::size_t y = kY1 + p / kColumns;
@@ -50,7 +50,7 @@ TEST_F(Rectangles, AreCopiedPacked) {
 }
 
 TEST(TwoColourSplit, MarksTheNearerColour) {
-  // A dark, a bright, and a middle pixel of the dark colour's hue.
+  // A dark pixel, a bright one, and a middle one of the dark pixel's hue.
   Bytes rgb = {10, 0, 0, 250, 250, 250, 100, 0, 0};
   Bytes gray(3);
   Bytes binary(3);
