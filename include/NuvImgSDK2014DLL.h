@@ -39,6 +39,24 @@
 /// - No function throws. What a function returns if it refuses its arguments or an allocation fails is stated
 ///   with it.
 /// - A function may run on any number of threads at once unless it says otherwise.
+///
+/// ## Headers
+///
+/// - nuv/arithmetic.h: images combined, integral images, pixel values, pasting
+/// - nuv/binary.h: measures, morphology, thinning and run lengths of binary images
+/// - nuv/colour.h: RGB to gray, channels, rectangles, camera frames, interlaced fields
+/// - nuv/contours.h: tracing, measures, filling and selection of contours
+/// - nuv/drawing.h: lines, shapes, plots and text
+/// - nuv/edges.h: gradient images, the Shen-Jun detector, clean-up of edge images
+/// - nuv/files.h: BMP files, lists of files, the debug log
+/// - nuv/filters.h: box means, extremes, medians, smoothing
+/// - nuv/geometry.h: flips, turns, shifts, changes of size
+/// - nuv/histogram.h: histograms, thresholds, data series, profiles
+/// - nuv/lines.h: forms and fitting of lines, the chain-line and Hough detectors, key points
+/// - nuv/noise.h: noise estimated and added
+/// - nuv/records.h: the records that hosts and the library exchange
+/// - nuv/segmentation.h: a tree of dark regions
+/// - nuv/statistics.h: means, ranges and contrasts of regions
 #ifndef NUVIMGSDK2014DLL_H
 #define NUVIMGSDK2014DLL_H
 

@@ -20,7 +20,7 @@
 
 namespace nuv {
 
-// Visits (x, row_at(x)) for columns first to last, where it lies in an image of that height.
+// Visits (x, row_at(x)) for columns first to last, where that pixel lies in an image of the given height.
 template <class RowAt, class Visit>
 void walk_columns(int32_t first, int32_t last, int32_t height, RowAt row_at, Visit visit) {
   for (int32_t x = first; x <= last; ++x) {
@@ -29,7 +29,7 @@ void walk_columns(int32_t first, int32_t last, int32_t height, RowAt row_at, Vis
   }
 }
 
-// Visits (column_at(y), y) for rows first to last, where it lies in an image of that width.
+// Visits (column_at(y), y) for rows first to last, where that pixel lies in an image of the given width.
 template <class ColumnAt, class Visit>
 void walk_rows(int32_t first, int32_t last, int32_t width, ColumnAt column_at, Visit visit) {
   for (int32_t y = first; y <= last; ++y) {

@@ -99,8 +99,9 @@ NUV_ROW_KERNEL void double_sums_and_one(const Sum* sums, std::ptrdiff_t ahead, c
   for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = static_cast<Sum>(sums[i] + other[i] + one[i]);
 }
 
-// Sums count values from each of n places on, reading n + (count-1)*step values. The sums are written to one
-// of two buffers that hold as many values. If count is 1, the result is the values themselves.
+// Returns n sums. Each sum has the count values from its place on, step apart; n + (count-1)*step values are
+// read. The sums are written to one of two buffers that hold as many values. If count is 1, the result is the
+// values themselves.
 template <class Sum>
 const Sum* neighbour_sums(const Sum* values, std::ptrdiff_t n, std::ptrdiff_t count, std::ptrdiff_t step,
                           Sum* buffer, Sum* other_buffer) {
