@@ -2,13 +2,11 @@
 # Measures the library beside its peers on one thread and prints their ratios:
 #   ./bench.sh [--level v2|v3|v4] [name pattern] [--markdown FILE --section NAME]
 #   ./bench.sh [--level v2|v3|v4] --growth [--all] [name]
-# With --level the library is built for that x86-64 level alone, so that a new processor measures what an older
-# one would run.
-# A ratio above 1 means that the library is the faster one. Rows without a peer show their time alone.
-# With --growth it lists the exports whose time grows faster than their pixels or their windows, or with --all
-# the times of all of them.
-# With --growth it lists the exports whose time grows faster than their pixels or their windows, or with --all
-# the times of all of them.
+# A ratio above 1 means that the library is the faster one. Rows without a peer show only their time.
+# --level builds the library for that x86-64 level alone, so that a new processor measures the code that an older one
+# runs.
+# --growth lists the exports whose time grows faster than their pixels or their windows; --all lists the times of all
+# exports.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Finds the straight edges of a photograph by the example find_lines, which it builds. ./run.sh --help says more.
+# Builds the example find_lines and finds the straight edges of a photograph with it. ./run.sh --help lists the options.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
@@ -9,8 +9,8 @@ Finds the straight edges of a photograph, lists them, and draws them into a copy
 
 Usage: ./run.sh [options] [picture.bmp [result.bmp]]
 
-  picture.bmp               BMP file of 8 or 24 bits per pixel (default: a photograph of the project's,
-                            drawn into build/camera_lines.bmp)
+  picture.bmp               BMP file of 8 or 24 bits per pixel (default: a photograph of the project,
+                            whose result is build/camera_lines.bmp)
   result.bmp                BMP file to write (default: PICTURE_lines.bmp, here)
   -t, --threshold N         least step in gray level of an edge, 1 to 255 (24); below 8 the exact edge filter is used
   -l, --min-length N        least length of a segment in pixels (1/20 of the shorter side, at least 12)
@@ -21,7 +21,8 @@ Usage: ./run.sh [options] [picture.bmp [result.bmp]]
   -h, --help                print this
 
 Segments are listed from the longest to the shortest. Angles are in degrees to the x axis, from 0 up to 180, and grow
-clockwise, as y grows downwards. What is needed to build the example and is missing is installed first.
+clockwise, because y grows downwards. The script first installs the packages that the example needs and that are
+missing.
 END
 }
 
@@ -47,6 +48,6 @@ source "$root/tools/setup.sh"
 (cd "$root" && build_host find_lines)
 if [ ! "$has_picture" ]; then
   set -- "$@" "$root/examples/data/camera.bmp" "$root/build/camera_lines.bmp"
-  echo "The result goes to $root/build/camera_lines.bmp" >&2
+  echo "Writing the result to $root/build/camera_lines.bmp" >&2
 fi
 exec "$root/build/release/examples/find_lines" "$@"

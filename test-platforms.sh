@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the library for every platform, compiler and instruction level that gives the same results, and runs its
-# tests there: ./test-platforms.sh
+# Builds the library with every supported compiler, for every platform and x86-64 level, and runs its tests there:
+# ./test-platforms.sh
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 not_run=()
@@ -14,4 +14,4 @@ for preset in release clang unoptimized v2 v3 v4 linux32 aarch64; do
   esac
 done
 ./test-windows.sh
-[ ${#not_run[@]} -eq 0 ] || echo "NOT RUN, for want of a processor: ${not_run[*]}"
+[ ${#not_run[@]} -eq 0 ] || echo "NOT RUN, because neither this processor nor qemu has the instructions: ${not_run[*]}"

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # Builds the library for 32-bit and 64-bit Windows and runs all its tests under Wine: ./test-windows.sh
-# What is built needs nothing beside it but Windows itself, and find_lines gives what it gives here, to the byte.
+# It also checks that the DLL needs only libraries of Windows itself, and that find_lines gives the same bytes as here.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
 
-# check PRESET PROCESSOR
+# check PRESET PROCESSOR: builds and tests one Windows platform.
 check() {
   local bin=$PWD/build/$1/bin work=$PWD/build/$1/find_lines needed others
   ./test.sh "$1"
   needed=$("$2-w64-mingw32-objdump" -p "$bin/NuvImgSDK2014DLL.dll" | sed -n 's/.*DLL Name: //p')
   [ "$needed" ]
   if others=$(grep -ivE '^(kernel32|msvcrt)\.dll$' <<<"$needed"); then
-    echo "The library needs more than Windows has:" $others >&2
+    echo "The library needs libraries that Windows does not have:" $others >&2
     exit 1
   fi
 

@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
-# Builds the library and runs all its tests: ./test.sh [preset]; release, if none is given. The others:
-#   sanitize  under AddressSanitizer and UndefinedBehaviorSanitizer
-#   threads   all exports on several threads under ThreadSanitizer; that test alone
-#   v2, v3, v4  built for that x86-64 level alone; under qemu where the processor lacks it. If qemu lacks it, too,
-#             nothing is run: it says so, and ends with 77
-#   clang, unoptimized, linux32, aarch64, windows, windows64  by that compiler, with -O0, on those platforms
+# Builds the library and runs its tests: ./test.sh [preset]. The presets:
+#   release      all tests of the optimised library; the default
+#   sanitize     the tests under AddressSanitizer and UndefinedBehaviorSanitizer
+#   threads      only the test of exports on several threads, under ThreadSanitizer
+#   v2, v3, v4   the library built for that x86-64 level alone; under qemu if the processor lacks the level. If qemu lacks
+#                it, too, nothing is run: the script prints NOT RUN and ends with 77
+#   clang        built by clang
+#   unoptimized  built with -O0 and without the vector extension
+#   linux32, aarch64, windows, windows64  on these platforms
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh

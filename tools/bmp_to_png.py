@@ -22,8 +22,8 @@ def read_bmp(file):
 
 
 def with_palette(rows):
-    """24-bit rows as rows of palette entries, and the palette. With more than 256 colours those that differ
-    in their lowest bits alone become one; None if there are too many even so."""
+    """24-bit rows as rows of palette entries, and the palette. With more than 256 colours, those that differ
+    only in their lowest bits become one. None if there are still too many."""
     for mask in (255, 254):
         pixels = [[bytes(v & mask for v in row[i:i + 3]) for i in range(0, len(row), 3)] for row in rows]
         colours = sorted(set().union(*pixels), key=lambda c: (sum(c), c))
@@ -35,7 +35,7 @@ def with_palette(rows):
 
 
 def filtered(row, above, step, kind):
-    """A row as PNG filters it: 0 as it is, 1 less the pixel at the left, 2 less the one above, 4 less the one
+    """A row as PNG filters it: 0 as it is, 1 minus the pixel at the left, 2 minus the one above, 4 minus the one
     of those two and their corner that is nearest to the plane through the three."""
     left = bytes(step) + row[:-step]
     corner = bytes(step) + above[:-step]

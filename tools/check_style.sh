@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Formatting by clang-format, and the checks of clang-tidy on the library, its examples and benchmarks.
+# Checks the formatting with clang-format, and the library and its examples with clang-tidy.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source tools/setup.sh

@@ -1,12 +1,12 @@
-# Installs what a command needs, by Debian package name, and only what is missing: a machine that has it all
-# needs no network. To be sourced.
+# Functions that install the Debian packages that a command needs, and build presets. To be sourced.
+# Only missing packages are installed, so a machine that has them all needs no network.
 
-# has_package PACKAGE
+# has_package PACKAGE: whether the package is installed.
 has_package() {
   [ "$(dpkg-query -W -f='${Status}' "$1" 2>/dev/null)" = 'install ok installed' ]
 }
 
-# need_packages PACKAGE...
+# need_packages PACKAGE...: installs those that are missing.
 need_packages() {
   local missing=() package
   for package in "$@"; do
@@ -16,7 +16,7 @@ need_packages() {
   echo "Installing: ${missing[*]}" >&2
   local as_root=()
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  "${as_root[@]}" apt-get update -qq >&2 || true  # the installation tells whether the index that it needs is there
+  "${as_root[@]}" apt-get update -qq >&2 || true  # if the index is too old, the installation fails
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
     "${missing[@]}" >&2
 }
@@ -26,21 +26,22 @@ font_packages=(python3 unifont)
 test_packages=(libgtest-dev libgmock-dev binutils pkgconf "${font_packages[@]}")
 style_packages=(git clang clang-format clang-tidy)
 bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev)
-# Tests for other platforms build GoogleTest for them.
+# Tests for other platforms build GoogleTest from its sources.
 linux32_packages=(g++-12-multilib googletest)
 aarch64_packages=(g++-aarch64-linux-gnu qemu-user googletest)
 windows_packages=(g++-mingw-w64-i686-posix googletest wine)
 windows64_packages=(g++-mingw-w64-x86-64-posix googletest wine)
 fuzz_packages=(clang libclang-rt-dev)
 
-# need_32_bit_wine: Debian's wine runs 32-bit programs once the libraries of its 32-bit package lie beside its own.
+# need_32_bit_wine: puts the libraries of Debian's 32-bit wine package beside those of the 64-bit one, which then runs
+# 32-bit programs.
 need_32_bit_wine() {
   local wine=/usr/lib/x86_64-linux-gnu/wine as_root=() architectures work
   [ -e "$wine/i386-windows/kernel32.dll" ] && return
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
   architectures=$(dpkg --print-foreign-architectures)
   "${as_root[@]}" dpkg --add-architecture i386
-  "${as_root[@]}" apt-get update -qq >&2 || true  # the download tells whether the index that it needs is there
+  "${as_root[@]}" apt-get update -qq >&2 || true  # if the index is too old, the download fails
   work=$(mktemp -d)
   (cd "$work" && apt-get download -qq libwine:i386 && dpkg -x libwine_*.deb .) >&2
   [[ $architectures == *i386* ]] || "${as_root[@]}" dpkg --remove-architecture i386
@@ -54,8 +55,8 @@ has_level() {
   "${@:2}" /lib64/ld-linux-x86-64.so.2 --help 2>/dev/null | grep "x86-64-$1 (supported" >/dev/null
 }
 
-# build PRESET [TARGET...]: configures, with configure_options, and builds. It says what and about how long, and
-# shows the log where it fails.
+# build PRESET [TARGET...]: configures with configure_options, and builds. It prints the number of steps and an estimate
+# of the time, and the log if the build fails.
 configure_options=()
 build() {
   local preset=$1 log=$PWD/build/$1/build.log steps seconds time="less than a minute"
@@ -69,11 +70,11 @@ build() {
     cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 | tee -a "$log" | show_progress && return
   fi
   cat "$log" >&2
-  echo "Building $preset failed. This log is $log" >&2
+  echo "Building $preset failed. The log above is in $log" >&2
   return 1
 }
 
-# show_progress: the newest step of the builder's output, on one line of the terminal, if there is one.
+# show_progress: shows the newest step of the builder's output on one line, if standard error is a terminal.
 show_progress() {
   local line
   if [ ! -t 2 ]; then
@@ -86,7 +87,7 @@ show_progress() {
   printf '\r\033[K' >&2
 }
 
-# build_host NAME: builds an example in build/release. The tests are configured only where their packages are.
+# build_host NAME: builds an example in build/release. The tests are configured only if their packages are installed.
 build_host() {
   local configure_options=() package
   need_packages "${build_packages[@]}"
