@@ -1,7 +1,7 @@
-# What every target of the project is compiled with.
+# The options that every target of the project is compiled with.
 #
-# Arithmetic is part of the contract of the library: signed overflow wraps, a product and a sum are two
-# roundings and never one, and 32-bit x86 computes in SSE registers, whose width is that of the type.
+# Arithmetic is part of the contract of the library: signed overflow wraps, a product and a sum are always two
+# roundings, and 32-bit x86 computes in SSE registers, which have the width of the type.
 
 add_library(nuv_options INTERFACE)
 

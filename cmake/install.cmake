@@ -1,4 +1,4 @@
-# The package: headers, library, and what find_package and pkg-config ask for.
+# The installed package: headers, library, and the files that find_package and pkg-config read.
 
 include(CMakePackageConfigHelpers)
 

@@ -1,4 +1,4 @@
-# 64-bit ARM, run by qemu-user.
+# 64-bit ARM Linux, run under qemu-user.
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)

@@ -1,4 +1,4 @@
-# The home platform: 32-bit Windows.
+# 32-bit Windows.
 
 set(CMAKE_SYSTEM_PROCESSOR i686)
 include(${CMAKE_CURRENT_LIST_DIR}/windows.cmake)

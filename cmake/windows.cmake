@@ -1,4 +1,4 @@
-# Windows on the CMAKE_SYSTEM_PROCESSOR of the file that includes this one: built by MinGW-w64, run under Wine.
+# Windows, built by MinGW-w64 and run under Wine. The including file sets CMAKE_SYSTEM_PROCESSOR.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(mingw ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32)
@@ -12,6 +12,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# No library of the compiler's has to lie beside what is built.
+# Link the compiler's libraries statically, so that programs run without them.
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")

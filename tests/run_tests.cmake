@@ -1,14 +1,14 @@
 # Runs the tests of some sources and counts them: cmake -D SOURCES=a,b -D SYSTEM=... -P run_tests.cmake -- PROGRAM...
 #
-# A program that an emulator does not start may still end with 0. A run counts only if the test program's closing
-# line says that as many tests passed as stand in the sources: none is missing, and none is skipped.
+# An emulator that does not start the program may still end with 0. A run counts only if the closing line of the test
+# program says that as many tests passed as the sources define: none is missing, and none is skipped.
 
 set(suites "")
 set(expected 0)
 string(REPLACE "," ";" sources "${SOURCES}")
 foreach(source IN LISTS sources)
   file(STRINGS ${source} lines REGEX "^(TEST(_F)?\\(|#if|#endif)")
-  set(elsewhere OFF)  # between the lines of another system
+  set(elsewhere OFF)  # whether the line belongs to another system
   foreach(line IN LISTS lines)
     if(line MATCHES "^#if")
       if(SYSTEM STREQUAL "Windows" AND line MATCHES "defined\\(__linux__\\)|!defined\\(_WIN32\\)")
@@ -42,5 +42,5 @@ if(NOT result EQUAL 0)
   message(FATAL_ERROR "The test program ended with: ${result}")
 endif()
 if(expected EQUAL 0 OR NOT output MATCHES "\\[  PASSED  \\] ${expected} tests?\\.")
-  message(FATAL_ERROR "${expected} tests stand in the sources; the test program does not say that as many passed")
+  message(FATAL_ERROR "The sources define ${expected} tests; the test program does not say that as many passed")
 endif()

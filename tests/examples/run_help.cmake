@@ -1,4 +1,5 @@
-# run.sh prints its help without a build, so in a text of its own: it names the options that find_lines has.
+# run.sh prints its help without a build, so it has its own copy of the text. The copy must name the options of
+# find_lines.
 foreach(program RUN HOST)
   execute_process(COMMAND ${${program}} --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "--[a-z-]+" options_${program} "${help}")

@@ -1,5 +1,5 @@
-# Configures a project with this one inside it, by any build type, and looks how the library would be compiled: by -O3
-# in every type but Debug. The last such option counts.
+# Configures a project with this one inside it, with several build types, and checks the commands that compile the
+# library: they use -O3 in every type but Debug. The last -O option counts.
 foreach(type "" RelWithDebInfo MinSizeRel Custom Debug)
   execute_process(COMMAND ${CMAKE_COMMAND} -G ${GENERATOR} -S ${PARENT_DIR} -B ${WORK_DIR} -DNUV_DIR=${NUV_DIR}
     -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=${type} COMMAND_ERROR_IS_FATAL ANY)
@@ -17,7 +17,7 @@ foreach(type "" RelWithDebInfo MinSizeRel Custom Debug)
       set(last ${CMAKE_MATCH_1})
     endif()
     if(NOT last STREQUAL expected)
-      message(FATAL_ERROR "With the build type '${type}', '${last}' counts: ${command}")
+      message(FATAL_ERROR "With the build type '${type}', '${last}' is in effect: ${command}")
     endif()
   endforeach()
 endforeach()
