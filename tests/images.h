@@ -28,7 +28,7 @@ struct TestImage {
   friend bool operator==(const TestImage& a, const TestImage& b) {
     return a.width == b.width && a.height == b.height && a.pixels == b.pixels;
   }
-  // As it would be drawn; values that are neither background nor object in hexadecimal.
+  // Draws the image in the notation of draw(). Other values stand in angle brackets.
   friend std::ostream& operator<<(std::ostream& out, const TestImage& image) {
     for (int32_t y = 0; y < image.height; ++y) {
       out << '\n';
@@ -45,7 +45,7 @@ struct TestImage {
   }
 };
 
-// '#' is 255, '.' is 0, a digit is its value.
+// An image from rows of text: '#' is 255, '.' is 0, and a digit is its own value.
 inline TestImage draw(std::initializer_list<std::string_view> rows) {
   TestImage image(static_cast<int32_t>(rows.begin()->size()), static_cast<int32_t>(rows.size()));
   auto pixel = image.pixels.begin();
@@ -59,7 +59,7 @@ class Random {
  public:
   explicit Random(uint32_t seed) : engine_(seed) {}
 
-  // From low to high, both included; computed so that every platform gives the same.
+  // A number from low to high, both included. All platforms compute the same numbers.
   int32_t between(int32_t low, int32_t high) {
     return low + static_cast<int32_t>(engine_() % (static_cast<uint32_t>(high - low) + 1));
   }
@@ -76,7 +76,7 @@ class Random {
     return image;
   }
 
-  // Each pixel 255 with the given chance in percent.
+  // Each pixel is 255 with the given probability in percent, else 0.
   TestImage binary(int32_t width, int32_t height, int32_t percent) {
     TestImage image(width, height);
     for (uint8_t& pixel : image.pixels) pixel = between(1, 100) <= percent ? 255 : 0;
@@ -87,7 +87,7 @@ class Random {
   std::mt19937 engine_;
 };
 
-// Odd, wide, tall, around the sizes of vectors, and down to one pixel.
+// Odd, wide and tall sizes, sizes near those of vectors, and single pixels.
 inline const std::pair<int32_t, int32_t> kOddSizes[] = {{1, 1},  {1, 40},  {40, 1},  {2, 3},   {3, 3},
                                                         {5, 7},  {15, 16}, {16, 17}, {17, 33}, {31, 5},
                                                         {64, 9}, {65, 34}, {3, 129}, {257, 3}, {1100, 4}};

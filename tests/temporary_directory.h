@@ -1,4 +1,4 @@
-// A directory for files of one test, which no other test and no other run of the tests shares.
+// A directory for the files of one test. No other test and no other run of the tests shares it.
 
 #ifndef NUV_TESTS_TEMPORARY_DIRECTORY_H
 #define NUV_TESTS_TEMPORARY_DIRECTORY_H

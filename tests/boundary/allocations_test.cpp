@@ -1,7 +1,8 @@
-// An allocation that fails, whichever it is, gives the result that the header states, and no leak.
+// If an allocation fails, whichever it is, the function gives the result that its header states, and leaks
+// nothing.
 //
-// The library allocates by the forms of operator new that return null, and the tests by those that throw, so
-// only the former fail here.
+// The library uses the forms of operator new that return null, and the tests use those that throw. Only the
+// former fail here.
 
 #include <gmock/gmock.h>
 
@@ -14,7 +15,7 @@
 #include "boundary/calls.h"
 
 #if defined(NUV_ASAN)
-// Some are asked for more memory than there is.
+// Some calls request more memory than there is.
 extern "C" const char* __asan_default_options() {
   return "allocator_may_return_null=1";
 }
@@ -22,10 +23,10 @@ extern "C" const char* __asan_default_options() {
 
 namespace {
 
-int64_t n_asked = 0;         // of the library
-int64_t first_failing = -1;  // of those, or none
+int64_t n_asked = 0;         // allocations that the library has requested
+int64_t first_failing = -1;  // the number of the first one that fails, or -1
 bool later_fail_too = false;
-int64_t n_held = 0;  // of library and tests together
+int64_t n_held = 0;  // blocks that library and tests hold
 
 void* take(std::size_t size) {
   void* memory = std::malloc(std::max<std::size_t>(size, 1));
@@ -51,7 +52,7 @@ void give_back(void* memory) {
   std::free(memory);
 }
 
-// Lets the n-th allocation fail, counted from 0, while it lives.
+// While an object lives, the n-th allocation fails, counted from 0, and later ones fail on request.
 class Failing {
  public:
   explicit Failing(int64_t n, bool later_too = false) {
@@ -96,12 +97,12 @@ namespace {
 enum class Outcome {
   kNothing,  // 0, false or null is returned, and nothing is written
   kFailure,  // 0, false or null is returned
-  kSame,     // the memory only saves time, or the scene leaves out what needs it
-  kEither,   // some of the memory only saves time: kFailure or kSame
-  kPartial   // what there is memory for
+  kSame,     // the memory only saves time, or the scene does not need it
+  kEither,   // kFailure or kSame, because some of the memory only saves time
+  kPartial   // the part of the result that the memory suffices for
 };
 
-// Of every export that asks for memory in these scenes.
+// The outcomes of all exports that allocate in these scenes.
 const std::pair<Outcome, std::vector<std::string>> kOutcomes[] = {
     {Outcome::kNothing,
      {"NuvBinImgFilter", "NuvBinImgMedFilter", "NuvMarkMaxAreaHoleContour", "NuvGryAverageFilter",
@@ -153,7 +154,8 @@ void expect_outcome(Outcome outcome, const Scene& scene, uint64_t with_memory) {
   }
 }
 
-// Each of the first ones, then fewer and fewer. Whether any was asked for.
+// Makes the first allocations fail one by one, and then fewer and fewer of the later ones, each alone and
+// together with all after it. Returns whether any was requested.
 bool fail_one_after_the_other(const Call& call, Outcome outcome, Scene::Kind kind, uint32_t seed) {
   int64_t n = 0;
   uint64_t with_memory = 0;
@@ -179,7 +181,7 @@ bool fail_one_after_the_other(const Call& call, Outcome outcome, Scene::Kind kin
   return n > 0;
 }
 
-// Detectors and lists hold memory from one scene to the next: they have tests of their own.
+// Detectors and lists hold memory from one scene to the next, so they have tests of their own.
 bool holds_memory(const Call& call) {
   for (const char* object : {"NuvImgChainLines_", "NuvHoughLines_", "NuvSequenceFiles_"}) {
     if (call.name.rfind(object, 0) == 0) return true;
@@ -209,7 +211,7 @@ TEST(Allocations, ThatFailGiveTheStatedResult) {
     EXPECT_EQ(asking.count(name), 1U) << name << " asks for none";
 }
 
-// Each call asks for more than there is, all eight times.
+// Each call requests more than the detector holds, in eight allocations.
 TEST(Allocations, ThatFailLeaveTheLineDetectorWithoutLines) {
   std::vector<uint8_t> image(100);
   for (int n = 0; n < 8; ++n) {

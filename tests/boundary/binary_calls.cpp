@@ -9,7 +9,7 @@ using calls::y;
 
 // ---- Pictures ----
 
-// An object that fills the region, apart from the others, so that its runs have a known place.
+// Objects, and one that fills the region and touches no other, so that the places of its runs are known.
 uint8_t* object_in_region(Scene& s) {
   uint8_t* image = s.binary_picture();
   const Box& object = s.inner;
@@ -23,7 +23,7 @@ uint8_t* object_in_region(Scene& s) {
   return image;
 }
 
-// Rectangles side by side with a hole here and there: each line meets several runs, most of a steady length.
+// Rectangles side by side, some with holes. Each line crosses several runs, most of them of equal length.
 uint8_t* rectangles(Scene& s) {
   if (s.hostile) return s.binary_picture();
   const int32_t columns = s.between(4, 14);
@@ -36,7 +36,7 @@ uint8_t* rectangles(Scene& s) {
   return image;
 }
 
-// So few white pixels that many have no neighbour.
+// White pixels, so few that many have no white neighbour.
 uint8_t* sparse_binary(Scene& s) {
   if (s.hostile) return s.binary_picture();
   uint8_t* image = s.noise(s.pixels());
@@ -53,7 +53,7 @@ uint8_t* gray_with_holes(Scene& s) {
 
 // ---- Numbers ----
 
-// Of the sum of a whole window; wild numbers wrap.
+// A threshold for the sum of a whole window. It wraps for hostile numbers.
 uint32_t sum_threshold(Scene& s) {
   const auto span = [](int32_t half) { return 2 * static_cast<uint32_t>(half) + 1; };
   return span(s.M) * span(s.N) * static_cast<uint32_t>(s.integer(0, 254));
@@ -67,7 +67,7 @@ int32_t object_or_ground(Scene& s) {
   return s.hostile ? s.integer(0, 255) : s.one_of({0, 255});
 }
 
-// The greatest length that is counted by itself, and the counts from 0 to it.
+// The greatest length that has a count of its own, and the counts for lengths from 0 to it.
 constexpr auto max_length = calls::count;
 int32_t* length_counts(Scene& s) {
   return s.integers(s.count < 0 ? 0 : calls::counted(s) + 1, -9, 9);
@@ -75,7 +75,7 @@ int32_t* length_counts(Scene& s) {
 
 // ---- Records ----
 
-// In half of the typical scenes there is room for every run that the image can have.
+// In half of the typical scenes the capacity suffices for every run that the image can have.
 int32_t room(Scene& s) {
   return s.hostile || s.count % 2 == 0 ? s.count : s.width * s.height;
 }
@@ -90,7 +90,7 @@ RLY* column_runs(Scene& s) {
   return runs;
 }
 
-// Blocks wide enough for runs that count.
+// Blocks of at least eight columns, so that runs are long enough to be counted.
 uint8_t* wide_blocks(Scene& s) {
   uint8_t* pixels = binary(s);
   for (std::size_t i = 0; i < s.pixels(); ++i) pixels[i] = pixels[i - i % columns(s) % 8];

@@ -1,5 +1,5 @@
-// A table of all exports, and how each is called in a scene: one row an export, which names where every
-// argument comes from. Whatever holds for all exports is tested over the table.
+// A table of all exports and of the way each is called in a scene. There is one row per export, and it names
+// the source of every argument. Rules that hold for all exports are tested over the table.
 
 #ifndef NUV_TESTS_BOUNDARY_CALLS_H
 #define NUV_TESTS_BOUNDARY_CALLS_H
@@ -20,12 +20,12 @@ struct Call {
   std::function<bool(const Scene&)> contract = [](const Scene&) { return true; };
   bool keeps_state = false;
 
-  // Scenes that break what the header demands of the caller are not played.
+  // Only scenes that meet what the header demands of the caller are played.
   Call where(std::function<bool(const Scene&)> demanded) && {
     contract = std::move(demanded);
     return std::move(*this);
   }
-  // It remembers something between calls, so that threads cannot share it.
+  // The export keeps data between calls, so threads cannot share it.
   Call with_state() && {
     keeps_state = true;
     return std::move(*this);
@@ -99,7 +99,7 @@ inline Call row(const std::string& name, const std::string& result, const std::s
   return row;
 }
 
-// Calls with what stands in the scene by now, and notes the result.
+// Calls the function on the present content of the scene, and adds the result to the scene.
 template <class Function, class... Arguments>
 auto run(Scene& scene, Function function, Arguments... arguments) {
   scene.remember();
@@ -118,7 +118,7 @@ Call from_roles(const char* name, Function function, Roles... roles) {
   using Result = decltype(function(roles(std::declval<Scene&>())...));
   Call call = row(name, kSpelling<Result>, spelled<decltype(roles(std::declval<Scene&>()))...>());
   call.run = [=](Scene& scene) {
-    // In braces, so that scenes are asked from left to right.
+    // Braces evaluate the roles from left to right.
     const std::tuple<decltype(roles(scene))...> arguments{roles(scene)...};
     std::apply([&](auto... a) { run(scene, function, a...); }, arguments);
   };
@@ -132,7 +132,7 @@ Call from_body(const char* name, const char* result, std::string arguments, Func
   return call;
 }
 
-// A row whose scene is changed before it is played.
+// A row that changes the scene before it is played.
 template <class Change>
 Call after(Change change, Call call) {
   call.run = [change, play = std::move(call.run)](Scene& scene) {
@@ -201,7 +201,7 @@ inline int32_t color(Scene& s) {
 inline uint8_t byte(Scene& s) {
   return static_cast<uint8_t>(s.between(0, 255));
 }
-// A point, typically in the image.
+// The coordinates of a point, typically in the image.
 inline int32_t x(Scene& s) {
   return s.integer(0, std::max(s.width, 1) - 1);
 }
@@ -215,7 +215,7 @@ inline auto integer(int32_t low, int32_t high) {
 inline auto real(double low, double high) {
   return [=](Scene& s) { return s.real(low, high); };
 }
-// Numbers that the contract keeps in their range.
+// Numbers that the contract keeps within a range, in hostile scenes too.
 inline auto integer_within(int32_t low, int32_t high) {
   return [=](Scene& s) { return s.between(low, high); };
 }
@@ -233,7 +233,7 @@ inline uint8_t* framed_binary(Scene& s) {
   return s.binary_picture(1);
 }
 
-// Memory for results and work, full of noise.
+// Memory for results and work, filled with noise.
 template <class Size>
 auto bytes(Size size) {
   return [=](Scene& s) { return s.noise(size(s)); };
@@ -269,7 +269,7 @@ auto reals(Size size, double low, double high) {
 inline std::size_t counted(const Scene& s) {
   return Scene::length(s.count);
 }
-// For exports that read the first element even where there should be none.
+// For exports that read the first element even if the count is 0 or less.
 inline std::size_t counted_or_one(const Scene& s) {
   return std::max<std::size_t>(counted(s), 1);
 }
@@ -316,7 +316,7 @@ inline bool has_pixels(const Scene& s) {
   return s.width > 0 && s.height > 0;
 }
 
-// What bRGB tells, so that the images before it in a row know their pixels.
+// The value of bRGB. It depends on the count alone, so that images that come before it in a row use it, too.
 inline bool in_color(Scene& s) {
   return s.count % 2 != 0;
 }
@@ -331,7 +331,7 @@ inline std::size_t result_rgb(const Scene& s) {
   return s.result_pixels() * 3;
 }
 
-// Blocks and windows that typically have pixels.
+// Sides of blocks and windows. Typically they are at least 1.
 inline int32_t block_width(const Scene& s) {
   return s.hostile ? s.M : s.M + 1;
 }
@@ -341,11 +341,11 @@ inline int32_t block_height(const Scene& s) {
 
 }  // namespace calls
 
-// A row whose arguments are roles alone; of overloads it is the one that takes the types of the roles.
+// A row whose arguments are all roles. The types of the roles select the overload.
 #define EXPORT(name, ...) \
   calls::from_roles(      \
       #name, [](auto... a) { return ::name(a...); }, __VA_ARGS__)
-// A row that plays a scene of its own: body(scene, address of the export).
+// A row whose calls are made by body(scene, address of the export).
 #define EXPORT_BY(name, result, arguments, ...) \
   calls::from_body(#name, #result, #arguments, static_cast<result(*) arguments>(&::name), __VA_ARGS__)
 

@@ -4,7 +4,8 @@ namespace {
 
 // ---- Rectangles ----
 
-// No pixel of an empty rectangle lies outside, wherever its ends are.
+// Moves the region in some hostile scenes. The new one is empty, so none of its pixels lies outside the
+// image.
 void move_if_empty(Scene& s) {
   constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
   if (!s.hostile || s.between(0, 3) != 0) return;
@@ -15,12 +16,12 @@ void move_if_empty(Scene& s) {
                            {-2, -kMost, 1, 1}});
 }
 
-// For functions that do not read it.
+// A height for functions that do not read it.
 int32_t any_height(Scene& s) {
   return s.hostile ? s.integer(0, 60) : s.height;
 }
 
-// Every step-th pixel of every step-th row, the steps being powers of two.
+// The number of pixels if every step-th pixel of every step-th row is taken; the step is a power of two.
 template <int32_t Shift>
 std::size_t thinned_pixels(const Scene& s) {
   return Scene::area(((s.inner.x2 - s.inner.x1) >> Shift) + 1, ((s.inner.y2 - s.inner.y1) >> Shift) + 1);
@@ -50,7 +51,8 @@ uint8_t* inner_packed(Scene& s) {
   return s.noise(s.inner_pixels() * 2);
 }
 
-// With an odd number of columns the last group reaches over the right edge, in the corner out of the frame.
+// With an odd number of columns the last group of a row extends past the right end of the region. In the
+// bottom right corner of the image it extends past the frame.
 uint8_t* packed_with_last_group(Scene& s) {
   const bool reaches_out = s.inner_pixels() > 0 && s.inner.columns() % 2 != 0 && s.inner.x2 == s.width - 1 &&
                            s.inner.y2 == s.height - 1;
@@ -60,7 +62,7 @@ uint8_t* whole_groups_result(Scene& s) {
   return s.noise(Scene::area(((s.inner.x2 - s.inner.x1) | 1) + 1, s.inner.rows()));
 }
 
-// What has to be a multiple of what.
+// The numbers that sizes and ends of regions must be multiples of.
 struct Demands {
   int32_t width, height, x1, columns, y1, rows;
 };
@@ -73,7 +75,7 @@ void fit(int32_t& first, int32_t& last, int32_t size, int32_t first_unit, int32_
   last = first + length - 1;
 }
 
-// In some scenes the demands are left to chance: then the result is false.
+// Makes the scene meet the demands. Some scenes stay as they are, for the result false.
 Call demanding(Demands d, Call call) {
   const auto meet = [=](Scene& s) {
     if (s.between(0, s.hostile ? 1 : 7) == 0) return;

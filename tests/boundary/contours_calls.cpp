@@ -6,7 +6,7 @@ using namespace calls;
 
 // ---- Chains ----
 
-// Codes of the scene's chain; an empty one has 0 or less of them.
+// The number of codes of the scene's chain. For an empty chain it is 0 or less.
 int32_t codes(Scene& s) {
   const int32_t length = chain_length(s);
   return length > 0 ? length : std::min(s.count, 0);
@@ -18,7 +18,7 @@ const uint8_t* const_chain(Scene& s) {
   return chain(s);
 }
 
-// Without an image a chain may start anywhere.
+// Functions without an image accept any start of a chain.
 int32_t any_x(Scene& s) {
   return s.hostile ? s.integer(0, 40) : chain_x(s);
 }
@@ -30,7 +30,7 @@ struct Point {
   int32_t x;
   int32_t y;
 };
-// Always the same one of a scene.
+// A point on the chain; a scene always gives the same one.
 Point point_of_chain(Scene& s) {
   Point p{chain_x(s), chain_y(s)};
   const std::vector<uint8_t>& codes = s.chain().codes;
@@ -40,7 +40,7 @@ Point point_of_chain(Scene& s) {
   }
   return p;
 }
-// On the chain, or a row below, so that either answer is given.
+// A point on the chain or one row below, so that both answers occur.
 int32_t near_chain_x(Scene& s) {
   return s.hostile ? s.integer(0, 40) : point_of_chain(s).x;
 }
@@ -50,7 +50,8 @@ int32_t near_chain_y(Scene& s) {
 
 // ---- Bars ----
 //
-// Every width up to half the perimeter is tried, so that the limits of the type would take seconds.
+// The functions try every width up to half the perimeter, so perimeters at the ends of the type would take
+// seconds.
 
 int32_t perimeter(Scene& s) {
   return s.hostile ? s.between(-65536, 65536) : s.between(20, 120);
@@ -59,7 +60,7 @@ int32_t least_width(Scene& s) {
   return s.hostile ? s.between(-65536, 65536) : s.between(1, 5);
 }
 
-// ---- Pictures of few levels, so that what is looked for is found ----
+// ---- Pictures of few levels, so that searches find something ----
 
 int32_t level(Scene& s) {
   return s.hostile ? color(s) : 40 * s.between(1, 4);
@@ -67,7 +68,7 @@ int32_t level(Scene& s) {
 uint8_t byte_level(Scene& s) {
   return static_cast<uint8_t>(level(s));
 }
-// Typically without the marks of the functions that fill.
+// A picture that typically lacks the values that filling functions use as marks.
 uint8_t* levels_picture(Scene& s) {
   uint8_t* pixels = gray(s);
   if (s.hostile) return pixels;
@@ -78,7 +79,7 @@ uint8_t mark(Scene& s) {
   return static_cast<uint8_t>(s.integer(201, 255));
 }
 
-// An empty chain leaves the value of its pixel behind the bins.
+// With an empty chain, a value is written after the bins.
 int32_t* region_histogram_result(Scene& s) {
   return s.integers(codes(s) < 1 ? 257 : 256, -9, 9);
 }
@@ -91,7 +92,7 @@ tagRECT* rectangle_result(Scene& s) {
 
 // ---- Tracing ----
 
-// Beyond the clear border there must be something to start from.
+// The border is clear, so a start needs an inner pixel.
 bool has_inner_pixels(const Scene& s) {
   return s.width > 2 && s.height > 2;
 }
@@ -103,7 +104,7 @@ struct Start {
   bool is_outer;
 };
 
-// The first pixel from some place on that starts a contour; where the scene is hostile, any off the border.
+// The first pixel from some place on that starts a contour; in a hostile scene, any pixel off the border.
 Start contour_start(Scene& s) {
   Start start{framed_binary(s), s.between(1, s.width - 2), s.between(1, s.height - 2), flag(s)};
   const auto starts = [&] {
@@ -182,7 +183,7 @@ Calls contour_calls() {
       EXPORT(NuvChain2Points, any_x, any_y, chain, codes, integers(positions, -9, 9),
              integers(positions, -9, 9), integer_result, integer_result),
 
-      // Chains must lie in their image, which takes a pixel for the start at least.
+      // Chains must lie in their image, so the image has at least the pixel of the start.
       EXPORT(NuvPixelsPassedByChain, levels_picture, width, chain_x, chain_y, chain, codes, level)
           .where(has_pixels),
       EXPORT(NuvWhitePixlePassedByChain, binary, width, chain_x, chain_y, chain, codes).where(has_pixels),

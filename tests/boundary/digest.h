@@ -1,4 +1,5 @@
-// All that an export does in the scenes of one kind, in one number, and a byte of it for each scene.
+// A checksum of everything that an export does in the scenes of one kind, and a byte of checksum for each
+// scene.
 
 #ifndef NUV_TESTS_BOUNDARY_DIGEST_H
 #define NUV_TESTS_BOUNDARY_DIGEST_H

@@ -1,7 +1,7 @@
-// Every export gives, on every machine and by every compiler, what the files of digests say.
+// Every export gives the results that the files of digests state, on every machine and with every compiler.
 //
-// digests.tsv holds the checksum of an export's typical scenes, special_digests.tsv that of its special ones,
-// and a byte of each scene of both kinds, which shows the first scene that differs.
+// digests.tsv holds the checksum of each export's typical scenes. special_digests.tsv holds that of its
+// special scenes, and a byte for each scene of both kinds, which shows the first scene that differs.
 
 #include <gmock/gmock.h>
 
@@ -54,7 +54,7 @@ Names names_of(const Rows& rows) {
   return names;
 }
 
-// The first scene of this kind that has another byte than the listed one, with the arguments of its calls.
+// The first scene of this kind whose byte differs from the listed one, with the arguments of its calls.
 std::string first_difference(const Call& call, Kind kind, const std::string& present,
                              const std::string& listed) {
   const auto ends = std::mismatch(present.begin(), present.end(), listed.begin(), listed.end());
@@ -75,7 +75,8 @@ TEST(Calls, AreOfEveryExportOnce) {
   expect_same_names(signatures, listed);
 }
 
-// Changes that are meant are taken over from the files written to the directory that NUV_DIGESTS_TO names.
+// Intended changes are taken over from the files that this test writes to the directory that NUV_DIGESTS_TO
+// names.
 TEST(Digests, AreThoseOfEveryOtherMachine) {
   const Rows typical = listed_rows(kTypicalDigests);
   const Rows special = listed_rows(kSpecialDigests);

@@ -2,7 +2,7 @@
 
 namespace {
 
-// Typically in the image or a little outside.
+// The coordinates of a point in the image or a little outside.
 int32_t near_x(Scene& s) {
   return s.integer(-6, std::max(s.width, 0) + 5);
 }
@@ -10,7 +10,7 @@ int32_t near_y(Scene& s) {
   return s.integer(-6, std::max(s.height, 0) + 5);
 }
 
-// A gray or an RGB image, as the flag behind it tells.
+// A flag, and a gray or an RGB image that agrees with it.
 bool is_rgb(Scene& s) {
   return s.count % 2 != 0;
 }
@@ -27,18 +27,18 @@ int32_t binary_color(Scene& s) {
 
 constexpr int32_t kMostInProjection = 4000;
 
-// Of the columns up to x2, which reads all entries up to it.
+// The greatest x2 that a projection has entries for. All entries up to x2 are read.
 int32_t last_column(Scene& s) {
   return s.count < 0 ? s.count : s.count - 1;
 }
-// Of rows only the entries that have one are read.
+// The entries of a projection of rows. Entries from the height on are not read.
 std::size_t counted_rows(const Scene& s) {
   return Scene::length(std::min(s.count, s.height));
 }
 
 // ---- Texts ----
 
-// Typically with room for a few characters of the largest font.
+// A picture that typically has room for a few characters of the largest font.
 template <int Channels>
 uint8_t* page(Scene& s) {
   if (!s.hostile) {
@@ -48,7 +48,7 @@ uint8_t* page(Scene& s) {
   return s.picture(Channels);
 }
 
-// Character by character; where the scene is hostile, of any bytes.
+// A text of these characters; in a hostile scene, of any bytes.
 template <class Character>
 char* text(Scene& s, int32_t length, Character character) {
   char* data = s.memory<char>(Scene::length(length) + 1);
@@ -61,7 +61,7 @@ char* number(Scene& s) {
   const auto digit_or_other = [&](int32_t) { return s.between(0, 9) == 0 ? '-' : s.between('0', '9'); };
   return text(s, s.between(0, 9), digit_or_other);
 }
-// The first codes of the font.
+// A text of the first codes of the font.
 char* hanzi(Scene& s) {
   return text(s, s.between(1, 12), [&](int32_t i) { return i % 2 == 0 ? 0xA1 : s.between(0xA1, 0xA5); });
 }
@@ -142,7 +142,8 @@ Calls drawing_calls() {
       EXPORT(NuvSetNumberString20x16GryImg, page<1>, width, height, integer(-6, 30), integer(-6, 30), gap,
              color, color, number),
 
-      // They draw where a font lies beside the program; the rows bring none, as no relative name leads there.
+      // These draw only if the font is beside the program. The rows do not write a font, because no relative
+      // path leads there.
       EXPORT(NuvDrawChineseString16x16, page<1>, width, height, near_x, integer(-6, 14), gap, color, color,
              hanzi),
       EXPORT(NuvDrawChineseString16x16, page<3>, width, height, near_x, integer(-6, 14), gap, color, color,

@@ -6,13 +6,13 @@ uint8_t* mask_or_null(Scene& s) {
   return s.between(0, 3) == 0 ? nullptr : s.binary_picture();
 }
 
-// The list of points takes one where no capacity is told.
+// The room of a list of points. One point is written even if the capacity is 0 or less.
 std::size_t counted_and_at_least_one(const Scene& s) {
   return std::max<std::size_t>(calls::counted(s), 1);
 }
 
-// A rectangle whose samples lie in the image: they reach farther than its inner pixels. Typically it is
-// larger than the inner region, so that it has some.
+// A rectangle whose samples lie in the image. Samples are taken beyond the rectangle's inner pixels.
+// Typically the rectangle is larger than the inner region, so that it has inner pixels.
 int32_t sampled_x1(Scene& s) {
   return s.hostile ? s.inner.x1 : s.inner.x1 / 2;
 }
@@ -23,7 +23,7 @@ int32_t sampled_y1(Scene& s) {
   return (s.hostile ? s.inner.y1 : s.inner.y1 / 2) + 2;
 }
 
-// Dashes in every fourth row; where the scene is hostile, anything.
+// Dashes in every fourth row; in a hostile scene, any binary picture.
 uint8_t* broken_edges(Scene& s) {
   uint8_t* data = s.binary_picture();
   if (s.hostile) return data;
@@ -38,7 +38,8 @@ uint8_t* broken_edges(Scene& s) {
 
 // ---- Points in a rectangle ----
 //
-// Entries by row up to y2, by column up to x2; those of the bottom points are read by both.
+// Lists by row have entries up to y2, and lists by column up to x2. The list of the bottom points is read by
+// both.
 
 std::size_t entries_to_y2(const Scene& s) {
   return Scene::length(s.inner.y2 + 1);
@@ -116,7 +117,7 @@ Calls edge_calls() {
              list(columns), list(columns)),
       EXPORT(NuvExtractEdgePointInRect, gray, width, inner_x1, inner_y1, inner_x2, inner_y2,
              list(entries_to_y2), list(entries_to_y2), list(entries_to_x2), list(entries_to_both)),
-      // Without pixels there is no place for an ellipse.
+      // An ellipse must lie in the image, so there must be pixels.
       EXPORT(NuvExtractEdgePointInCircle, gray, width, center_x, center_y, half_axis_x, half_axis_y,
              list(ellipse_rows), list(ellipse_rows), list(ellipse_columns), list(ellipse_rows_and_columns))
           .where(has_pixels),

@@ -1,4 +1,4 @@
-// The built library exports what the list says, and nothing else.
+// The built library exports the functions of the list, and nothing else.
 
 #include <cxxabi.h>
 #include <gmock/gmock.h>
@@ -15,11 +15,11 @@
 
 namespace {
 
-// A listed function as a demangler writes it. That the header declares it with these argument types and
-// this result is checked by the compiler, where EXPORT takes its address.
+// A listed function as a demangler writes it. Where EXPORT takes the address of the function, the compiler
+// checks that the header declares it with these argument types and this result.
 template <class Function>
 std::string listed(const char* name, std::string arguments, Function* /*address*/) {
-  // The unsigned types come first: their names hold those of the signed ones.
+  // The unsigned types come first, because their names contain those of the signed ones.
   const std::pair<std::string, std::string> spellings[] = {{"uint8_t", "unsigned char"},
                                                            {"uint32_t", "unsigned int"},
                                                            {"int32_t", "int"},
@@ -48,9 +48,9 @@ std::string demangled(const std::string& symbol) {
   return status == 0 ? name.get() : symbol;
 }
 
-// Every symbol that the library defines for others, whatever its kind.
+// All symbols that the library exports, of any kind.
 #if defined(_WIN32)
-// The system's own header would bring another tagRECT.
+// Declared here, because the system's header would define another tagRECT.
 extern "C" __declspec(dllimport) void* __stdcall GetModuleHandleA(const char* name);
 
 uint32_t number_at(const unsigned char* place) {

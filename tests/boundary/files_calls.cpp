@@ -20,7 +20,7 @@ constexpr char kLog[] = "d:\\tmp\\NuvDebugInfo.txt";
 constexpr char kLog[] = "/tmp/NuvDebugInfo.txt";
 #endif
 
-// A text that ends with its memory.
+// A text whose terminating zero is the last byte of its memory.
 char* text_in(Scene& s, const std::string& text) {
   char* memory = s.memory<char>(text.size() + 1);
   std::copy_n(text.c_str(), text.size() + 1, memory);
@@ -48,7 +48,7 @@ void add_text(Scene& s, const std::string& text) {
 
 // ---- Bitmaps ----
 
-// Where the scene is hostile, the headers promise anything, and the file ends anywhere.
+// In a hostile scene the header of the file may state any size, and the file may end anywhere.
 std::string bitmap(Scene& s, int32_t channels) {
   const int32_t offset = channels == 1 ? 1078 : 54;
   std::string bytes(static_cast<std::size_t>(offset), '\0');
@@ -100,7 +100,7 @@ auto writes_bitmap(int32_t channels) {
 
 // ---- Lists of files ----
 
-// Typically lines with blanks at their ends, and more that no line end follows.
+// Lines, some with blanks at their ends, and a rest without a line end.
 std::string list_text(Scene& s) {
   std::string text;
   for (int32_t i = 0; i < s.count; ++i) {
@@ -179,7 +179,7 @@ Calls file_calls() {
                     run(s, log, text_in(s, text), value);
                     lines += "\n" + text + "," + std::to_string(value);
                   }
-                  // Where the log's directory is missing, lines are lost.
+                  // If the directory of the log is missing, lines are lost.
                   const std::string logged = content(kLog, std::ios::openmode{});
                   s.add_result(logged.empty() || logged == lines);
                   std::remove(kLog);

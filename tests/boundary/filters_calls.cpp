@@ -2,7 +2,8 @@
 
 namespace {
 
-// As far as the image is wider than a window: otherwise nothing is read.
+// The pixels and the M bytes after them that are read. Nothing is read if the image is narrower than a
+// window, so a row's width of bytes suffices.
 std::size_t with_M_more(const Scene& s) {
   return s.pixels() + Scene::length(std::min(s.M, s.width));
 }

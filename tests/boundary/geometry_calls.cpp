@@ -29,7 +29,7 @@ uint8_t* block_means(Scene& s) {
   return s.noise(blocks(s) * (in_color(s) ? 3 : 1));
 }
 
-// A result that is typically not larger than its source.
+// The sizes of a result that is typically not larger than its source.
 int32_t shrunk_width(const Scene& s) {
   return s.hostile ? s.result_width : 1 + s.result_width % s.width;
 }
@@ -40,7 +40,7 @@ std::size_t shrunk(const Scene& s) {
   return Scene::area(shrunk_width(s), shrunk_height(s));
 }
 
-// A number that the export changes.
+// A number in memory, which the export changes.
 template <class Role>
 auto kept(Role role) {
   return [=](Scene& s) {
@@ -53,7 +53,7 @@ auto kept(Role role) {
 tagRECT rectangle(Scene& s) {
   return {s.region.x1, s.region.y1, s.region.x2, s.region.y2};
 }
-// Rectangles of long rows start at the left and are turned so little that most of a row stays in the image.
+// Rectangles with long rows start at the left and are turned so little that most of a row stays in the image.
 bool has_long_rows(const Scene& s) {
   return s.is_special() && s.result_width >= 300;
 }
@@ -68,7 +68,7 @@ auto turn(double most) {
   };
 }
 
-// Lines have no direction: above 90 degrees they are taken from their other end.
+// An angle of rows. Lines have no direction, so 180 degrees more is the same line.
 double slant(Scene& s) {
   const double angle = turn(32)(s);
   return flag(s) ? angle + 180 : angle;
@@ -105,7 +105,7 @@ Calls geometry_calls() {
              result_width, result_height),
       EXPORT(NuvRgbCopyRectFromRotateCCS, rgb, width, height, corner_x, y, turn(90), color, bytes(result_rgb),
              result_width, result_height),
-      // A shift of 90 degrees more than the angle does not shear.
+      // If the shift is 90 degrees more than the angle, nothing is sheared.
       EXPORT(NuvCopyRectFromRotateAndShiftFast, gray, width, height, corner_x, y, slant, real(58, 122),
              bytes(result_pixels), result_width, result_height),
       EXPORT(NuvShiftXPerRowFine, gray, width, height, real(-1, 1), gray_result),

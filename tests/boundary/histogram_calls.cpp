@@ -4,8 +4,8 @@
 
 namespace {
 
-// Two humps of counts with holes in them, and nothing between or beside them. Hostile: of any counts, down to
-// two bins or none, or over all bins.
+// Two humps of counts with holes in them, and empty bins between and beside them. In a hostile scene the
+// counts are any numbers, and the humps may cover two bins, none or all.
 template <class Size>
 auto humps(Size size) {
   return [=](Scene& s) {
@@ -27,14 +27,14 @@ int32_t* two_humps(Scene& s) {
   return humps(calls::levels)(s);
 }
 
-// Few occupied bins, with many gaps between them.
+// A few occupied bins, with many gaps between them.
 int32_t* scattered_histogram(Scene& s) {
   int32_t* bins = s.integers(256, s.between(-400, -40), 20);
   for (int32_t v = 0; v < 256 && !s.hostile; ++v) bins[v] = std::max(bins[v], 0);
   return bins;
 }
 
-// It sums up to the number of pixels, as it should; hostile: mostly not.
+// A histogram whose sum is the number of pixels, as it should be. In a hostile scene it mostly is not.
 int32_t* target_histogram(Scene& s) {
   if (s.hostile && s.between(0, 2) != 0) return two_humps(s);
   int32_t* bins = s.memory<int32_t>(256);
@@ -44,7 +44,7 @@ int32_t* target_histogram(Scene& s) {
   return bins;
 }
 
-// Limits of each row. Beyond the image they may lie only where they exclude everything.
+// Limits of each row. They lie beyond the image only if they exclude the whole row.
 int32_t* left_limits(Scene& s) {
   int32_t* limits = s.integers(calls::rows(s), 0, std::max(s.width / 2, 0));
   for (int32_t y = 0; y < s.height; ++y) limits[y] = std::max(limits[y], 0);
@@ -57,7 +57,7 @@ int32_t* right_limits(Scene& s) {
   return limits;
 }
 
-// Of every M-th pixel of every M-th row.
+// The number of pixels if every M-th pixel of every M-th row is taken.
 std::size_t shrunk(const Scene& s) {
   const std::size_t step = Scene::length(std::max(s.M, 1));
   return (calls::columns(s) + step - 1) / step * ((calls::rows(s) + step - 1) / step);
@@ -117,7 +117,7 @@ Calls histogram_calls() {
                   int32_t* bins = two_humps(s);
                   const auto occupied = static_cast<int32_t>(256 - std::count(bins, bins + 256, 0));
                   const int32_t clusters = s.integer(2, 8);
-                  const double eps = std::max(1e-4, s.real(0.001, 0.1));  // smaller ones take their time
+                  const double eps = std::max(1e-4, s.real(0.001, 0.1));  // smaller values take long
                   double* centres = s.reals(Scene::length(std::min(clusters, occupied)), -9, 9);
                   calls::run(s, function, bins, clusters, eps, centres);
                 }),
@@ -153,7 +153,7 @@ Calls histogram_calls() {
                 [](Scene& s, auto* function) {
                   int32_t* bins = s.between(0, 1) == 0 ? two_humps(s) : scattered_histogram(s);
                   const int32_t min_step = s.integer(1, 6);
-                  // The room asked for grows with it.
+                  // The room that the table needs grows with max_step.
                   const int32_t max_step = std::min(s.integer(6, 16), 65537);
                   int32_t* table = s.integers(255 + Scene::length(std::max(max_step, 1)), -9, 9);
                   calls::run(s, function, bins, min_step, max_step, table);

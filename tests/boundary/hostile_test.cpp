@@ -1,4 +1,4 @@
-// No scene within the contract crashes an export, keeps it busy or lets it write outside.
+// In every scene within the contract an export neither crashes nor takes long nor writes outside its memory.
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,7 @@
 #include "boundary/calls.h"
 
 #if defined(NUV_ASAN)
-// Some are asked for more memory than there is.
+// Some calls request more memory than there is.
 extern "C" const char* __asan_default_options() {
   return "allocator_may_return_null=1";
 }

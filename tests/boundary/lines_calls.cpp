@@ -8,7 +8,7 @@ using namespace calls;
 
 // ---- Results ---------------------------------------------------------------------------------------------
 
-// To a millionth: machines differ in the last place of sines, cosines and arctangents.
+// Rounds to a millionth, because machines differ in the last place of sines, cosines and arctangents.
 double rounded(double value) {
   return std::floor(value * 1048576 + 0.5) / 1048576;
 }
@@ -35,7 +35,7 @@ auto run_and_round(Function function, Arguments... arguments) {
   }
 }
 
-// A row whose real results are noted in rounded form.
+// A row whose real results are rounded before they are added to the checksum.
 #define EXPORT_ROUNDED(name, ...)                                                                   \
   calls::from_roles(                                                                                \
       #name, [](auto... a) { return run_and_round([](auto... b) { return ::name(b...); }, a...); }, \
@@ -66,7 +66,7 @@ int32_t y_inside(Scene& s) {
   return s.between(0, s.height - 1);
 }
 
-// Columns with most of the picture in between.
+// Two columns with most of the picture between them.
 int32_t left(Scene& s) {
   return s.hostile ? s.region.x1 : s.between(0, s.width / 4);
 }
@@ -74,7 +74,7 @@ int32_t right(Scene& s) {
   return s.hostile ? s.region.x2 : s.between(s.width * 3 / 4, s.width - 1);
 }
 
-// Often along an axis.
+// A direction, often along an axis.
 int32_t theta(Scene& s) {
   return !s.hostile && s.between(0, 3) == 0 ? s.one_of({0, 90, 180}) : s.integer(0, 180);
 }
@@ -87,7 +87,8 @@ tagRECT rectangle(Scene& s) {
   return {x(s), y(s), x(s), y(s)};
 }
 
-// One coordinate of points that run evenly from place to place, give or take a pixel; two make a line.
+// One coordinate of points that are evenly spaced between two places, within a pixel. Two of these make a
+// line.
 int32_t* evenly_within(Scene& s, int32_t size) {
   int32_t* data = s.memory<int32_t>(counted(s));
   const int32_t from = s.between(0, std::max(size, 1) - 1);
@@ -120,7 +121,7 @@ void play_key_points(Scene& s, Function function) {
   run(s, function, point_x, point_y, s.count, keys, key_x, key_y);
 }
 
-// The points of a chain; those of a hostile one may lie anywhere.
+// Plays with the points of a chain. In a hostile scene they may lie anywhere.
 template <class Function>
 void play_corners(Scene& s, Function function) {
   const int32_t start_x = chain_x(s);
@@ -140,14 +141,14 @@ void play_corners(Scene& s, Function function) {
 
 // ---- Detectors -------------------------------------------------------------------------------------------
 
-// A row whose export works on what prepare(scene) leaves in a detector.
+// A row whose export uses the detector as prepare(scene) leaves it.
 template <class Prepare>
 Call in_detector(Prepare prepare, Call call) {
   return after(prepare, std::move(call)).with_state();
 }
 
-// Detectors keep their memory. That what came before makes no difference, they are typically large enough for
-// all scenes.
+// The size of a detector. Detectors keep their memory from scene to scene. Typically they are large enough
+// for all scenes, so that earlier scenes make no difference.
 int32_t detector_width(Scene& s) {
   return s.hostile && !s.is_special() ? s.result_width : std::max(s.width, 2200);
 }
@@ -185,7 +186,7 @@ int32_t find_chain_lines(Scene& s) {
   return NuvImgChainLines_DoGryImg(image, s.width, s.height, s.between(0, 3) != 0);
 }
 
-// With other settings from now on.
+// Finds lines, and then sets up the detector again in half of the scenes.
 void find_and_size_anew(Scene& s) {
   find_chain_lines(s);
   if (flag(s)) size_chain_lines(s);
@@ -262,7 +263,8 @@ Calls line_calls() {
       // Intersections
       EXPORT(NuvPointOfIntersection, is_vertical, k, b, is_vertical, k, b, real_out, real_out),
       EXPORT(NuvPointOfIntersection, A, B, C, A, B, C, real_out, real_out),
-      // Not 0 with 180, which are so nearly parallel that the last place of a sine moves the point.
+      // Angles end at 179. Lines at 0 and 180 degrees are so nearly parallel that the last place of a sine
+      // moves their point of intersection.
       EXPORT_ROUNDED(NuvPointOfIntersection, thro, integer(0, 179), thro, integer(0, 179), real_out,
                      real_out),
       EXPORT_ROUNDED(NuvGetHoughLinePointX, thro, theta, y, real_out),
@@ -295,7 +297,7 @@ Calls line_calls() {
       EXPORT(NuvABCLineHistogram, gray, width, height, A, B, C, histogram_result),
       EXPORT(NuvPixelsOn2PLine, binary, width, x_inside, y_inside, x_inside, y_inside, black_or_white, out,
              out)
-          .where(has_pixels),  // for the points
+          .where(has_pixels),  // which the points lie on
       EXPORT(NuvPixelsOnRect, binary, width, height, any_x1, any_x2, any_y1, any_y2, black_or_white),
       EXPORT(NuvABCLineContrast, gray, width, height, left, right, real(-1, 1), B, C, integer(1, 3), flag),
 
@@ -311,8 +313,8 @@ Calls line_calls() {
       EXPORT_ROUNDED(NuvFittingLineTwiceByMean, line_x, line_y, integers(counted, -9, 9), count, out,
                      real_out, real_out, real_out),
 
-      // The chain-line detector. It is told the sizes of scenes alone: the sanitizer marks all that is
-      // allocated, and it could be gigabytes.
+      // The chain-line detector. It gets no sizes but those of scenes, because larger ones could allocate
+      // gigabytes, and the sanitizer marks all of them.
       EXPORT(NuvImgChainLines_Initialize, width, height, real(0.5, 0.95), real(0.5, 2), integer(6, 9),
              integer(2, 30), count)
           .with_state(),

@@ -1,4 +1,4 @@
-// Lists that ought to be equal. What one of them lacks is named, as long lists are printed in part.
+// Comparison of two lists of names. It names the differences, because long lists are printed only in part.
 
 #ifndef NUV_TESTS_BOUNDARY_LISTS_H
 #define NUV_TESTS_BOUNDARY_LISTS_H

@@ -1,9 +1,9 @@
-// What an export is called with: sizes, a region, numbers, and the memory that it is handed. Everything comes
-// from a seed by integer arithmetic, so that it is the same on every machine.
+// The arguments of a call: sizes, a region, numbers and memory. Everything is made from a seed by integer
+// arithmetic, so that it is the same on every machine.
 //
-// The order in which a scene draws its numbers is frozen, since the checksums in digests.tsv depend on it: a
-// draw that is added, left out or moved changes every later one. Whatever scenes are to draw in addition comes
-// from a stream of its own, as what special scenes draw does.
+// The order in which a scene draws its numbers is frozen, because the checksums in digests.tsv depend on it:
+// a draw that is added, left out or moved changes every later one. Additional draws come from a stream of
+// their own, as those of special scenes do.
 
 #ifndef NUV_TESTS_BOUNDARY_SCENE_H
 #define NUV_TESTS_BOUNDARY_SCENE_H
@@ -22,7 +22,7 @@
 
 #include "images.h"
 
-// The sanitizer watches the ends of a block itself.
+// The sanitizer guards the ends of blocks itself.
 #if defined(__SANITIZE_ADDRESS__)
 #define NUV_ASAN 1
 #elif defined(__has_feature)
@@ -38,7 +38,7 @@ class Checksum {
     const auto* bytes = static_cast<const uint8_t*>(data);
     for (std::size_t i = 0; i < size; ++i) sum_ = (sum_ ^ bytes[i]) * 0x100000001B3;
   }
-  // Processors differ in the sign of the not-a-numbers that they make.
+  // All not-a-numbers count as one, because processors differ in their sign.
   void add(double value) {
     if (value != value) value = std::numeric_limits<double>::quiet_NaN();
     add(&value, sizeof value);
@@ -58,11 +58,11 @@ struct Box {
 
 class Scene {
  public:
-  // Typical scenes are what a host does all day; hostile ones hold sizes of 0, 1 and less, regions inverted,
-  // empty and outside, and numbers from one end of their type to the other. Special scenes hold what the other
-  // two miss and what has a checksum all the same: images that are empty, tiny, black or wider than every block
-  // and strip, long rows of results, a large region with many notches, and often the least or the greatest
-  // number of a range.
+  // Typical scenes show the everyday use of a host. Hostile scenes hold sizes of 1, 0 and less, inverted,
+  // empty and outlying regions, and numbers from one end of their type to the other. Special scenes hold
+  // cases that the typical ones miss and that have checksums, unlike hostile scenes: images that are empty,
+  // tiny, black or wider than every block and strip, long rows of results, a large region with many notches,
+  // and often the least or the greatest number of a range.
   enum class Kind { kTypical, kHostile, kSpecial };
 
   Scene(Kind kind, uint32_t seed)
@@ -72,11 +72,11 @@ class Scene {
         special_random_(seed) {
     width = size(3, 56);
     height = size(3, 48);
-    if (!hostile && between(0, 7) == 0) {  // wide rows are worked in strips and blocks
+    if (!hostile && between(0, 7) == 0) {  // wide rows are processed in strips and blocks
       width = between(500, 2200);
       height = between(3, 9);
     }
-    if (!hostile && between(0, 1) == 0) {  // camera formats take even sizes
+    if (!hostile && between(0, 1) == 0) {  // camera formats need even sizes
       width += width % 2;
       height += height % 2;
     }
@@ -92,7 +92,7 @@ class Scene {
     if (is_special()) make_special(special(seed));
   }
 
-  // Special scenes have the seeds from 1 to this.
+  // The number of special scenes. Their seeds are 1 to this number.
   static constexpr uint32_t kSpecials = 24;
 
   const bool hostile;  // sizes may be 0 or less
@@ -107,10 +107,10 @@ class Scene {
   int32_t M;  // half a window's width
   int32_t N;  // half a window's height
 
-  // A gray image of the scene's size that all pictures then show. Scenes of all sizes draw the same numbers
-  // with it, so that their calls can be compared.
+  // A gray image of the scene's size. If there is one, all pictures show it, and scenes of all sizes draw the
+  // same numbers, so that their calls can be compared.
   const uint8_t* exhibit = nullptr;
-  // Called when all arguments are there.
+  // Called before the export is, when all arguments are complete.
   std::function<void()> before_call;
 
   std::size_t pixels() const { return area(width, height); }
@@ -127,7 +127,7 @@ class Scene {
     return *(values.begin() + between(0, static_cast<int32_t>(values.size()) - 1));
   }
 
-  // Typically from low to high; any number where the scene is hostile.
+  // From low to high; any number if the scene is hostile.
   int32_t integer(int32_t low, int32_t high) {
     if (is_special()) return often_an_end(low, between(low, high), high);
     if (!hostile || between(0, 1) == 0) return between(low, high);
@@ -135,7 +135,7 @@ class Scene {
                    kMax - 1, kMax});
   }
 
-  // Typically one of 65 steps from low to high; any number where the scene is hostile.
+  // One of 65 steps from low to high; any number if the scene is hostile.
   double real(double low, double high) {
     if (is_special()) return often_an_end(low, low + (high - low) * between(0, 64) / 64, high);
     if (!hostile || between(0, 1) == 0) return low + (high - low) * between(0, 64) / 64;
@@ -146,7 +146,8 @@ class Scene {
 
   // ---- Memory ----
   //
-  // It stays with the scene, which remembers what it held. Hostile scenes hand over null where there is none.
+  // The scene owns the memory and keeps a copy of its first content. Hostile scenes pass null for memory of
+  // no bytes.
 
   template <class T>
   T* memory(std::size_t elements) {
@@ -178,7 +179,7 @@ class Scene {
     return data;
   }
 
-  // Noise, blocks of a few levels, ramps; channels bytes to the pixel.
+  // Noise, blocks of a few levels, or ramps, with this number of bytes per pixel.
   uint8_t* picture(int32_t channels) {
     const int32_t style = between(0, hostile ? 3 : 2);
     const int32_t side = between(2, 7);
@@ -199,7 +200,7 @@ class Scene {
     });
   }
 
-  // Objects of 255 on 0, of few pixels or of blocks. A frame of this many pixels stays 0.
+  // Objects of 255 on 0, made of pixels or of blocks. A frame of this width stays 0.
   uint8_t* binary_picture(int32_t frame = 0) {
     const int32_t style = between(0, hostile ? 3 : 1);
     const int32_t side = style == 0 ? 1 : between(2, 6);
@@ -221,7 +222,7 @@ class Scene {
 
   // ---- A chain ----
   //
-  // It stays inside the image, and typically it closes.
+  // The chain stays inside the image. Typically it is closed.
 
   struct Chain {
     int32_t x = 0;
@@ -235,9 +236,9 @@ class Scene {
     return *chain_;
   }
 
-  // ---- What it is called with ----
+  // ---- The arguments of calls ----
 
-  // Keeps the arguments of the calls from now on, as text.
+  // From now on the arguments of calls are kept as text.
   void describe_calls() { describes_calls_ = true; }
   const std::string& description() const { return description_; }
 
@@ -250,7 +251,7 @@ class Scene {
     description_ += text.str() + ")";
   }
 
-  // ---- What came of it ----
+  // ---- Results ----
 
   template <class T>
   void add_result(T value) {
@@ -262,7 +263,7 @@ class Scene {
     }
   }
 
-  // Marks what the memory holds by now as what it held at first.
+  // Keeps the present content of the memory as its first content.
   void remember() {
     for (Block& block : blocks_) block.remember();
     if (before_call) before_call();
@@ -272,7 +273,7 @@ class Scene {
     for (const Block& block : blocks_) size += block.size();
     return size;
   }
-  // Other than 0, false and null.
+  // Whether anything but 0, false and null was returned.
   bool returned_something() const { return returned_something_; }
   bool shows_an_effect() const {
     return returned_something_ ||
@@ -281,7 +282,7 @@ class Scene {
   bool guards_hold() const {
     return std::all_of(blocks_.begin(), blocks_.end(), [](const Block& b) { return b.guards_hold(); });
   }
-  // Of all that was returned and of everything in memory.
+  // The checksum of all results and of the whole memory.
   uint64_t checksum() const {
     Checksum sum = sum_;
     for (const Block& block : blocks_) block.add_to(sum);
@@ -292,7 +293,7 @@ class Scene {
   static constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
   static constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
 
-  // Memory between guards.
+  // Memory between guard bytes.
   class Block {
    public:
     Block(std::size_t size, bool of_reals)
@@ -397,7 +398,7 @@ class Scene {
     region = special_box(special_within({0, 3}) == 0);
   }
 
-  // Typically with most of the image, or all of it, so that rows are long.
+  // A box over most of the image or all of it, so that rows are long.
   Box special_box(bool whole) {
     if (whole || width < 1 || height < 1) return {0, width - 1, 0, height - 1};
     const auto near_an_end = [&](int32_t length) { return special_within({0, (length - 1) / 4}); };
@@ -411,7 +412,7 @@ class Scene {
     return choice == 0 ? low : choice == 1 ? high : value;
   }
 
-  // A value beside one that functions of binary images compare with.
+  // A value at or next to one that functions of binary images compare with.
   int32_t near_a_limit() {
     constexpr int32_t kLimits[] = {2, 10, 50, 128, 200, 250, 254};
     return kLimits[special_within({0, 6})] + special_within({-1, 1});
@@ -458,13 +459,13 @@ class Scene {
   int32_t first(int32_t length) {
     return between(0, std::max(length, 1) - 1);
   }
-  // An end for a range from there on. It may be empty where the scene is hostile.
+  // The end of a range that starts at from. The range may be empty if the scene is hostile.
   int32_t last(int32_t from, int32_t length) {
     if (length < 1) return from - 1;
     if (hostile && between(0, 3) == 0) return from - 1;
     return between(from, length - 1);
   }
-  // An end of a region anywhere.
+  // An end of a region that may lie anywhere.
   int32_t end(int32_t length) {
     return one_of({kMin, -65536, -2, -1, 0, 0, 1, 2, length / 2, length - 2, length - 1, length - 1, length,
                    length + 1, 65536, kMax});
@@ -502,17 +503,17 @@ class Scene {
     return data;
   }
 
-  // An octagon: opposite sides of equal length, gone round to the left or to the right.
+  // An octagon whose opposite sides have equal length, walked counter-clockwise or clockwise.
   Chain closed_chain() {
     Chain chain;
-    const int32_t columns = std::max(width, 1) - 1;  // that it may reach over
+    const int32_t columns = std::max(width, 1) - 1;  // that the chain may extend over
     const int32_t rows = std::max(height, 1) - 1;
-    int32_t sides[4];  // of codes 0 and 4, 1 and 5, 2 and 6, 3 and 7
+    int32_t sides[4];  // the lengths of the sides of codes 0 and 4, 1 and 5, 2 and 6, 3 and 7
     sides[1] = between(0, std::min(columns, rows) / 3);
     sides[3] = between(0, std::min(columns, rows) / 3);
     sides[0] = between(0, columns - sides[1] - sides[3]);
     sides[2] = between(0, rows - sides[1] - sides[3]);
-    // The widest scenes have chains of more codes than need no memory.
+    // The chains of the widest scenes are too long to be processed without an allocation.
     if (is_special() && width > 4096) sides[0] = columns - sides[1] - sides[3];
     const bool to_the_left = between(0, 1) == 0;
     for (int32_t code = 0; code < 8; ++code) {
@@ -520,7 +521,7 @@ class Scene {
       chain.codes.insert(chain.codes.end(), length,
                          static_cast<uint8_t>(to_the_left ? code : (8 - code) % 8));
     }
-    // It starts to the right along its lowest side, or along its highest one.
+    // The chain starts to the right, along its lowest side or along its highest one.
     const int32_t reach = sides[1] + sides[2] + sides[3];
     chain.x = sides[3] + between(0, columns - sides[0] - sides[1] - sides[3]);
     chain.y = (to_the_left ? reach : 0) + between(0, rows - reach);

@@ -6,7 +6,7 @@ namespace {
 
 using namespace calls;
 
-// Squares in squares: regions with islands in their holes, which split and shrink.
+// Squares within squares. They give regions with islands in their holes, which split and shrink.
 uint8_t* squares(Scene& s) {
   constexpr int32_t kSide = 17;
   uint8_t* const data = s.memory<uint8_t>(s.pixels());

@@ -9,7 +9,7 @@ using namespace calls;
 tagRECT inner_rectangle(Scene& s) {
   return {s.inner.x1, s.inner.y1, s.inner.x2, s.inner.y2};
 }
-// Another one inside, of the size of the first or of its own.
+// Another rectangle inside the image, of the size of the first or of any size.
 tagRECT other_inner_rectangle(Scene& s) {
   const bool alike = s.between(0, 1) == 0;
   const int32_t least = s.hostile ? 0 : 1;

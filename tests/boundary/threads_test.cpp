@@ -1,4 +1,4 @@
-// Exports that keep no state do on several threads at once what they do on one.
+// Exports that keep no state give the same results on several threads at once as on one thread.
 
 #include <gmock/gmock.h>
 

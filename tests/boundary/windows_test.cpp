@@ -1,8 +1,8 @@
-// A host may include <windows.h> before the library's header, and hand over its rectangles.
+// A host may include <windows.h> before the library's header, and pass its rectangles to the library.
 
 #include <windows.h>
 
-// After it.
+// After windows.h.
 #include <gtest/gtest.h>
 
 #include "NuvImgSDK2014DLL.h"

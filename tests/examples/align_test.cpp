@@ -1,4 +1,4 @@
-// The host that aligns pictures, as a person runs it.
+// Runs the example align as a user does.
 
 #include <gmock/gmock.h>
 
@@ -27,7 +27,7 @@ TEST_F(Align, FindsTheShiftAndWritesThePictures) {
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(outcome.out, HasSubstr("shift               7, -4\nmean difference     0\n"));
   const Picture difference = read_picture((dir_ / "moved_difference.bmp").string());
-  // Only the columns that fell free differ.
+  // Only the columns that the shift leaves empty differ.
   for (int32_t x : {0, difference.width - 8}) {
     EXPECT_EQ(difference.pixels[static_cast<std::size_t>(200 * difference.width + x)], 0);
   }

@@ -1,4 +1,4 @@
-// The host that converts camera frames, as a person runs it.
+// Runs the example convert_frame as a user does.
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-// The host that counts parts, as a person runs it.
+// Runs the example count_parts as a user does.
 
 #include <gmock/gmock.h>
 

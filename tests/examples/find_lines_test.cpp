@@ -1,4 +1,4 @@
-// The host that finds lines, as a person runs it.
+// Runs the example find_lines as a user does.
 
 #include <gmock/gmock.h>
 
@@ -47,7 +47,7 @@ TEST_F(FindLines, ListsAndDrawsTheLinesOfAPhotograph) {
 
   const Outcome csv = run(NUV_PHOTOGRAPH " other.bmp --csv");
   EXPECT_THAT(csv.out, StartsWith("x1,y1,x2,y2,length,angle\n"));
-  // The edges of the tripod's upright column: long, and vertical within a degree or two.
+  // The edges of the tripod's upright column are long, and vertical within a degree or two.
   int columns = 0;
   int rows = 0;
   std::istringstream lines(csv.out);
@@ -81,7 +81,7 @@ TEST_F(FindLines, TakesColourPicturesAndScalesItsDefaults) {
     write_picture(picture, (dir_ / "square.bmp").string());
     const Outcome outcome = run("square.bmp");
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    // At the small size a side of 10 pixels is below the least length.
+    // In the small picture, a side of 10 pixels is shorter than the least length.
     EXPECT_THAT(outcome.out, HasSubstr(side == 40 ? "0 segments" : "4 segments"));
   }
 }

@@ -1,4 +1,4 @@
-// The host that makes the pictures of docs/gallery.md, as a person runs it.
+// Runs the example gallery, which makes the pictures of docs/gallery.md, as a user does.
 
 #include <gmock/gmock.h>
 

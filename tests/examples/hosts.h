@@ -1,4 +1,4 @@
-// Hosts run from the tests.
+// Runs hosts from tests.
 
 #ifndef NUV_TESTS_EXAMPLES_HOSTS_H
 #define NUV_TESTS_EXAMPLES_HOSTS_H
@@ -21,10 +21,10 @@ struct Outcome {
   std::string err;
 };
 
-// A directory of its own for each test, in which hosts are run as a person would.
+// Gives each test a directory of its own, and runs hosts there as a user does.
 class HostTest : public testing::Test {
  protected:
-  // As text, so that lines end alike everywhere.
+  // Read as text, so that lines end in the same way on all systems.
   static std::string text_of(const std::filesystem::path& file) {
     std::ifstream stream(file);
     return std::string(std::istreambuf_iterator<char>(stream), {});
@@ -35,7 +35,7 @@ class HostTest : public testing::Test {
     const std::string start = "cd /d " + quoted(dir_) + " && " + quoted(program);
     constexpr int kStatusUnit = 1;
 #else
-    const std::string start = "cd " + quoted(dir_) + " && " + program;  // which may be an emulator's call
+    const std::string start = "cd " + quoted(dir_) + " && " + program;  // program may begin with an emulator
     constexpr int kStatusUnit = 256;
 #endif
     const std::filesystem::path err = dir_ / "err.txt";
@@ -60,7 +60,7 @@ class HostTest : public testing::Test {
   const std::filesystem::path dir_ = directory_.path();
 
  private:
-  // With the system's own separators: a program finds its libraries by its path.
+  // Uses the separators of the system, because Windows finds the libraries of a program by its path.
   static std::string quoted(std::filesystem::path path) {
     return '"' + path.make_preferred().string() + '"';
   }

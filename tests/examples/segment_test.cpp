@@ -1,4 +1,4 @@
-// The host that segments, as a person runs it.
+// Runs the example segment as a user does.
 
 #include <gmock/gmock.h>
 

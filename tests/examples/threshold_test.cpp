@@ -1,4 +1,4 @@
-// The host that picks thresholds, as a person runs it.
+// Runs the example threshold as a user does.
 
 #include <gmock/gmock.h>
 
@@ -43,7 +43,8 @@ TEST_F(Threshold, IsRightForLargePictures) {
   Picture gray{6000, 4000, 1, std::vector<uint8_t>(24000000)};
   const uint8_t levels[] = {180, 200, 240, 255};
   for (std::size_t i = 0; i < 4; ++i) std::fill_n(gray.pixels.begin() + i * 6000000, 6000000, levels[i]);
-  // Of 180, 200 and 240, the distance of 190 to 240 is the greater one.
+  // The highest level is left out. 180 and 200 against 240 have means of 190 and 240; 180 against 200 and 240
+  // has 180 and 220, which are nearer.
   EXPECT_EQ(otsu_threshold(gray), 201);
   Histogram bins{};
   bins[7] = 23999999;
