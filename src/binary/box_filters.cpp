@@ -1,8 +1,9 @@
 // Box filters with a threshold on the window's sum.
 //
-// Column sums slide down the image, and sums of neighbours by doubling give those of the windows, in 16 bits
-// where they fit. Two rules for the sides of the image: the fast filter computes where the whole window fits
-// and repeats the nearest result; the filter with a mask lets its window shrink around the pixel.
+// Column sums slide down the image, and sums of neighbours by doubling turn them into the sums of windows. Sums
+// have 16 bits where they fit. There are two rules for the sides of the image: the fast filter computes where
+// the whole window fits and repeats the nearest result; the filter with a mask shrinks its window around the
+// pixel.
 
 #include <algorithm>
 #include <array>
@@ -30,7 +31,8 @@ bool fits(GrayImage image, int32_t m, int32_t n) {
   return !image.empty() && m >= 0 && n >= 0 && m <= (image.width - 1) / 2 && n <= (image.height - 1) / 2;
 }
 
-// Leaves the column sums of the last 2 * n rows in width entries. False if there is no memory.
+// Leaves the column sums of the last 2 * n rows in columns, which has width entries. If allocation fails,
+// nothing is written and the result is false.
 template <class Sum>
 bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, Sum threshold, Sum* columns,
                           uint8_t* result) {
@@ -58,18 +60,18 @@ bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, Sum threshold, 
   return true;
 }
 
-// Whether 16 bits hold the sums of windows of that size.
+// Whether 16 bits hold the sum of a window with these half sizes.
 bool is_small(int32_t m, int32_t n) {
   return (2 * int64_t{m} + 1) * (2 * int64_t{n} + 1) * 255 <= UINT16_MAX;
 }
 
-// With work space of width entries the column sums of the last 2 * n rows go there; it may be null.
+// columns receives the column sums of the last 2 * n rows; it has width entries or is null.
 bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t threshold, uint32_t* columns,
                           uint8_t* result) {
   const auto width = static_cast<std::size_t>(image.width);
   if (is_small(m, n)) {
     const Buffer<uint16_t> small_columns = allocate<uint16_t>(width);
-    // No sum is above the greatest threshold of 16 bits.
+    // No sum is above UINT16_MAX, so greater thresholds may be lowered to it.
     const auto small_threshold = static_cast<uint16_t>(std::min<uint32_t>(threshold, UINT16_MAX));
     if (!small_columns || !filter_whole_windows(image, m, n, small_threshold, small_columns.get(), result)) {
       return false;
@@ -86,7 +88,7 @@ bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t thresh
 
 constexpr int32_t kMaxMaskedWidth = 4095;
 
-// What a byte of the mask leaves of the pixel.
+// The bits of a pixel that a byte of the mask keeps.
 struct Complement {
   uint8_t operator()(uint8_t mask) const { return static_cast<uint8_t>(~mask); }
 };
@@ -104,7 +106,7 @@ NUV_ROW_KERNEL void apply_upper_half(const uint8_t* row, const uint8_t* mask, ui
 }
 using ApplyMask = void(const uint8_t* row, const uint8_t* mask, uint8_t* out, std::ptrdiff_t n);
 
-// 255 where the sums of n windows are above a threshold of 32 bits.
+// 255 where the sums of n windows are above a signed threshold of 32 bits.
 template <class Sum>
 void threshold_sums_signed(const Sum* sums, int32_t threshold, uint8_t* out, std::ptrdiff_t n) {
   constexpr auto kMost = static_cast<uint32_t>(std::numeric_limits<Sum>::max());
@@ -115,8 +117,8 @@ void threshold_sums_signed(const Sum* sums, int32_t threshold, uint8_t* out, std
   }
 }
 
-// The window of row y reaches as far up as down, and no farther than the image; so in a row. All windows fit
-// in Sum.
+// A window reaches equally far up and down, and equally far left and right, but not beyond the image. Sum must
+// hold the sum of every window.
 template <class Sum>
 void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int32_t n, int32_t threshold,
                             ApplyMask apply, uint8_t* result) {
@@ -133,8 +135,9 @@ void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int
     return masked.data();
   };
 
-  int32_t first = 0;   // rows in the column sums,
-  int32_t behind = 0;  // to the one before this
+  // The column sums hold the rows first to behind - 1.
+  int32_t first = 0;
+  int32_t behind = 0;
   for (int32_t y = 0; y < height; ++y) {
     const int32_t reach = std::min({y, n, height - 1 - y});
     while (behind <= y + reach) add_row(columns.data(), masked_row(behind++), width);
@@ -155,7 +158,7 @@ void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int
     const int32_t windows = width - 2 * m;
     const Sum* sums = neighbour_sums(columns.data(), windows, span, 1, work.data(), more_work.data());
     threshold_sums_signed(sums, span * rows * threshold, out + m, windows);
-    // The last column alone has a level of its own, half of white.
+    // The last column always has the threshold 126.
     out[width - 1] = static_cast<int32_t>(columns[width - 1]) > rows * 126 ? 255 : 0;
   }
 }

@@ -1,4 +1,8 @@
 // How large a square an image can be eroded by before nothing is left.
+//
+// Each round measures the distances of the white pixels to the ends of their runs, takes the median as half
+// size and erodes by that. Along rows the distances of a run are copied from a table. Along columns they are
+// counted row by row, once downwards and once upwards, so that a step works on whole rows.
 
 #include <algorithm>
 #include <array>
@@ -14,10 +18,10 @@
 namespace nuv {
 namespace {
 
-// One less than the largest byte: there is always a bin above.
+// Distances stop rising here.
 constexpr uint8_t kMaxDistance = 254;
 
-// 1 to the greatest distance, and back to 1.
+// The distances from 1 to the greatest, and back to 1.
 constexpr std::array<uint8_t, 2 * kMaxDistance> make_ramps() {
   std::array<uint8_t, 2 * kMaxDistance> ramps{};
   for (std::size_t i = 0; i < kMaxDistance; ++i) {
@@ -27,7 +31,7 @@ constexpr std::array<uint8_t, 2 * kMaxDistance> make_ramps() {
 }
 constexpr std::array<uint8_t, 2 * kMaxDistance> kRamps = make_ramps();
 
-// Replaces the pixels of a run by their distances to the nearer end, which is 1 at both ends.
+// Replaces the pixels of a run by their distances to the nearer end. The distance is 1 at both ends.
 void store_distances(uint8_t* row, int32_t first, int32_t last) {
   const int32_t count = last - first + 1;
   const auto rising = static_cast<std::size_t>(std::min<int32_t>((count + 1) / 2, kMaxDistance));
@@ -38,8 +42,8 @@ void store_distances(uint8_t* row, int32_t first, int32_t last) {
   std::memcpy(falls, kRamps.data() + kRamps.size() - falling, falling);
 }
 
-// One step along the columns: each white pixel's distance from the end of its run is one more than that of the
-// pixel before it. The pixel becomes that distance if it is less.
+// One step along the columns. The distance of a white pixel from the end of its run is that of the pixel before
+// it plus 1. The pixel becomes that distance if it is less.
 NUV_ROW_KERNEL void take_lesser_distance(uint8_t* NUV_RESTRICT row, uint8_t* NUV_RESTRICT distances,
                                          std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
@@ -117,8 +121,8 @@ int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, uint8_t* pW
                                 pWorkImg)) {
       return *pSize;
     }
-    // Some white is out of the reach of an erosion: borders repeat the nearest result, lone black pixels do
-    // not grow.
+    // An erosion can leave white unchanged for ever: borders repeat the nearest result, and lone black pixels
+    // do not grow.
     if (std::memcmp(pWorkImg, pTmpImg, static_cast<std::size_t>(work.size())) == 0) return *pSize;
   }
 }

@@ -1,10 +1,11 @@
 // Holes of a mask filled from the nearest pixels.
 //
-// Of the pixels to the right, left, below and above, the nearest one counts that is not 0. Along the row they
-// are the ends of the black run, or the last white pixel of the rows above. Along the columns the rows of the
-// nearest white pixels are carried from row to row: downwards for those above, and upwards, before the rows
-// are filled, for those below. To keep those below for every row would take four times the image's memory, so
-// they are kept at the end of each block of rows and carried again through one block at a time.
+// A hole takes the nearest pixel to the right, left, below or above that is not 0. Along the row, the pixels
+// beside the black run are the nearest ones; at the left this may be the last white pixel of the rows above.
+// Along a column, the row number of the nearest white pixel is carried from row to row: downwards for pixels
+// above, and upwards, before the rows are filled, for pixels below. Keeping the row numbers below for every row
+// would take four times the memory of the image. Instead they are kept at the end of each block of rows and
+// carried again through one block at a time.
 
 #include <algorithm>
 #include <cstdint>
@@ -18,7 +19,7 @@
 namespace nuv {
 namespace {
 
-// Where a pixel of the row is not 0, its column's nearest row becomes this one.
+// Where a pixel of row y is not 0, the nearest row of its column becomes y.
 NUV_ROW_KERNEL void carry_rows(const uint8_t* row, int32_t y, const int32_t* NUV_RESTRICT from,
                                int32_t* NUV_RESTRICT to, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
@@ -43,10 +44,11 @@ NUV_ROW_KERNEL void keep_masked(const uint8_t* row, const uint8_t* mask, uint8_t
 }
 
 constexpr int32_t kBlock = 32;         // rows
-constexpr int32_t kNoRow = INT32_MAX;  // nothing below
+constexpr int32_t kNoRow = INT32_MAX;  // no white pixel below
 constexpr int32_t kNoRowAbove = -1;
 
-// The rows of the nearest pixels below each pixel that are not 0.
+// For each pixel, the row of the nearest pixel below it that is not 0. If allocation fails, allocated() is
+// false.
 class RowsBelow {
  public:
   explicit RowsBelow(GrayImage image)
@@ -67,7 +69,7 @@ class RowsBelow {
   }
   bool allocated() const { return block_ends_ && rows_; }
 
-  // Asked for from the first row down.
+  // Must be called for every row, from the first to the last.
   const int32_t* of(int32_t y) {
     if (y % kBlock == 0) carry_through_block(y);
     return rows_.get() + (y % kBlock) * width_;
@@ -87,8 +89,8 @@ class RowsBelow {
 
   GrayImage image_;
   std::ptrdiff_t width_;
-  Buffer<int32_t> block_ends_;  // what lies below each block
-  Buffer<int32_t> rows_;        // of the block in work
+  Buffer<int32_t> block_ends_;  // nearest rows below the end of each block
+  Buffer<int32_t> rows_;        // nearest rows of the present block
 };
 
 }  // namespace
@@ -132,8 +134,8 @@ void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int32_t widt
         }
       }
     });
-    // The last pixel of a row that ends white; row 0 is not looked at from below.
     if (row[width - 1] != 0) last = row + width - 1;
+    // The search upwards does not reach row 0.
     if (y > 0) carry_rows_on(row, y, rows_above.get(), width);
   }
 }

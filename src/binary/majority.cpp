@@ -1,4 +1,8 @@
 // Majority filters: a pixel becomes what most of its window is.
+//
+// Filters of 3x3 pixels count or add up the neighbours in bytes or 16 bits, row by row. The filter with a
+// growing window keeps column sums that rows enter and leave at either end; a prefix of them gives the windows
+// of any width.
 
 #include <algorithm>
 #include <array>
@@ -23,7 +27,7 @@ namespace {
 NUV_INLINE uint8_t reaches(uint8_t pixel, uint8_t threshold) {
   return pixel >= threshold ? 1 : 0;
 }
-// How many of the eight neighbours do; w is the distance of the rows.
+// How many of the eight neighbours reach the threshold t; w is the distance from row to row.
 NUV_INLINE uint8_t count_around(const uint8_t* p, std::ptrdiff_t w, uint8_t t) {
   const auto up = static_cast<uint8_t>(reaches(p[-w - 1], t) + reaches(p[-w], t) + reaches(p[-w + 1], t));
   const auto down = static_cast<uint8_t>(reaches(p[w - 1], t) + reaches(p[w], t) + reaches(p[w + 1], t));
@@ -51,7 +55,7 @@ NUV_LOAD_BOUND_ROW_KERNEL void threshold_and_majority_row(const uint8_t* p, std:
 
 // ---- 3x3, few white pixels ----
 
-// Four white neighbours or more have a greater sum.
+// The sum of four white neighbours is above this.
 constexpr int32_t kFourWhite = 1019;
 
 NUV_INLINE uint16_t sum_around(const uint8_t* p, std::ptrdiff_t w) {
@@ -67,8 +71,8 @@ bool is_inside(Region region, int32_t x, int32_t y) {
   return x >= region.x1 && x <= region.x2 && y >= region.y1 && y <= region.y2;
 }
 
-// Whether an interior pixel is looked at: a white one in the region, or a black one with a white neighbour
-// there. (With a black neighbour, that white one is not surrounded.)
+// Whether an interior pixel is considered: a white pixel must lie in the region, and a black one must have a
+// white neighbour there.
 bool is_looked_at(GrayImage image, Region region, int32_t x, int32_t y) {
   if (*image.at(x, y) != 0) return is_inside(region, x, y);
   for (std::size_t d = 0; d < 8; ++d) {
@@ -81,7 +85,7 @@ bool is_looked_at(GrayImage image, Region region, int32_t x, int32_t y) {
 
 // ---- windows that grow down the image ----
 
-// Over rows first to last, which may move either way.
+// Column sums over rows first to last, which may move up or down.
 class MovingRows : public ColumnSums {
  public:
   using ColumnSums::ColumnSums;
@@ -103,7 +107,7 @@ class MovingRows : public ColumnSums {
   int32_t last_ = -1;
 };
 
-// Half a window at row y of one that has that half size at the top and ratio times as much at the bottom.
+// The half size at row y of a window that has the given one at the top and ratio times that at the bottom.
 int32_t half_size(int32_t y, int32_t height, int32_t half, double ratio) {
   return truncated(((y * (ratio - 1.0)) / height + 1.0) * half + 0.5);
 }
@@ -114,8 +118,8 @@ NUV_ROW_KERNEL void threshold_windows(const int32_t* prefix, std::ptrdiff_t span
   for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = behind[x] - prefix[x] > threshold ? 255 : 0;
 }
 
-// In the first m columns the 2 * m + 1 pixels of the row that begin with the pixel, as far as there are any,
-// and in the last m + 1 those that end with it.
+// In the first m columns, thresholds the sum of the 2 * m + 1 pixels of the row that begin with the pixel; in
+// the last m + 1 columns, of those that end with it. Stretches are cut at the ends of the row.
 void majority_at_sides(const uint8_t* row, int32_t width, int32_t m, uint8_t* out) {
   const int32_t half_row = m * 254 + 127;
   const int32_t span = 2 * m + 1;
@@ -135,7 +139,8 @@ void majority_at_sides(const uint8_t* row, int32_t width, int32_t m, uint8_t* ou
   }
 }
 
-// As many rows below as above, or 2 * n + 1 from the row to one side where the image ends at the other.
+// The rows of the window at row y: n above and n below. Where these do not fit, the window has 2 * n + 1 rows
+// that begin or end with row y, cut at the end of the image.
 Region window_rows(int32_t y, int32_t n, int32_t height) {
   if (y < n) return {0, 0, y, std::min(y + 2 * n, height - 1)};
   if (y + n <= height - 1) return {0, 0, y - n, y + n};
@@ -191,8 +196,8 @@ void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int
   fill_bytes(pResImg, 0, image.size());
   const Region looked_at = image.interior(2);
   if (image.empty() || looked_at.empty()) return;
-  // A pixel with four white neighbours has been looked at if all of them lie in the region, as one of them is
-  // white. So only the pixels at the region's sides, inside and outside, are asked.
+  // A pixel with such a sum has a white neighbour. If the pixel and all its neighbours lie in the region, it is
+  // considered. So only the pixels on both sides of the region's border are tested.
   const Region interior = image.interior();
   const Region unasked = image.interior(3);
   for_rows(image, pResImg, interior,

@@ -1,6 +1,6 @@
 // Binary measures.
 //
-// Counts of pixels under a test are row kernels; the two that need positions walk runs or rows.
+// Counts of pixels with a property are row kernels. The two measures that need positions walk runs or rows.
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,8 @@
 namespace nuv {
 namespace {
 
-// Each byte of a vector counts the pixels at its place of as many blocks as a byte can count.
+// Counts in the bytes of two vectors, one byte for each place of a block of 64 pixels, and adds the bytes up
+// before they overflow.
 NUV_ROW_KERNEL int32_t count_equal(const uint8_t* row, std::ptrdiff_t n, uint8_t value) {
   int32_t count = 0;
   std::ptrdiff_t x = 0;
@@ -30,7 +31,7 @@ NUV_ROW_KERNEL int32_t count_equal(const uint8_t* row, std::ptrdiff_t n, uint8_t
       Bytes32 other_pixels;
       load32(row + x, pixels);
       load32(row + x + kBlock / 2, other_pixels);
-      // -1 where they are equal.
+      // A comparison gives -1 where the values are equal.
       counts -= reinterpret_cast<Bytes32>(pixels == value);
       other_counts -= reinterpret_cast<Bytes32>(other_pixels == value);
     }
@@ -68,7 +69,7 @@ int32_t black_pixels(GrayImage image, Region region) {
 
 constexpr int32_t kMaxSearchWidth = 4096;
 
-// How many runs begin before a column, and how many end behind it, for every column of a row.
+// For every column, the number of runs that begin before it and of those that end after it.
 class RunEnds {
  public:
   explicit RunEnds(int32_t width) : width_(width) {}
@@ -86,8 +87,8 @@ class RunEnds {
     }
   }
 
-  // What the runs add to column x, which may lie outside the image: 1 if it is right of the first pixel
-  // and 1 if it is left of the last one.
+  // The sum over all runs: 1 if column x is right of the first pixel of a run, and 1 if it is left of the last
+  // one. The column may lie outside the image.
   int32_t score(int32_t x) const {
     if (x < 0 || x >= width_) return runs_;
     const int32_t begun_before = x == 0 ? 0 : begins_[x - 1];
@@ -120,7 +121,7 @@ int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_t height, 
   int32_t best = 0;
   int32_t left = width;
   int32_t right = width;
-  const auto consider = [&](int32_t first, int32_t last) {  // columns of one score
+  const auto consider = [&](int32_t first, int32_t last) {  // columns with equal scores
     if (first > last) return;
     const int32_t score = long_runs.score(first);
     if (score < best) return;

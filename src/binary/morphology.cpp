@@ -1,9 +1,9 @@
-// Growing black, growing white.
+// 3x3 morphology: growing black and growing white.
 //
-// All forms ask the same of each pixel: does a neighbour grow? Eight rows are packed into one, a byte for
-// eight pixels of a column, so that one operation on bytes serves eight pixels: first the pixels that grow
-// are found among the packed ones, then the pixels beside them, and the rows are changed where those stand.
-// A member is a line of a table: which pixels grow, and what becomes of their neighbours.
+// All forms change the pixels that have a growing neighbour. Eight rows are packed into one, a byte for eight
+// pixels of a column, so that one operation on bytes serves eight pixels. First the pixels that grow are found
+// in the packed rows, then their neighbours, and then the rows are changed where a neighbour lies. A table
+// defines the forms: it states which pixels grow and how their neighbours change.
 
 #include <algorithm>
 #include <array>
@@ -17,7 +17,7 @@
 namespace nuv {
 namespace {
 
-// ---- kernels on packed rows: the lowest bit is the uppermost pixel ----
+// ---- kernels on packed rows; the lowest bit is the uppermost pixel ----
 
 constexpr int32_t kPacked = 8;
 using RowsToPack = std::array<const uint8_t*, kPacked>;
@@ -26,7 +26,7 @@ NUV_INLINE uint8_t bit_if(bool set, int bit) {
   return static_cast<uint8_t>(set ? 1 << bit : 0);
 }
 
-// Sets the bits of the pixels that have a value.
+// Sets the bits of the pixels that have the given value.
 NUV_ROW_KERNEL void pack(const RowsToPack& rows, uint8_t value, uint8_t* NUV_RESTRICT packed,
                          std::ptrdiff_t n) {
   const uint8_t *a = rows[0], *b = rows[1], *c = rows[2], *d = rows[3];
@@ -39,15 +39,16 @@ NUV_ROW_KERNEL void pack(const RowsToPack& rows, uint8_t value, uint8_t* NUV_RES
   }
 }
 
-// Whether the pixel above or below is set; the packed rows before and behind give those at the ends.
+// Sets the bits of the pixels with a set pixel above or below. The packed rows before and behind supply the
+// pixels above the first and below the last bit.
 NUV_ROW_KERNEL void beside_in_column(const uint8_t* before, const uint8_t* block, const uint8_t* behind,
                                      uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
     out[x] = static_cast<uint8_t>(before[x] >> 7 | block[x] << 1 | block[x] >> 1 | behind[x] << 7);
   }
 }
-// Whether any of the eight neighbours is set; column is what the kernel above gives. Both are read from one
-// place before to one behind.
+// Sets the bits of the pixels with a set neighbour. column is the result of the kernel above. Both inputs are
+// read from one place before the first to one place after the last.
 NUV_ROW_KERNEL void beside(const uint8_t* column, const uint8_t* block, uint8_t* NUV_RESTRICT out,
                            std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++column, ++block) {
@@ -100,13 +101,13 @@ NUV_ROW_KERNEL void replace_mark(uint8_t* pixels, std::ptrdiff_t n, uint8_t colo
   for (std::ptrdiff_t x = 0; x < n; ++x) pixels[x] = pixels[x] == kMark ? color : pixels[x];
 }
 
-// ---- the members ----
+// ---- the forms ----
 
 struct Growth {
-  uint8_t value;      // of the pixels that are looked for
-  uint8_t flipped;    // 0: those grow; 255: the others do
-  bool only_beside;   // if a neighbour has the value
-  ChangeRow* change;  // of the neighbours
+  uint8_t value;
+  uint8_t flipped;    // 0 if pixels of the value grow, 255 if all other pixels do
+  bool only_beside;   // whether a pixel needs a neighbour of the value to grow
+  ChangeRow* change;  // applied to the neighbours of growing pixels
 };
 constexpr Growth kBlackBesideBlack{0, 0, true, blacken};
 constexpr Growth kWhiteBesideBlack{0, 255, true, whiten};
@@ -116,23 +117,23 @@ constexpr Growth k255MarksBlack{255, 0, false, mark_black};
 // ---- the pass ----
 
 constexpr std::ptrdiff_t kStrip = 4096;
-// Kernels on packed rows work in steps of a vector, which spares them their last odd places.
+// Kernels on packed rows always work on multiples of this many places, so they need no scalar remainder.
 constexpr std::ptrdiff_t kStep = 64;
-// A strip, with two places before it and room for steps behind it. Rows that lie a multiple of 4096 bytes
-// apart are in each other's way in caches, so they lie farther.
+// A strip, with two places before it and room for whole steps after it. Rows a multiple of 4096 bytes apart
+// share cache sets; the padding prevents that.
 using StripRow = std::array<uint8_t, kStrip + 448>;
 
 constexpr std::ptrdiff_t in_steps(std::ptrdiff_t n) {
   return (n + kStep - 1) / kStep * kStep;
 }
 
-// The packed rows of three blocks of rows that follow each other.
+// The packed rows of three consecutive blocks of rows.
 class Blocks {
  public:
   void clear() { rows_ = {}; }
   uint8_t* of(int32_t block) { return rows_[static_cast<std::size_t>(block + 3) % 3].data(); }
 
-  // The bits of n places from one on that have a set neighbour. Writes whole steps.
+  // Sets the bits of the pixels with a set neighbour, in n places from the given one on. Writes whole steps.
   void find_beside(int32_t block, std::ptrdiff_t place, std::ptrdiff_t n, uint8_t* out) {
     StripRow column;
     beside_in_column(of(block - 1) + place - 1, of(block) + place - 1, of(block + 1) + place - 1,
@@ -144,12 +145,12 @@ class Blocks {
   std::array<StripRow, 3> rows_;
 };
 
-// Whose rows are changed: the source's on their way to the result, or the result's own.
+// The rows that are changed: rows of the source, which are written to the result, or rows of the result.
 enum class Rows { kOfSource, kOfResult };
 
-// Changes the neighbours of the growing ones of the visited pixels, which lie in the image and not on its
-// upper, left or right side. Result and source may be the same image: rows are packed two blocks ahead of
-// those that are changed.
+// Changes the neighbours of the visited pixels that grow. Visited pixels must lie in the image, but not in its
+// first row or its first or last column. Result and source may be the same image, because rows are packed two
+// blocks before they are changed.
 void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Growth& growth) {
   if (visited.empty()) return;
   const Region grown = Region{visited.x1 - 1, visited.x2 + 1, visited.y1 - 1, visited.y2 + 1}.clamped_to(
@@ -157,7 +158,7 @@ void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Gr
   const int32_t blocks = (grown.rows() - 1) / kPacked + 1;
   const auto row_of = [=](std::ptrdiff_t block, int32_t bit) { return grown.y1 + block * kPacked + bit; };
   const auto pixels_at = [=](std::ptrdiff_t y) { return source.pixels + y * source.width; };
-  StripRow absent;  // a row where nothing is seen
+  StripRow absent;  // stands for rows below the last one; no pixel has the value
   absent.fill(growth.value ^ 255);
   Blocks seen;
   Blocks growing;
@@ -166,7 +167,8 @@ void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Gr
 
   for (std::ptrdiff_t strip = grown.x1; strip <= grown.x2; strip += kStrip) {
     const std::ptrdiff_t n = std::min(kStrip, grown.x2 + 1 - strip);
-    // The strip begins at place 2; the visited columns of it and beside it begin at this one.
+    // The strip begins at place 2 of the packed rows. The visited columns in it and next to it begin at column
+    // first, which has the place below.
     const std::ptrdiff_t first = std::max<std::ptrdiff_t>(strip - 1, visited.x1);
     const std::ptrdiff_t place = first - strip + 2;
     const std::ptrdiff_t count = std::min<std::ptrdiff_t>(strip + n, visited.x2) - first + 1;
@@ -215,14 +217,14 @@ void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Gr
   }
 }
 
-// Only the copy is confined to the region: the column at its right and the row below it are visited too.
+// Only the copy is confined to the region. The column right of it and the row below it are visited, too.
 void grow_region(GrayImage source, uint8_t* result, Region region, const Growth& growth) {
   if (source.empty()) return;
   region = region.clamped_to(source.width, source.height);
   for_rows(source, result, region, [](const uint8_t* from, uint8_t* to, std::ptrdiff_t n) {
     std::memcpy(to, from, static_cast<std::size_t>(n));
   });
-  // The limit of the rows comes from the width, as that of the columns does.
+  // The width limits the rows as well as the columns.
   const int32_t limit = source.width - 2;
   const Region visited{std::max(region.x1, 1), std::min(region.x2 + 1, limit), std::max(region.y1, 1),
                        std::min({region.y2 + 1, limit, source.height - 1})};

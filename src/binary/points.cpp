@@ -1,4 +1,7 @@
-// Points removed for the company that they keep, or do not keep.
+// Points removed by the number of their neighbours.
+//
+// A scan that sees its own changes depends only on whether the pixel at the left has changed. So a row kernel
+// works out both outcomes for every pixel, and a scan of the candidates chooses one of the two.
 
 #include <algorithm>
 #include <array>
@@ -18,7 +21,7 @@ NUV_ROW_KERNEL void keep_accompanied(const uint8_t* p, std::ptrdiff_t w, uint8_t
                                      std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t beside = p[-w - 1] | p[-w] | p[-w + 1] | p[-1] | p[1] | p[w - 1] | p[w] | p[w + 1];
-    // A load under the condition would keep the loop from becoming vector code.
+    // A load under the condition would prevent vector code.
     const uint8_t pixel = *p;
     out[x] = beside != 0 ? pixel : 0;
   }
@@ -26,8 +29,8 @@ NUV_ROW_KERNEL void keep_accompanied(const uint8_t* p, std::ptrdiff_t w, uint8_t
 
 // ---- points changed by how many neighbours have their value ----
 
-// What becomes of a pixel depends on whether the pixel at its left has changed before it; all other neighbours
-// are known before the row.
+// Whether a pixel changes depends on whether its left neighbour has changed. All its other neighbours are known
+// before the scan of the row.
 constexpr uint8_t kIfLeftStays = 1;
 constexpr uint8_t kIfLeftChanges = 2;
 
@@ -35,7 +38,8 @@ NUV_INLINE int8_t one_if(bool condition) {
   return condition ? 1 : 0;
 }
 
-// Flags the pixels of a value that are changed when more than n, or fewer than n, of their neighbours have it.
+// Flags the pixels of the given value that change because more than n, or fewer than n, of their neighbours
+// have it.
 NUV_INLINE void flag_row(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8_t n, bool more,
                          uint8_t* NUV_RESTRICT flags, std::ptrdiff_t count) {
   for (std::ptrdiff_t x = 0; x < count; ++x, ++p) {
@@ -62,7 +66,7 @@ NUV_LOAD_BOUND_ROW_KERNEL void flag_fewer_than(const uint8_t* p, std::ptrdiff_t 
 using FlagRow = void(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8_t n, uint8_t* flags,
                      std::ptrdiff_t count);
 
-// A changed pixel has another value, so it is no neighbour to those after it.
+// A changed pixel has another value, so it does not count for the pixels after it.
 void change_points(GrayImage image, int32_t gry, int8_t n, FlagRow flag) {
   if (image.empty() || gry < 0 || gry > 255) return;
   constexpr int32_t kBlock = 4096;
@@ -74,7 +78,7 @@ void change_points(GrayImage image, int32_t gry, int8_t n, FlagRow flag) {
     for (int32_t x = interior.x1; x <= interior.x2; x += kBlock) {
       uint8_t* row = image.at(x, y);
       const int32_t count = std::min(kBlock, interior.x2 + 1 - x);
-      // A block sees what has changed before it.
+      // The pixel left of the block already has its new value.
       flag(row, image.width, value, n, flags.data(), count);
       for_white_runs({flags.data(), count, 1}, [&](int32_t first, int32_t last) {
         uint8_t decides = kIfLeftStays;
@@ -96,9 +100,9 @@ using namespace nuv;
 void NuvBinImgDeleteIsolatedPoints(uint8_t* pBinImg, int32_t width, int32_t height) {
   const GrayImage image{pBinImg, width, height};
   if (image.empty() || height < 3) return;
-  // The rows between the first and the last are one run, so the pixels of the first and the last column meet
-  // those of the neighbouring row. Before the image and behind it everything is 0: the run's own first and
-  // last pixel look there, and get a row of their own.
+  // The rows between the first and the last are one stretch of memory, in which the ends of adjacent rows are
+  // neighbours. Everything before and after the image is 0. Only the first and the last pixel of the stretch
+  // have neighbours there, so they are tested apart.
   const std::ptrdiff_t w = width;
   uint8_t* first = image.row(1);
   uint8_t* last = image.row(height - 1) - 1;
@@ -112,7 +116,8 @@ void NuvBinImgDeleteIsolatedPoints(uint8_t* pBinImg, int32_t width, int32_t heig
   };
   if (is_isolated(first)) *first = 0;
 
-  // A deleted pixel has no neighbours, so nobody misses it: blocks may see what was deleted before them.
+  // A deleted pixel has no white neighbours, so its deletion changes no other result. Blocks may therefore be
+  // written back one by one.
   constexpr std::ptrdiff_t kBlock = 4096;
   std::array<uint8_t, kBlock> kept;
   for (uint8_t* p = first + 1; p < last; p += kBlock) {
@@ -124,7 +129,7 @@ void NuvBinImgDeleteIsolatedPoints(uint8_t* pBinImg, int32_t width, int32_t heig
 }
 
 void NuvBinImgDeletePointsMoreThanN(uint8_t* pBinImg, int32_t width, int32_t height, int32_t gry, int32_t N) {
-  // Counts go from 0 to 8.
+  // Counts lie between 0 and 8.
   change_points({pBinImg, width, height}, gry, static_cast<int8_t>(std::clamp(N, -1, 8)), flag_more_than);
 }
 

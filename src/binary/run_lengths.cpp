@@ -1,6 +1,6 @@
-// Run lengths: counted, and runs removed or kept for their length.
+// Run lengths: counts of runs, and runs removed or kept for their length.
 //
-// Rows and columns are the same code over lines; each export says which lines, which runs and what happens.
+// Rows and columns share one piece of code over lines. Each export names the lines, the runs and the action.
 
 #include <algorithm>
 
@@ -48,11 +48,11 @@ void count_lengths(Lines lines, int32_t* counts, int32_t max_length, ForRuns for
   }
 }
 
-// Noise around the threshold does not cut a run in two.
+// The lower threshold for going on keeps noise from cutting a run in two.
 constexpr int32_t kRunStart = 201;
 constexpr int32_t kRunThreshold = 200;
 
-// What the runs of some lines measure.
+// Measures of the runs of some lines.
 struct RunMeasures {
   int32_t sum;
   int32_t min;
@@ -117,7 +117,7 @@ NUV_ROW_KERNEL void recolor_isolated(const uint8_t* NUV_RESTRICT above, const ui
 
 // ---- marked ----
 
-// One step down: the places of white pixels in their column's run, from 1 on.
+// One step down: the places of white pixels in the run of their column, counted from 1.
 NUV_ROW_KERNEL void count_down(const uint8_t* row, const uint8_t* above, uint8_t* NUV_RESTRICT places,
                                std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
@@ -126,13 +126,14 @@ NUV_ROW_KERNEL void count_down(const uint8_t* row, const uint8_t* above, uint8_t
   }
 }
 
-// One step up: a run's last place is its length, which the pixels above it take over. The state is that of
-// the row below: which of its pixels are white, as 255, and the lengths of their runs.
+// One step up: the place of the last pixel of a run is the length of the run, and the pixels above it take that
+// length over. white_below is 255 where the pixel of the row below is white, and lengths holds the lengths of
+// the runs there.
 NUV_ROW_KERNEL void take_lesser_length(const uint8_t* NUV_RESTRICT places, uint8_t* NUV_RESTRICT row,
                                        uint8_t* NUV_RESTRICT white_below, uint8_t* NUV_RESTRICT lengths,
                                        std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
-    // Both are loaded before the choice: a load under a condition keeps a loop from becoming vector code.
+    // Both are loaded before the choice, because a load under a condition prevents vector code.
     const uint8_t from_below = lengths[x];
     const uint8_t own = places[x];
     const uint8_t length = white_below[x] != 0 ? from_below : own;
@@ -143,8 +144,8 @@ NUV_ROW_KERNEL void take_lesser_length(const uint8_t* NUV_RESTRICT places, uint8
   }
 }
 
-// Lowers each white pixel to the length of its column's run. The lengths have a byte, so that they begin anew
-// at every multiple of 256.
+// Lowers each white pixel to the low byte of the length of its column's run. Two passes over rows are faster
+// than walks along columns, which remain as the form for failed allocations.
 void take_lesser_column_lengths(GrayImage image) {
   if (image.empty()) return;
   const std::ptrdiff_t w = image.width;
@@ -175,7 +176,7 @@ void take_lesser_column_lengths(GrayImage image) {
 
 // ---- counted near each pixel ----
 
-// 1 where a white run begins; row[-1] is read.
+// Writes 1 where a white run begins, otherwise 0. row[-1] is read.
 NUV_ROW_KERNEL void find_starts(const uint8_t* row, uint8_t* NUV_RESTRICT starts, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
     const uint8_t white = row[x] != 0 ? 1 : 0;
@@ -186,7 +187,7 @@ NUV_ROW_KERNEL void find_starts(const uint8_t* row, uint8_t* NUV_RESTRICT starts
 
 // ---- kept ----
 
-// The line of another image at the places of one of the source.
+// The line of the result at the same place as a line of the source.
 Line same_place(Line line, const GrayImage& source, uint8_t* result) {
   return {result + (line.start - source.pixels), line.count, line.stride};
 }
@@ -209,7 +210,7 @@ void mark_short_columns(GrayImage image, Region region, int32_t threshold, int32
   }
 }
 
-// ---- kept for what they lead to ----
+// ---- kept if connected ----
 
 constexpr int32_t kMaxLevel = 250;
 
@@ -220,8 +221,9 @@ uint8_t first_level(Line levels, int32_t first, int32_t last) {
   return 0;
 }
 
-// A long run has level 1. A short one has one more than the first run it touches in the line before it, first
-// going up the line numbers and then, overwriting, down; beyond the greatest level there is none.
+// A long run has level 1. A short run has the level of the first run that it touches in the line before it,
+// plus 1, if that is not above max_level. A first pass goes through the lines in rising order. A second pass
+// goes back and overwrites the levels of the first.
 void keep_connected_runs(GrayImage image, Lines lines, int32_t min_length, int32_t max_level,
                          uint8_t* result) {
   max_level = std::min(max_level, kMaxLevel);
@@ -282,7 +284,7 @@ int32_t NuvRLXWhiteCount(uint8_t* pGryImg, int32_t width, int32_t height, int32_
 int32_t NuvRLYWhiteCount(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                          int32_t y2, int32_t* pSum, int32_t* pMin, int32_t* pMax, int32_t* pMaxRuns) {
   const Region region = Region{x1, x2, y1, y2}.clamped_to(width, height);
-  // The least length starts at the width here too.
+  // The least length starts at the width for columns, too.
   RunMeasures measures = no_runs(width);
   for_column_strips(columns_of({pGryImg, width, height}, region), [&](Lines strip) { measures.add(strip); });
   return measures.store(pSum, pMin, pMax, pMaxRuns);
@@ -300,7 +302,7 @@ void NuvRLXWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int
 
 void NuvRLXBlackDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                             int32_t color) {
-  // The first and the last column are not looked at: runs begin behind the one and end before the other.
+  // Runs begin after the first column and end before the last one.
   const Lines inner_rows = rows_of({pBinImg, width, height}, {1, width - 2, 0, height - 1});
   recolor_runs(inner_rows, color, BlackRuns(), shorter_than(minLength));
 }
@@ -346,7 +348,8 @@ void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t
   const GrayImage image{pBinImg, width, height};
   if (image.empty()) return;
   const int32_t half = std::clamp((((X + 1) / 2) * 2 + 1) / 2, 0, (width - 1) / 2);
-  // The counts are cut to a byte, so bytes do for their sums. The work space has room for four rows of them.
+  // Results are low bytes of counts, so bytes suffice for the sums. The work space has room for four rows of
+  // bytes.
   uint8_t* starts = reinterpret_cast<uint8_t*>(pBuf);
   for (int32_t y = 0; y < height; ++y) {
     const uint8_t* row = image.row(y);
@@ -354,7 +357,8 @@ void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t
     starts[0] = 0;
     find_starts(row + 1, starts + 1, width - 1);
 
-    // The window reaches as far to one side as to the other: at the sides it grows and shrinks by two columns.
+    // The window reaches equally far to both sides, so near the ends of the row its width changes by two columns
+    // from pixel to pixel.
     const int32_t whole = width - 2 * half;
     const uint8_t* sums =
         neighbour_sums(starts, whole, 2 * half + 1, 1, starts + width, starts + 2 * std::ptrdiff_t{width});
@@ -398,7 +402,7 @@ bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t
   const GrayImage image{pGryImg, width, height};
   const GrayImage thin{pTmpImg, width, height};
   fill_bytes(pTmpImg, 0, image.size());
-  // A stretch is told by the pixel behind it, so the last column is left out; and so is the first row.
+  // The last column and the first row have no strokes.
   mark_short_columns(image, {0, width - 2, 0, height - 1}, threshold, maxLength, pTmpImg);
   const Lines rows = rows_of(thin, {0, width - 1, 1, height - 1});
   for (int32_t i = 0; i < rows.count; ++i) {

@@ -1,7 +1,9 @@
 // Regions held as runs.
 //
-// A run lies in a line: a row for RLX, a column for RLY. Collecting, following and drawing runs is one piece
-// of code over the lines of an image; where rows and columns differ is said by the exports.
+// A run lies in a line: a row for RLX, a column for RLY. Rows and columns share one piece of code that
+// collects, follows and draws runs. The exports state where rows and columns differ.
+//
+// Numbering keeps the records as a forest, so that joining two regions changes one record only.
 
 #include <algorithm>
 #include <array>
@@ -22,7 +24,7 @@ struct Run {
   int32_t last;
 };
 
-// How the records of rows and of columns are read and written.
+// Records of rows and of columns, read and written.
 Run run_of(const RLX& record) {
   return {record.y, record.x1, record.x2};
 }
@@ -40,8 +42,8 @@ void store(RLY& record, Run run) {
   record.y2 = run.last;
 }
 
-// From a white place to the black one before or behind its run, or to the end of the line; a black place
-// stays.
+// The black place before or after the run of place i, or the end of the line if there is none. If place i is
+// black, it is the result.
 int32_t before_run(Line line, int32_t i) {
   while (i > 0 && line[i] != 0) --i;
   return i;
@@ -53,8 +55,8 @@ int32_t behind_run(Line line, int32_t i) {
 
 // ---- collecting ----
 
-// Where runs are looked for on a line: those that touch places first to last, whole. A run ends at the end of
-// the search at the latest, or short_by places before it.
+// A search for the runs of a line that touch places first to last. The search goes on to the end of the run that
+// place last belongs to. A run that reaches the end of the search is cut by short_by places.
 struct Search {
   int32_t first;
   int32_t last;
@@ -65,7 +67,7 @@ struct Search {
   }
 };
 
-// The lines from line1 to line2, as far as they exist.
+// The lines from line1 to line2 that exist.
 Lines stretch_of(Lines lines, int32_t line1, int32_t line2) {
   line1 = std::max(line1, 0);
   line2 = std::min(line2, lines.count - 1);
@@ -75,7 +77,7 @@ Lines stretch_of(Lines lines, int32_t line1, int32_t line2) {
   return lines;
 }
 
-// Stores the runs of lines that are numbered from a number on; at most n.
+// Stores at most n runs of the lines, the first of which has the given number.
 template <class Record>
 int32_t get_runs(Lines lines, int32_t number, Search search, Record* records, int32_t n) {
   int32_t count = 0;
@@ -98,8 +100,8 @@ int32_t get_runs(Lines lines, int32_t number, Search search, Record* records, in
 // ---- following ----
 
 // Follows a run from its line to last_line while its length stays steady. The first place stored is the black
-// one before the run, except at the start of the line; the last one is that of the run, except at the end of
-// the line, where it is the one before.
+// place before the run, or place 0 if the run starts there. The last place stored is the last of the run, or the
+// place before it if the run reaches the end of the line.
 template <class Record>
 int32_t grow_run(Lines lines, Run run, int32_t step, int32_t last_line, Record* records, int32_t n) {
   int32_t count = 0;
@@ -121,12 +123,12 @@ int32_t grow_run(Lines lines, Run run, int32_t step, int32_t last_line, Record* 
   return count;
 }
 
-// Grows the runs that lie on the last line of a search forwards, then those on its first line backwards.
-// Records are appended, and the second walk reaches what it appends itself.
+// Follows the runs on the last line of a search forwards, then the runs on its first line backwards. Both walks
+// append records, and the second also visits the records that it appends.
 template <class Record, class Forwards, class Backwards>
 int32_t grow_all(Record* records, int32_t count, int32_t n, int32_t first_line, int32_t last_line,
                  Forwards forwards, Backwards backwards) {
-  // The first record only grows backwards.
+  // The first record is only followed backwards.
   for (int32_t i = count - 1; i >= 1; --i) {
     const Run run = run_of(records[i]);
     if (run.line != last_line) break;
@@ -158,7 +160,7 @@ constexpr int32_t kMaxIds = 1024;
 // The numbers in use; a new region gets the lowest free one.
 class Ids {
  public:
-  // kMaxIds if all are in use.
+  // Returns kMaxIds if all are in use.
   int32_t take() {
     while (lowest_ < kMaxIds && used_[static_cast<std::size_t>(lowest_)]) ++lowest_;
     if (lowest_ < kMaxIds) used_[static_cast<std::size_t>(lowest_)] = true;
@@ -168,7 +170,7 @@ class Ids {
     used_[static_cast<std::size_t>(id)] = false;
     lowest_ = std::min(lowest_, id);
   }
-  // Gives each used number its rank among them; returns how many they are.
+  // Stores the rank of each number in use; returns how many are in use.
   int32_t rank(std::array<int32_t, kMaxIds>& ranks) const {
     int32_t count = 0;
     for (std::size_t id = 0; id < kMaxIds; ++id) ranks[id] = used_[id] ? count++ : 0;
@@ -177,18 +179,18 @@ class Ids {
 
  private:
   std::array<bool, kMaxIds> used_{};
-  int32_t lowest_ = 0;  // none below it is free
+  int32_t lowest_ = 0;  // no number below it is free
 };
 
-// The records as a forest: until the end, the ID of a root is ~(number of its region), that of any other
-// record the index of one nearer to its root. So two regions become one by changing one record.
+// The records as a forest. Until the end the ID of a root is ~(number of its region), and the ID of any other
+// record is the index of a record nearer to its root. So joining two regions changes one record.
 class Regions {
  public:
   explicit Regions(RLX* records) : records_(records) {}
 
   int32_t count() const { return count_; }
 
-  // The root of a record's region.
+  // Returns the root of the region of record i.
   int32_t root(int32_t i) {
     while (records_[i].ID >= 0) {
       const int32_t parent = records_[i].ID;
@@ -206,7 +208,7 @@ class Regions {
     store(records_[count_], run);
     records_[count_++].ID = root;
   }
-  // False if there is no number left.
+  // Returns false if no number is left.
   bool append_new(Run run) {
     const int32_t id = ids_.take();
     if (id == kMaxIds) return false;
@@ -214,7 +216,7 @@ class Regions {
     return true;
   }
 
-  // Turns the forest into numbers as they were given.
+  // Replaces the forest by the numbers of the regions.
   void number() {
     for (int32_t i = 0; i < count_; ++i) {
       if (records_[i].ID >= 0) records_[i].ID = root(i);
@@ -224,7 +226,7 @@ class Regions {
     }
     for (int32_t i = 0; i < count_; ++i) records_[i].ID = ~records_[i].ID;
   }
-  // Closes the gaps between the numbers; returns how many there are.
+  // Closes the gaps between the numbers; returns how many numbers there are.
   int32_t compact() {
     std::array<int32_t, kMaxIds> ranks;
     const int32_t regions = ids_.rank(ranks);
@@ -245,8 +247,9 @@ enum class End { kImage, kRecords, kIds };
 End collect_regions(GrayImage image, int32_t at_top, int32_t at_bottom, Regions& regions, const RLX* records,
                     int32_t n) {
   End end = End::kImage;
-  int32_t above = 0;      // the records of the row above begin here
-  int32_t above_end = 0;  // and end before this
+  // The records of the row above are above to above_end - 1.
+  int32_t above = 0;
+  int32_t above_end = 0;
   const Lines rows = rows_of(image);
   for (int32_t y = 0; y < rows.count && end == End::kImage; ++y) {
     const int32_t min_length = limit_at(y, rows.count - 1, at_top, at_bottom);
@@ -299,7 +302,7 @@ int32_t NuvRLYRegionsGet(uint8_t* pBinImg, int32_t width, int32_t height, int32_
   if (!search.lies_on(columns)) return 0;
   const Lines searched = stretch_of(columns, x1, x2);
   int32_t number = std::max(x1, 0);
-  // Strips take whole columns, which a search of few rows does not read.
+  // Strips transpose whole columns, which does not pay for a search of few rows.
   if (y2 - y1 < height / 4) return get_runs(searched, number, search, pRLY, N);
   int32_t count = 0;
   for_column_strips(searched, [&](Lines strip) {
@@ -329,7 +332,7 @@ int32_t NuvRLYRegionsGrowByXInc(uint8_t* pBinImg, int32_t width, int32_t height,
 
 int32_t NuvRLYRegionsGrowByXDec(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x, int32_t y1,
                                 int32_t y2, RLY* pRLY, int32_t N) {
-  // Alone of the four it starts beside the line given, not on it.
+  // Unlike the three others, this walk starts next to the given line, not on it.
   if (x < 2 || x > width) return 0;
   return grow_run(columns_of({pBinImg, width, height}), {x - 1, y1, y2}, -1, 1, pRLY, N);
 }

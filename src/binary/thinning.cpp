@@ -1,9 +1,9 @@
 // Thinning.
 //
-// A pass decides every pixel by the state at its start, and a pixel's fate hangs on its eight neighbours
-// alone. So a pixel that a pass has kept is kept by the same pass of the next iteration, unless a neighbour
-// went in between: only the neighbours of deleted pixels are looked at again, in each of the two passes that
-// follow. The work is that of the deletions, not of the passes times the pixels.
+// A pass decides every pixel by the state at its start, and the decision depends on the eight neighbours alone.
+// So a pass keeps a pixel that it kept in the iteration before, unless a neighbour was deleted in between. Only
+// the neighbours of deleted pixels are tested again, once in each of the next two passes. The work grows with
+// the number of deletions, not with the number of passes times that of pixels.
 
 #include <algorithm>
 #include <array>
@@ -20,13 +20,13 @@
 namespace nuv {
 namespace {
 
-// ---- what the eight neighbours decide, bit d being the neighbour in direction d ----
+// ---- decisions by the eight neighbours; bit d is the neighbour in direction d ----
 
 constexpr bool has(int neighbours, int direction) {
   return (neighbours >> (direction & 7) & 1) != 0;
 }
 
-// Going round once, from 0 to 1.
+// The number of changes from 0 to 1 on the way round the neighbours.
 constexpr int rises(int neighbours) {
   int count = 0;
   for (int d = 0; d < 8; ++d) count += !has(neighbours, d) && has(neighbours, d + 1) ? 1 : 0;
@@ -72,7 +72,7 @@ constexpr std::array<uint8_t, 256> kFates = make_fates();
 
 // ---- iterations ----
 
-// During the iterations a pixel is 0, or 1 and twice the number of passes that have yet to look at it.
+// During the iterations a pixel is 0, or 1 plus twice the number of passes that have yet to test it.
 constexpr uint8_t kObject = 1;
 constexpr uint8_t kOneLook = 2;
 constexpr uint8_t kTwoLooks = 4;
@@ -86,7 +86,7 @@ NUV_ROW_KERNEL void drop_looks(uint8_t* pixels, std::ptrdiff_t n) {
 
 using Offsets = std::array<std::ptrdiff_t, 8>;
 
-// Both 1 and 255 are odd.
+// One bit per white neighbour. White pixels are odd: 1 plus an even number, or 255.
 uint8_t neighbours_of(const uint8_t* p, const Offsets& offsets) {
   unsigned bits = 0;
   for (std::size_t d = 0; d < 8; ++d) bits |= (p[offsets[d]] & kObject) << d;
@@ -95,9 +95,9 @@ uint8_t neighbours_of(const uint8_t* p, const Offsets& offsets) {
 
 class Thinning {
  public:
-  // The image must be 0 on its sides. Without memory for the lists there is none.
+  // Pixels must be 0 or 1, and 0 on the four sides. If allocation fails, allocated() is false.
   explicit Thinning(GrayImage image) : image_(image), offsets_(neighbour_offsets(image.width)) {
-    std::ptrdiff_t objects = 1;  // and a place in a list without any
+    std::ptrdiff_t objects = 1;  // one more than there are, so that no list is empty
     const uint8_t* end = image.pixels + image.size();
     for (const uint8_t* p = image.pixels; p < end; ++p) objects += *p;
     pending_ = allocate<int32_t>(static_cast<std::size_t>(objects));
@@ -105,7 +105,7 @@ class Thinning {
   }
   bool allocated() const { return pending_ && deleted_; }
 
-  // Pixels with all eight neighbours are kept, whatever the pass.
+  // Both passes keep a pixel whose eight neighbours are all white.
   void start() {
     for (int32_t y = 1; y < image_.height - 1; ++y) {
       for_white_runs({image_.row(y), image_.width, 1}, [&](int32_t first, int32_t last) {
@@ -117,7 +117,7 @@ class Thinning {
     }
   }
 
-  // Returns how many pixels it deleted.
+  // Returns the number of deleted pixels.
   std::ptrdiff_t pass(Fate fate) {
     std::ptrdiff_t deletions = 0;
     for (std::ptrdiff_t i = 0; i < pending_count_; ++i) {
@@ -151,12 +151,12 @@ class Thinning {
 
   GrayImage image_;
   Offsets offsets_;
-  Buffer<int32_t> pending_;  // places of the pixels to be looked at, each once
+  Buffer<int32_t> pending_;  // places of the pixels to be tested, each once
   std::ptrdiff_t pending_count_ = 0;
   Buffer<int32_t> deleted_;
 };
 
-// One scan, which sees its own deletions.
+// One scan that sees its own deletions.
 void clean_up(GrayImage image) {
   const Offsets offsets = neighbour_offsets(image.width);
   for (int32_t y = 1; y < image.height - 1; ++y) {

@@ -37,8 +37,8 @@ TEST(Majority3x3, AgreesWithCounting) {
 }
 
 TEST(MajorityOfGrowingWindow, LooksAtRowsAloneAtTheSides) {
-  // Five of nine pixels; near the top and the bottom those of the three rows there, and in the first and the
-  // last two columns two of three pixels of the row.
+  // Five of nine pixels make a majority. In the first and the last row the window has the three rows there. In
+  // the first and the last two columns two of three pixels of the row make a majority.
   TestImage image = draw({".##.....", "##......", ".##.....", "...###..", "......##", "...##.#."});
   TestImage result(8, 6, 7);
   NuvBinImgMedFilter(image.data(), 8, 6, 1, 1, 1, 1, result.data());
@@ -52,13 +52,14 @@ TEST(MajorityOfGrowingWindow, ChangesItsSizeFromRowToRow) {
     NuvBinImgMedFilter(image.data(), 10, 4, 1, 0, ratio, 1, result.data());
     return result;
   };
-  // Widths of 3, 5, 5 and 7.
+  // The windows have widths of 3, 5, 5 and 7.
   EXPECT_EQ(filtered(3), draw({"....###...", "....#####.", "....#####.", ".........."}));
   EXPECT_EQ(filtered(0.2), draw({"....###...", "....###...", "....###...", "7777777777"})) << "0.9 in row 3";
 }
 
 TEST(LittleWhiteMajority, LooksNearWhitePixelsOffTheSides) {
-  // Four of eight; the white pixels of row 1 and column 1 have five, but are not looked at.
+  // Four of eight neighbours make a majority. White pixels of row 1 and column 1 have five but are not
+  // considered.
   TestImage image =
       draw({"........", "####....", "####....", ".....#..", "...#.#..", "....#...", "........", "........"});
   TestImage result(8, 8, 7);
@@ -68,15 +69,15 @@ TEST(LittleWhiteMajority, LooksNearWhitePixelsOffTheSides) {
 }
 
 TEST(DeletePoints, AreDeletedForTheirCompany) {
-  // The first and the last column meet the neighbouring rows: the end of row 1 lies beside the start of row
-  // 2.
+  // The end of row 1 is a neighbour of the start of row 2.
   TestImage isolated = draw({".......", "..#...#", "#...#..", "...#...", "......#"});
   NuvBinImgDeleteIsolatedPoints(isolated.data(), 7, 5);
   EXPECT_EQ(isolated, draw({".......", "......#", "#...#..", "...#...", "......#"}));
 
   TestImage block = draw({".....", ".###.", ".###.", ".###.", "....."});
   NuvBinImgDeletePointsLessThanN(block.data(), 5, 5, 255, 4);
-  // A corner has three, and what is turned no longer counts: then the next one has four, and so on.
+  // A corner has three white neighbours and is deleted. It no longer counts for the pixels after it, which still
+  // have four or more unless they are corners.
   EXPECT_EQ(block, draw({".....", "..#..", ".###.", "..#..", "....."}));
   NuvBinImgDeletePointsMoreThanN(block.data(), 5, 5, 255, 3);
   EXPECT_EQ(block, draw({".....", "..#..", ".#.#.", "..#..", "....."}));

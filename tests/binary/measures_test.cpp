@@ -21,15 +21,15 @@ TEST(SearchCenterX, FindsTheColumnsInsideMostLongRuns) {
     int32_t x1, x2;
     int32_t column;
   } cases[] = {
-      // Strictly inside both runs: 7..13, the middle of which is 10.
+      // Columns 7..13 lie strictly inside both runs; their middle is 10.
       {with_runs(40, {{2, 14}, {6, 20}}), 0, 39, 10},
-      // The ends of a run count once only: inside are 3..13.
+      // The ends of a run count once only, so the best columns are 3..13.
       {with_runs(40, {{2, 14}}), 0, 39, 8},
       {with_runs(40, {{2, 14}}), 10, 39, 11},
-      // A run has twelve pixels or does not count.
+      // A run of fewer than twelve pixels does not count.
       {with_runs(40, {{2, 12}, {3, 13}}), 5, 30, (40 + 30) / 2},
       {with_runs(40, {{2, 13}}), 0, 39, (3 + 12) / 2},
-      // Widths beyond the limit, and an empty range.
+      // A width above the limit, a width at the limit, and an empty range.
       {with_runs(4097, {{0, 4000}}), 0, 10, 0},
       {with_runs(4096, {{0, 4095}}), 0, 4095, (1 + 4094) / 2},
       {with_runs(40, {{2, 20}}), 9, 8, 40},

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Visits pixels one by one and writes to their neighbours, as the rule is told.
+// The rule as it is documented: visits pixels one by one and writes to their neighbours.
 struct Growing {
   bool white;  // grows white, or black
   TestImage result;
@@ -57,7 +57,7 @@ TEST(Growing3x3, IsTheRuleAppliedPixelByPixel) {
       for (int32_t y = y1; y <= y2; ++y) {
         for (int32_t x = x1; x <= x2; ++x) region.result.at(x, y) = image.at(x, y);
       }
-      // The width limits the rows, too.
+      // The width limits the rows as well as the columns.
       for (int32_t y = std::max(y1, 1); y <= std::min({y2 + 1, width - 2, height - 1}); ++y) {
         for (int32_t x = std::max(x1, 1); x <= std::min(x2 + 1, width - 2); ++x) region.visit(image, x, y);
       }
@@ -73,7 +73,7 @@ TEST(Growing3x3, IsTheRuleAppliedPixelByPixel) {
 }
 
 TEST(Growing3x3, SeesNothingBelowTheLastRow) {
-  // A region visits the last row. A lone pixel there stays alone, in every strip.
+  // The form for regions visits the last row, too. A lone black pixel there does not grow in any strip.
   for (int32_t x : {4095, 8191, 8192}) {
     TestImage lone(12300, 4, 255);
     TestImage result(12300, 4);
@@ -88,7 +88,7 @@ TEST(Growing3x3, ToColorReplacesMarksAndExactValues) {
     image.at(5, 4) = 200;
     return image;
   };
-  // Neighbours of interior pixels, up to the sides; a 9 is neither 255 nor black.
+  // Neighbours of interior pixels change, those on the sides included. A 9 is neither 255 nor black.
   TestImage black = with_mark(draw({"######", "##.###", "###9##", "####.#", ".#####"}));
   NuvBinImgMinFilter3x3ToColor(black.data(), 6, 5, 7);
   EXPECT_EQ(black, draw({"#777##", "#7.7##", "#77977", "###7.7", ".##777"}));
@@ -110,9 +110,9 @@ TEST(MaxSizeOfMinFilter, AddsUpWhatEachErosionTakes) {
   EXPECT_EQ(size_of(TestImage(9, 9)), -1);
   EXPECT_EQ(size_of(draw({".....", ".###.", ".....", "....."})), 1);
   EXPECT_EQ(size_of(TestImage(1, 1, 255)), 1);
-  // Distances 1, 2 and 3: one erosion of half size 1 leaves 3 by 3, a second one the middle.
+  // The distances are 1, 2 and 3. One erosion of half size 1 leaves 3 by 3 pixels, a second one the middle.
   EXPECT_EQ(size_of(draw({".......", ".#####.", ".#####.", ".#####.", ".#####.", ".#####.", "......."})), 5);
-  // Nothing black to grow: the first erosion changes nothing.
+  // No black pixel can grow, so the first erosion changes nothing.
   EXPECT_EQ(size_of(TestImage(3, 3, 255)), 2);
 }
 
@@ -126,7 +126,8 @@ TEST(FillHolesByNearNeighbor, LooksRightLeftDownUpAtEachDistance) {
   };
   EXPECT_EQ(filled(0), draw({"..4...", "...1.6", "......", "..32.."}));
   EXPECT_EQ(filled(-1), filled(0));
-  // The left neighbour of a row's first pixel is the last one of the row above. Row 0 is not looked up to.
+  // The left neighbour of the first pixel of a row is the last pixel of the row above. The search upwards does
+  // not reach row 0.
   EXPECT_EQ(filled(1), draw({".4445.", "5.1166", "6.32.6", ".3322."}));
 }
 

@@ -42,7 +42,7 @@ TEST(RunDeletion, GoesByTheLengthOfTheRun) {
   EXPECT_EQ(changed(NuvRLXBlackDeleteShort, 2, 7), draw({"#7##7###", ".7#....#", "#.......", "##7#7###"}));
   EXPECT_EQ(changed(NuvRLYWhiteDeleteLong, 1, 0), draw({"#..#.##.", "........", "........", ".#.#.###"}));
   EXPECT_EQ(changed(NuvRLYWhiteDeleteShort, 2, 7), draw({"7.#7.77#", "..#....#", "#.......", "#7.7.777"}));
-  // Length 1 asks for black above and below instead, and leaves out the first and the last row.
+  // With length 1 the pixels above and below must be black, and the first and the last row are left out.
   EXPECT_EQ(changed(NuvRLYWhiteDeleteShort, 1, 7), image);
 }
 
@@ -70,7 +70,7 @@ TEST(HorizontalStrokes, AreThinInYAndLongInX) {
   TestImage tmp(8, 8, 9);
   TestImage result(8, 8);
   EXPECT_TRUE(NuvRLYWhiteShortAndRLXWhiteLong(image.data(), tmp.data(), 8, 8, 255, 1, 4, 4, result.data()));
-  // Not in row 0, not in the last column, not the block of two rows, not the short one.
+  // Row 0, the last column, the block of two rows and the short stroke are left out.
   EXPECT_EQ(result, draw({"........", "........", ".#####..", "........", "..#####.", "........", "........",
                           "........"}));
 }
@@ -146,7 +146,7 @@ TEST(RunRegions, AreCollectedWholeButColumnsEndOneShort) {
   std::vector<RLY> columns(9);
   EXPECT_THAT(runs_of(rows, NuvRLXRegionsGet(image.data(), 8, 4, 2, 4, 1, 2, rows.data(), 9)),
               ElementsAre(ElementsAre(1, 1, 5), ElementsAre(2, 1, 2), ElementsAre(2, 4, 7)));
-  // The search of column 1 ends on a black pixel, that of column 2 with the image.
+  // The search ends on a black pixel in column 1 and at the end of the image in column 2.
   EXPECT_THAT(runs_of(columns, NuvRLYRegionsGet(turned.data(), 4, 8, 1, 2, 2, 4, columns.data(), 9)),
               ElementsAre(ElementsAre(1, 1, 5), ElementsAre(2, 1, 2), ElementsAre(2, 4, 6)));
   EXPECT_EQ(NuvRLXRegionsGet(image.data(), 8, 4, 2, 4, 1, 2, rows.data(), 2), 2);
@@ -159,11 +159,11 @@ TEST(RunRegions, GrowWhileTheLengthIsSteady) {
               ElementsAre(ElementsAre(1, 1, 6), ElementsAre(2, 1, 5), ElementsAre(3, 1, 6)));
   TestImage turned = transposed(image);
   std::vector<RLY> columns(20);
-  // To the left, the column given is not repeated.
+  // A walk to the left does not repeat the given column.
   EXPECT_THAT(runs_of(columns, NuvRLYRegionsGrowByXDec(turned.data(), 6, 9, 3, 2, 6, columns.data(), 20)),
               ElementsAre(ElementsAre(2, 1, 5), ElementsAre(1, 1, 6)));
 
-  // One run alone grows upwards only, and once more from the copy of itself that this appends.
+  // A single run is only followed upwards. That appends it once more, and the copy is followed, too.
   const int32_t count = NuvRLXReginsGetAndGrow(image.data(), 9, 6, 2, 6, 3, 3, rows.data(), 20);
   EXPECT_EQ(count, 7);
   NuvDrawRLXRegions(image.data(), 9, 6, rows.data(), count, 9);
@@ -177,7 +177,7 @@ TEST(RunRegions, AreNumberedByConnection) {
     std::vector<RLX> records(image.pixels.size() + 1, {-1, 0, 0, -1});
     const int32_t regions = NuvRLXRegionsWithID(image.data(), image.width, image.height, 1, 1, records.data(),
                                                 static_cast<int32_t>(records.size()));
-    // Each region is painted in its number, and then all runs must have that of their paint.
+    // Each region is painted in its number. Then every run must lie on paint of its own number.
     std::set<int32_t> numbers;
     for (const RLX& r : records) {
       if (r.y < 0 || image.at(r.x1, r.y) != 255) continue;

@@ -21,7 +21,7 @@ Thinned thin(TestImage image) {
   return thinned;
 }
 
-// Every pass over every pixel.
+// The plain form: every pass tests every pixel.
 Thinned plainly_thinned(TestImage image) {
   for (int32_t y = 0; y < image.height; ++y) {
     for (int32_t x = 0; x < image.width; ++x) {
@@ -72,7 +72,7 @@ TEST(Thin, AgreesWithPassesOverAllPixels) {
   for (const auto& [width, height] : kOddSizes)
     images.push_back(random.binary(width, height, random.between(30, 97)));
   for (int i = 0; i < 20; ++i) {
-    // Blobs: noise, smoothed.
+    // Smoothed noise gives blobs.
     TestImage noise = random.binary(90, 70, 50);
     TestImage blobs = noise;
     NuvBinImgFilter(noise.data(), 90, 70, 3, 3, 49 * 127, blobs.data());
