@@ -357,8 +357,8 @@ void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t
     starts[0] = 0;
     find_starts(row + 1, starts + 1, width - 1);
 
-    // The window reaches equally far to both sides, so near the ends of the row its width changes by two columns
-    // from pixel to pixel.
+    // The window reaches equally far to both sides, so near the ends of the row its width changes by two
+    // columns from pixel to pixel.
     const int32_t whole = width - 2 * half;
     const uint8_t* sums =
         neighbour_sums(starts, whole, 2 * half + 1, 1, starts + width, starts + 2 * std::ptrdiff_t{width});

@@ -55,8 +55,8 @@ int32_t behind_run(Line line, int32_t i) {
 
 // ---- collecting ----
 
-// A search for the runs of a line that touch places first to last. The search goes on to the end of the run that
-// place last belongs to. A run that reaches the end of the search is cut by short_by places.
+// A search for the runs of a line that touch places first to last. The search goes on to the end of the run
+// that place last belongs to. A run that reaches the end of the search is cut by short_by places.
 struct Search {
   int32_t first;
   int32_t last;
@@ -100,8 +100,8 @@ int32_t get_runs(Lines lines, int32_t number, Search search, Record* records, in
 // ---- following ----
 
 // Follows a run from its line to last_line while its length stays steady. The first place stored is the black
-// place before the run, or place 0 if the run starts there. The last place stored is the last of the run, or the
-// place before it if the run reaches the end of the line.
+// place before the run, or place 0 if the run starts there. The last place stored is the last of the run, or
+// the place before it if the run reaches the end of the line.
 template <class Record>
 int32_t grow_run(Lines lines, Run run, int32_t step, int32_t last_line, Record* records, int32_t n) {
   int32_t count = 0;

@@ -38,8 +38,8 @@ TEST(BinImgFilter, ThresholdsWholeWindowsAndRepeatsTheNearestResult) {
 }
 
 TEST(BinImgRemoveMskAndFilter, ShrinksItsWindowAtTheSides) {
-  // The masked pixels are 90, which is not above the threshold, with 91 in the middle and 127 and 126 in the last
-  // column.
+  // The masked pixels are 90, which is not above the threshold, with 91 in the middle and 127 and 126 in the
+  // last column.
   TestImage image(5, 3, 255);
   TestImage mask(5, 3, static_cast<uint8_t>(~90));
   mask.at(2, 1) = static_cast<uint8_t>(~91);

@@ -76,8 +76,8 @@ TEST(DeletePoints, AreDeletedForTheirCompany) {
 
   TestImage block = draw({".....", ".###.", ".###.", ".###.", "....."});
   NuvBinImgDeletePointsLessThanN(block.data(), 5, 5, 255, 4);
-  // A corner has three white neighbours and is deleted. It no longer counts for the pixels after it, which still
-  // have four or more unless they are corners.
+  // A corner has three white neighbours and is deleted. It no longer counts for the pixels after it, which
+  // still have four or more unless they are corners.
   EXPECT_EQ(block, draw({".....", "..#..", ".###.", "..#..", "....."}));
   NuvBinImgDeletePointsMoreThanN(block.data(), 5, 5, 255, 3);
   EXPECT_EQ(block, draw({".....", "..#..", ".#.#.", "..#..", "....."}));
