@@ -56,7 +56,7 @@ const Row average("NuvGryRectAvr/nuv", [] {
   };
 });
 
-// Two bytes read and one written are half as much again as a copy of the picture moves.
+// Functions of two pictures read two bytes and write one per pixel, 1.5 times as much as a copy moves.
 const Row difference_copy("NuvDifferenceImg12/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
 const Row subtract_copy("NuvImg1SubstractImg2/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
 const Row either_copy("NuvImg1OrImg2ToRes/copy", [] { return copy_of_bytes(kPixels * 3 / 2); });
@@ -71,7 +71,7 @@ const Row brightest("NuvMaxBrightRect/nuv", [] {
   };
 });
 
-// The window slides along each row of places, and begins anew in the next one.
+// The window slides along each row and is summed up anew at the start of the next one.
 const Row brightest_plain("NuvMaxBrightRect/plain", [] {
   return [picture = gray_picture()]() mutable {
     constexpr int32_t kSize = 64;

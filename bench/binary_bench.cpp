@@ -17,7 +17,7 @@ constexpr int kHalf = 5;
 constexpr int kSide = 2 * kHalf + 1;
 constexpr uint32_t kMostOfTheWindow = kSide * kSide * 127;
 
-// A picture, and a place for the result.
+// A picture and room for the result.
 struct Work {
   BenchPicture picture = binary_picture();
   BenchPicture result = binary_picture();
@@ -28,7 +28,7 @@ struct Work {
 
   uint8_t* in() { return picture.data(); }
   uint8_t* out() { return result.data(); }
-  // The result made the picture again, for functions that change an image in place.
+  // A fresh copy of the picture, for functions that change an image in place.
   uint8_t* copied() {
     result.pixels = picture.pixels;
     return out();
@@ -39,7 +39,7 @@ constexpr int kLargeHalf = 15;
 constexpr int kLargeSide = 2 * kLargeHalf + 1;
 constexpr int kLength = 20;  // of runs
 
-// A mask that covers the middle of a picture, which is black there: one hole.
+// A picture with one hole: its middle is black, and the mask covers that.
 struct Hole {
   BenchPicture picture = gray_picture();
   BenchPicture mask = gray_picture();
@@ -151,7 +151,7 @@ const Row count_starts("NuvBinImg01TimesByX 15/nuv", [] {
 
 // ---- plain forms ----
 
-// Every pixel in every pass.
+// Every pass tests every pixel.
 void thin_plainly(const uint8_t* in, int32_t width, int32_t height, uint8_t* before, uint8_t* result) {
   const int32_t offsets[8] = {1, 1 - width, -width, -width - 1, -1, width - 1, width, width + 1};
   for (int32_t i = 0; i < width * height; ++i) {
@@ -266,7 +266,7 @@ const Row box_majority("NuvBinImgMedFilter 7x7/opencv boxFilter, compare", [] {
     cv::compare(sums, 49 * 127.0, result, cv::CMP_GT);
   };
 });
-// The sum of the window, with its centre.
+// The sum of the window includes its centre, unlike that of the library.
 const Row box_little_white("NuvBinImgLittleWhitePixelsMed3x3Filter/opencv boxFilter, compare", [] {
   return [w = Work()]() mutable {
     cv::Mat sums;
@@ -285,7 +285,7 @@ const Row hit_or_miss("NuvBinImgDeleteIsolatedPoints/opencv morphologyEx, subtra
     cv::subtract(w.picture.mat(), isolated, result);
   };
 });
-// The pixel that is nearest to each place, by city blocks; then its value.
+// Finds the nearest pixel to each place by city-block distance, then takes its value.
 const Row nearest_labels("NuvFillHolesByNearNeighbor one hole/opencv distanceTransform", [] {
   return [h = Hole()]() mutable {
     cv::Mat black;
@@ -305,7 +305,7 @@ const Row nearest_labels("NuvFillHolesByNearNeighbor one hole/opencv distanceTra
     }
   };
 });
-// An opening by a line keeps the runs that it fits into.
+// An opening by a line keeps the runs that the line fits into.
 const Row open_rows("NuvRLXWhiteDeleteShort/opencv morphologyEx", [] {
   return [w = Work()]() mutable {
     cv::Mat result = w.result.mat();
@@ -335,14 +335,14 @@ const Row box_starts("NuvBinImg01TimesByX 15/opencv boxFilter", [] {
 
 #if NUV_WITH_LEPTONICA
 
-// ---- the peer for run lengths, which packs 32 pixels into a word ----
+// ---- the peer for run lengths; it packs 32 pixels into a word ----
 
 struct FreePix {
   void operator()(Pix* pix) const { pixDestroy(&pix); }
 };
 using PixPointer = std::unique_ptr<Pix, FreePix>;
 
-// Made once: the picture is black where the library's is white.
+// The peer calls object pixels black, so white pixels of the library become 1. The picture is packed only once.
 std::shared_ptr<Pix> packed_picture() {
   BenchPicture picture = binary_picture();
   std::shared_ptr<Pix> pix(pixCreate(picture.width, picture.height, 1), FreePix());
@@ -360,7 +360,7 @@ const Row run_transform("NuvRLYWhiteCount/leptonica pixRunlengthTransform", [] {
     benchmark::DoNotOptimize(lengths.get());
   };
 });
-// The least of the lengths in two directions.
+// The peer takes the least length in two directions.
 const Row stroke_width("NuvBinImgMarkMinOfRLXandRLY/leptonica pixStrokeWidthTransform", [] {
   return [pix = packed_picture()] {
     const PixPointer lengths(pixStrokeWidthTransform(pix.get(), 1, 8, 2));

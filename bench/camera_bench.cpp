@@ -1,5 +1,5 @@
-// Camera frames. Where libyuv has no function of its own for a conversion, two of its functions share the
-// work row by row.
+// Camera frames. Where libyuv has no function for a conversion, two of its functions convert in turn, row by
+// row.
 
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
@@ -12,7 +12,7 @@ namespace {
 
 using Conversion = bool (*)(uint8_t*, int32_t, int32_t, uint8_t*);
 
-// A frame of the photograph, and room for it as RGB.
+// A camera frame of the photograph and room for RGB pixels.
 struct Camera {
   BenchPicture rgb = colour_picture();
   int width = rgb.width;
@@ -97,7 +97,7 @@ const Row yuv_to_p("NuvRGB2YUV420P/libyuv RGB24ToJ420", [] {
   };
 });
 
-// By way of two rows of pixels of four bytes.
+// These conversions use rows with four bytes per pixel in between.
 const Row yuv_packed("NuvCbYCrY2RGB/libyuv UYVYToARGB + ARGBToRGB24", [] {
   return [c = Camera(NuvRGB2CbYCrY), row = LineVector<uint8_t>(4 * 1280)]() mutable {
     for (int y = 0; y < c.height; ++y) {

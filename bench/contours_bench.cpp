@@ -8,7 +8,7 @@ namespace {
 
 const Row get_contours("NuvGetContours/nuv", [] {
   return [picture = binary_picture(), work = gray_picture()]() mutable {
-    // The picture comes back as it was.
+    // The call restores the picture.
     NuvFreeContours(NuvGetContours(picture.data(), work.data(), picture.width, picture.height, 0, 0, 0));
   };
 });
@@ -25,7 +25,7 @@ const Row remove_holes("NuvRemoveBlackRegionsByArea/nuv", [] {
   };
 });
 
-// Outer contours, filled one after the other.
+// Fills the outer contours one after the other.
 const Row fill("NuvFillingContour/nuv", [] {
   auto picture = binary_picture();
   auto work = gray_picture();
@@ -38,13 +38,14 @@ const Row fill("NuvFillingContour/nuv", [] {
   };
 });
 
-// Teeth that hang from one back: a chain of most of the picture, which every pair of pixels draws again.
+// A comb: teeth that hang from a back. Its chain covers most of the picture, and the export draws it again at
+// every pair of pixels that differ.
 const Row select_on_comb("NuvSelectContoursByArea 640x480 comb/nuv", [] {
   BenchPicture comb{640, 480, 1, LineVector<uint8_t>(std::size_t{640} * 480)};
   for (std::size_t i = 0; i < comb.pixels.size(); ++i)
     comb.pixels[i] = i % 640 % 4 == 2 || i / 640 == 1 ? 255 : 0;
   return [comb, result = comb, work = comb]() mutable {
-    // The picture comes back as it was.
+    // The call restores the picture.
     NuvSelectContoursByArea(comb.data(), work.data(), comb.width, comb.height, 1, 0, comb.width * comb.height,
                             result.data());
   };
@@ -71,7 +72,8 @@ const Row quadrilateral("NuvContour2Poly4 19200 points/nuv", [] {
   };
 });
 
-// The work of the host count_parts without its files: parts and holes of 100 pixels or more, and where they are.
+// The work of the example count_parts without its files: finds parts and holes of 100 pixels or more and
+// measures where they are.
 const Row count_parts("count_parts/nuv", [] {
   return [picture = gray_picture(), binary = gray_picture(), work = gray_picture()]() mutable {
     NuvThreshold(picture.data(), picture.width, picture.height, 128, binary.data());
@@ -125,7 +127,7 @@ const Row fill_contours("NuvFillingContour/opencv drawContours", [] {
   };
 });
 
-// The peer's hull alone; of the quadrilateral it has nothing.
+// The peer finds the convex hull only; it has no quadrilateral.
 const Row hull("NuvContour2Poly4 19200 points/opencv convexHull", [] {
   std::vector<cv::Point> points;
   const RoundContour contour;

@@ -23,7 +23,7 @@ auto window_work(WindowGradient gradient) {
   };
 }
 
-// Half sizes of 15 by 15, and of 15 by 16: windows higher than wide have a machine of their own.
+// Half sizes of 15 by 15 and of 15 by 16, because windows that are higher than wide have code of their own.
 auto large_window_work(int32_t m, int32_t n) {
   return [=, picture = gray_picture(), result = gray_picture()]() mutable {
     NuvGradientByPrewitt(picture.data(), picture.width, picture.height, m, n, result.data());
@@ -41,7 +41,7 @@ const Row prewitt_15_15("NuvGradientByPrewitt 15,15/nuv", [] { return large_wind
 const Row prewitt_15_16("NuvGradientByPrewitt 15,16/nuv", [] { return large_window_work(15, 16); });
 const Row prewitt("NuvGradientByPrewitt/nuv", [] { return window_work(NuvGradientByPrewitt); });
 
-// The four directions of windows of 7 by 7, summed up pixel by pixel.
+// Sums of the four directions in windows of 7 by 7 pixels, pixel by pixel.
 void plain_four_directions(const uint8_t* p, int32_t width, int32_t height, uint8_t* result) {
   constexpr int32_t kHalf = 3;
   constexpr int32_t kSize = 2 * kHalf + 1;
@@ -87,7 +87,7 @@ const Row shen_jun("NuvShenJunEdgeFast/nuv", [] {
   };
 });
 
-// The photograph's strongest gradients and noise among them, which has many end points.
+// The strongest gradients of the photograph with noise among them, which gives many end points.
 BenchPicture broken_edges() {
   BenchPicture picture = gray_picture();
   BenchPicture edges = picture;
@@ -171,7 +171,7 @@ const Row morphology("NuvEdgeTripeDetection/opencv dilate + erode + subtract", [
   };
 });
 
-// With the histogram that the export gives besides.
+// The export also computes a histogram, so the peer does, too.
 const Row morphology_and_histogram("NuvEdgeTripeDetection/opencv dilate + erode + subtract + calcHist", [] {
   const cv::Mat window = cv::getStructuringElement(cv::MORPH_RECT, {7, 7});
   return [=, picture = gray_picture(), most = cv::Mat(), least = cv::Mat(), result = cv::Mat(),
@@ -187,7 +187,7 @@ const Row morphology_and_histogram("NuvEdgeTripeDetection/opencv dilate + erode 
   };
 });
 
-// Canny also smooths and follows edges from strong pixels; it is the peer of every Shen-Jun form.
+// Canny also smooths, and follows edges from strong pixels. It is the peer of every Shen-Jun form.
 auto canny_work(int32_t width, int32_t height) {
   return [picture = gray_picture(width, height), edges = cv::Mat()]() mutable {
     cv::Canny(picture.mat(), edges, 50, 100);
@@ -198,7 +198,7 @@ const Row fine_canny("NuvShenJunEdgeFine/opencv Canny", [] { return canny_work(1
 const Row fine_canny_large("NuvShenJunEdgeFine 2560x1920/opencv Canny",
                            [] { return canny_work(2560, 1920); });
 
-// The strongest pixel of each column; the export finds two.
+// The peer finds the strongest pixel of each column; the export finds two edge points.
 const Row strongest_of_columns("NuvExtractTwoEdgePointPerCol/opencv reduce", [] {
   return [picture = gray_picture(), most = cv::Mat()]() mutable {
     cv::reduce(picture.mat(), most, 0, cv::REDUCE_MAX);

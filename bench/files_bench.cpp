@@ -1,4 +1,4 @@
-// BMP files in the directory for temporary ones.
+// BMP files in the directory for temporary files.
 
 #include <cstdio>
 #include <filesystem>
@@ -14,7 +14,7 @@
 
 namespace {
 
-// A file that lives as long as the work of its row, which is copied.
+// A temporary file that is deleted with the last copy of its owner.
 class BenchFile {
  public:
   explicit BenchFile(const char* name)

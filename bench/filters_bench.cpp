@@ -64,7 +64,7 @@ const Row median_zero_15("NuvGryImgMedianBoundary0 15x15/nuv",
                          [] { return median_work(NuvGryImgMedianBoundary0, 7); });
 const Row median_zero_63("NuvGryImgMedianBoundary0 63x63/nuv",
                          [] { return median_work(NuvGryImgMedianBoundary0, 31); });
-// The picture of the fast median has one row more behind it, as the filter reads there.
+// The fast median reads one row below the picture, so the picture is one row higher.
 auto fast_median_work(int32_t half) {
   return [=, picture = gray_picture(1280, 961), result = gray_picture()]() mutable {
     NuvGryFastMedianFilter(picture.data(), 1280, 960, half, half, result.data());
@@ -167,7 +167,7 @@ const Row fast_blur_3("NuvGryFastMedianFilter 3x3/opencv medianBlur", [] { retur
 const Row fast_blur_5("NuvGryFastMedianFilter 5x5/opencv medianBlur", [] { return median_blur_work(5); });
 const Row fast_blur_15("NuvGryFastMedianFilter 15x15/opencv medianBlur", [] { return median_blur_work(15); });
 
-// The responses, their energies, and the sum of the energies.
+// Computes the responses, their energies and the sum of the energies.
 const Row energies("NuvEstimateNoiseDelta/opencv filter2D + multiply + norm", [] {
   const cv::Mat mask = (cv::Mat_<float>(3, 3) << 1, -2, 1, -2, 4, -2, 1, -2, 1);
   return [=, picture = gray_picture(), response = cv::Mat(), result = cv::Mat()]() mutable {

@@ -99,7 +99,7 @@ auto shrink_8_work(BenchPicture picture) {
 const Row shrink_8_gray("NuvShrinkImgByAvr 8x8 gray/nuv", [] { return shrink_8_work(gray_picture()); });
 const Row shrink_8_rgb("NuvShrinkImgByAvr 8x8 RGB/nuv", [] { return shrink_8_work(colour_picture()); });
 
-// The picture beside itself, three columns and two rows further, with noise on it.
+// The picture shifted by three columns and two rows, with noise added.
 BenchPicture moved_picture() {
   BenchPicture picture = gray_picture();
   BenchPicture moved = gray_picture();
@@ -154,7 +154,7 @@ const Row cv_flip_horizontal("NuvFlipHorizontal/opencv flip", [] {
   };
 });
 
-// From a place of the result to one of the source.
+// Maps a place of the result to a place of the source.
 cv::Mat turn_matrix(double angle, double x0, double y0) {
   const double c = std::cos(angle * CV_PI / 180);
   const double s = std::sin(angle * CV_PI / 180);
@@ -166,7 +166,7 @@ const Row warp_nearest("NuvRotateImgByCCS/opencv warpAffine", [] {
   int32_t height = 0;
   const std::unique_ptr<uint8_t[]> like(
       NuvRotateImgByCCS(picture.data(), picture.width, picture.height, kAngle, &width, &height));
-  // The result begins where the lower left corner comes to lie.
+  // Column 0 of the result holds the lower left corner.
   const double left = -(picture.height - 1) * std::sin(kAngle * CV_PI / 180);
   const cv::Mat matrix =
       turn_matrix(-kAngle, left * std::cos(kAngle * CV_PI / 180), -left * std::sin(kAngle * CV_PI / 180));

@@ -1,9 +1,9 @@
-// A table of what grows faster than its work.
+// A table of the exports whose time grows faster than their work.
 //
-// Every export runs on pictures of 640x480 and of 2560x1920, and on the smaller ones with windows of half sizes
-// 1, 5 and 15. An export is flagged where its time grows more than 1.5 times faster than the number of pixels,
-// what the machine's caches cost its memory aside, or more than 1.5 times faster than the side of a window.
-// The calls are those of the tests' table of exports, with its arguments.
+// Every export runs on pictures of 640x480 and of 2560x1920 pixels, and on the smaller ones with windows of
+// half sizes 1, 5 and 15. An export is flagged if its time grows more than 1.5 times faster than the number
+// of pixels, apart from the cost of cache misses, or more than 1.5 times faster than the side of a window.
+// The calls and their arguments come from the tests' table of exports.
 
 #include <malloc.h>
 #include <sys/resource.h>
@@ -26,8 +26,9 @@
 namespace {
 
 constexpr double kTolerance = 1.5;
-// A time that is not worth a flag, and the time that all runs of one export may take.
+// Shorter times are not flagged.
 constexpr double kNegligible = 100e-6;
+// The limit for all runs of one export.
 constexpr int kSecondsAtMost = 15;
 
 struct Size {
@@ -69,13 +70,13 @@ bool lies_inside(Size size, int32_t x, int32_t y) {
   return x >= 2 && x < size.width - 2 && y >= 2 && y < size.height - 2;
 }
 
-// One object, of teeth as long as the picture is high.
+// One object with teeth as long as the picture is high.
 Picture comb(Size size) {
   return drawn(
       size, [=](int32_t x, int32_t y) { return lies_inside(size, x, y) && (x % 4 < 2 || y < 6) ? 255 : 0; });
 }
 
-// One object, and one hole as large as the picture.
+// One object with one hole as large as the picture.
 Picture hole(Size size) {
   return drawn(size, [=](int32_t x, int32_t y) {
     const bool is_rim = x < 6 || x >= size.width - 6 || y < 6 || y >= size.height - 6;
@@ -115,14 +116,14 @@ Scene scene_of(uint32_t seed, Size size, const Picture& picture, int32_t half_si
   return scene;
 }
 
-// Processor time. That of the process comes in coarse steps where its limit is watched.
+// The processor time of the thread. The clock of the process has coarse steps once a limit is set.
 double seconds_now() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
   return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-// The least of a few times of one call, each with memory of its own.
+// The least time of a few runs of one call, each with memory of its own.
 Measure measure(const Call& call, uint32_t seed, Size size, const Picture& picture, int32_t half_size) {
   constexpr int kMostRuns = 5;
   constexpr double kEnough = 0.03;
@@ -162,7 +163,8 @@ Times times_of(const Call& call, const Subject& subject, bool with_windows) {
   return times;
 }
 
-// In a process of its own, which the system ends where it takes too long. Returns false then.
+// Runs the work in a process of its own. Returns false if the system ends the process because it takes too
+// long.
 template <class Work>
 bool run_apart(Work work, Times& times) {
   std::array<int, 2> ends{};
@@ -189,7 +191,7 @@ constexpr double kPixelRatio =
     static_cast<double>(kLarge.width) * kLarge.height / (kSmall.width * kSmall.height);
 constexpr double kSideRatio = (2.0 * kHalfSizes[2] + 1) / (2 * kHalfSizes[1] + 1);
 
-// What a byte of memory costs more in the large pictures, by a copy.
+// The additional time per byte of memory in the large pictures, measured by a copy.
 double cache_step(const Subject& subject) {
   const Call copy{"", "", [](Scene& scene) {
                     uint8_t* source = calls::rgb(scene);
@@ -248,7 +250,7 @@ int report(const std::string& pattern, bool all) {
                     nanoseconds(times.windows[2], kSmall), with_windows ? "!" : "");
       }
       std::fflush(stdout);
-      // What does not look at pictures is the same on all of them.
+      // An export with so short a time does not read the picture, so the other pictures are skipped.
       if (times.large.seconds < kNegligible) break;
     }
     flagged += is_flagged ? 1 : 0;
@@ -262,10 +264,10 @@ int report(const std::string& pattern, bool all) {
 int main(int argc, char** argv) {
   const bool all = argc > 1 && std::string(argv[1]) == "--all";
   const int next = all ? 2 : 1;
-  // Memory that is freed stays with the process, so that the system's own work on new memory is not measured.
+  // Freed memory stays with the process, so the time that the system takes for new memory is not measured.
   mallopt(M_MMAP_THRESHOLD, 1 << 30);
   mallopt(M_TRIM_THRESHOLD, INT32_MAX);
-  // Exports that write files do so in a directory that goes with them.
+  // Exports that write files do so in a temporary directory, which is deleted at the end.
   std::string directory = "/tmp/nuv_growth.XXXXXX";
   if (mkdtemp(directory.data()) == nullptr || chdir(directory.c_str()) != 0) {
     std::perror("no directory");

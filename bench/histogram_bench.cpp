@@ -86,7 +86,7 @@ const Row cv_threshold("NuvThreshold/opencv threshold", [] {
   };
 });
 
-// The threshold has to be found before it is applied.
+// The peer needs two steps: it finds the threshold from the histogram, then applies it.
 const Row cv_threshold_by_ratio("NuvThresholdByRatio/opencv calcHist, threshold", [] {
   return [picture = gray_picture(), result = cv::Mat()]() mutable {
     const cv::Mat bins = histogram_of(picture.mat());

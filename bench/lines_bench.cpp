@@ -15,7 +15,7 @@ struct Points {
   int32_t n() const { return static_cast<int32_t>(x.size()); }
 };
 
-// With the settings that find_lines chooses for the size.
+// Uses the settings that the example find_lines chooses for the size.
 auto chain_lines(int32_t width, int32_t height) {
   NuvImgChainLines_Initialize(width, height, 0.9, 1.0, std::min(width, height) / 20, 24, 100000);
   return [picture = gray_picture(width, height)]() mutable {
@@ -27,7 +27,7 @@ const Row small("NuvImgChainLines_DoGryImg 640x480/nuv", [] { return chain_lines
 const Row usual("NuvImgChainLines_DoGryImg/nuv", [] { return chain_lines(1280, 960); });
 const Row large("NuvImgChainLines_DoGryImg 4000x3000/nuv", [] { return chain_lines(4000, 3000); });
 
-// An image with so many edge points, evenly taken from those of the photograph.
+// An image with count edge points, which are spread evenly over the edge points of the photograph.
 BenchPicture edge_points(std::size_t count) {
   BenchPicture picture = gray_picture();
   BenchPicture edges = picture;
@@ -67,7 +67,7 @@ const Row hough("NuvHoughLines_HT/nuv", [] {
   };
 });
 
-// The points of a curve with waves of several lengths, from top to bottom.
+// Points from top to bottom of a curve with waves of two lengths.
 Points wavy_curve(int32_t count) {
   Points points;
   for (int32_t i = 0; i < count; ++i) {
@@ -77,7 +77,7 @@ Points wavy_curve(int32_t count) {
   return points;
 }
 
-// Points on two walls that take turns, which split as unevenly as can be.
+// Points that alternate between two walls. Each split of them is as uneven as possible.
 Points two_walls(int32_t count) {
   Points points;
   for (int32_t i = 0; i < count; ++i) {
@@ -98,7 +98,7 @@ const Row keys("NuvLineKeyPoints 64000 points/nuv", [] { return key_points(wavy_
 const Row keys_of_walls("NuvLineKeyPoints 64000 points on two walls/nuv",
                         [] { return key_points(two_walls(64000), 64000); });
 
-// A circle of pixels.
+// The pixels of a circle.
 Points circle(int32_t count) {
   Points points;
   for (int32_t i = 0; i < count; ++i) {

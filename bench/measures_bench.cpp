@@ -1,4 +1,4 @@
-// Counts of pixels, and what rows and columns measure.
+// Counts of pixels and measures of rows and columns.
 
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
@@ -81,7 +81,7 @@ const Row cv_row_spreads("NuvGryImgRowDev100/opencv meanStdDev", [] {
     }
   };
 });
-// Sums of the values and of their squares, which 16 bits hold.
+// Adds up the values and their squares. 16 bits hold a square.
 const Row cv_column_spreads("NuvGryImgColDev100/opencv reduce, multiply", [] {
   return [picture = gray_picture()]() mutable {
     const cv::Mat image = picture.mat();
@@ -94,7 +94,7 @@ const Row cv_column_spreads("NuvGryImgColDev100/opencv reduce, multiply", [] {
   };
 });
 
-// The strengths of the pixels on an edge more vertical than horizontal.
+// The strengths of the pixels whose edge is more vertical than horizontal.
 cv::Mat vertical_strengths(const cv::Mat& image, bool with_rows) {
   cv::Mat x;
   cv::Mat y;

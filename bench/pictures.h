@@ -1,7 +1,7 @@
-// What the benchmarks work on, and how a row stands beside its peer.
+// Pictures for the benchmarks, and rows that stand beside their peers.
 //
-// A row is named after the export, and after the slash who does the work: "nuv" is the library, "opencv" a
-// peer on the same picture, "copy" the memory's own speed for the same bytes, "plain" the naive form.
+// The name of a row is the export, a slash and the side that does the work. "nuv" is the library, "opencv" a
+// peer on the same picture, "copy" a copy of as many bytes, and "plain" the naive form.
 
 #ifndef NUV_BENCH_PICTURES_H
 #define NUV_BENCH_PICTURES_H
@@ -17,8 +17,8 @@
 #include <opencv2/imgproc.hpp>
 #endif
 
-// One side of a row. make_work() sets the picture up and returns what is measured, a function to be called
-// over and over.
+// One side of a row. make_work() prepares the pictures and returns the function that is called repeatedly and
+// measured.
 struct Row {
   template <class MakeWork>
   Row(const char* name, MakeWork make_work) {
@@ -32,7 +32,8 @@ struct Row {
   }
 };
 
-// Memory from a cache line on, as cameras and the peers have theirs, so that both sides find the same.
+// Memory that is aligned to cache lines, like that of cameras and of the peers. So both sides have the same
+// alignment.
 template <class T>
 struct LineAllocator {
   using value_type = T;
@@ -69,14 +70,14 @@ BenchPicture gray_picture(int32_t width = 1280, int32_t height = 960);
 // The photograph of coins, 384x303.
 BenchPicture coins_picture();
 BenchPicture colour_picture();
-// A copy of so many bytes, to stand beside work that moves as many.
+// Copies count bytes, for comparison with work that moves as many.
 inline auto copy_of_bytes(std::size_t count) {
   return [source = LineVector<uint8_t>(count, 1), target = LineVector<uint8_t>(count)]() mutable {
     target = source;
     benchmark::DoNotOptimize(target.data());
   };
 }
-// The photograph thresholded at 128, with a clear border.
+// The photograph thresholded at 128, with a black border.
 BenchPicture binary_picture();
 
 #endif

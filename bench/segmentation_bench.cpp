@@ -9,7 +9,7 @@ namespace {
 
 constexpr int32_t kMinArea = 60;
 
-// The library's function changes the picture, so that each call gets a copy.
+// The library's function changes the picture, so each call gets a copy.
 auto merge_split_of(BenchPicture picture) {
   return [source = picture, picture, work = LineVector<uint8_t>(2 * picture.pixels.size())]() mutable {
     picture.pixels = source.pixels;
@@ -25,7 +25,7 @@ const Row merge_split_coins("NuvMergeSplit 384x303 coins/nuv",
                             [] { return merge_split_of(coins_picture()); });
 
 #if NUV_WITH_OPENCV
-// With the peer's own delta, and as little of an upper limit as the library has.
+// The peer has its default delta and, like the library, no effective upper limit of the area.
 auto extremal_regions_of(BenchPicture picture) {
   return [picture, detector = cv::MSER::create(5, kMinArea, picture.width * picture.height)]() mutable {
     std::vector<std::vector<cv::Point>> regions;

@@ -1,7 +1,7 @@
 // Aligns a picture to another one of the same scene.
 //
-// The shift is found in the middle of the first picture, by trying all shifts up to a limit. The library's sums
-// have 32 bits; of a picture with more differences than they hold, a smaller middle is compared.
+// All shifts up to a limit are tried, and the middle of the first picture is compared. The sums of the library
+// have 32 bits. If the differences of a large picture could exceed them, a smaller middle is compared.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -33,7 +33,8 @@ struct Alignment {
   int32_t mean = 0;
 };
 
-// What lies a shift or more inside the picture, or as much of its middle as the sums can hold.
+// The part of the picture that lies at least limit pixels inside, or as much of its middle as the sums can
+// hold.
 tagRECT compared_area(const Picture& picture, int32_t limit) {
   const int32_t columns = picture.width - 2 * limit;
   const int32_t rows = picture.height - 2 * limit;
@@ -54,7 +55,7 @@ Alignment aligned(Picture& first, Picture& second, int32_t limit, tagRECT area) 
   return result;
 }
 
-// Absolute, of all channels the largest.
+// The absolute difference of each pixel; in colour, the largest of the three channels.
 Picture difference_of(Picture& a, Picture& b) {
   Picture result{a.width, a.height, 1,
                  std::vector<uint8_t>(a.pixels.size() / static_cast<std::size_t>(a.channels))};

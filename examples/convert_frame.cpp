@@ -1,6 +1,6 @@
 // Converts raw camera frames to BMP files, and BMP files to raw frames.
 //
-// A raw file says nothing of itself: its format and size are given, and its length must fit them.
+// A raw file has no header. So its format and size are options, and its length must fit them.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -34,7 +34,7 @@ struct Rectangle {
 using Convert = bool (*)(uint8_t*, int32_t, int32_t, uint8_t*);
 using Cut = bool (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*);
 
-// The gray of any rectangle.
+// Copies the gray levels of any rectangle.
 template <void (*Copy)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)>
 bool cut_gray(uint8_t* frame, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
               uint8_t* gray) {
@@ -42,7 +42,7 @@ bool cut_gray(uint8_t* frame, int32_t width, int32_t height, int32_t x1, int32_t
   return true;
 }
 
-// Packed frames are cut between groups.
+// Packed frames can only be cut between groups of two pixels.
 bool cut_packed_gray(uint8_t* frame, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                      int32_t y2, uint8_t* gray) {
   return x1 % 2 == 0 && x2 % 2 != 0 &&
@@ -51,7 +51,7 @@ bool cut_packed_gray(uint8_t* frame, int32_t width, int32_t height, int32_t x1, 
 
 struct Format {
   const char* name;
-  int64_t bytes_of_two;  // pixels
+  int64_t bytes_of_two;  // bytes of two pixels
   const char* demands;
   Convert to_rgb, from_rgb;
   Cut cut_rgb, cut_gray;

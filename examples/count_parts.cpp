@@ -1,7 +1,7 @@
 // Counts the parts in a photograph and measures each.
 //
-// Threshold, clean-up, contours: the road that most inspections take. Parts are what is brighter (or, with
-// --dark, darker) than the background; what is smaller than a part, or a hole smaller than a real one, goes.
+// Most inspections take these steps: threshold, clean-up, contours. Parts are brighter than the background or,
+// with --dark, darker. Objects and holes below a least area are dropped.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -21,7 +21,7 @@ namespace {
 struct Options {
   std::string picture;
   std::string result;
-  int32_t threshold = -1;  // Otsu's
+  int32_t threshold = -1;  // below 0: Otsu's
   bool dark = false;
   int32_t background = 0;
   int32_t smooth = 1;
@@ -44,8 +44,8 @@ Picture blank_like(const Picture& gray) {
   return {gray.width, gray.height, 1, std::vector<uint8_t>(gray.pixels.size())};
 }
 
-// Evens out light that changes across the picture: what a pixel has more than the mean of its surroundings,
-// from a middle gray on.
+// Evens out light that changes across the picture. The result is 128 plus the difference of each pixel from the
+// mean of its surroundings.
 Picture flattened(Picture& gray, int32_t half_size) {
   Picture mean = blank_like(gray);
   NuvGryAverageFilter(gray.pixels.data(), gray.width, gray.height, half_size, half_size, mean.pixels.data());
@@ -55,7 +55,7 @@ Picture flattened(Picture& gray, int32_t half_size) {
   return mean;
 }
 
-// Parts as 255 on 0.
+// Sets parts to 255 and the background to 0.
 Picture binarised(Picture& gray, Options& options) {
   if (options.threshold < 0) options.threshold = otsu_threshold(gray);
   Picture binary = gray;
@@ -66,7 +66,7 @@ Picture binarised(Picture& gray, Options& options) {
   return binary;
 }
 
-// Rough outlines smoothed.
+// Smooths rough outlines.
 Picture smoothed(Picture binary, int32_t half_size) {
   if (half_size == 0) return binary;
   Picture result = blank_like(binary);
@@ -78,19 +78,19 @@ Picture smoothed(Picture binary, int32_t half_size) {
 
 using Contours = std::unique_ptr<NUV_CONTOUR_STRUCT, decltype(&NuvFreeContours)>;
 
-// Outlines of objects and holes of so many pixels.
+// The outlines of the objects and holes that have at least min_area pixels.
 Contours contours_of(Picture& binary, int32_t min_area) {
   std::vector<uint8_t> work(binary.pixels.size());
   return {NuvGetContours(binary.pixels.data(), work.data(), binary.width, binary.height, 1, min_area, 0),
           NuvFreeContours};
 }
 
-// An object, or a hole, with everything in it.
+// The outline of an object or of a hole. Everything inside belongs to it.
 struct Outline {
   const NUV_CONTOUR_STRUCT* contour;
   tagRECT box;
 
-  // Whether an outline that starts there and has so many pixels lies in it.
+  // Whether an outline that starts at (x, y) and has the given area lies inside this one.
   bool holds(int32_t x, int32_t y, int32_t area) const {
     return contour->area > area && x >= box.left && x <= box.right && y >= box.top && y <= box.bottom &&
            NuvIsPointIncludedByChain(x, y, contour->x, contour->y, contour->pChainCode, contour->N);
@@ -108,7 +108,8 @@ Part measured(const Outline& object) {
   return part;
 }
 
-// The objects that are large enough, each with its holes. A hole that is too small is closed, with all in it.
+// The objects that are large enough, each with its holes. A hole that is too small is closed with everything in
+// it.
 std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours, const Options& options) {
   std::vector<Outline> objects;
   std::vector<Outline> holes;
@@ -120,7 +121,7 @@ std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours, const Options& op
   }
 
   std::vector<Part> parts;
-  std::vector<std::size_t> part_of(objects.size(), 0);  // counted from 1; 0 for none
+  std::vector<std::size_t> part_of(objects.size(), 0);  // number of the part, from 1; 0 for none
   for (std::size_t i = 0; i < objects.size(); ++i) {
     const NUV_CONTOUR_STRUCT& c = *objects[i].contour;
     const auto holds_it = [&](const Outline& hole) { return hole.holds(c.x, c.y, c.area); };
@@ -130,7 +131,7 @@ std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours, const Options& op
   }
   for (const Outline& hole : holes) {
     const NUV_CONTOUR_STRUCT& h = *hole.contour;
-    std::size_t owner = objects.size();  // the smallest object around it
+    std::size_t owner = objects.size();  // the smallest object around the hole
     for (std::size_t i = 0; i < objects.size(); ++i) {
       const bool is_smaller =
           owner == objects.size() || objects[i].contour->area < objects[owner].contour->area;
@@ -144,7 +145,7 @@ std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours, const Options& op
   return parts;
 }
 
-// Each part's outline in the picture, and its number at its centre.
+// Draws the outline of each part into the picture, and its number at its centre.
 Picture drawn(Picture picture, const std::vector<Part>& parts) {
   constexpr std::array<uint8_t, 3> kOutline = {60, 220, 60};
   constexpr int32_t kDigitWidth = 8;

@@ -1,6 +1,7 @@
 // Finds the straight edges of a photograph.
 //
-// The road of a host: read a picture, size the detector once, detect, read the segments, draw them.
+// A program with the chain-line detector takes these steps: read a picture, initialise the detector for its
+// size, detect, read the segments, draw them.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -21,10 +22,10 @@ struct Options {
   std::string picture;
   std::string result;
   int32_t threshold = 24;
-  int32_t min_length = 0;  // 0: by the size of the picture
+  int32_t min_length = 0;  // 0: depends on the size of the picture
   double straightness = 0.9;
   double deviation = 1.0;
-  int32_t max_lines = 0;  // 0: by the size of the picture
+  int32_t max_lines = 0;  // 0: depends on the size of the picture
   bool csv = false;
 };
 
@@ -40,7 +41,7 @@ double angle_of(const TAVI_LINE_SEGMENT& s) {
   return NuvABCLineAngleDegree2AxisX(s.A, s.B, s.C);
 }
 
-// What is not given scales with the picture: a line worth a mention is a share of the shorter side.
+// Options that are not given depend on the picture. The least length of a line is a share of the shorter side.
 void complete(Options& options, const Picture& picture) {
   if (options.min_length == 0) {
     options.min_length = std::max(12, std::min(picture.width, picture.height) / 20);
@@ -70,7 +71,7 @@ struct Colour {
   int32_t r, g, b;
 };
 
-// Round the colour wheel by the angle, so that directions can be told apart.
+// A colour of the wheel for each angle, so directions can be distinguished.
 Colour colour_of(double angle) {
   const auto channel = [angle](double peak) {
     const double distance = std::fabs(std::remainder(angle - peak, 180.0)) / 90.0;
@@ -79,7 +80,7 @@ Colour colour_of(double angle) {
   return {channel(0), channel(60), channel(120)};
 }
 
-// The picture, darkened, with the segments in colour.
+// Darkens the picture and draws the segments in colour.
 Picture draw(Picture& picture, const std::vector<TAVI_LINE_SEGMENT>& segments) {
   Picture drawing = to_colour(picture);
   for (uint8_t& byte : drawing.pixels) byte = static_cast<uint8_t>(byte / 2);

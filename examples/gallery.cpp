@@ -1,7 +1,7 @@
-// Makes the pictures of docs/gallery.md: what each family of the library does, before and after.
+// Makes the pictures of docs/gallery.md, which show the effect of each family of the library.
 //
-// A picture is a function of the two photographs, and a row of the table at the end. It is composed of
-// panels: the last one shows the result, and those before it what that was made of.
+// Each picture is made by a function of the two photographs, which is listed in the table at the end. It
+// consists of panels: the last one shows the result, and those before it show the source.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -70,7 +70,7 @@ Picture small_coins(const Photographs& photographs) {
   return resized(photographs.coins, 256, 202);
 }
 
-// A darker ground for what is drawn in colour.
+// A darker background for drawings in colour.
 Picture dimmed(Picture gray) {
   for (uint8_t& pixel : gray.pixels) pixel = static_cast<uint8_t>(pixel / 2);
   return to_colour(gray);
@@ -84,7 +84,7 @@ void paste(Picture& panel, Picture& result, int32_t x, int32_t y) {
             x, y);
 }
 
-// Panels on white, side by side or one below the other; in colour if one of them is.
+// Arranges panels on white, side by side or one below the other. The result is in colour if one of them is.
 Picture arranged(std::vector<Picture> panels, bool across) {
   constexpr int32_t kGap = 8;
   Picture size;
@@ -112,7 +112,7 @@ Picture below(std::vector<Picture> panels) {
 
 // ---- Colours and chains -----------------------------------------------------------------------------------
 
-// The colour wheel in degrees: 0 red, 120 green, 240 blue.
+// A colour of the wheel in degrees: 0 is red, 120 green, 240 blue.
 Colour hue(double degrees) {
   const auto channel = [degrees](double peak) {
     const double distance = std::fabs(std::remainder(degrees - peak, 360.0)) / 60.0;
@@ -121,7 +121,7 @@ Colour hue(double degrees) {
   return {channel(240), channel(120), channel(0)};
 }
 
-// Far apart on the wheel for numbers that follow each other.
+// Consecutive numbers get colours that lie far apart on the wheel.
 Colour colour_of_number(int32_t number) {
   return hue(number * 137.5);
 }
@@ -173,7 +173,8 @@ Picture thresholded(const Photographs& photographs) {
 
 // ---- Filters ----------------------------------------------------------------------------------------------
 
-// The generator is seeded by the first call of all; after it the host's own seed holds.
+// The first call seeds the generator. A seed that is set after it takes effect, so the noise is always the
+// same.
 Picture noisy(Picture gray, double strength, uint32_t type) {
   Brindlemar2008AddNoise(nullptr, 0, strength, type);
   std::srand(1);
@@ -187,7 +188,7 @@ Picture median(Picture gray) {
   return result;
 }
 
-// Without the outermost pixels, which these filters do not smooth.
+// The picture without its outermost pixels, which these filters do not smooth.
 Picture inner(const Picture& gray) {
   return cut(gray, 1, 1, gray.width - 2, gray.height - 2);
 }
@@ -212,7 +213,7 @@ Picture grain(const Photographs& photographs) {
 
 // ---- Binary images ----------------------------------------------------------------------------------------
 
-// What is brighter than the mean of its surroundings.
+// Sets pixels to 255 that are brighter than the mean of their surroundings.
 Picture bright_parts(Picture gray) {
   Picture mean = blank_like(gray);
   NuvGryAverageFilter(gray.pixels.data(), gray.width, gray.height, 40, 40, mean.pixels.data());
@@ -221,7 +222,8 @@ Picture bright_parts(Picture gray) {
   return gray;
 }
 
-// Where a window of 2*half + 1 pixels is whiter than a threshold: 0 grows, 127 smooths, 254 shrinks.
+// Sets pixels to 255 if the mean of a square window of 2 * half + 1 pixels per side is above the threshold. A
+// threshold of 0 grows, 127 smooths, 254 shrinks.
 Picture box_filtered(Picture binary, int32_t half, int32_t threshold) {
   const int32_t side = 2 * half + 1;
   Picture result = blank_like(binary);
@@ -230,7 +232,7 @@ Picture box_filtered(Picture binary, int32_t half, int32_t threshold) {
   return result;
 }
 
-// Rims closed, holes filled, specks removed, outlines smoothed.
+// Closes rims, fills holes, removes specks and smooths outlines.
 Picture cleaned(const Picture& binary) {
   Picture grown = box_filtered(box_filtered(binary, 1, 100), 1, 0);
   Picture filled = blank_like(grown);
@@ -265,7 +267,7 @@ Picture thinned(const Photographs&) {
 
 Picture numbered(const Photographs& photographs) {
   Picture binary = cleaned(bright_parts(small_coins(photographs)));
-  std::vector<RLX> runs(binary.pixels.size(), RLX{0, 0, -1, 0});  // of those not written nothing is drawn
+  std::vector<RLX> runs(binary.pixels.size(), RLX{0, 0, -1, 0});  // empty runs are not drawn
   NuvRLXRegionsWithID(binary.pixels.data(), binary.width, binary.height, 1, 1, runs.data(),
                       static_cast<int32_t>(runs.size()));
   Picture result = blank(binary.width, binary.height, 3);
@@ -334,7 +336,7 @@ Picture chain_lines(const Photographs& photographs) {
   return beside({gray, result});
 }
 
-// Five lines that noise has eaten half of, among specks.
+// Five lines among specks. Noise has erased half of their pixels.
 Picture hough_scene() {
   Picture scene = blank(256, 256);
   constexpr std::array<std::array<int32_t, 3>, 5> kLines = {
@@ -397,7 +399,7 @@ Picture regions(const Photographs& photographs) {
 
 // ---- Transforms -------------------------------------------------------------------------------------------
 
-// A photograph that came in askew, and a part of it read upright.
+// A rotated photograph and a part of it that is copied upright.
 Picture turned(const Photographs& photographs) {
   constexpr double kAngle = 20.0;
   const double c = std::cos(kAngle * 3.14159 / 180);
@@ -409,7 +411,7 @@ Picture turned(const Photographs& photographs) {
   if (!pixels) throw std::bad_alloc();
   askew.pixels.assign(pixels.get(), pixels.get() + static_cast<std::size_t>(askew.width) * askew.height);
 
-  // Where pixels went; the lower left corner went to column 0.
+  // The places of source pixels in the rotated picture. The lower left corner lies in column 0.
   const auto x_of = [&](double x, double y) { return static_cast<int32_t>(x * c + (gray.height - y) * s); };
   const auto y_of = [&](double x, double y) { return static_cast<int32_t>(x * s + y * c); };
   constexpr int32_t kLeft = 120;
@@ -441,7 +443,7 @@ Picture enlarged(const Photographs& photographs) {
   return beside({squares, resized(gray, 256, 256)});
 }
 
-// What has changed between two pictures: three coins have been turned round.
+// The difference of two pictures. Three coins are turned round in the second.
 Picture changed(const Photographs& photographs) {
   Picture gray = resized(photographs.coins, 192, 152);
   Picture other = gray;
@@ -460,7 +462,7 @@ Picture changed(const Photographs& photographs) {
 
 // ---- Colour -----------------------------------------------------------------------------------------------
 
-// Dark is blue, bright is red.
+// Shows dark pixels in blue and bright ones in red.
 Picture false_colours(const Picture& gray) {
   Picture result = blank(gray.width, gray.height, 3);
   auto out = result.pixels.begin();
@@ -471,7 +473,7 @@ Picture false_colours(const Picture& gray) {
   return result;
 }
 
-// A colour picture, the three planes of its frame, and what a screen makes of the frame.
+// A colour picture, the three planes of its frame, and the frame converted back to colour.
 Picture frame(const Photographs& photographs) {
   Picture colour = false_colours(resized(close_up(photographs), 128, 128));
   const int32_t width = colour.width;
@@ -491,7 +493,7 @@ Picture frame(const Photographs& photographs) {
 
 // ---- Drawing ----------------------------------------------------------------------------------------------
 
-// A photograph with the sums of its columns below and of its rows at its side.
+// A photograph with the sums of its columns below it and the sums of its rows at its side.
 Picture projections(const Photographs& photographs) {
   Picture gray = halved(photographs.camera);
   std::vector<int32_t> columns(static_cast<std::size_t>(gray.width));
@@ -504,8 +506,8 @@ Picture projections(const Photographs& photographs) {
   return below({beside({gray, of_rows}), of_columns});
 }
 
-// Draws over a colour picture what can be drawn into gray images alone, in some channels (0 blue, 1 green,
-// 2 red): draw(layer, width, height).
+// Draws a shape into some channels of a colour picture (0 blue, 1 green, 2 red). draw(layer, width, height)
+// draws it into a gray image, because some exports draw only into gray images.
 template <class Draw>
 void draw_layer(Picture& picture, std::initializer_list<int32_t> channels, const Draw& draw) {
   Picture layer = blank_like(picture);

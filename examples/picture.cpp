@@ -96,7 +96,7 @@ void write_picture(Picture& picture, const std::string& file) {
   errno = 0;
   const bool written = write(picture.pixels.data(), picture.width, picture.height, file.c_str());
   const std::string reason = errno != 0 ? std::strerror(errno) : "cannot be written";
-  // A full disk can show only when the file is closed, so its size is looked at as well.
+  // A full disk can cause an error as late as when the file is closed, so the size is checked, too.
   const bool is_file = fs::is_regular_file(file, unknown);
   if (written && (!is_file || fs::file_size(file, unknown) >= picture.pixels.size())) return;
   if (is_file && fs::file_size(file, unknown) < picture.pixels.size()) fs::remove(file, unknown);
@@ -132,8 +132,8 @@ Histogram scaled_down(Histogram bins, int32_t most_pixels) {
 }
 
 int32_t otsu_threshold(Picture& gray) {
-  constexpr int32_t kMostPixels = 8000000;  // of level 255, whose sum has 31 bits
+  constexpr int32_t kMostPixels = 8000000;  // 31 bits hold their sum at level 255
   Histogram bins = scaled_down(histogram_of(gray), kMostPixels);
-  // The library gives the highest level of the dark class.
+  // The library returns the highest level of the dark class.
   return NuvGetOtsuThreshold(bins.data(), 256) + 1;
 }

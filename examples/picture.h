@@ -1,4 +1,4 @@
-// Pictures for the examples: BMP files in and out.
+// Pictures for the examples, read from BMP files and written to them.
 
 #ifndef NUV_EXAMPLES_PICTURE_H
 #define NUV_EXAMPLES_PICTURE_H
@@ -17,19 +17,20 @@ struct Picture {
   std::vector<uint8_t> pixels;
 };
 
-// What went wrong with a file, as one line that names it.
+// An error with a file. The message is one line that names the file and the reason.
 struct PictureError : std::runtime_error {
   PictureError(const std::string& file, const std::string& reason)
       : std::runtime_error(file + ": " + reason) {}
 };
 
-// Reads an 8-bit or 24-bit BMP file. The library's readers believe a header; this one checks it first.
+// Reads an 8-bit or 24-bit BMP file. The readers of the library trust its header, so this function checks the
+// header first.
 Picture read_picture(const std::string& file);
 
-// Refuses a result file that is the picture itself.
+// Throws if the result file is the file of the picture.
 void check_result(const std::string& picture, const std::string& result);
 
-// Writes an 8-bit or 24-bit BMP file. A file that cannot be completed is removed again.
+// Writes an 8-bit or 24-bit BMP file. A file that cannot be completed is removed.
 void write_picture(Picture& picture, const std::string& file);
 
 Picture to_gray(Picture& picture);
@@ -39,8 +40,8 @@ using Histogram = std::array<int32_t, 256>;
 
 Histogram histogram_of(Picture& gray);
 
-// Divides the bins so that they count about that many pixels at most. An occupied bin stays occupied. The
-// library's sums over a histogram have 32 bits, which the histogram of a large picture exceeds.
+// Divides the bins so that they count about most_pixels pixels at most. An occupied bin stays occupied. The
+// sums of the library over a histogram have 32 bits, which the histogram of a large picture would exceed.
 Histogram scaled_down(Histogram bins, int32_t most_pixels);
 
 // The least gray level of the bright class by Otsu's method.

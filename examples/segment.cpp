@@ -1,7 +1,7 @@
 // Segments a photograph into a tree of dark regions.
 //
-// No threshold is asked for: gray levels fall one by one, and regions that split become parents or make room
-// for their parts.
+// There is no threshold to choose. Gray levels fall one by one, and a region that splits becomes a parent or is
+// replaced by its parts.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -30,7 +30,7 @@ struct Options {
 
 using RegionList = std::unique_ptr<RegionStruct, decltype(&NuvFreeRegionStruct)>;
 
-// Regions by number, with the numbers of their children, and those without a parent under -1.
+// The regions by number, and the numbers of the children of each. Regions without a parent are children of -1.
 struct Tree {
   std::map<int32_t, const RegionStruct*> regions;
   std::map<int32_t, std::vector<int32_t>> children;
@@ -43,7 +43,8 @@ struct Tree {
   }
 };
 
-// Calls visit(region, depth) for a region's descendants, the largest first.
+// Calls visit(region, depth) for all descendants of a region. Of the children of a region the largest comes
+// first.
 template <class Visit>
 void walk(const Tree& tree, int32_t parent, int depth, const Visit& visit) {
   const auto found = tree.children.find(parent);
@@ -68,7 +69,7 @@ void print_tree(const Tree& tree) {
   });
 }
 
-// Outlines in a colour for their depth, the deeper ones over the others.
+// Draws outlines in the colour of their depth, with the deeper ones on top.
 Picture drawn(Picture picture, const Tree& tree) {
   constexpr std::array<std::array<uint8_t, 3>, 5> kColours = {
       {{60, 220, 60}, {40, 160, 255}, {255, 120, 60}, {60, 60, 240}, {240, 240, 80}}};

@@ -1,7 +1,7 @@
-// Picks a gray threshold of a photograph and applies it.
+// Chooses a gray threshold for a photograph and applies it.
 //
-// Four ways to a level, each from the histogram: Otsu's, a share of the pixels, the noise of a difference
-// image, and clusters of gray levels.
+// There are four methods, each based on a histogram: Otsu's threshold, a share of the pixels, the noise of a
+// difference image, and clusters of gray levels.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -64,7 +64,7 @@ Picture by_ratio(Picture& gray, const Options& options) {
   return result;
 }
 
-// The difference to the neighbours: what exceeds its noise is an edge.
+// Pixels are edges if their difference from the neighbours exceeds the noise of the difference image.
 Picture by_difference(Picture& gray, const Options& /*options*/) {
   Picture difference = blank_like(gray);
   NuvRobert(gray.pixels.data(), gray.width, gray.height, difference.pixels.data());
@@ -74,9 +74,10 @@ Picture by_difference(Picture& gray, const Options& /*options*/) {
   return binarised(difference, threshold);
 }
 
-// Each pixel as the centre of its cluster.
+// Sets each pixel to the centre of its cluster.
 Picture by_clusters(Picture& gray, const Options& options) {
-  // The library adds all pixels up once per pass: so few leave room for 400 passes, and this eps takes fewer.
+  // The library adds all pixels to its 32-bit sums in each pass. This number leaves room for 400 passes, and
+  // the eps below takes fewer.
   constexpr int32_t kMostPixels = 20000;
   Histogram bins = scaled_down(histogram_of(gray), kMostPixels);
   const auto occupied =
@@ -97,7 +98,7 @@ Picture by_clusters(Picture& gray, const Options& options) {
   return result;
 }
 
-// Bars that stand: the library hangs them from the top row.
+// Draws the histogram and turns it over, because the bars of the library hang from the top row.
 Picture picture_of(Histogram bins) {
   Picture picture{512, 200, 1, std::vector<uint8_t>(512 * 200)};
   NuvDrawHistogram2Img(bins.data(), 256, picture.pixels.data(), picture.width, picture.height);

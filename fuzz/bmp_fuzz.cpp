@@ -1,5 +1,6 @@
 // Feeds any bytes to both BMP readers as a file.
-// fuzz.sh limits its allocations: a header must not get more memory than its file can fill.
+//
+// fuzz.sh limits the allocations: a header must not get more memory than its file can fill.
 
 #include <memory>
 
@@ -19,10 +20,10 @@ void read_with(uint8_t* (*reader)(const char*, int32_t*, int32_t*), const char* 
   const uint64_t bytes =
       static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * static_cast<uint64_t>(bytes_per_pixel);
   NUV_CHECK(bytes <= file_size);
-  // Every byte of the image is there.
+  // Every byte of the image can be read.
   unsigned sum = 0;
   for (uint64_t i = 0; i < bytes; ++i) sum += pixels[i];
-  NUV_CHECK(sum != UINT32_MAX);  // always so, but only after looking
+  NUV_CHECK(sum != UINT32_MAX);  // always true; the check keeps the reads
 }
 
 }  // namespace

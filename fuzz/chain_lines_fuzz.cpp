@@ -1,4 +1,4 @@
-// The chain-line detector: any settings, a few detections, everything fetched.
+// Runs the chain-line detector with any settings for a few detections and fetches all results.
 
 #include <algorithm>
 
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const bool ready =
         NuvImgChainLines_Initialize(width, height, straightness, deviation, min_length, threshold, max_lines);
     const bool fits = input.flag();
-    // Sometimes not of the size announced.
+    // Sometimes the image does not have the announced size.
     const int32_t seen_width = input.flag() ? input.between(0, 70) : width;
     std::vector<uint8_t> image = input.bytes(static_cast<std::size_t>(seen_width * height));
     const int32_t n = NuvImgChainLines_DoGryImg(image.data(), seen_width, height, fits);

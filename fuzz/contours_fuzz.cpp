@@ -1,4 +1,4 @@
-// Traces any binary image, and asks the chains that come of it what a chain can be asked.
+// Traces any binary image and calls the functions of chains with the results.
 
 #include "input.h"
 #include "nuv/contours.h"

@@ -1,4 +1,4 @@
-// The Hough detector: any points, every form of the transform, all lines fetched.
+// Runs the Hough detector with any points in every form of the transform and fetches all lines.
 
 #include "input.h"
 #include "nuv/lines.h"

@@ -1,4 +1,4 @@
-// What a fuzzer's bytes become: numbers, images, and checks that stop the run.
+// Turns the bytes of a fuzzer into numbers and images; checks that stop the run.
 
 #ifndef NUV_FUZZ_INPUT_H
 #define NUV_FUZZ_INPUT_H
@@ -10,7 +10,7 @@
 #include <cstring>
 #include <vector>
 
-// Unlike assert() it holds in every build.
+// Unlike assert(), this check is made in every build.
 #define NUV_CHECK(condition)                                                       \
   do {                                                                             \
     if (!(condition)) {                                                            \
@@ -23,7 +23,7 @@ class Input {
  public:
   Input(const uint8_t* data, std::size_t size) : data_(data), size_(size) {}
 
-  // A number of that type by its bytes; those behind the end of the data are 0.
+  // A number of type T from its bytes. Bytes after the end of the data are 0.
   template <class T>
   T any() {
     T value{};
@@ -37,18 +37,18 @@ class Input {
   int32_t between(int32_t low, int32_t high) { return low + any<uint16_t>() % (high - low + 1); }
   bool flag() { return any<uint8_t>() % 2 == 1; }
 
-  // Mostly small, sometimes any number at all.
+  // Half of the numbers are small, the others have any value.
   int32_t number() { return flag() ? any<int8_t>() : any<int32_t>(); }
   double real() { return flag() ? any<int16_t>() / 64.0 : any<double>(); }
 
-  // Gray levels; what the data does not fill repeats it.
+  // Gray levels from the data, which is repeated until it fills them.
   std::vector<uint8_t> bytes(std::size_t count) {
     std::vector<uint8_t> result(count);
     for (std::size_t i = 0; i < count; ++i) result[i] = size_ == 0 ? 0 : data_[i % size_];
     return result;
   }
 
-  // Pixels of 0 and 255, one a bit.
+  // Pixels of 0 and 255, one per bit.
   std::vector<uint8_t> pixels(std::size_t count) {
     std::vector<uint8_t> result = bytes((count + 7) / 8);
     result.resize(count);
@@ -61,7 +61,7 @@ class Input {
   std::size_t size_;
 };
 
-// Whether a chain stays inside an image, and where it ends.
+// The end of a chain, and whether all of it lies inside the image.
 struct Walk {
   int32_t x;
   int32_t y;

@@ -1,4 +1,4 @@
-// A file in memory, reached by a name.
+// A file in memory that has a name.
 
 #ifndef NUV_FUZZ_MEMORY_FILE_H
 #define NUV_FUZZ_MEMORY_FILE_H

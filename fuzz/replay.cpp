@@ -1,4 +1,4 @@
-// Plays files to a fuzz target, as its fuzzer would: what was found once is tested for good.
+// Passes files to a fuzz target as its fuzzer would, so inputs that were found once are tested from then on.
 
 #include <filesystem>
 #include <fstream>

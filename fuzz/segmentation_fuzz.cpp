@@ -1,4 +1,4 @@
-// Segments any image, and holds the tree to what is said of it.
+// Segments any image and checks that the tree is as documented.
 
 #include <set>
 
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const double ratio = input.real();
   const auto count = static_cast<std::size_t>(width * height);
   std::vector<uint8_t> image = input.bytes(count);
-  if (input.flag()) {  // few levels, so that regions hold together
+  if (input.flag()) {  // few levels give larger regions
     for (uint8_t& pixel : image) pixel &= 0xE0;
   }
   std::vector<uint8_t> work(2 * count);
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     NUV_CHECK(region->area >= min_area);
     NUV_CHECK(region->next == nullptr || region->next->area >= region->area);
     NUV_CHECK(seen.insert(region->ID).second);
-    NUV_CHECK(seen.count(region->parentID) == 0);  // parents stand farther on
+    NUV_CHECK(seen.count(region->parentID) == 0);  // parents come later in the list
     if (region->parentID != -1) parents.insert(region->parentID);
   }
   for (const int32_t parent : parents) NUV_CHECK(seen.count(parent) == 1);

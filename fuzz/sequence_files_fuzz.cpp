@@ -1,4 +1,4 @@
-// Reads any bytes as a list of files, and asks for its names with room for few or many characters.
+// Reads any bytes as a list of files and requests its names with room for few or many characters.
 
 #include "input.h"
 #include "memory_file.h"
