@@ -166,7 +166,7 @@ const Row warp_nearest("NuvRotateImgByCCS/opencv warpAffine", [] {
   int32_t height = 0;
   const std::unique_ptr<uint8_t[]> like(
       NuvRotateImgByCCS(picture.data(), picture.width, picture.height, kAngle, &width, &height));
-  // Column 0 of the result holds the lower left corner.
+  // The lower left corner of the source lies in column 0 of the result.
   const double left = -(picture.height - 1) * std::sin(kAngle * CV_PI / 180);
   const cv::Mat matrix =
       turn_matrix(-kAngle, left * std::cos(kAngle * CV_PI / 180), -left * std::sin(kAngle * CV_PI / 180));

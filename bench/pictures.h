@@ -1,7 +1,8 @@
 // Pictures for the benchmarks, and rows that stand beside their peers.
 //
-// The name of a row is the export, a slash and the side that does the work. "nuv" is the library, "opencv" a
-// peer on the same picture, "copy" a copy of as many bytes, and "plain" the naive form.
+// The name of a row is the export, a slash and the side that does the work. "nuv" is the library, "opencv" or
+// the name of another library is a peer on the same picture, "copy" is a copy of as many bytes, and "plain"
+// is the naive form.
 
 #ifndef NUV_BENCH_PICTURES_H
 #define NUV_BENCH_PICTURES_H

@@ -1,7 +1,7 @@
 // Counts the parts in a photograph and measures each.
 //
 // Most inspections take these steps: threshold, clean-up, contours. Parts are brighter than the background or,
-// with --dark, darker. Objects and holes below a least area are dropped.
+// with --dark, darker. Objects below a least area are ignored, and holes below a least area are closed.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

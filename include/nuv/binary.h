@@ -19,7 +19,8 @@
 /// place. The interior of an image is all pixels but those of its first and last row and column. The
 /// neighbours of a pixel are the eight around it.
 ///
-/// Regions x1..x2, y1..y2 include both ends. All functions may run on several threads at once.
+/// Regions x1..x2, y1..y2 include both ends. An image without pixels is neither read nor written. All functions
+/// may run on several threads at once, each with images of its own.
 /// @{
 
 /// @defgroup binary_measures Binary measures
@@ -143,7 +144,7 @@ NUV_API bool NuvBinImgRemoveMskAndFilterUseLUT(uint8_t* pBinImg, uint8_t* pMskIm
 ///
 /// Growth of black and of white by one pixel.
 ///
-/// Pixels of the source decide which pixels grow, so the order of the pixels does not matter.
+/// Which pixels grow depends only on the image before the call, in place as well.
 ///
 /// @see J. Serra, Image analysis and mathematical morphology, 1982
 /// @{

@@ -1,7 +1,7 @@
 // How large a square an image can be eroded by before nothing is left.
 //
-// Each round measures the distances of the white pixels to the ends of their runs, takes the median as half
-// size and erodes by that. Along rows the distances of a run are copied from a table. Along columns they are
+// Each round measures the distances of the white pixels to the ends of their runs and erodes with their
+// median as half size. Along rows the distances of a run are copied from a table. Along columns they are
 // counted row by row, once downwards and once upwards, so that a step works on whole rows.
 
 #include <algorithm>
@@ -55,7 +55,7 @@ NUV_ROW_KERNEL void take_lesser_distance(uint8_t* NUV_RESTRICT row, uint8_t* NUV
   }
 }
 
-// Lowers each white pixel to its distances from both ends of its run in the column.
+// Lowers each white pixel to the lesser of its distances from the two ends of its run in the column.
 void take_lesser_distances_in_columns(GrayImage image) {
   if (image.empty()) return;
   constexpr int32_t kStrip = 4096;
@@ -69,8 +69,8 @@ void take_lesser_distances_in_columns(GrayImage image) {
   }
 }
 
-// Replaces each white pixel by the lesser of its distances to the ends of its run in the row and in the
-// column.
+// Replaces each white pixel by the least of its distances to the ends of its runs in row and column, and counts
+// the results.
 Histogram distances_to_run_ends(GrayImage image) {
   const Lines rows = rows_of(image);
   for (int32_t y = 0; y < rows.count; ++y) {
@@ -121,7 +121,7 @@ int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, uint8_t* pW
                                 pWorkImg)) {
       return *pSize;
     }
-    // An erosion can leave white unchanged for ever: borders repeat the nearest result, and lone black pixels
+    // An erosion can leave white unchanged: borders repeat the nearest result, and lone black pixels
     // do not grow.
     if (std::memcmp(pWorkImg, pTmpImg, static_cast<std::size_t>(work.size())) == 0) return *pSize;
   }

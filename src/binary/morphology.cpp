@@ -167,8 +167,8 @@ void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Gr
 
   for (std::ptrdiff_t strip = grown.x1; strip <= grown.x2; strip += kStrip) {
     const std::ptrdiff_t n = std::min(kStrip, grown.x2 + 1 - strip);
-    // The strip begins at place 2 of the packed rows. The visited columns in it and next to it begin at column
-    // first, which has the place below.
+    // The strip begins at place 2 of the packed rows. The visited columns in the strip and next to it are count
+    // columns from column first on, which is at the given place.
     const std::ptrdiff_t first = std::max<std::ptrdiff_t>(strip - 1, visited.x1);
     const std::ptrdiff_t place = first - strip + 2;
     const std::ptrdiff_t count = std::min<std::ptrdiff_t>(strip + n, visited.x2) - first + 1;

@@ -1,7 +1,8 @@
 // Points removed by the number of their neighbours.
 //
-// A scan that sees its own changes depends only on whether the pixel at the left has changed. So a row kernel
-// works out both outcomes for every pixel, and a scan of the candidates chooses one of the two.
+// The count of neighbours uses a scan that sees its own changes. All neighbours of a pixel are known before the
+// scan of its row, except that the left one may change. So a row kernel works out both outcomes for every
+// pixel, and a scan of the candidates chooses one of the two.
 
 #include <algorithm>
 #include <array>
@@ -29,8 +30,7 @@ NUV_ROW_KERNEL void keep_accompanied(const uint8_t* p, std::ptrdiff_t w, uint8_t
 
 // ---- points changed by how many neighbours have their value ----
 
-// Whether a pixel changes depends on whether its left neighbour has changed. All its other neighbours are known
-// before the scan of the row.
+// Flags of a pixel that changes if its left neighbour stays, and if its left neighbour changes.
 constexpr uint8_t kIfLeftStays = 1;
 constexpr uint8_t kIfLeftChanges = 2;
 

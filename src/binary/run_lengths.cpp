@@ -126,9 +126,9 @@ NUV_ROW_KERNEL void count_down(const uint8_t* row, const uint8_t* above, uint8_t
   }
 }
 
-// One step up: the place of the last pixel of a run is the length of the run, and the pixels above it take that
-// length over. white_below is 255 where the pixel of the row below is white, and lengths holds the lengths of
-// the runs there.
+// One step up: the place of the last pixel of a run is the length of the run, and the pixels above it take over
+// that length. white_below is 255 where the pixel of the row below is white; lengths holds the lengths of the
+// runs there. Both are set to the present row.
 NUV_ROW_KERNEL void take_lesser_length(const uint8_t* NUV_RESTRICT places, uint8_t* NUV_RESTRICT row,
                                        uint8_t* NUV_RESTRICT white_below, uint8_t* NUV_RESTRICT lengths,
                                        std::ptrdiff_t n) {
@@ -144,8 +144,8 @@ NUV_ROW_KERNEL void take_lesser_length(const uint8_t* NUV_RESTRICT places, uint8
   }
 }
 
-// Lowers each white pixel to the low byte of the length of its column's run. Two passes over rows are faster
-// than walks along columns, which remain as the form for failed allocations.
+// Lowers each white pixel to the low byte of the length of its column's run, by one pass down and one pass up
+// the rows. If allocation fails, walks along the columns do the same in place.
 void take_lesser_column_lengths(GrayImage image) {
   if (image.empty()) return;
   const std::ptrdiff_t w = image.width;

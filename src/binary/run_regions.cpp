@@ -55,8 +55,8 @@ int32_t behind_run(Line line, int32_t i) {
 
 // ---- collecting ----
 
-// A search for the runs of a line that touch places first to last. The search goes on to the end of the run
-// that place last belongs to. A run that reaches the end of the search is cut by short_by places.
+// A search for the runs of a line that touch places first to last. A run that begins before place first or ends
+// after place last is found whole. A run that reaches the end of the line is cut by short_by places.
 struct Search {
   int32_t first;
   int32_t last;
