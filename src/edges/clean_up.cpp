@@ -1,4 +1,4 @@
-// Edge images cleaned: crossings, short contours and weak points dropped, gaps marked.
+// Clean-up of edge images: deletes crossings, short contours and weak points, and marks gaps.
 
 #include <algorithm>
 #include <cstring>
@@ -22,13 +22,13 @@ constexpr int32_t kMostGradient = 510;
 
 // ---- neighbours ----
 
-// How many of the eight neighbours of p are not 0; rows are w apart.
+// The number of the eight neighbours of p that are not 0; w is the row stride.
 NUV_INLINE uint8_t neighbours_of(const uint8_t* p, std::ptrdiff_t w) {
   return static_cast<uint8_t>((p[-w - 1] != 0) + (p[-w] != 0) + (p[-w + 1] != 0) + (p[-1] != 0) +
                               (p[1] != 0) + (p[w - 1] != 0) + (p[w] != 0) + (p[w + 1] != 0));
 }
 
-// Pixels that are not 0 and have from least to most neighbours become mark, the others stay.
+// Pixels that are not 0 and have least to most neighbours become mark; the others stay.
 NUV_ROW_KERNEL void mark_by_neighbours(const uint8_t* p, std::ptrdiff_t w, uint8_t least, uint8_t most,
                                        uint8_t mark, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
@@ -40,8 +40,9 @@ NUV_ROW_KERNEL void mark_by_neighbours(const uint8_t* p, std::ptrdiff_t w, uint8
 
 constexpr std::ptrdiff_t kSpan = 1024;
 
-// Calls write(pixels, place in the image, out, count) for spans of the interior, and stores what it writes to
-// out as the new pixels. The result of a span may depend on its neighbours only in what write() keeps.
+// Calls write(pixels, index of the first pixel in the image, out, n) for spans of the interior and copies out
+// over the span. Spans before it already hold their new pixels, so write() may read from its neighbours only
+// what no rewriting changes.
 template <class Write>
 void rewrite_interior(GrayImage image, Write write) {
   const Region interior = image.interior();
@@ -56,7 +57,7 @@ void rewrite_interior(GrayImage image, Write write) {
   }
 }
 
-// A mark is not 0, so that it does not change the counts of the pixels around.
+// A mark is not 0, so it does not change the counts of the pixels around it.
 void mark_interior(GrayImage image, uint8_t least, uint8_t most, uint8_t mark) {
   rewrite_interior(image,
                    [=](const uint8_t* pixels, std::ptrdiff_t /*place*/, uint8_t* out, std::ptrdiff_t n) {
@@ -81,13 +82,13 @@ NUV_ROW_KERNEL void keep_strong(const uint8_t* edges, const uint8_t* gray, std::
 
 // ---- gaps ----
 
-// A window of end points is cut into four closed quadrants around its pixel: rows y - reach to y or y to
-// y + reach - 1, and columns x - reach to x or x to x + reach - 1. A gap lies between two end points where two
-// opposite quadrants hold one each.
+// A window has four quadrants around its pixel (x, y), which overlap in row y and column x: rows y - reach to
+// y or y to y + reach - 1, and columns x - reach to x or x to x + reach - 1. The pixel lies between two end
+// points if two opposite quadrants hold one each.
 
 constexpr int32_t kMaxEndPoints = 1000;
 
-// Adds the end points of one row to the counts of the columns, and takes those of another away.
+// Adds the end points of one row to the counts of the columns and subtracts those of another.
 NUV_ROW_KERNEL void slide_counts(const uint8_t* in, const uint8_t* out, uint32_t* NUV_RESTRICT counts,
                                  std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
@@ -95,8 +96,8 @@ NUV_ROW_KERNEL void slide_counts(const uint8_t* in, const uint8_t* out, uint32_t
   }
 }
 
-// The end points of each column in the upper or in the lower rows of the window, which slides down the image,
-// and their sums from column 0 up to each column, without it.
+// The upper or the lower half of a window that slides down the image: the number of end points in each
+// column, and in all columns before it.
 struct HalfWindow {
   Buffer<uint32_t> counts;
   Buffer<uint32_t> before;
@@ -118,7 +119,8 @@ struct HalfWindow {
   }
 };
 
-// For n pixels, upper and lower being the sums before the first of them: 255 at gaps, else 0.
+// Sets gaps to 255 where one of n pixels is a gap, and to 0 elsewhere. upper[x] and lower[x] are the numbers
+// of end points before column x in the two halves of the window.
 NUV_ROW_KERNEL void find_gaps(const uint8_t* edges, const uint8_t* mask, const uint32_t* upper,
                               const uint32_t* lower, std::ptrdiff_t reach, uint8_t* NUV_RESTRICT gaps,
                               std::ptrdiff_t n) {
@@ -138,8 +140,8 @@ NUV_ROW_KERNEL void mark_gaps(const uint8_t* gaps, uint8_t* NUV_RESTRICT edges, 
   }
 }
 
-// Whether (x, y) lies between two of the first thousand end points of its window, in raster order. The window
-// is scanned, which needs no memory.
+// Returns whether (x, y) lies between two of the first thousand end points of its window, in raster order. It
+// scans the window and allocates nothing.
 bool is_between_first_end_points(GrayImage edges, int32_t x, int32_t y, int32_t reach) {
   bool upper_left = false;
   bool upper_right = false;
@@ -172,7 +174,7 @@ void mark_gaps_by_scanning(GrayImage edges, const uint8_t* mask, int32_t reach) 
   }
 }
 
-// Gaps do not change which pixels are end points, so that the order of the pixels does not matter.
+// Marking a gap changes no end point, so the order of the pixels does not matter.
 void mark_gaps(GrayImage edges, const uint8_t* mask, int32_t reach) {
   const Region inner = edges.interior(reach);
   if (inner.empty()) return;
@@ -193,7 +195,7 @@ void mark_gaps(GrayImage edges, const uint8_t* mask, int32_t reach) {
   }
   slide(upper, edges.row(reach), no_end_points.get());
 
-  // Only a large window can hold more end points than count.
+  // Only a large window can hold more end points than the limit.
   const bool may_overflow = int64_t{4} * reach * reach > kMaxEndPoints;
   uint8_t gaps[kSpan];
   for (int32_t y = inner.y1; y <= inner.y2; ++y) {
@@ -260,6 +262,6 @@ void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width, int32_t 
   const GrayImage edges{pEdgeImg, width, height};
   mark_interior(edges, 0, 1, kEndPoint);
   const int32_t reach = gapLength / 2 + 1;
-  if (reach < 1) return;  // windows of no pixels
+  if (reach < 1) return;  // the windows are empty
   mark_gaps(edges, pMskImg, reach);
 }

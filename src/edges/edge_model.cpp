@@ -13,16 +13,16 @@ namespace nuv {
 namespace {
 
 constexpr uint8_t kEdge = 200;
-constexpr int32_t kMaxHalfSize = 4096;  // a window of every row that has local ranges
+constexpr int32_t kMaxHalfSize = 4096;  // covers the widest row that has local ranges
 
-// One row: its pixels, and the result row that shows edges from 200 up and counts samples.
+// Samples one row. marks is its row of the result: 200 or above on edges, increased by 1 per sample.
 class RowSampler {
  public:
   RowSampler(const uint8_t* pixels, uint8_t* marks, int32_t width, int32_t window, int32_t threshold,
              int32_t* bins)
       : pixels_(pixels), marks_(marks), width_(width), window_(window), threshold_(threshold), bins_(bins) {}
 
-  // The pixels of an edge, both ends inclusive.
+  // Samples around a run of edge pixels, both ends inclusive.
   void sample(int32_t start, int32_t end) {
     if (pixels_[start] - pixels_[end] >= threshold_) {
       sample_in_pairs(start, end);
@@ -37,7 +37,8 @@ class RowSampler {
     ++marks_[x];
   }
 
-  // Falling: outwards in pairs, from the distance of a window on, while the two sides stay a threshold apart.
+  // A falling run: samples pairs outwards, beginning a window apart, while the two pixels differ by the
+  // threshold or more.
   void sample_in_pairs(int32_t start, int32_t end) {
     const int32_t outwards = (start - end + window_ - 1) / 2;
     const int32_t left = start - outwards;
@@ -50,7 +51,8 @@ class RowSampler {
     }
   }
 
-  // Else: at each side the first pixel, a window away or more, that is more than a threshold apart.
+  // Any other run: samples on each side the first pixel, a window away or more, that differs from the middle
+  // by more than the threshold.
   void sample_around(int32_t middle) {
     const auto differs = [this, middle](int32_t x) {
       return std::abs(pixels_[x] - pixels_[middle]) > threshold_;
@@ -95,7 +97,7 @@ void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int3
   for (int32_t y = 0; y < height && !source.empty(); ++y) {
     uint8_t* marks = result.row(y);
     RowSampler sampler(source.row(y), marks, width, 2 * half + 1, T, bins.data());
-    // Runs are looked for in the marks as the samples of earlier runs leave them.
+    // Each run is found in the marks as the samples of earlier runs leave them.
     for_bright_runs({marks, width, 1}, kEdge, kEdge,
                     [&sampler](int32_t start, int32_t end) { sampler.sample(start, end); });
   }

@@ -1,5 +1,5 @@
-// Edges reduced to points and numbers: the strongest pixels of rows and columns, and the votes of gray levels
-// around edge pixels.
+// Edges reduced to points and numbers: the strongest pixels of rows and columns, and a threshold voted for by
+// the gray levels around edge pixels.
 
 #include <algorithm>
 #include <array>
@@ -20,10 +20,10 @@ namespace {
 
 constexpr int32_t kNowhere = -1;
 
-// Two places of the strongest pixels, in order.
+// The places of the two strongest pixels, in rising order.
 using Two = std::pair<int32_t, int32_t>;
 
-// Nothing nearer than this to the strongest pixel is taken for a second one.
+// The second pixel lies farther than this from the strongest one.
 constexpr int32_t kApart = 10;
 
 // A stretch of a row or a column, both ends inclusive.
@@ -40,8 +40,8 @@ NUV_ROW_KERNEL uint8_t greatest_of(const uint8_t* p, std::ptrdiff_t n) {
   return greatest;
 }
 
-// The two strongest pixels from x1 to x2; twice the same where there is no second one, and kNowhere where all
-// is 0. Ties go to the first pixel, and for the second one to the last.
+// The two strongest pixels from x1 to x2: twice the same if there is no second one, and kNowhere if all are
+// 0. Ties go to the first pixel, and for the second one to the last.
 Two strongest_two_in_row(GrayImage image, int32_t y, int32_t x1, int32_t x2) {
   if (x2 < x1) return {kNowhere, kNowhere};
   const uint8_t* row = image.row(y);
@@ -63,18 +63,19 @@ Two strongest_two_in_row(GrayImage image, int32_t y, int32_t x1, int32_t x2) {
 
 // ---- columns ----
 //
-// The columns of a strip are searched side by side, in memory order. Rows come in blocks, in which a place has
-// a byte.
+// The columns of a strip are searched side by side, in memory order. Rows are taken in blocks, so that a row
+// number within a block fits in a byte.
 
 constexpr int32_t kStrip = 1024;
 constexpr int32_t kRowsABlock = 255;
 
-// For each column of a strip the rows of a stretch, from a first one up to one before the end.
+// A stretch of rows for each column of a strip, from first to end - 1.
 struct Stretches {
   std::array<int32_t, kStrip> first;
   std::array<int32_t, kStrip> end;
 };
 
+// The same stretches by row numbers within a block.
 struct BlockStretches {
   std::array<uint8_t, kStrip> first;
   std::array<uint8_t, kStrip> end;
@@ -90,8 +91,9 @@ struct BlockStretches {
   }
 };
 
-// Of row y of the block the pixels that lie in their column's stretch and not in its gap; those stronger than
-// what was found before, or as strong where the last one is wanted, are noted with their row.
+// Updates the strongest pixel of each column and its place with row y of the block. Only pixels in the
+// stretch of their column and outside its gap count. Ties go to the first row, or to the last one if
+// last_wins.
 NUV_ROW_KERNEL void note_stronger(const uint8_t* row, const BlockStretches& searched,
                                   const BlockStretches& gaps, uint8_t y, bool last_wins,
                                   uint8_t* NUV_RESTRICT most, uint8_t* NUV_RESTRICT places, int32_t n) {
@@ -112,8 +114,8 @@ NUV_ROW_KERNEL void note_stronger(const uint8_t* row, const BlockStretches& sear
   }
 }
 
-// The strongest pixel of each of n columns from x on, in its stretch and out of its gap; columns without one
-// keep their place.
+// Finds the strongest pixel of n columns from x on, within the stretch of each and outside its gap. Columns
+// where all of these are 0 keep their entry in found.
 void strongest_in_columns(GrayImage image, int32_t x, int32_t n, const Stretches& searched,
                           const Stretches& gaps, bool last_wins, std::array<int32_t, kStrip>& found) {
   int32_t y1 = INT32_MAX;
@@ -145,9 +147,9 @@ void strongest_in_columns(GrayImage image, int32_t x, int32_t n, const Stretches
   }
 }
 
-// Calls store(x, places) for the columns from x1 to x2, with the rows of the two strongest pixels of each.
-// stretch(x) gives the rows from a first to a last that are searched; a second pixel lies apart or more from
-// the first. The first is otherwise where no pixel is above 0, and the second is the first where no other is.
+// Calls store(x, places) for columns x1 to x2 with the rows of the two strongest pixels of each. stretch(x)
+// gives the rows to search. The second pixel lies at least apart rows from the first. If all pixels are 0,
+// the first place is otherwise; if there is no second pixel, the second place is the first.
 template <class Stretch, class Store>
 void for_strongest_in_columns(GrayImage image, int32_t x1, int32_t x2, int32_t otherwise, int64_t apart,
                               bool last_wins, Stretch stretch, Store store) {
@@ -187,7 +189,7 @@ struct PairsOfPoints {
   int32_t* top;
   int32_t* bottom;
 
-  // An empty row takes what the host left in the bottom entry of the row's number.
+  // The left entry of an empty row is the value that the caller left in the bottom entry of the same number.
   void store_row(int32_t y, Two two) const {
     left[y] = two.first < 0 ? bottom[y] : two.first;
     right[y] = two.second;
@@ -201,8 +203,8 @@ struct PairsOfPoints {
   }
 };
 
-// At offset from the centre along an axis of half length along; the stretch lies across. Without a length
-// there is no curve, and an empty stretch.
+// The stretch that an ellipse covers across one axis, at an offset from the centre along the other. along and
+// across are the half axes. If along is 0, the stretch is empty.
 Ends ellipse_ends(int32_t center, int32_t offset, int32_t along, int32_t across) {
   const double half = along;
   const double d = std::sqrt(along * along - static_cast<double>(offset) * offset) * (across / half);
@@ -211,7 +213,7 @@ Ends ellipse_ends(int32_t center, int32_t offset, int32_t along, int32_t across)
   return ends;
 }
 
-// The samples around an edge pixel, as steps from it.
+// The samples around an edge pixel, as offsets from it.
 constexpr std::array<Point, 7> kSamples = {{{1, 0}, {2, -1}, {2, -2}, {1, -3}, {0, -3}, {-1, -2}, {-1, -1}}};
 
 enum VoteMode : int32_t { kDarkSide = 1, kBrightSide = 2 };
@@ -258,7 +260,7 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
                               int32_t y1, int32_t y2, int32_t mode) {
   const GrayImage gray = image_of_any_height<1>(pGryImg, width);
   const GrayImage edges = image_of_any_height<1>(pEdgeImg, width);
-  // How many more votes a level gets than the level below it: a vote for a range changes two entries.
+  // Entry v is the votes for level v minus those for v - 1, so a vote for a range changes two entries.
   std::array<int32_t, kBins + 1> steps{};
   for (int32_t y = y1 + 1; y < y2; ++y) {
     for (int32_t x = x1 + 1; x < x2; ++x) {

@@ -1,7 +1,7 @@
 // Gradient images of fixed windows.
 //
-// One pass serves every member: the band round the image is zeroed, then a row kernel writes the interior of
-// each row. A member is its kernel: the response, how responses combine, and the clamp.
+// One pass serves all of them: a row kernel writes the interior, and the border is zeroed. Each function has
+// a kernel of its own, which states the response, how responses combine, and the clamp.
 
 #include <algorithm>
 #include <cstring>
@@ -19,13 +19,13 @@
 namespace nuv {
 namespace {
 
-// ---- responses; p is the pixel, w the distance between rows ----
+// ---- responses; p is the pixel, w the row stride ----
 
 NUV_INLINE uint8_t at_most(int16_t v, int16_t limit) {
   return static_cast<uint8_t>(v < limit ? v : limit);
 }
 
-// Two pixels against two, step being the way from one to the next.
+// Two pixels before p minus two after it; step leads from one pixel to the next.
 NUV_INLINE int16_t prewitt_5(const uint8_t* p, std::ptrdiff_t step) {
   return magnitude(static_cast<int16_t>(p[-2 * step] + p[-step] - p[step] - p[2 * step]));
 }
@@ -39,7 +39,7 @@ NUV_LOAD_BOUND_ROW_KERNEL void robert_row(const uint8_t* p, std::ptrdiff_t w, ui
   }
 }
 
-// Step is 1 in a gray image and 3 between the equal bytes of RGB pixels; n and w count bytes.
+// n and w count bytes, and step is the number of bytes in a pixel: 1 in a gray image, 3 in an RGB image.
 NUV_ROW_KERNEL void robert_sum_row(const uint8_t* p, std::ptrdiff_t step, std::ptrdiff_t w,
                                    uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
@@ -68,7 +68,7 @@ NUV_ROW_KERNEL void sobel_90_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NU
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = at_most(magnitude(sobel_90(p, w)), 255);
 }
 
-// In the Just forms only the stronger direction speaks: an edge at exactly 45 degrees answers in neither.
+// In the Just forms only the stronger direction counts. An edge at exactly 45 degrees gives 0 in both.
 NUV_ROW_KERNEL void sobel_0_just_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                      std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
@@ -97,8 +97,8 @@ NUV_ROW_KERNEL void prewitt_0_90_row(const uint8_t* p, std::ptrdiff_t w, uint8_t
   }
 }
 
-// The sums of five neighbours from each of n places on. Lanes are spelled out: in a loop over single places
-// clang keeps what it has loaded for the next places, and then finds no vectors.
+// sums[x] = values[x] + ... + values[x + 4] for n places. The lanes are written out because clang does not
+// vectorise the plain loop: it carries loaded values over to the next places.
 NUV_INLINE void sums_of_five(const int16_t* values, int16_t* NUV_RESTRICT sums, std::ptrdiff_t n) {
   std::ptrdiff_t x = 0;
 #if NUV_HAS_LANES
@@ -121,11 +121,11 @@ NUV_INLINE void sums_of_five(const int16_t* values, int16_t* NUV_RESTRICT sums, 
   }
 }
 
-// Two pixels above less two below, summed over five columns.
+// Two rows above minus two rows below, over five columns.
 NUV_ROW_KERNEL void prewitt_0_5x5_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                       std::ptrdiff_t n) {
   constexpr std::ptrdiff_t kSpan = 1024;
-  int16_t columns[kSpan + 4];  // from two columns before the span on
+  int16_t columns[kSpan + 4];  // begins two columns before the span
   int16_t sums[kSpan];
   for (std::ptrdiff_t first = 0; first < n; first += kSpan) {
     const std::ptrdiff_t span = std::min(kSpan, n - first);
@@ -148,8 +148,9 @@ void write_region(GrayImage source, uint8_t* result, Region region, RowKernel ke
            [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) { kernel(row, source.width, out, n); });
 }
 
-// The interior is written as one run from its first pixel to its last, which a kernel does not mind, and
-// begun where results are aligned. What falls on the band between two rows is cleared with it.
+// Writes the interior as one run from its first pixel to its last, so that the kernel starts once per image
+// and not once per row. The run crosses the border between two rows; clear_band() zeroes what it wrote there.
+// A short head brings the results of the long call to an aligned address.
 void write_interior(GrayImage source, uint8_t* result, int32_t band, RowKernel kernel) {
   constexpr std::ptrdiff_t kAlignment = 64;
   const Region inner = source.interior(band);
@@ -165,8 +166,8 @@ void write_interior(GrayImage source, uint8_t* result, int32_t band, RowKernel k
   clear_band({result, source.width, source.height}, band);
 }
 
-// Calls write(first byte of the row's interior in the source, its pixel offset, pixels) for the interior
-// rows.
+// Calls write(p, offset, n) for each interior row: p points to its first interior byte in the source, offset
+// is the index of that pixel in the image, and n is the number of pixels.
 template <class Write>
 void for_interior_rows(RgbImage source, Write write) {
   const Region inner = source.interior();
@@ -212,7 +213,7 @@ void NuvRobertRGBImage2RGBRobert(uint8_t* pRGBImg, int32_t width, int32_t height
   for_interior_rows({pRGBImg, width, height}, [=](const uint8_t* p, std::ptrdiff_t offset, std::ptrdiff_t n) {
     robert_sum_row(p, 3, 3 * static_cast<std::ptrdiff_t>(width), pResImg + 3 * offset, 3 * n);
   });
-  // The border is cleared as if a row had width bytes, over what the interior has written.
+  // Clears the border as if the image had one byte per pixel, over parts of the interior.
   set_side_bytes(result, 0);
 }
 

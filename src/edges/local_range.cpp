@@ -1,8 +1,8 @@
 // The local range of gray levels.
 //
-// The window is folded in two steps: the extremes of each column over the window's rows, then the extremes of
-// those over its columns. Extremes of a stretch of columns are had by doubling: those of two columns, of
-// four, of eight, and at last of two such stretches that overlap.
+// The extremes of a window are taken in two steps: first those of each column over the rows of the window,
+// then those of its columns. The extremes of a stretch of columns come from doubling: those of two columns,
+// of four, of eight, and at last of two such stretches that overlap.
 
 #include <algorithm>
 #include <cstring>
@@ -23,7 +23,7 @@ struct Extremes {
   uint8_t most[kMaxWidth];
 };
 
-// Four rows at a time, as the extremes are loaded and stored for each turn.
+// Each pass over the columns loads and stores all extremes, so it takes several rows.
 constexpr int32_t kRowsAtATime = 4;
 
 NUV_LOAD_BOUND_ROW_KERNEL void fold_rows(const uint8_t* a, const uint8_t* b, const uint8_t* c,
@@ -39,13 +39,13 @@ void fold_columns(GrayImage source, int32_t top, int32_t bottom, Extremes& colum
   std::memcpy(columns.least, source.row(top), static_cast<std::size_t>(source.width));
   std::memcpy(columns.most, source.row(top), static_cast<std::size_t>(source.width));
   for (int32_t y = top + 1; y <= bottom; y += kRowsAtATime) {
-    // The last row is taken again where fewer are left.
+    // If fewer rows are left, the last one is taken again.
     const auto row = [=](int32_t i) { return source.row(std::min(y + i, bottom)); };
     fold_rows(row(0), row(1), row(2), row(3), columns.least, columns.most, source.width);
   }
 }
 
-// Each place takes in the one that lies step places behind it.
+// The extremes of each place and of the place step columns to its right.
 NUV_LOAD_BOUND_ROW_KERNEL void fold_ahead(const uint8_t* least_in, const uint8_t* most_in, int32_t step,
                                           uint8_t* NUV_RESTRICT least, uint8_t* NUV_RESTRICT most,
                                           int32_t n) {
@@ -57,7 +57,7 @@ NUV_LOAD_BOUND_ROW_KERNEL void fold_ahead(const uint8_t* least_in, const uint8_t
   }
 }
 
-// The range of what each place and the one step places behind it hold.
+// The range of each place and the place step columns to its right.
 NUV_LOAD_BOUND_ROW_KERNEL void range_row(const uint8_t* least, const uint8_t* most, int32_t step,
                                          uint8_t* NUV_RESTRICT out, int32_t n) {
   const uint8_t* least_ahead = least + step;
@@ -72,10 +72,10 @@ class RowRanges {
  public:
   RowRanges(int32_t width, int32_t m) : width_(width), m_(m) {}
 
-  // At the ends the window moves inwards and keeps its width, as far as the row goes.
+  // At both ends the window moves inwards and keeps its width, as far as the row has columns.
   void write(const Extremes& columns, uint8_t* out) {
     if (width_ > 3 * m_) {
-      // Then every window lies in the row, and the one that starts at a place is had once for all.
+      // Every window lies in the row, so the range of each start is computed once and copied.
       uint8_t from_start[kMaxWidth];
       write_windows(columns, from_start, width_ - 2 * m_);
       const int32_t right_begin = width_ - m_ - 1;
@@ -138,7 +138,7 @@ bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t height, int3
   ByteCounter counter;
   if (!source.empty()) {
     for (int32_t y = 0; y < height; ++y) {
-      // Near the top the window moves down and keeps its height, near the bottom it is cut short.
+      // Near the top the window moves down and keeps its height; near the bottom it is cut short.
       const auto top = static_cast<int32_t>(std::max<int64_t>(y - n, 0));
       const auto bottom = static_cast<int32_t>(std::min<int64_t>(top + 2 * n, height - 1));
       fold_columns(source, top, bottom, columns);

@@ -1,16 +1,17 @@
 // The Shen-Jun edge detector.
 //
-// Smoothing is a recursion along rows and then along columns. Column recursions are vector code as they
-// stand: a row and the one above. Along a row every pixel waits for the one before it, but the rows do not
-// wait for each other until the downward pass, so a group of rows goes through both row passes abreast:
+// Smoothing is a recursion along rows and then along columns. The column recursion combines a whole row with
+// the row above, which compilers vectorise as it is. In the row recursion each pixel depends on the one
+// before it, but rows depend on each other only in the downward pass. So a group of rows passes through both
+// row recursions side by side:
 //
-// - in floating arithmetic, as independent chains of one loop;
-// - in integer arithmetic, 16 rows as the 16 bytes of a vector, blocks of 16 by 16 pixels being transposed
-//   on their way in and out.
+// - in floating-point arithmetic, as independent chains of one loop;
+// - in integer arithmetic, 16 rows as the 16 bytes of a vector. Blocks of 16 by 16 pixels are transposed on
+//   their way in and out.
 //
-// The edge test is the same for all forms. It works on spans of a row: a first pass folds the three rows
-// around into one, a second pass folds three columns and decides. Both take the pixel itself for one of its
-// neighbours, which changes nothing: where T < G it is not below T, and its step to itself is 0.
+// The edge test is the same for all forms. It works on spans of a row: the first pass reduces three rows to
+// one, the second reduces three columns and decides. Both include the pixel itself among its neighbours,
+// which changes nothing: where T < G the pixel is not below T, and its step to itself is 0.
 
 #include <algorithm>
 #include <array>
@@ -29,7 +30,7 @@ namespace {
 constexpr int32_t kRowsAbreast = 16;
 constexpr int32_t kBlock = 16;
 
-// A group of rows by their starts. One that is not full holds its last row several times.
+// The starts of a group of rows. A group that is not full repeats its last row.
 template <class T>
 using Rows = std::array<T*, kRowsAbreast>;
 
@@ -42,8 +43,8 @@ Rows<T> rows_from(T* first, std::ptrdiff_t width, int32_t count) {
 
 // ---- smoothing, any arithmetic ----
 
-// Along 16 rows: forth from in to out, and back. Blocks are worked in memory of their own, as rows that lie a
-// multiple of 4096 bytes apart would share one set of the first cache.
+// Smooths 16 rows to the right, from in to out, and back. The work is done in a local block, because rows
+// that lie a multiple of 4096 bytes apart would share cache sets.
 template <class T, class Step>
 NUV_INLINE void smooth_along_rows(const uint8_t* const* in, T* const* out, std::ptrdiff_t width, Step step) {
   constexpr int32_t kPadding = 1;
@@ -58,7 +59,7 @@ NUV_INLINE void smooth_along_rows(const uint8_t* const* in, T* const* out, std::
   for (std::ptrdiff_t x = 0; x < width; x += kBlock) {
     const std::ptrdiff_t n = std::min<std::ptrdiff_t>(kBlock, width - x);
     for (int32_t r = 0; r < kRowsAbreast; ++r) std::copy_n(in[r] + x, n, block[r]);
-    // The first pixel of a row stays as it is, and so does the last one on the way back.
+    // The first pixel of a row keeps its value, and so does the last one on the way back.
     if (x == 0) {
       for (int32_t r = 0; r < kRowsAbreast; ++r) running[r] = block[r][0];
     }
@@ -73,7 +74,7 @@ NUV_INLINE void smooth_along_rows(const uint8_t* const* in, T* const* out, std::
   }
 }
 
-// A row from the one before it in the pass.
+// Smooths a row with the one before it in the pass.
 template <class T, class Step>
 NUV_INLINE void smooth_across_rows(T* NUV_RESTRICT row, const T* NUV_RESTRICT before, std::ptrdiff_t n,
                                    Step step) {
@@ -96,7 +97,7 @@ struct TruncatingStep {
   }
 };
 
-// With a weight that keeps all products in the range of integers, so that none needs a test.
+// For weights that keep all products in the range of int32_t, so that the conversion needs no test.
 struct SmallTruncatingStep {
   static constexpr double kGreatestWeight = 1e6;
   double a0;
@@ -123,7 +124,7 @@ NUV_ROW_KERNEL void smooth_across_rows(uint8_t* row, const uint8_t* before, std:
   smooth_across_rows<uint8_t>(row, before, n, step);
 }
 
-// Calls finished(y) for each row as soon as it is smoothed; the rows below it are by then.
+// Calls finished(y) for each row as soon as it is smoothed, from the last row to the first.
 template <class T, class Step, class Finished>
 void smooth(GrayImage source, T* smoothed, Step step, Finished finished) {
   const std::ptrdiff_t width = source.width;
@@ -147,7 +148,7 @@ void smooth(GrayImage source, T* smoothed, Step step, Finished finished) {
 
 #if NUV_HAS_LANES
 
-// ((new - old) >> shift) + old is new, averaged shift times with old, rounded down each time. Processors
+// ((new - old) >> shift) + old is new averaged with old shift times, rounded down each time. Processors
 // average bytes rounding up, so the smoothed image holds complements until the last pass.
 template <int Shift>
 NUV_INLINE Bytes16 step_of_complements(Bytes16 sample, Bytes16 running) {
@@ -161,7 +162,7 @@ NUV_INLINE uint8_t step_of_complements(uint8_t sample, uint8_t running) {
   return sample;
 }
 
-// Up to 16 columns of the 16 rows, as columns; the rows are given by their starts.
+// Loads up to 16 columns of the 16 rows, as columns.
 template <class Pointer>
 NUV_INLINE void load_columns(const Pointer* rows, std::ptrdiff_t x, int32_t count,
                              Bytes16 (&columns)[kBlock]) {
@@ -195,7 +196,7 @@ NUV_INLINE void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out,
   for (std::ptrdiff_t x = 0; x < width; x += kBlock) {
     const int32_t count = columns_at(x);
     load_columns(in, x, count, columns);
-    // The first pixel of a row is its own predecessor: a step from it to itself changes nothing.
+    // The first pixel of a row is its own predecessor; such a step changes nothing.
     if (x == 0) running = ~columns[0];
     for (int32_t i = 0; i < kBlock; ++i) {
       running = step_of_complements<Shift>(~columns[i], running);
@@ -222,7 +223,7 @@ NUV_INLINE void smooth_down(uint8_t* NUV_RESTRICT row, const uint8_t* NUV_RESTRI
   for (std::ptrdiff_t x = 0; x < n; ++x) row[x] = step_of_complements<Shift>(row[x], above[x]);
 }
 
-// The row below is finished: it becomes what its complements stood for.
+// The row below is finished, so its complements are turned back into values.
 template <int Shift>
 NUV_INLINE void smooth_up(uint8_t* NUV_RESTRICT row, uint8_t* NUV_RESTRICT below, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
@@ -235,7 +236,7 @@ NUV_ROW_KERNEL void complement_row(const uint8_t* in, uint8_t* out, std::ptrdiff
   for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = static_cast<uint8_t>(~in[x]);
 }
 
-// The passes with the shift as an argument.
+// The passes for a shift that is known at run time.
 NUV_ROW_KERNEL void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out, std::ptrdiff_t width,
                                       int32_t shift) {
   switch (shift) {
@@ -305,11 +306,11 @@ void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
 
 constexpr int32_t kSpan = 1024;
 
-// The pixels of a row from g on, and of the smoothed image from t on; rows are width apart.
+// Tests n pixels of a row. g and t point to the first one in the source and in the smoothed image.
 template <class T>
 NUV_INLINE void test_span(const uint8_t* g, const T* t, std::ptrdiff_t width, int32_t n, uint8_t threshold,
                           uint8_t* NUV_RESTRICT edges) {
-  // Entry i + 1 belongs to column i: the span needs the column at either side of it.
+  // Entry i + 1 belongs to column i, because the span needs one column more on each side.
   uint8_t least[kSpan + 2];
   uint8_t most[kSpan + 2];
   uint8_t below[kSpan + 2];  // 255 where G < T in any of the three rows
@@ -352,11 +353,11 @@ struct Span {
   const uint8_t* edges;  // 255 on edge pixels, else 0
 };
 
-// Tests the interior of a row, and hands it to visit() span by span while visit() returns true. Returns whether
-// it always did.
+// Tests the interior of a row and calls visit() for each span while it returns true. Returns whether it
+// always did.
 template <class T, class Visit>
 bool for_edge_spans(GrayImage source, int32_t y, const T* smoothed, int32_t threshold, Visit visit) {
-  // Every pixel has a step of 0 or more, and none has one above 255.
+  // Steps lie in 0..255.
   if (threshold > 255 || y < 1 || y > source.height - 2) return true;
   const auto byte_threshold = static_cast<uint8_t>(std::max(threshold, 0));
   uint8_t edges[kSpan];
@@ -369,7 +370,7 @@ bool for_edge_spans(GrayImage source, int32_t y, const T* smoothed, int32_t thre
   return true;
 }
 
-// Calls action(x) for the edge pixels of a span while it returns true, and returns whether it always did.
+// Calls action(x) for the edge pixels of a span while it returns true. Returns whether it always did.
 template <class Action>
 bool for_edge_pixels(const Span& span, Action action) {
   int32_t i = 0;
@@ -399,7 +400,7 @@ void draw_edges(GrayImage source, int32_t y, const T* smoothed, int32_t threshol
   });
 }
 
-// Each row is tested while the rows around it are in the caches.
+// Tests each row while the rows around it are still in the caches.
 template <class T, class Step>
 void draw_edges_of_smoothed(GrayImage source, T* smoothed, Step step, int32_t threshold, uint8_t* result) {
   if (source.empty()) return;
@@ -442,7 +443,7 @@ int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, in
     return for_edge_pixels(span, [&](int32_t x) {
       pX[count] = x;
       pY[count] = span.y;
-      return ++count < maxN;  // compared after storing: one point always fits
+      return ++count < maxN;  // compared after storing, so the first point is always stored
     });
   };
   for (int32_t y = 1; y < height - 1 && for_edge_spans(source, y, pTmpImg, grdThreshold, store); ++y) {}
@@ -457,7 +458,7 @@ int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, in
   int32_t count = 0;
   for (int32_t y = 1; y < height - 1 && count < maxN; ++y) {
     for_edge_pixels({0, y, width, edges.row(y)}, [&](int32_t x) {
-      if (count >= maxN) return false;  // compared before storing: nothing fits in no room
+      if (count >= maxN) return false;  // compared before storing, so a capacity of 0 stores nothing
       pX[count] = x;
       pY[count] = y;
       ++count;

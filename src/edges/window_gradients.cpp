@@ -1,10 +1,10 @@
 // Gradient images of windows of any size.
 //
-// Sums over windows are not formed pixel by pixel. Sums of columns slide down with the rows, and their
-// running total along the row (a prefix) gives any stretch of columns as one difference. The two diagonals of
-// the four-direction operator ask, for each row of the window, for the pixels left and right of a dividing
-// line that moves by one column a row: that is a sum of row prefixes along a diagonal, and it slides too, one
-// row down and one column aside at a time.
+// Window sums are not formed pixel by pixel. Sums of columns slide down with the rows, and their running
+// total along the row (the prefix) gives the sum of any stretch of columns as one difference. The two
+// diagonals of the four-direction operator divide each row of the window at a column that moves by one per
+// row. The pixels left of such a line are a sum of row prefixes along a diagonal. That sum slides, too: one
+// row down and one column aside.
 
 #include <algorithm>
 #include <utility>
@@ -21,7 +21,7 @@ namespace {
 
 // ---- column sums and prefixes ----
 
-// The rows above a row less those below it: n each, the row itself left out.
+// The n rows above a row minus the n rows below it. The row itself does not count.
 class AboveLessBelow : public ColumnSums {
  public:
   AboveLessBelow(GrayImage image, int32_t n) : ColumnSums(image), n_(n) {}
@@ -44,7 +44,7 @@ class AboveLessBelow : public ColumnSums {
   int32_t n_;
 };
 
-// The rows from n above to n below a row.
+// The rows from n above a row to n below it.
 class WindowRows : public ColumnSums {
  public:
   WindowRows(GrayImage image, int32_t n) : ColumnSums(image), n_(n) {}
@@ -68,13 +68,13 @@ NUV_INLINE uint8_t at_most_255(int32_t v) {
   return static_cast<uint8_t>(v < 255 ? v : 255);
 }
 
-// The 2m + 1 columns around each place from m on.
+// The sum of 2m + 1 columns around each of n places, the first of which is column m.
 NUV_ROW_KERNEL void whole_window_row(const int32_t* prefix, int32_t m, uint8_t* NUV_RESTRICT out, int32_t n) {
   const int32_t* behind = prefix + 2 * m + 1;
   for (int32_t k = 0; k < n; ++k) out[k] = at_most_255(magnitude(behind[k] - prefix[k]));
 }
 
-// The m columns left of each place from m on, less the m columns at its right.
+// The m columns left of each of n places minus the m columns right of it. The first place is column m.
 NUV_ROW_KERNEL void left_less_right_row(const int32_t* prefix, int32_t m, uint8_t* NUV_RESTRICT out,
                                         int32_t n) {
   const int32_t* left_end = prefix + m;
@@ -85,7 +85,8 @@ NUV_ROW_KERNEL void left_less_right_row(const int32_t* prefix, int32_t m, uint8_
   }
 }
 
-// Half sizes below 1 count as 1, and larger ones than the image as the image: nothing changes beyond.
+// Half sizes below 1 count as 1. Those larger than the image are reduced to its size, which gives the same
+// result.
 struct HalfSizes {
   int32_t m;
   int32_t n;
@@ -95,7 +96,8 @@ struct HalfSizes {
         n(std::clamp(n_asked, 1, std::max(image.height, 1))) {}
 };
 
-// The band of the two one-direction forms: n rows on top, and the n rows that end one row above the last.
+// Clears the border rows of the two one-direction forms: the first n rows, and the n rows that end one row
+// above the last.
 void clear_row_bands(GrayImage result, int32_t n) {
   clear_rows(result, 0, n - 1);
   clear_rows(result, result.height - n - 1, result.height - 2);
@@ -113,7 +115,7 @@ struct Sides {
   int32_t difference() const { return left - right; }
 };
 
-// What the four differences of a window come to. The last one keeps its value unless the left side outweighs.
+// Combines the four differences of a window. The last one changes only where the left side is greater.
 class FourDirections {
  public:
   uint8_t value(int32_t d1, int32_t d2, int32_t d3, Sides falling) {
@@ -125,7 +127,7 @@ class FourDirections {
   int32_t d4_ = 0;
 };
 
-// The prefix of one row, with room on both sides: 0 before the row, the row's total behind it.
+// The prefix of one row, padded on both sides: 0 before the row, the total of the row after it.
 class PaddedPrefix {
  public:
   PaddedPrefix(int32_t width, int32_t padding)
@@ -161,8 +163,9 @@ NUV_ROW_KERNEL void slide_diagonal(const int32_t* NUV_RESTRICT from, const int32
 //     rising(x)  = sum of P_(y-n+r)[x - m + 2n - r]     x from m to width + m
 //     falling(x) = sum of P_(y-n+r)[x - m + r]          x from m - 2n to width - m
 //
-// One row down the same sums stand one column to the left, or to the right, but for one row that leaves and
-// one that enters. At the far end of the range every prefix is the whole row, or none of it.
+// One row down, rising(x) is the old rising(x + 1) and falling(x) is the old falling(x - 1), except for the
+// row that leaves and the row that enters. The place that comes in at the end of the range has no old value:
+// there every prefix is the whole row for rising, and empty for falling.
 class DiagonalSums {
  public:
   DiagonalSums(GrayImage image, int32_t m, int32_t n)
@@ -193,7 +196,7 @@ class DiagonalSums {
     }
   }
 
-  // From row y to row y + 1; all is the sum of all pixels in the rows of the new window.
+  // From row y to row y + 1. all is the sum of all pixels in the rows of the new window.
   void move_down(int32_t y, int32_t all) {
     leaving_.set(image_.row(y - n_));
     entering_.set(image_.row(y + n_ + 1));
@@ -207,7 +210,7 @@ class DiagonalSums {
     std::swap(falling_, spare_);
   }
 
-  // By x - m, from 0 on.
+  // Entry k belongs to the window around column m + k.
   const int32_t* rising() const { return rising_; }
   const int32_t* falling() const { return falling_ + 2 * n_; }
 
@@ -228,7 +231,7 @@ class DiagonalSums {
   bool allocated_ = false;
 };
 
-// Each row that has a window is written once all sums stand for it.
+// For windows at least as wide as high: writes row by row while all sums slide down.
 void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int32_t n) {
   AboveLessBelow above_less_below(source, n);
   WindowRows rows(source, n);
@@ -247,7 +250,7 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
     const int32_t* falling = diagonals.falling();
     uint8_t* out = result.at(m, y);
     for (int32_t k = 0; k < places; ++k) {
-      // Entry k of a prefix is the window's left side, and entry behind the column behind its right side.
+      // The window has the columns k to behind - 1, whose sum is all[behind] - all[k].
       const int32_t behind = k + 2 * m + 1;
       const int32_t d1 = vertical[behind] - vertical[k];
       const int32_t d2 = all[k + m] - all[k] - (all[behind] - all[k + m + 1]);
@@ -262,18 +265,19 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
   }
 }
 
-// ---- the same for windows that are higher than wide ----
+// ---- the same for windows higher than wide ----
 
-// The diagonals are defined on the window's pixels row by row, as one list. Where the window is higher than
-// wide a dividing line passes the end of its row, and the left side goes on in the next rows; the list ends
-// with the window. So the left side of a row is some full rows and the beginning of one more, and there is a
-// right side only where the line stays in the row. With C columns, and d the place of the line in row r,
+// The sides of a diagonal are defined on the list of the window's pixels, row after row. In a window higher
+// than wide the dividing column can lie past the end of its row. The left side then continues in the next
+// rows, up to the end of the list. So the left side of a row consists of full rows and the beginning of one
+// more row, and a right side exists only where the dividing column lies in the row. With C columns, and d the
+// dividing column in row r,
 //
 //     left(r)  = rows r to r + d/C - 1, and d%C pixels of row r + d/C
-//     right(r) = the pixels of row r behind d, for d < C
+//     right(r) = the pixels of row r after d, for d < C
 //
-// Full rows are column sums with a weight for each row. Beginnings are prefixes whose places lie on
-// diagonals, a new one after each C rows.
+// Full rows are column sums with a weight for each row. Beginnings are row prefixes whose places lie on
+// diagonals; a new diagonal starts every C rows.
 
 NUV_ROW_KERNEL void add_entries(int32_t* NUV_RESTRICT sums, const int32_t* entries, int32_t n) {
   for (int32_t i = 0; i < n; ++i) sums[i] += entries[i];
@@ -293,7 +297,7 @@ class WeightedRows : public ColumnSums {
 
   bool allocated() const { return ColumnSums::allocated() && changes_; }
 
-  // Adds to the weight of the window's rows from first to the one before end.
+  // Adds to the weight of the window's rows from first to end - 1.
   void include(int32_t first, int32_t end, int32_t weight) {
     changes_[first] += weight;
     changes_[end] -= weight;
@@ -306,7 +310,7 @@ class WeightedRows : public ColumnSums {
       add(y - n_ + r, weight);
     }
   }
-  // As the window moves, a row counts where its weight is not that of the row before.
+  // When the window moves, the row at place r of it takes the weight of place r - 1.
   void move_down(int32_t y) {
     for (int32_t r = 0; r <= rows_; ++r) {
       if (changes_[r] != 0) add(y - n_ + r, -changes_[r]);
@@ -316,11 +320,11 @@ class WeightedRows : public ColumnSums {
  private:
   int32_t rows_;
   int32_t n_;
-  Buffer<int32_t> changes_;  // of the weight from the row before
+  Buffer<int32_t> changes_;  // entry r is the weight of row r minus that of row r - 1
 };
 
-// Sums of row prefixes along diagonals of the window, at each place of its left end. A diagonal begins at a
-// row and a column of the window, and goes Step columns aside with each row.
+// Sums of row prefixes along diagonals of the window, for each column of its left end. A diagonal begins at a
+// row and a column of the window and moves by Step columns with each row.
 template <int Step>
 class DiagonalPrefixes {
  public:
@@ -337,7 +341,7 @@ class DiagonalPrefixes {
 
   bool allocated() const { return prefix_.allocated() && diagonals_ && sums_; }
 
-  // Rows are given in rising order.
+  // Adds the prefix of a row of the window up to a column. Rows come in rising order.
   void include(int32_t row, int32_t column) {
     if (diagonals_count_ > 0) {
       Diagonal& last = diagonals_[diagonals_count_ - 1];
@@ -358,9 +362,9 @@ class DiagonalPrefixes {
     }
   }
 
-  // From row y to row y + 1: one row down, each diagonal is the one of Step places before, but for the row
-  // that leaves and the one that enters. beyond is the sum at the place that comes in: there each prefix is
-  // the whole row, or none of it.
+  // From row y to row y + 1. Each sum is the old one of the place Step columns before it, except for the row
+  // that leaves each diagonal and the row that enters. beyond is the sum at the place that comes in, where
+  // each prefix is the whole row or empty.
   void move_down(int32_t y, int32_t beyond) {
     int32_t* sums = sums_.get();
     if (Step > 0) {
@@ -385,7 +389,7 @@ class DiagonalPrefixes {
     int32_t rows;
   };
 
-  // The prefix of a row of the image, from that column of the window at the first place on.
+  // The prefix of row y of the image at that column of the window, from the first of the count_ places on.
   const int32_t* prefix(int32_t y, int32_t column) {
     prefix_.set(image_.row(y));
     return prefix_.at(column - (Step > 0 ? reach_ : 0));
@@ -393,7 +397,7 @@ class DiagonalPrefixes {
 
   GrayImage image_;
   int32_t n_;
-  int32_t reach_;  // so many places farther all prefixes are the whole row, or none of it
+  int32_t reach_;  // places to add until every prefix is the whole row or empty
   int32_t count_;
   PaddedPrefix prefix_;
   Buffer<Diagonal> diagonals_;
@@ -406,7 +410,7 @@ void four_directions_of_high_windows(GrayImage source, GrayImage result, int32_t
   const int32_t rows = 2 * n + 1;
   AboveLessBelow above_less_below(source, n);
   WindowRows all_rows(source, n);
-  // What counts at the columns before the right end of a window, and before its left end.
+  // Weights of the column prefix at the right end of a window, and at its left end.
   WeightedRows rising_at_right(source, n);
   WeightedRows rising_at_left(source, n);
   WeightedRows left_at_right(source, n);
@@ -442,7 +446,7 @@ void four_directions_of_high_windows(GrayImage source, GrayImage result, int32_t
     include_left(r, r, left_at_right, left_at_left, falling_left);
     include_right(r, r, right_at_right, 1, falling_right);
   }
-  // Of the rising line only the difference of the sides is asked for, so the right one counts against.
+  // Only the difference of the sides of the rising diagonal is needed, so its right side counts negative.
   for (int32_t r = 0; r < rows; ++r) include_right(r, rows - 1 - r, rising_at_right, -1, rising);
 
   above_less_below.start(n);
@@ -503,7 +507,7 @@ void NuvGradientByPrewitt0(uint8_t* pGryImg, int32_t width, int32_t height, int3
   const auto [m, n] = HalfSizes(M, N, source);
   clear_row_bands(result, n);
   if (source.empty() || 2 * n + 1 >= height) return;
-  const int32_t places = width - 2 * m - 1;  // the last one that fits is left out
+  const int32_t places = width - 2 * m - 1;  // the last place that fits is left out
   AboveLessBelow sums(source, n);
   if (!sums.allocated()) return;
   sums.start(n);
@@ -521,7 +525,7 @@ void NuvGradientByPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int
   const GrayImage result{pResImg, width, height};
   const auto [m, n] = HalfSizes(M, N, source);
   clear_row_bands(result, n);
-  const int32_t places = width - 2 * m - 1;  // the last one that fits is left out
+  const int32_t places = width - 2 * m - 1;  // the last place that fits is left out
   if (source.empty() || places <= 0) return;
   for (int32_t y = std::max(height - n, 0); y < height; ++y) clear_columns(result, y, m, m + places - 1);
   if (2 * n + 1 >= height) return;
@@ -542,7 +546,7 @@ void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t height, int32
   const GrayImage result{pResImg, width, height};
   clear_rows(result, 0, N - 1);
   clear_rows(result, height - N, height - 1);
-  // At the left the column of the first window is cleared too; the right border is not.
+  // At the left the column of the first window is cleared, too. The right border is not cleared.
   if (M > 0) {
     for (int32_t y = N; y < height - N; ++y) clear_columns(result, y, 0, M);
   }
