@@ -313,7 +313,7 @@ NUV_API void NuvDrawRightArrow(uint8_t* pGryImg, int32_t width, int32_t height, 
 
 /// @}
 
-/// @defgroup drawing_line_arrows Line arrows
+/// @defgroup drawing_simple_arrows Simple arrows
 ///
 /// Arrows of lines that start at a point (x, y), doubled to a width of two pixels.
 ///
@@ -337,39 +337,39 @@ NUV_API void NuvDrawRightArrow(uint8_t* pGryImg, int32_t width, int32_t height, 
 /// x and y are the start of the shaft, and len is its length in pixels.
 /// @{
 
-/// Draws a line arrow that points up in a gray image.
+/// Draws a simple arrow that points up in a gray image.
 NUV_API void NuvDrawUpArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                             int32_t len, int32_t color);
 
-/// Draws a line arrow that points down in a gray image.
+/// Draws a simple arrow that points down in a gray image.
 NUV_API void NuvDrawDownArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t color);
 
-/// Draws a line arrow that points right in a gray image.
+/// Draws a simple arrow that points right in a gray image.
 NUV_API void NuvDrawRightArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                int32_t len, int32_t color);
 
-/// Draws a line arrow that points left in a gray image.
+/// Draws a simple arrow that points left in a gray image.
 NUV_API void NuvDrawLeftArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t color);
 
 /// @overload
-/// Draws a line arrow that points up in an RGB image.
+/// Draws a simple arrow that points up in an RGB image.
 NUV_API void NuvDrawUpArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                             int32_t len, int32_t r, int32_t g, int32_t b);
 
 /// @overload
-/// Draws a line arrow that points down in an RGB image.
+/// Draws a simple arrow that points down in an RGB image.
 NUV_API void NuvDrawDownArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t r, int32_t g, int32_t b);
 
 /// @overload
-/// Draws a line arrow that points left in an RGB image.
+/// Draws a simple arrow that points left in an RGB image.
 NUV_API void NuvDrawLeftArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t r, int32_t g, int32_t b);
 
 /// @overload
-/// Draws a line arrow that points right in an RGB image.
+/// Draws a simple arrow that points right in an RGB image.
 NUV_API void NuvDrawRightArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                int32_t len, int32_t r, int32_t g, int32_t b);
 

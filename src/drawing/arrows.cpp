@@ -1,7 +1,8 @@
 // Arrows.
 //
-// Those in one of the four directions are told along and across their axis: upright ones have columns across,
-// level ones rows. What the directions limit to the image differs, and stands in the lines of each.
+// Arrows in the four directions share one drawing by coordinates along and across the axis: rows and columns
+// of an upright arrow, columns and rows of a level one. The places that are limited to the image differ, so
+// each direction computes its own.
 
 #include <algorithm>
 #include <cmath>
@@ -34,7 +35,7 @@ using Axis = Point (*)(int32_t along, int32_t across);
 
 constexpr int32_t kHead = 10;  // its length, and how far it sticks out on each side
 
-// Across the axis: the sides of the shaft, and the size of the image.
+// The sides of the shaft and the size of the image, across the axis.
 struct Sides {
   int32_t first, second;
   int32_t image_size;
@@ -54,7 +55,7 @@ void draw_block_arrow(const GrayPen& pen, Axis at, int32_t tip, int32_t base, in
 
 // ---- simple arrows ----
 
-// Along the axis, and across it: the shaft, the second shaft, the two wings.
+// tail, tip and base (the place of the wings) lie along the axis, all others across it.
 struct SimpleArrow {
   int32_t tail, tip, base;
   int32_t shaft, second_shaft;
@@ -94,7 +95,7 @@ void draw_up_arrow(const Pen& pen, Point p, int32_t len) {
 
 template <class Pen>
 void draw_down_arrow(const Pen& pen, Point p, int32_t len) {
-  // Held below the top, and not above the bottom: there each line is clamped by itself.
+  // The rows are limited at the top only. Past the bottom each line is clamped by itself.
   const auto row = [p](int32_t distance) { return std::max(p.y + distance, 0); };
   draw_upright_arrow(pen, p.x, p.y, row(len), row(len / 2), len / 4);
 }
@@ -127,7 +128,7 @@ void NuvGryImgDrawArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t
 
 void NuvRGBImgDrawArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t y1, int32_t x2,
                         int32_t y2, int32_t size, int32_t r, int32_t g, int32_t b) {
-  // Red and blue change place between the line and the cross.
+  // Red and blue change places between the line and the cross.
   draw_line(RgbPen(pRGBImg, width, height, b, g, r), {x1, y1}, {x2, y2});
   const RgbPen pen(pRGBImg, width, height, r, g, b);
   const Region arms = arms_off_border(pen.image, x2, y2, size);

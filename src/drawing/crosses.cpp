@@ -9,7 +9,7 @@
 namespace nuv {
 namespace {
 
-// Moves the centre of a gray cross off the border, and says whether there is a place for it.
+// Moves the centre of a gray cross off the border. Returns whether the image has an interior.
 bool move_inside(GrayImage image, Point* center) {
   if (image.width < 3 || image.height < 3) return false;
   *center = {std::clamp(center->x, 1, image.width - 2), std::clamp(center->y, 1, image.height - 2)};
@@ -25,7 +25,7 @@ void NuvDrawRGBCross(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x,
                      int32_t r, int32_t g, int32_t b) {
   const int32_t half = size / 2;
   const Region arms = Region{x - half, x + half, y - half, y + half}.clamped_to(width, height);
-  // The horizontal arm lies on row x: only a cross with x = y is whole.
+  // The horizontal arm lies on row x, so the arms meet in the centre only if x = y.
   draw_cross(RgbPen(pRGBImg, width, height, r, g, b), x, x, arms);
 }
 

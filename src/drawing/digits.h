@@ -1,4 +1,4 @@
-// The digit font: ten glyphs of 9 rows, a byte per row, the top row first, the highest bit leftmost.
+// The digit font: ten glyphs of 9 rows with one byte per row, the top row first, the highest bit leftmost.
 
 #ifndef NUV_DRAWING_DIGITS_H
 #define NUV_DRAWING_DIGITS_H

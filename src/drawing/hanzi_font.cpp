@@ -1,5 +1,5 @@
-// Finds the font through the system: the executable's path, cut behind its last separator. A platform is how
-// it tells that path, and the characters that it is made of.
+// Finds the font in the folder of the executable, which is the executable's path up to its last separator.
+// Platforms differ in how they give that path and in its type of character.
 
 #include "drawing/hanzi_font.h"
 
@@ -20,7 +20,7 @@
 namespace nuv {
 namespace {
 
-// Each gives the length of the path, 0 if there is none, and at least the size if it does not fit.
+// executable_path() returns the length of the path, 0 if there is none, and size or more if it does not fit.
 #if defined(_WIN32)
 using PathCharacter = wchar_t;
 constexpr PathCharacter kSeparator = L'\\';
@@ -59,7 +59,7 @@ File open_hanzi_font() {
   if (length == 0 || length + std::size(kFontName) > path.size()) return nullptr;
   std::copy(std::begin(kFontName), std::end(kFontName), path.begin() + static_cast<std::ptrdiff_t>(length));
   File font(open_to_read(path.data()));
-  // A folder of that name can be opened, but not read.
+  // A folder of that name opens but cannot be read.
   if (font && std::fgetc(font.get()) == EOF && std::ferror(font.get()) != 0) return nullptr;
   return font;
 }
@@ -68,7 +68,7 @@ void read_glyph(std::FILE* font, uint8_t c1, uint8_t c2, HanziGlyph& glyph) {
   const int32_t index = c2 + c1 * 94 - 15295;
   if (index < 0) return;
   if (std::fseek(font, index * static_cast<long>(glyph.size()), SEEK_SET) != 0) return;
-  // What a short read does not reach stays.
+  // Bytes that a short read does not reach keep their values.
   [[maybe_unused]] const std::size_t read = std::fread(glyph.data(), 1, glyph.size(), font);
 }
 

@@ -19,7 +19,7 @@ void draw_between(const Pen& pen, Point p1, Point p2) {
     return Point{std::clamp(p.x, 0, image.width - 1), std::clamp(p.y, 0, image.height - 1)};
   };
   walk_connected(clamped(p1), clamped(p2), [&](int32_t x, int32_t y) {
-    // Single precision can step over the last row where coordinates are large.
+    // With large coordinates, single precision can round past the last row.
     if (y >= 0 && y < image.height) pen.put(x, y);
   });
 }
@@ -37,9 +37,9 @@ void draw_kb_line(const Pen& pen, int32_t is_vertical, double k, double b) {
   }
 }
 
-// One way of a degree line, from a start on by step while the major coordinate stays in first..last. Beyond
-// the image at one side of the minor axis the line has left for good if it is heading there; at the other
-// side it may still come in.
+// Draws one half of a degree line: from start by step, while the major coordinate stays in first..last. Where
+// the minor coordinate lies outside the image, the walk ends if the line leads farther away, and continues if
+// it can still enter.
 template <class Put>
 void draw_ray(int64_t start, int32_t step, int64_t first, int64_t last, double m, double c,
               int32_t minor_size, Put put) {
@@ -81,10 +81,10 @@ void NuvDrawDegreeLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t 
   const double m = std::tan((by_columns ? degree : 90 - degree) / 180 * kPi);
   const auto rays = [m](int64_t from, int32_t through, int32_t major_size, int32_t minor_size, auto draw) {
     const double c = through - static_cast<double>(from) * m;
-    // From far outside, what lies before the image is passed over at once.
+    // A start far outside the image is moved to its side at once.
     const int64_t last = int64_t{major_size} - 1;
     draw_ray(std::max<int64_t>(from + 1, 0), 1, 0, last, m, c, minor_size, draw);
-    draw_ray(std::min(from - 1, last), -1, 1, last, m, c, minor_size, draw);  // 0 is not reached
+    draw_ray(std::min(from - 1, last), -1, 1, last, m, c, minor_size, draw);  // never reaches 0
   };
   if (by_columns) {
     rays(x0, y0, width, height, put);

@@ -1,4 +1,4 @@
-// The project's mark: its three letters, white on a black plate, as the runs of the letters.
+// The project's mark: three white letters on a black plate, stored as runs of pixels.
 
 #include "drawing/pen.h"
 #include "drawing/strokes.h"

@@ -1,4 +1,4 @@
-// Pens: a colour and an image, gray or RGB, that a shape is drawn with.
+// Pens: a gray or RGB image to draw into, and the colour to draw with.
 
 #ifndef NUV_DRAWING_PEN_H
 #define NUV_DRAWING_PEN_H
@@ -38,7 +38,7 @@ struct RgbPen {
     pixel[1] = green;
     pixel[2] = red;
   }
-  // The pixels that are there are copied after themselves, so that each copy doubles them.
+  // Each copy doubles the pixels that are already written.
   void put_run(int32_t x, int32_t y, int32_t n) const {
     if (n < 1) return;
     put(x, y);

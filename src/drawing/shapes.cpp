@@ -33,12 +33,12 @@ void fill_rectangle(const Pen& pen, Region r) {
 
 // ---- ellipses ----
 
-// The upper half of an ellipse, as the distance of its rows from the centre's.
+// The upper half of an ellipse, as rows by the distance of a column from the centre.
 class EllipseArc {
  public:
   EllipseArc(int32_t rx, int32_t ry) : half_axis_(rx), flattening_(ry / half_axis_) {}
 
-  // step columns from the centre.
+  // The row at step columns from the centre, whose row is cy.
   int32_t row_at(int32_t cy, int32_t step) const {
     const double from_center = step;
     const double d = std::sqrt(half_axis_ * half_axis_ - from_center * from_center);
@@ -50,15 +50,17 @@ class EllipseArc {
   double flattening_;
 };
 
-// Whether an ellipse, and one pixel more on each side, lies in an image that single precision has all places of.
+// Returns whether an ellipse and one pixel around it lie in the image, and the image is so small that single
+// precision represents all its coordinates.
 bool is_whole_ellipse(GrayImage image, int64_t cx, int64_t cy, int64_t rx, int64_t ry) {
   const int64_t dy = std::abs(ry);
   return rx > 0 && image.size() <= 1 << 24 && cx - rx > 0 && cx + rx < image.width - 1 && cy - dy > 0 &&
          cy + dy < image.height - 1;
 }
 
-// The lines of a step lead from one column to the next. Such a line fills the right one of the two, from row to
-// row; a level line has both its ends. All four have the same rows, mirrored, so they are drawn at once.
+// Draws the lines of a whole ellipse without walking each. A line of the polyline leads from one column to
+// the next and fills the right one of the two from row to row; a level line also has its left end. The four
+// lines of a step are mirror images, so their rows are computed once.
 void draw_whole_ellipse(const GrayPen& pen, int32_t cx, int32_t cy, int32_t rx, int32_t ry) {
   const EllipseArc arc(rx, ry);
   const auto put_mirrored = [&pen, cy](int32_t left, int32_t right, int32_t y) {
@@ -112,8 +114,9 @@ void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, 
   const EllipseArc arc(rx, ry);
   int32_t px = cx - rx;
   int32_t py = cy;
-  // Beyond the image the lines fall into its outermost columns, where one line covers a stretch of steps. So
-  // the next step is the centre, or one with a vertex, at cx + step or cx - step, in the image or beside it.
+  // Past the sides of the image all lines are clamped into its outermost columns, so steps there can be
+  // skipped. The next step is the nearest one whose vertex, at cx + step or cx - step, lies in the image or
+  // beside it, or else the centre.
   const auto next = [=](int32_t step) {
     int64_t nearest = 0;
     for (int64_t begin : {-1 - int64_t{cx}, int64_t{cx} - width}) {

@@ -1,4 +1,4 @@
-// Strokes along one column or one row, cut to the image, and the cross that two of them make.
+// Strokes along one column or one row, cut to the image, and crosses made of two strokes.
 
 #ifndef NUV_DRAWING_STROKES_H
 #define NUV_DRAWING_STROKES_H
@@ -25,14 +25,14 @@ void stroke_row(const Pen& pen, int32_t y, int32_t x1, int32_t x2) {
   if (first <= last) pen.put_run(first, y, last - first + 1);
 }
 
-// A column and a row, each over its extent in arms.
+// Draws a column over rows arms.y1..arms.y2 and a row over columns arms.x1..arms.x2.
 template <class Pen>
 void draw_cross(const Pen& pen, int32_t column, int32_t row, Region arms) {
   stroke_column(pen, column, arms.y1, arms.y2);
   stroke_row(pen, row, arms.x1, arms.x2);
 }
 
-// What arms of that length round a point cover, off the two outer lines of the image.
+// The extents of arms of length size around a point, without the two outer lines of the image.
 template <int Channels>
 Region arms_off_border(Image<Channels> image, int32_t x, int32_t y, int32_t size) {
   return {std::max(2, x - size), std::min(image.width - 3, x + size), std::max(2, y - size),

@@ -1,8 +1,8 @@
-// Text: digits of a font in the library, and Hanzi of one in a file.
+// Text: digits from a font in the library, and Hanzi from a font file.
 //
-// A glyph is rows of bits; ink draws its set bits and ground its clear ones, each as a square of pixels. What
-// lies outside the image is left out. The functions differ in the two pens, the scale, and how far down a
-// line of text may begin.
+// A glyph is rows of bits. The pen ink draws its set bits and the pen ground its clear ones, each bit as a
+// square of pixels. Pixels outside the image are left out. The functions differ in the two pens, the scale,
+// and how far down a line of text may begin.
 
 #include <algorithm>
 #include <cstring>
@@ -15,7 +15,7 @@
 namespace nuv {
 namespace {
 
-// Leaves pixels as they were.
+// A pen that draws nothing.
 struct NoPen {
   void put(int32_t, int32_t) const {}
 };
@@ -42,7 +42,7 @@ void draw_glyph(const Ink& ink, const Ground& ground, Point at, Glyph glyph, int
   }
 }
 
-// The last place where a line of digits may begin is a pixel, or bottom_margin pixels, off the last one.
+// A digit may begin up to column width - cell - 1 and row height - bottom_margin.
 template <class Ink, class Ground>
 int32_t draw_number(const Ink& ink, const Ground& ground, int32_t scale, int32_t bottom_margin, Point at,
                     int32_t gap, const char* text) {
@@ -68,7 +68,7 @@ bool draw_hanzi(const Pen& ink, const Pen& ground, int32_t scale, int32_t bottom
   const int32_t cell = kHanziSize * scale;
   const std::size_t length = std::strlen(text);
   HanziGlyph glyph{};
-  // A code that is cut short ends in the terminating zero.
+  // The last byte of a text of odd length is paired with the terminating zero.
   for (std::size_t i = 0; i < length; i += 2) {
     read_glyph(font.get(), static_cast<uint8_t>(text[i]), static_cast<uint8_t>(text[i + 1]), glyph);
     draw_glyph(ink, ground, pen, {glyph.data(), kHanziSize, kHanziSize}, scale);
@@ -129,7 +129,7 @@ bool NuvDrawChineseString16x16(uint8_t* pGryImg, int32_t width, int32_t height, 
 bool NuvDrawChineseString16x16(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                int32_t gap, int32_t bkR, int32_t bkG, int32_t bkB, int32_t fgR, int32_t fgG,
                                int32_t fgB, char* pStr) {
-  // 4 rows more than the gray one keeps free.
+  // This form keeps 4 more rows free at the bottom than the gray one.
   return draw_hanzi(RgbPen(pRGBImg, width, height, fgR, fgG, fgB),
                     RgbPen(pRGBImg, width, height, bkR, bkG, bkB), 1, 20, {x, y}, gap, pStr);
 }

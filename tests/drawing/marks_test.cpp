@@ -16,7 +16,7 @@ TestImage drawn(int32_t width, int32_t height, Draw draw_into, uint8_t ground = 
   return image;
 }
 
-// What a drawing in colour set to one byte of its pixels.
+// The values that a drawing in an RGB image sets in one channel.
 template <class Draw>
 TestImage drawn_channel(int32_t width, int32_t height, std::size_t channel, Draw draw_into) {
   TestImage image(width, height);
@@ -42,7 +42,7 @@ TEST(Cross, InColourHasItsLevelArmOnRowX) {
             draw({"....#....", "....#....", "....#....", "....#....", "..#####..", "........."}));
 }
 
-// An arrow as the lines that it is told to be: x1, y1, x2, y2 of each.
+// The lines that an arrow consists of: x1, y1, x2, y2 of each.
 using Lines = std::vector<int32_t>;
 
 TestImage of_lines(int32_t width, int32_t height, const Lines& lines) {
@@ -58,7 +58,7 @@ TEST(BlockArrow, IsSixLines) {
   NuvDrawUpArrow(up.data(), 40, 35, 15, 24, 5, 30, 255);
   EXPECT_EQ(up, of_lines(40, 35, {5,  15, 19, 5,  34, 15, 19, 5,  5,  15, 34, 15,
                                   15, 15, 15, 30, 24, 15, 24, 30, 15, 30, 24, 30}));
-  TestImage left(40, 35);  // no longer than its head, and its wings end with the image
+  TestImage left(40, 35);  // shorter than its head, and its wings are cut at the image
   NuvDrawLeftArrow(left.data(), 40, 35, 5, 12, 3, 28, 255);
   EXPECT_EQ(left, of_lines(40, 35, {12, 0, 5, 15, 12, 34, 5, 15, 12, 0, 12, 34}));
 }
@@ -75,7 +75,7 @@ TEST(Plot, BarsStandOnTheLastRowAndOnColumn0) {
   EXPECT_EQ(columns(plot_x, -9, 3), four) << "there are no entries before column 0";
   // (v - 20) * 6 / 12 + 0.5 = 0.5, 5.5
   EXPECT_EQ(columns(plot_x, 1, 2), draw({"....", "..#.", "..#.", "..#.", "..#.", "..#."}));
-  // (v - 10) * 6 / 82 + 0.5 = 0.5, 1.2, 2.0 (less a little), 2.7
+  // (v - 10) * 6 / 82 + 0.5 = 0.5, 1.2, just below 2.0, 2.7
   const TestImage five = draw({"....", "....", "....", "....", "...#", ".###"});
   EXPECT_EQ(columns(plot_x, 5), five) << "entries beyond the image set the scale";
   EXPECT_EQ(columns(plot_x, 0, 4), five);

@@ -26,7 +26,8 @@ struct Placed {
   int32_t scale, left, top;
 };
 
-// Calls check(index, bit) for all pixels: bit is 255 or 0 as of the last glyph there, -1 beside all of them.
+// Calls check(index, bit) for all pixels: bit is 255 or 0 from the last glyph there, and -1 outside all
+// glyphs.
 template <class Check>
 void for_bits(int32_t width, int32_t height, const std::vector<Placed>& glyphs, Check check) {
   for (int32_t i = 0; i < width * height; ++i) {
@@ -67,7 +68,7 @@ TEST(Digits, AreDrawnAndOthersPassedOver) {
 }
 
 TEST(Digits, KeepToTheirLimits) {
-  // x up to width - cell - 1, y up to height - below: the pen tells what is drawn.
+  // x up to width - cell - 1, y up to height - below. The returned x shows how many digits are drawn.
   const auto expect = [](int32_t cell, int32_t below, auto draw) {
     char text[] = "88";
     Bytes image(40 * 30 * 3);
@@ -100,7 +101,7 @@ TEST(WideCharacters, AreMadeOfNarrowOnes) {
 
 #if defined(__linux__)
 
-// Each test puts a font of its own beside this program, so the tests of all processes take turns.
+// Each test writes its own font into the folder of this program, so a lock lets one test run at a time.
 class Hanzi : public testing::Test {
  protected:
   Hanzi() : lock_(open("/proc/self/exe", O_RDONLY)), path_(fs::read_symlink("/proc/self/exe")) {
@@ -127,7 +128,7 @@ class Hanzi : public testing::Test {
   // What a text of up to four codes draws.
   static TestImage drawn(std::string text) {
     TestImage image(16 * static_cast<int32_t>((text.size() + 1) / 2), 16);
-    TestImage wide(image.width + 1, 17);  // the least that has place for it
+    TestImage wide(image.width + 1, 17);  // the smallest image that has room for it
     EXPECT_TRUE(
         NuvDrawChineseString16x16(wide.data(), wide.width, wide.height, 0, 0, 0, 0, 255 + 256, text.data()));
     for (int32_t y = 0; y < 16; ++y) std::copy_n(&wide.at(0, y), image.width, &image.at(0, y));
@@ -167,7 +168,7 @@ TEST_F(Hanzi, WithoutAGlyphRepeatTheOneBefore) {
 }
 
 TEST_F(Hanzi, NeedAFontAndARowToBeginOn) {
-  // y below height - margin.
+  // y must be below height - margin.
   const auto expect = [&](int32_t margin, auto draw) {
     char text[] = "\xA1\xA1";
     const Bytes untouched(40 * 40 * 3, 9);
@@ -209,7 +210,7 @@ TEST_F(Hanzi, AreSetInLinesAndCutByTheImage) {
   for (const auto& c : cases) {
     char text[] = "\xA1\xA1\xA1\xA1\xA1\xA1\xA1\xA1\xA1\xA1\xA1\xA1";
     const auto size = static_cast<std::size_t>(c.width * c.height);
-    Bytes gray(3 * size, 9);  // with as much again on both sides
+    Bytes gray(3 * size, 9);  // the image, with as many guard bytes before and after it
     Bytes rgb(9 * size, 9);
     const auto draw = [&](auto form) {
       EXPECT_TRUE(form(&gray[size], c.width, c.height, c.x, c.y, c.gap, 50, 60, text));
@@ -228,7 +229,8 @@ TEST_F(Hanzi, AreSetInLinesAndCutByTheImage) {
   }
 }
 
-// From a font of three characters: full width, half width, and without a code; then from the real one.
+// First from a font of three characters, one full width, one half width, one without a code; then from the
+// real font.
 TEST_F(Hanzi, ComeFromTheProgramThatMakesTheFont) {
   const std::string folder = path_.parent_path().string();
   const std::string source = folder + "/three.hex";

@@ -42,7 +42,7 @@ TEST(WeakPoints, Go) {
   EXPECT_EQ(edges, draw({"#####", "#.###", "#####"})) << "40 is not below 40; the border stays";
 }
 
-// The plain form: every window collected anew, every pair tested.
+// The plain form: collects the ends of every window and tests every pair.
 void plain_connect(TestImage& e, const TestImage& mask, int32_t gap) {
   for (int32_t y = 1; y < e.height - 1; ++y) {
     for (int32_t x = 1; x < e.width - 1; ++x) {
@@ -78,7 +78,7 @@ TEST(ConnectEdge, EqualsThePlainForm) {
     const int32_t height = random.between(1, 25);
     TestImage edges = random.binary(width, height, random.between(1, 25));
     for (uint8_t& p : edges.pixels) {
-      if (random.between(1, 50) == 1) p = 200;  // ends that the host has marked
+      if (random.between(1, 50) == 1) p = 200;  // ends that the caller has marked
     }
     TestImage mask = random.binary(width, height, 80);
     TestImage expected = edges;
@@ -91,7 +91,8 @@ TEST(ConnectEdge, EqualsThePlainForm) {
 
 TEST(ConnectEdge, TakesNoMoreThanAThousandEndPoints) {
   for (const int32_t ends : {999, 1000}) {
-    // That many stand above (40, 40) at its right, and the last of the window below at its left.
+    // That many ends lie above (40, 40) at its right. One more, the last in raster order, lies below at its
+    // left.
     TestImage edges(81, 81);
     for (int32_t i = 0; i < ends; ++i) edges.at(41 + i % 35, 8 + i / 35) = 200;
     edges.at(8, 60) = 200;
@@ -136,7 +137,7 @@ TEST(EdgePointsInRect, NeedMoreThanTenPixelsBetween) {
 TEST(EdgePointsInCircle, AreThoseOfItsRowsAndColumns) {
   TestImage image(41, 41);
   image.at(8, 20) = image.at(33, 20) = 9;
-  image.at(1, 14) = 9;  // beside the ellipse
+  image.at(1, 14) = 9;  // outside the ellipse
   std::vector<int32_t> left(41, -7), right(41, -7), top(41, -7), bottom(41, -7);
   NuvExtractEdgePointInCircle(image.data(), 41, 20, 20, 15, 15, left.data(), right.data(), top.data(),
                               bottom.data());
@@ -151,7 +152,7 @@ TEST(ThresholdByEdge, CountsVotesAroundEdges) {
   EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 0), 0);
   edges.at(4, 5) = 1;
   gray.at(5, 5) = 60;  // a sample
-  gray.at(4, 6) = 90;  // none
+  gray.at(4, 6) = 90;  // not a sample
   EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 0), 50);
   gray.at(4, 5) = 55;
   edges.at(5, 5) = 1;

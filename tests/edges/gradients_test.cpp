@@ -12,7 +12,7 @@ using Gradient = void (*)(uint8_t*, int32_t, int32_t, uint8_t*);
 
 constexpr uint8_t kSentinel = 77;
 
-// A pixel, by which those around it are told.
+// A pixel, which gives its neighbours by their offsets.
 struct Pixel {
   const TestImage& image;
   int32_t x, y;
@@ -68,7 +68,7 @@ const struct {
     {NuvGradient0ByPrewitt5x5, 2, 250, rows_5x5},
 };
 
-// Noise of random strength, so that the clamps and the comparisons all decide somewhere.
+// Noise of random strength, so that every clamp and every comparison decides some pixels.
 TestImage noise(Random& random, int32_t width, int32_t height) {
   TestImage image(width, height);
   const int32_t levels = random.between(1, 255);
@@ -120,7 +120,7 @@ void clear(TestImage& image, int32_t x1, int32_t x2, int32_t y1, int32_t y2) {
   }
 }
 
-// Rows against rows, or columns against columns.
+// The plain form of the two one-direction gradients: of columns, or of rows.
 TestImage plain_prewitt(const TestImage& p, int32_t m, int32_t n, bool columns) {
   TestImage r(p.width, p.height, kSentinel);
   const int32_t x2 = p.width - m - 2;
@@ -187,7 +187,7 @@ TEST(WindowGradients, EqualTheirPlainForms) {
     TestImage source = noise(random, random.between(1, 40), random.between(1, 24));
     const int32_t m = random.between(1, 6);
     const int32_t n = random.between(1, 6);
-    if (round % 2 == 0) {  // weak enough not to saturate
+    if (round % 2 == 0) {  // weak noise: most values stay below the clamp
       for (uint8_t& p : source.pixels) p = static_cast<uint8_t>(p / 40);
     }
     ASSERT_EQ(run(NuvGradientByPrewitt0, source, m, n), plain_prewitt(source, m, n, false)) << m << ' ' << n;

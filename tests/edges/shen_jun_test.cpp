@@ -12,7 +12,7 @@
 
 namespace {
 
-// The detector as it is told: four sweeps in place, then three conditions pixel by pixel.
+// The plain form of the detector: four sweeps in place, then three conditions for each pixel.
 template <class T>
 std::vector<T> plain_smooth(const TestImage& g, const std::function<T(T, T)>& step) {
   const int32_t w = g.width;
@@ -52,7 +52,7 @@ TestImage plain_edges(const TestImage& g, const std::vector<T>& t, int32_t thres
   return edges;
 }
 
-// Noise on a step, so that all three conditions decide somewhere.
+// Noise on a step, so that each of the three conditions decides some pixels.
 TestImage noisy_step(Random& random, int32_t width, int32_t height) {
   TestImage image(width, height);
   const int32_t noise = random.between(0, 190);
@@ -126,7 +126,7 @@ TEST(ShenJunLists, HoldThePointsInRasterOrderUpToTheirCapacity) {
         EXPECT_EQ(std::pair(std::exchange(x[i], -1), std::exchange(y[i], -1)), points[i]);
       }
     };
-    // The list that ends when it is full compares after storing, the other one before.
+    // The form that stops at a full list compares after storing, the other one before.
     expect_points(NuvShenJunEdgeFast(g.data(), scratch.data(), 60, 20, 2, 30, x.data(), y.data(), capacity),
                   std::clamp(capacity, 1, total));
     TestImage drawn(60, 20, 99);
