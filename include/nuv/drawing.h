@@ -291,23 +291,34 @@ NUV_API void NuvRGBImgDrawArrow(uint8_t* pRGBImg, int32_t width, int32_t height,
 ///     right    tip (x2, (y1+y2)/2)    base column max(x2-10, x1)    far end column x1
 ///              base from row max(y1-10, 0) to min(y2+10, height-1), shaft on rows y1 and y2
 ///
-/// x1, x2, y1 and y2 are the first and last column and row of the rectangle. They are not put in order: the
-/// formulas hold for ends out of order, too.
+/// The ends of the rectangle are not put in order: the formulas hold for ends out of order, too.
 /// @{
 
 /// Draws the outline of a block arrow that points up, to row y1.
+///
+/// @param x1, x2  first and last column of the rectangle
+/// @param y1, y2  first and last row of the rectangle
 NUV_API void NuvDrawUpArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, int32_t color);
 
 /// Draws the outline of a block arrow that points down, to row y2.
+///
+/// @param x1, x2  first and last column of the rectangle
+/// @param y1, y2  first and last row of the rectangle
 NUV_API void NuvDrawDownArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, int32_t color);
 
 /// Draws the outline of a block arrow that points left, to column x1.
+///
+/// @param x1, x2  first and last column of the rectangle
+/// @param y1, y2  first and last row of the rectangle
 NUV_API void NuvDrawLeftArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, int32_t color);
 
 /// Draws the outline of a block arrow that points right, to column x2.
+///
+/// @param x1, x2  first and last column of the rectangle
+/// @param y1, y2  first and last row of the rectangle
 NUV_API void NuvDrawRightArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                int32_t y1, int32_t y2, int32_t color);
 
@@ -333,43 +344,65 @@ NUV_API void NuvDrawRightArrow(uint8_t* pGryImg, int32_t width, int32_t height, 
 ///
 /// Past the bottom of the image a down arrow is clamped line by line: its wings can lie on the last row, as
 /// its tip does.
-///
-/// x and y are the start of the shaft, and len is its length in pixels.
 /// @{
 
 /// Draws a simple arrow that points up in a gray image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawUpArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                             int32_t len, int32_t color);
 
 /// Draws a simple arrow that points down in a gray image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawDownArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t color);
 
 /// Draws a simple arrow that points right in a gray image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawRightArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                int32_t len, int32_t color);
 
 /// Draws a simple arrow that points left in a gray image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawLeftArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t color);
 
 /// @overload
 /// Draws a simple arrow that points up in an RGB image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawUpArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                             int32_t len, int32_t r, int32_t g, int32_t b);
 
 /// @overload
 /// Draws a simple arrow that points down in an RGB image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawDownArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t r, int32_t g, int32_t b);
 
 /// @overload
 /// Draws a simple arrow that points left in an RGB image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawLeftArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t r, int32_t g, int32_t b);
 
 /// @overload
 /// Draws a simple arrow that points right in an RGB image.
+///
+/// @param x, y  start of the shaft
+/// @param len   length of the shaft, in pixels
 NUV_API void NuvDrawRightArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                int32_t len, int32_t r, int32_t g, int32_t b);
 
