@@ -1,7 +1,7 @@
 // Gradient images of fixed windows.
 //
-// One pass serves all of them: a row kernel writes the interior, and the border is zeroed. Each function has
-// a kernel of its own, which states the response, how responses combine, and the clamp.
+// One pass serves all of them: a row kernel writes the interior, and the border is zeroed. The functions
+// differ in the kernel, which states the response, how responses combine, and the clamp.
 
 #include <algorithm>
 #include <cstring>
