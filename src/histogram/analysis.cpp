@@ -1,4 +1,4 @@
-// Histograms smoothed, ordered, and searched for peaks, and the contrast between two modes.
+// Smooths, orders and searches histograms, and measures the contrast between two modes.
 
 #include <algorithm>
 #include <array>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int32_t kKernelScale = 1024;
 
-// The centre and one side of a Gaussian, as far as its values reach the cutoff.
+// The centre and one side of a Gaussian, up to the first value below the cutoff.
 struct HalfKernel {
   std::array<int32_t, kBins> weights{};
   int32_t size = 1;
@@ -36,20 +36,20 @@ struct HalfKernel {
   int32_t centre_and_one_side() const { return std::accumulate(weights.begin(), weights.begin() + size, 0); }
 };
 
-// A stretch of bins, by their places in it.
+// A stretch of bins. Positions count from its first bin.
 struct BinStretch {
   const int32_t* bins;
   int32_t length;
 };
 
-// Both sides are weighed by a divisor that holds one: this zone comes out amplified.
+// The divisor holds the weights of the centre and one side only, so these bins are amplified.
 int32_t smoothed_in_the_middle(const BinStretch& h, int32_t t, const HalfKernel& kernel, int32_t divisor) {
   int32_t sum = kernel.weights[0] * h.bins[t];
   for (int32_t k = 1; k < kernel.size; ++k) sum += kernel.weights[k] * (h.bins[t - k] + h.bins[t + k]);
   return sum / divisor;
 }
 
-// Divided by the weights that lie in the stretch.
+// The divisor holds the weights of those bins that lie in the stretch.
 int32_t smoothed_near_an_end(const BinStretch& h, int32_t t, const HalfKernel& kernel) {
   int32_t sum = kernel.weights[0] * h.bins[t];
   int32_t weight = kernel.weights[0];
@@ -68,10 +68,10 @@ int32_t smoothed_near_an_end(const BinStretch& h, int32_t t, const HalfKernel& k
 
 // ---- peaks and valleys ----
 
-// One pass over the slopes: a rise (slopes of the given sign) ends in a mark when a slope of the other sign
-// follows, or the data end. The mark goes to the rise, or half way to the last flat where that lies behind
-// it. Before the first flat that place counts as the end of the data. Marks are read as slopes when their
-// turn comes.
+// Makes one scan over the slopes. A slope of the given sign is a rise. When a fall or the end of the data
+// follows a rise, a mark is placed at the last rise, or half way from there to the last flat if that comes
+// after it. Before the first flat, the flat counts as at the end of the data. A mark that is placed ahead of
+// the scan is read as a slope when the scan reaches it.
 void mark_turns(int32_t* marks, int32_t n, int32_t sign, int32_t mark) {
   int32_t flat = n;
   int32_t rise = n;
@@ -95,7 +95,8 @@ void mark_turns(int32_t* marks, int32_t n, int32_t sign, int32_t mark) {
 
 constexpr int32_t kPeak = 100;
 
-// The first of the greatest bins among those that accept() takes; -1 without a positive one.
+// The greatest bin among those for which accept() is true; ties go to the first. -1 if none of them is
+// positive.
 template <class Accept>
 int32_t greatest_bin(const int32_t* bins, Accept accept) {
   int32_t best = -1;
@@ -111,8 +112,8 @@ int32_t greatest_bin(const int32_t* bins, Accept accept) {
 
 // ---- contrast ----
 
-// Means of windows, except for half a window at the ends, which stays as it is. The one entry at 255 - half
-// belongs to neither and is 0; from a window of 257 bins on, all entries stay as they are.
+// The means of windows. Half a window at each end keeps its counts. The entry at 255 - half belongs to
+// neither part and is 0. From a window of 257 bins on, all entries keep their counts.
 Histogram windowed_means(const int32_t* bins, int32_t window) {
   const int32_t half = window / 2;
   Histogram means{};
@@ -164,7 +165,7 @@ void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t* pResHist
 
 void NuvSetPeakTo100ValleyTo_100(int32_t* pData, int32_t N, int32_t* pMarks) {
   if (N < 1) return;
-  int32_t previous = pData[N < 2 ? 0 : 1];  // element 0 is compared with the one behind it
+  int32_t previous = pData[N < 2 ? 0 : 1];  // element 0 is compared with element 1
   for (int32_t i = 0; i < N; ++i) {
     pMarks[i] = pData[i] > previous ? 1 : pData[i] == previous ? 0 : -1;
     previous = pData[i];
@@ -189,7 +190,7 @@ int32_t NuvHistogramOrder(int32_t* pHistogram, int32_t* pOrder) {
   Histogram counts;
   std::copy_n(pHistogram, kBins, counts.begin());
   std::iota(pOrder, pOrder + kBins, 0);
-  // An exchange sort, as the order of equals is what this one leaves.
+  // An exchange sort, because the required order of equal counts is the one that it leaves.
   for (int32_t i = 0; i < kBins; ++i) {
     for (int32_t j = i + 1; j < kBins; ++j) {
       if (counts[i] < counts[j]) {
@@ -209,7 +210,7 @@ bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t min
   const int32_t window = std::max(M, 0) / 2 * 2 + 1;
   const Histogram means = windowed_means(pHistogram, window);
 
-  // The peaks nearest to T: from it down to 1, and from it up to 255.
+  // One peak on each side of T. Both scans start at T, so that ties go to the bin nearest to it.
   int32_t left = kBins - window;
   int32_t most = 0;
   for (int32_t i = std::min(T, kBins - 1); i >= 1; --i) {
@@ -230,7 +231,7 @@ bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t min
   *pRightPeak = right;
   if (right - left < minDist) return false;
 
-  // A peak that is not there lies below bin 0 where the window is longer than the histogram.
+  // A missing peak is at a negative bin if the window is longer than the histogram.
   const auto height = [&means](int32_t bin) { return bin < 0 ? 0 : means[bin]; };
   double area = 0.0;
   for (int32_t i = std::max(left, 0); i <= right; ++i) area += means[i];

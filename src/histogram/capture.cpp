@@ -1,4 +1,4 @@
-// Histogram capture: one counter, fed with the bytes that each function selects.
+// Histogram capture. One counter counts the bytes that each function selects.
 
 #include "core/byte_counter.h"
 #include "core/views.h"
@@ -42,7 +42,7 @@ void NuvGetHistogramByLimited(uint8_t* pGryImg, int32_t width, int32_t y1, int32
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
   ByteCounter counter;
   for (int32_t y = y1; y <= y2; ++y) {
-    // The right limit is exclusive here.
+    // The right limit is exclusive, unlike the ends of a region.
     if (pLeft[y] < pRight[y]) counter.add(image.at(pLeft[y], y), pRight[y] - pLeft[y]);
   }
   counter.store_to(pHistogram);

@@ -1,4 +1,4 @@
-// What the analyses of a histogram share.
+// Functions that several analyses of a histogram use.
 
 #ifndef NUV_HISTOGRAM_HISTOGRAM_H
 #define NUV_HISTOGRAM_HISTOGRAM_H
@@ -9,15 +9,18 @@
 
 namespace nuv {
 
+// The sum of all bins.
 int32_t total(const int32_t* bins);
 
-// How the walks from above compare a running count with the limit that ends them.
+// How a walk from bin 255 downward compares its running count with the limit that ends it.
 enum class Reach { kReaches, kExceeds };
 
-// The first value from 255 down at which the running count reaches or exceeds a limit; -1 if it never does.
+// The first value, from 255 downward, at which the running count reaches or exceeds the limit; -1 if none
+// does.
 int32_t first_from_above(const int32_t* bins, int32_t limit, Reach reach);
 
-// The median of n values that are counted in bins, none of them before the first bin.
+// The median, by the rule of NuvGetMedianInHistogram, of n values that are counted in bins. Bins below first
+// are empty.
 int32_t median_bin(const int32_t* bins, int32_t n, int32_t first);
 
 }  // namespace nuv

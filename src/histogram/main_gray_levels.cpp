@@ -1,8 +1,8 @@
-// A reduced gray scale, spent where the histogram is occupied.
+// A reduced gray scale with most of its levels where the histogram is occupied.
 //
-// The histogram is laid out in cells of equal width, as narrow as leaves no more occupied cells than two
-// thirds of the levels. Each occupied cell gets a level. What is left is shared among the gaps between them,
-// by their length; gaps that get nothing are absorbed by their neighbours.
+// The gray scale is divided into cells of equal width. The width is the least that leaves at most two thirds
+// as many occupied cells as there are levels. Each occupied cell becomes a level. The gaps between these
+// cells share the other levels by their lengths. A gap without a share is divided between its neighbours.
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int32_t kNoLevel = -1;
 
-// A maximal run of entries without a level, both ends inclusive.
+// A maximal run of entries without a level. Both ends are inclusive.
 struct Gap {
   int32_t start;
   int32_t end;
@@ -44,10 +44,11 @@ class Gaps {
   std::array<int32_t, kBins + 1> count_by_length_{};
 };
 
-// How many levels a gap gets, by its length.
+// The number of levels that a gap gets. The index is its length.
 using Shares = std::array<int32_t, kBins + 1>;
 
-// The neighbours take a gap over: at an end of the scale the one there is, else each its half.
+// Gives each half of a gap the level of its neighbour. A gap at an end of the scale gets that of its only
+// neighbour.
 void absorb(int32_t* table, const Gap& gap) {
   const bool has_before = gap.start > 0;
   const bool has_after = gap.end < kBins - 1;
@@ -57,7 +58,8 @@ void absorb(int32_t* table, const Gap& gap) {
   if (has_after) std::fill(table + middle, table + gap.end + 1, table[gap.end + 1]);
 }
 
-// The finest division whose shares, summed once per length that occurs, leave the rest for no more.
+// The shares of the finest division whose sum is at most rest. The sum takes each length that occurs once
+// only.
 Shares share_by_length(const Gaps& gaps, int32_t rest, int32_t min_step) {
   Shares shares{};
   for (int32_t step = min_step; step < kBins; ++step) {
@@ -72,7 +74,7 @@ Shares share_by_length(const Gaps& gaps, int32_t rest, int32_t min_step) {
   return shares;
 }
 
-// The length up to which so many gaps, or more, are found.
+// The least length that count or more gaps do not exceed. If there is none, the value otherwise.
 int32_t length_of_shortest(const Gaps& gaps, int32_t count, int32_t otherwise) {
   int32_t found = 0;
   for (int32_t length = 0; length <= kBins; ++length) {
@@ -82,7 +84,7 @@ int32_t length_of_shortest(const Gaps& gaps, int32_t count, int32_t otherwise) {
   return otherwise;
 }
 
-// Divides a gap into parts of a level each, from next on; returns the next level after them.
+// Divides a gap into parts and gives them the levels from next on. Returns the level after the last one used.
 int32_t fill_gap(int32_t* table, const Gap& gap, int32_t parts, int32_t next) {
   int32_t per_part = gap.length() / parts;
   if (gap.length() % parts > per_part) ++per_part;
@@ -94,7 +96,7 @@ int32_t fill_gap(int32_t* table, const Gap& gap, int32_t parts, int32_t next) {
   return next;
 }
 
-// Levels become classes: runs of one level are numbered from 0.
+// Turns levels into classes: numbers the runs of equal levels from 0.
 void renumber(int32_t* table) {
   int32_t level = table[0];
   int32_t number = 0;
@@ -107,12 +109,14 @@ void renumber(int32_t* table) {
   }
 }
 
-// Cells of a width, and which of them are occupied.
+// The counts of cells of equal width.
 class Cells {
  public:
-  // Only the first so many cells are emptied before they are filled anew, and counted.
+  // counted: the number of leading cells that fill() clears and counts. The others are neither cleared nor
+  // counted.
   explicit Cells(int32_t counted) : counted_(std::min(counted, kBins)) {}
 
+  // Fills the cells and returns how many of the counted ones are occupied.
   int32_t fill(const int32_t* bins, int32_t width) {
     std::fill_n(cells_.begin(), counted_, 0);
     for (int32_t v = 0; v < kBins; ++v) cells_[v / width] += bins[v];
@@ -126,7 +130,8 @@ class Cells {
   Histogram cells_{};
 };
 
-// Gives each occupied cell a level, and returns their number. The last cell may reach behind the table.
+// Gives each occupied cell a level and returns the number of levels. The last cell can reach past the 256
+// entries.
 int32_t give_cells_levels(const Cells& cells, int32_t width, int32_t* table) {
   const int32_t last = (kBins - 1) / width;
   int32_t level = 0;
@@ -153,7 +158,7 @@ int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int32_t maxS
   Cells cells(kBins / minStep);
   int32_t width = minStep;
   while (width < maxStep && cells.fill(pHistogram, width) > most_occupied) {
-    width = width < kBins ? width + 1 : maxStep;  // one cell holds all: wider ones change nothing
+    width = width < kBins ? width + 1 : maxStep;  // from 256 on, one cell holds all bins
   }
   if (width >= maxStep) {
     for (int32_t i = 0; i < kBins; ++i) pLUT[i] = i / maxStep;
@@ -170,7 +175,8 @@ int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int32_t maxS
       if (shares[gap.length()] == 0) absorb(pLUT, gap);
     }
   } else {
-    // Too many gaps: the shortest are absorbed, and then every gap gets a level of its own all the same.
+    // There are too many gaps. The shortest are absorbed, but the filling below gives every gap a level of
+    // its own.
     const int32_t shortest = length_of_shortest(gaps, gaps.size() - rest, (kBins - 1) / width);
     for (const Gap& gap : gaps) {
       if (gap.length() <= shortest) absorb(pLUT, gap);

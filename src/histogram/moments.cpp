@@ -1,7 +1,7 @@
 // Moments of a histogram.
 //
-// The forms differ in what is integer and what is floating, and in what they leave in the outputs when the
-// histogram is empty. Those differences are the contract.
+// The functions differ in which sums are integer and which are floating, and in what they write for an empty
+// histogram. These differences are required.
 
 #include <cmath>
 #include <cstdlib>
@@ -21,7 +21,7 @@ int32_t total(const int32_t* bins) {
 
 namespace {
 
-// The mean, from a floating sum of 32-bit products.
+// The mean. Each product has 32 bits and wraps; the sum is floating.
 double mean(const int32_t* bins, int32_t n) {
   double sum = 0.0;
   for (int32_t v = 0; v < kBins; ++v) sum += bins[v] * v;
@@ -102,7 +102,7 @@ void NuvGetImageAvrAndDif(int32_t* pHistogram, int32_t* pAvr, int32_t* pDif) {
 int32_t NuvGetImageAvrAndDevAndDif(int32_t* pHistogram, double* pAvr, double* pDev, double* pDif) {
   const int32_t n = total(pHistogram);
   if (n == 0) {
-    // An empty histogram hands the deviation of the call before on as the mean.
+    // For an empty histogram, the mean is the value that *pDev held on entry.
     *pAvr = *pDev;
     return 0;
   }

@@ -1,4 +1,5 @@
-// Order statistics of a histogram: walks that stop where a running count passes a limit.
+// Order statistics of a histogram. Most are walks over the bins that stop where a running count passes a
+// limit.
 
 #include "core/arithmetic.h"
 #include "histogram/histogram.h"
@@ -7,13 +8,13 @@
 namespace nuv {
 namespace {
 
-// Bins beyond the array count as empty.
+// A bin after the last one counts as empty.
 int32_t count_at(const int32_t* bins, int32_t v) {
   return v < kBins ? bins[v] : 0;
 }
 
-// Walks from first by step, and gives the first value whose cumulative count exceeds the ratio of the total;
-// the value behind the last one if there is none.
+// The first value, from first on in steps of step, whose cumulative count exceeds the share ratio of the
+// total. If there is none, the value after the last one.
 int32_t tail(const int32_t* bins, double ratio, int32_t first, int32_t step) {
   int64_t left = truncated(total(bins) * ratio);
   int32_t v = first;
@@ -39,7 +40,7 @@ int32_t first_from_above(const int32_t* bins, int32_t limit, Reach reach) {
 int32_t median_bin(const int32_t* bins, int32_t n, int32_t first) {
   const int32_t half = truncated(n * 0.5 + 0.5);
   int32_t sum = 0;
-  int32_t next = first;  // one behind the last bin summed
+  int32_t next = first;  // the bin after the last one summed
   while (next < kBins && sum < half) sum += bins[next++];
   if (next == first) return first;
   const int32_t overshoot = sum - half;

@@ -1,7 +1,7 @@
-// Profiles: an image collapsed to its columns or rows.
+// Profiles: an image collapsed to one entry per column or per row.
 //
-// Column profiles are gathered row by row, so that the image is read in memory order: a row kernel adds a row
-// to the columns' running sums.
+// Column profiles are computed row by row, so that the image is read in memory order. A row kernel adds each
+// row to the running sums of the columns.
 
 #include <algorithm>
 #include <array>
@@ -31,7 +31,7 @@ struct Spread {
   int32_t dev_dev(int32_t n) const { return squares * n - sum * sum; }
 };
 
-// Products of two bytes fit in 16 bits without a sign.
+// The product of two bytes fits in 16 unsigned bits.
 NUV_INLINE uint16_t square(uint8_t value) {
   return static_cast<uint16_t>(value * value);
 }
@@ -47,7 +47,8 @@ NUV_ROW_KERNEL void add_squares(const uint8_t* row, std::ptrdiff_t n, int32_t* s
   *squares += products;
 }
 
-// Columns are summed in blocks, of four rows at a time: the sums are loaded and stored a quarter as often.
+// Columns are summed in blocks, four rows at a time, so that the sums are loaded and stored a quarter as
+// often. A black row stands in for each row that the last four lack.
 constexpr int32_t kColumnBlock = 256;
 constexpr int32_t kRowsAtOnce = 4;
 using RowsAtOnce = std::array<const uint8_t*, kRowsAtOnce>;
@@ -103,7 +104,8 @@ void clear(int32_t* entries, int32_t n) {
 
 // ---- edge strengths ----
 
-// |G90| + |G0| of a pixel on an edge more vertical than horizontal, otherwise 0.
+// |G90| + |G0| of a pixel on an edge that is more vertical than horizontal, otherwise 0. Without with_rows,
+// |G90| alone.
 NUV_INLINE int16_t vertical_strength(const uint8_t* p, std::ptrdiff_t w, bool with_rows) {
   const int16_t across_columns = magnitude(sobel_90(p, w));
   const int16_t across_rows = magnitude(sobel_0(p, w));
@@ -116,7 +118,7 @@ NUV_ROW_KERNEL void add_vertical_strengths(const uint8_t* p, std::ptrdiff_t w, i
   for (std::ptrdiff_t x = 0; x < n; ++x) columns[x] += vertical_strength(p + x, w, true);
 }
 
-// The strength across rows is left out here.
+// Sums |G90| alone: this profile leaves |G0| out.
 NUV_ROW_KERNEL int32_t sum_of_vertical_strengths(const uint8_t* p, std::ptrdiff_t w, std::ptrdiff_t n) {
   int32_t sum = 0;
   for (std::ptrdiff_t x = 0; x < n; ++x) sum += vertical_strength(p + x, w, false);
@@ -131,7 +133,7 @@ void repeat_neighbours_at_ends(int32_t* entries, int32_t n) {
 
 // ---- sums ----
 
-// Adds a row to the columns, and returns its own sum.
+// Adds a row to the columns and returns the sum of the row.
 NUV_ROW_KERNEL int32_t add_row(const uint8_t* NUV_RESTRICT row, int32_t n, int32_t* NUV_RESTRICT columns) {
   int32_t sum = 0;
   for (int32_t x = 0; x < n; ++x) {
@@ -141,6 +143,7 @@ NUV_ROW_KERNEL int32_t add_row(const uint8_t* NUV_RESTRICT row, int32_t n, int32
   return sum;
 }
 
+// Adds the pixels of a row that are not 0 to the counts of the columns, and returns their number.
 NUV_ROW_KERNEL int32_t count_row(const uint8_t* NUV_RESTRICT row, int32_t n, int32_t* NUV_RESTRICT columns) {
   int32_t count = 0;
   for (int32_t x = 0; x < n; ++x) {
@@ -284,7 +287,7 @@ void NuvGryImgPrjXYInRect(uint8_t* pGryImg, int32_t width, int32_t height, int32
 
 void NuvBinImgPrjXYInRect(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                           int32_t y2, int32_t* pPrjX, int32_t* pPrjY) {
-  // Only the entries of the rectangle are cleared here.
+  // Only the entries of the region are cleared, unlike in NuvGryImgPrjXYInRect.
   for (int32_t x = x1; x <= x2; ++x) pPrjX[x] = 0;
   for (int32_t y = y1; y <= y2; ++y) pPrjY[y] = 0;
   project({pBinImg, width, height}, {x1, x2, y1, y2}, pPrjX, pPrjY, count_row);

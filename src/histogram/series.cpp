@@ -14,8 +14,8 @@
 namespace nuv {
 namespace {
 
-// Writes value(sum, window) of each full window of 2|M| + 1 elements at its centre, and that of the first and
-// of the last window at the ends.
+// Writes value(sum, window) for each full window of 2|M| + 1 elements to the place of its centre. The
+// elements at the ends get the value of the first or of the last window.
 template <class Value>
 void filter_windows(const int32_t* data, int32_t n, int32_t m, int32_t* result, Value value) {
   const int64_t half = std::abs(int64_t{m});
@@ -45,14 +45,15 @@ double mean_of(const int32_t* data, int32_t n) {
   return sum / n;
 }
 
-// Clears the outputs of a window search, and tells whether there is a window at all.
+// Clears the outputs of a window search. Returns whether there is a window.
 bool start_window_search(int32_t n, int32_t window, double* best, int32_t* position) {
   *best = 0.0;
   *position = 0;
   return window >= 1 && n >= window;
 }
 
-// The first window with the greatest measure above 0, or the first one of all.
+// The window with the greatest measure above 0; ties go to the first. If no measure is above 0, it is the
+// first window of all.
 struct BestWindow {
   int32_t first = 0;
   double measure = 0.0;
@@ -67,11 +68,13 @@ struct BestWindow {
 
 // ---- the window with the greatest difference ----
 
-// The extreme of a window that moves on by one element a time: the elements that no later one beats, in their
-// order. The first one of them is the extreme. A not-a-number beats nothing and is never kept.
+// The extreme of a window that moves on by one element at a time. The elements of the window that no later
+// element beats are kept in their order, and the first of them is the extreme. A not-a-number beats nothing
+// and is never kept.
 template <class Beats>
 class SlidingExtreme {
  public:
+  // room has one entry per element of the data.
   SlidingExtreme(const double* data, int32_t* room) : data_(data), kept_(room) {}
 
   void take_in(int32_t i) {
@@ -93,11 +96,12 @@ class SlidingExtreme {
 
 // ---- the window with the greatest deviation ----
 //
-// The squares of a window are summed up in order about a mean that carries rounding errors along, so that their
-// sum follows from no other window's. A first pass bounds the sum of every window; only windows that can be the
-// greatest are summed up, and those whose sum is known to equal an earlier one are not.
+// The sum of the squares of a window is taken in order, about a mean that carries rounding errors from window
+// to window. It cannot be derived from the sum of another window. A first pass bounds the sum of every
+// window. A second pass computes the sum only for windows that can be the greatest, and skips those whose sum
+// is known to equal an earlier one.
 
-// Sums from the elements about one centre.
+// Sums of the distances of elements from a centre, and of their squares.
 struct CentredSums {
   double values = 0.0;
   double squares = 0.0;
@@ -108,12 +112,12 @@ struct CentredSums {
   }
 };
 
-// Bounds for the squares of windows in order. The data are cut into blocks of a window's length. A window is the
-// end of a block and the start of the next one: no sum ever has an element taken off, so that the rounding error
-// has a bound.
+// Bounds for the sums of squares of the windows, in order. The data are cut into blocks as long as a window.
+// A window consists of the end of one block and the start of the next. No element is ever subtracted from a
+// sum, so that the rounding error has a bound.
 class SquareBounds {
  public:
-  // room holds a window.
+  // room has one entry per element of a window.
   SquareBounds(const double* data, int32_t n, int32_t window, CentredSums* room)
       : data_(data), n_(n), window_(window), to_block_end_(room) {}
 
@@ -121,7 +125,7 @@ class SquareBounds {
     double least;
     double greatest;
   };
-  // Not finite, or not a number, where the sums overflow.
+  // The bounds are infinite or not a number if the sums overflow.
   Bounds of_window_at(int32_t first, double mean) {
     if (first % window_ == 0) start_block(first);
     if (first > block_) after_block_.add(data_[first + window_ - 1] - centre_);
@@ -129,8 +133,9 @@ class SquareBounds {
     const double squares = to_block_end_[first - block_].squares + after_block_.squares;
     const double d = mean - centre_;
     const double middle = squares - 2 * d * values + window_ * d * d;
-    // A sum has fewer roundings than the window has elements, its terms have a few more; 2*d*values is at most
-    // squares + window*d*d. The last summand is for terms too small for full precision.
+    // A sum is rounded fewer times than the window has elements, and its terms are rounded a few times more.
+    // The magnitude of 2*d*values is at most squares + window*d*d. The last summand is for terms too small
+    // for full precision.
     const double error = 16 * (window_ + 16.0) * kRounding * (squares + window_ * d * d) +
                          (window_ + 16.0) * std::numeric_limits<double>::min();
     return {middle - error, middle + error};
@@ -156,13 +161,13 @@ class SquareBounds {
   const double* const data_;
   const int32_t n_;
   const int32_t window_;
-  CentredSums* const to_block_end_;  // from each place of the block
+  CentredSums* const to_block_end_;  // from each place of the block to its end
   CentredSums after_block_;
   int32_t block_ = 0;
   double centre_ = 0.0;
 };
 
-// sum += term, so many times, each rounded.
+// The sum after so many additions of term, each rounded.
 double with_repeated_term(double sum, double term, int32_t times) {
   while (times > 3) {
     const double second = sum + term;
@@ -171,8 +176,9 @@ double with_repeated_term(double sum, double term, int32_t times) {
     times -= 3;
     if (third == fourth || std::isinf(fourth)) return fourth;
     sum = fourth;
-    // Between two powers of 2, sums are multiples of one unit and each addition rounds alike. A term that lies
-    // halfway between two units rounds to the even sum, and does so alike from the second addition on.
+    // Between two powers of 2, all sums are multiples of one unit, and each addition is rounded by the same
+    // amount. A term halfway between two multiples is rounded to the even sum. From the second addition on,
+    // that is the same amount each time, too.
     const int exponent = std::ilogb(second);
     if (std::ilogb(fourth) != exponent) continue;
     const double step = fourth - third;
@@ -186,7 +192,8 @@ double with_repeated_term(double sum, double term, int32_t times) {
   return sum;
 }
 
-// run_ends: for each element, where its run of equal elements ends.
+// The sum of the squared distances from the mean, of the elements first to end - 1, in order. run_ends gives
+// for each element the place after its run of equal elements.
 double squares_about(double mean, const double* data, const int32_t* run_ends, int32_t first, int32_t end) {
   double squares = 0.0;
   while (first < end) {
@@ -198,7 +205,7 @@ double squares_about(double mean, const double* data, const int32_t* run_ends, i
   return squares;
 }
 
-// The difference of two elements, if no bit of it is rounded off; not a number otherwise.
+// The difference of two elements if it is exact; otherwise not a number.
 double exact_difference(double a, double b) {
   const double difference = a - b;
   const double b_seen = a - difference;
@@ -206,8 +213,8 @@ double exact_difference(double a, double b) {
   return rounding == 0 ? difference : std::numeric_limits<double>::quiet_NaN();
 }
 
-// A stretch of the data that repeats itself after a period, each element higher by the same rise. About means
-// that differ by the rise, two windows of it have the same squares.
+// A stretch of the data that repeats itself after a period, with each element higher by the same rise. Two
+// windows of it that are a period apart have the same squares if their means differ by the rise.
 class Repetition {
  public:
   Repetition(const double* data, int32_t n, int32_t window)
@@ -217,15 +224,16 @@ class Repetition {
     int32_t distance = 0;  // 0 where no equal window is known
     double rise = 0.0;
   };
-  // The window before that one which equals it but for the rise. Windows come in order.
+  // The earlier window that equals the window at first up to the rise. Calls come in the order of the
+  // windows.
   Equal equal_before(int32_t first) {
     if (int64_t{first} + window_ > end_) find(first);
     return first - equal_.distance >= begin_ && int64_t{first} + window_ <= end_ ? equal_ : Equal{};
   }
 
  private:
-  // The shortest period with which a window or more from there on repeats itself. Where comparing takes too
-  // long none is found.
+  // Finds the shortest period with which the data repeat themselves, from first on, for a window or more.
+  // Finds none once the limit of comparisons is reached.
   void find(int32_t first) {
     const int32_t longest = n_ - first - window_;
     for (int32_t period = 1; period <= longest && comparisons_left_ > 0; ++period) {
@@ -252,10 +260,11 @@ class Repetition {
 
 struct WindowOfSquares {
   double mean;
-  double greatest;  // that its squares can be
+  double greatest;  // upper bound of its squares
 };
 
-// The mean of each window, and a bound for its squares. Returns what the greatest of all reach in any case.
+// Computes the mean of each window and an upper bound of its squares. Returns a lower bound of the greatest
+// squares of all windows.
 double bound_squares(const double* data, int32_t n, int32_t window, CentredSums* room,
                      WindowOfSquares* windows) {
   SquareBounds bounds(data, n, window, room);
@@ -275,7 +284,7 @@ double bound_squares(const double* data, int32_t n, int32_t window, CentredSums*
   return reached;
 }
 
-// Ends of the runs of equal elements.
+// For each element, the place after its run of equal elements.
 void find_run_ends(const double* data, int32_t n, int32_t* ends) {
   int32_t end = n;
   for (int32_t i = n - 1; i >= 0; --i) {
@@ -308,7 +317,7 @@ bool NuvDataLinearInterpolattion(int32_t* pData, int32_t N, int32_t* pRes, int32
     const double position = i * step;
     const int32_t k = truncated(position);
     const double f = position - k;
-    // Behind the last element there is nothing to read, and its weight is 0 but for rounding.
+    // The last element stands in for the one after it, whose weight is 0 up to rounding.
     pRes[i] = truncated((1 - f) * pData[k] + f * pData[std::min(k + 1, N - 1)]);
   }
   return true;
@@ -371,7 +380,8 @@ bool NuvDataMaxAvrAndPosInMovingWindow(int32_t* pData, int32_t N, int32_t W, dou
 
 bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDev, int32_t* pPos) {
   if (!start_window_search(N, W, pMaxDev, pPos)) return false;
-  // Of a window with an element that is not finite, and of all after it, the squares are not a number.
+  // The squares of a window with an element that is not finite, and of all windows after it, are not a
+  // number.
   const double* stop = std::find_if(pData, pData + N, [](double v) { return !std::isfinite(v); });
   const auto n = static_cast<int32_t>(stop - pData);
   BestWindow best;
@@ -411,7 +421,7 @@ bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, doub
     if (first < 0) continue;
     least.start_at(first);
     most.start_at(first);
-    // A window that begins with a not-a-number has no difference.
+    // A window that begins with a not-a-number is passed over.
     if (!std::isnan(pData[first])) best.offer(first, most.value() - least.value());
   }
   *pMaxDif = best.measure;
@@ -449,7 +459,7 @@ bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double* pPeakVa
         position = i;
       }
     }
-    // The plateau is followed upward only: the position told is one behind it.
+    // The plateau is followed upward only. The position returned is the one after it.
     int32_t told = position;
     while (told < N && !blocked[told] && pData[told] == value) ++told;
     pPeakValue[k] = value;
@@ -463,7 +473,7 @@ bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double* pPeakVa
       element = true;
     }
     if (!blocks_more) {
-      // All further rounds are like this one.
+      // No flag has changed, so all further rounds have the same result.
       std::fill(pPeakValue + k + 1, pPeakValue + K, value);
       std::fill(pPeakPos + k + 1, pPeakPos + K, told);
       break;

@@ -1,4 +1,4 @@
-// Images shaped by their histogram, and a histogram drawn into an image.
+// Shapes images by their histograms, and draws a histogram into an image.
 
 #include <algorithm>
 
@@ -11,16 +11,17 @@
 namespace nuv {
 namespace {
 
+// An end of a span that the walk over the histograms does not reach. Results are defined with this value.
 constexpr int32_t kUnreached = -10;
 
-// For each source bin the target bins that its pixels spread over, where both histograms are walked together
-// and each target bin takes as many pixels as it asks for.
+// The first and the last target bin over which the pixels of each source bin are spread.
 struct Spans {
   Histogram low;
   Histogram high;
 };
 
-// The target is given by its first size bins. Returns false, and no spans, where either histogram is empty.
+// Walks both histograms together: the pixels of the source bins fill the target bins in order. The target has
+// size bins. Returns false and no spans if a histogram is empty.
 bool match_spans(const int32_t* source, const int32_t* target, int32_t size, Spans& spans) {
   const auto is_occupied = [](int32_t count) { return count != 0; };
   const auto first_of = [=](const int32_t* bins, int32_t n) {
@@ -40,7 +41,7 @@ bool match_spans(const int32_t* source, const int32_t* target, int32_t size, Spa
   spans.low[i] = k;
   while (k < size) {
     if (rest >= target[k]) {
-      // The source bin fills this target bin, and maybe the ones behind it.
+      // The source bin fills this target bin, and perhaps further ones.
       do {
         rest -= target[k];
         ++k;
@@ -48,14 +49,14 @@ bool match_spans(const int32_t* source, const int32_t* target, int32_t size, Spa
       --k;
       spans.high[i] = k;
     } else {
-      // The target bin takes what is left of the source bin, and further ones.
+      // The target bin takes the rest of the source bin, and further source bins.
       do {
         if (spans.high[i] == kUnreached) spans.high[i] = k;
         if (i + 1 == kBins) break;
         rest += source[++i];
         spans.low[i] = k;
       } while (rest < target[k]);
-      if (rest < target[k]) break;  // the target asks for more pixels than there are
+      if (rest < target[k]) break;  // the target holds more pixels than the source
       rest -= target[k];
     }
     ++k;
@@ -64,7 +65,7 @@ bool match_spans(const int32_t* source, const int32_t* target, int32_t size, Spa
   return true;
 }
 
-// Maps each pixel to what place(low, high) makes of its span.
+// Maps each pixel to the low byte of place(low, high), with the span of its value.
 template <class Place>
 void map_by_spans(GrayImage image, const Histogram& bins, const Spans& spans, Place place) {
   ByteTable table{};

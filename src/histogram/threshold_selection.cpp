@@ -11,6 +11,7 @@
 namespace nuv {
 namespace {
 
+// The index of the most frequent of n levels; ties go to the first.
 int32_t most_frequent(const std::array<int32_t, kBins>& levels, int32_t n, const int32_t* bins) {
   int32_t best = 0;
   for (int32_t p = 1; p < n; ++p) {
@@ -19,13 +20,14 @@ int32_t most_frequent(const std::array<int32_t, kBins>& levels, int32_t n, const
   return best;
 }
 
-// The gray levels in clusters. The sums of a cluster go on over all passes, so that its centre moves ever
-// less: that is what ends the passes.
+// Clusters of the gray levels. The sums of a cluster are never cleared between passes. Its centre therefore
+// moves less from pass to pass, and that ends the passes.
 class Clusters {
  public:
   Clusters(const int32_t* bins, double* centres, int32_t k) : bins_(bins), centres_(centres), k_(k) {}
 
-  // One pass over the levels. Whether any centre has moved by more than eps relative to itself.
+  // Makes one pass over the levels. Returns whether a centre has moved by more than eps relative to its new
+  // place.
   bool pass(double eps) {
     std::array<double, kBins> before{};
     std::copy_n(centres_, k_, before.begin());
@@ -53,7 +55,7 @@ class Clusters {
     return best;
   }
 
-  // The next level already sees the centre moved.
+  // Moves the centre at once, so that the next level is compared with its new place.
   void join(int32_t j, int32_t v) {
     count_[j] += bins_[v];
     sum_[j] += bins_[v] * v;
@@ -67,8 +69,8 @@ class Clusters {
   std::array<int32_t, kBins> sum_{};
 };
 
-// Moves shrink with the square of the passes, so that centres come to rest well before this. Sums that wrap, and
-// rounding where eps is below 1e-12, can keep them moving for ever.
+// The limit of passes. Moves shrink with the square of the number of passes, so that centres normally come to
+// rest well before it. Sums that wrap, or rounding for an eps below 1e-12, could keep them moving for ever.
 int32_t most_passes(double eps) {
   constexpr double kLeast = 100000.0;
   return static_cast<int32_t>(eps < 1e-12 ? kLeast : std::max(kLeast, 100 / std::sqrt(eps)));
@@ -87,7 +89,7 @@ int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize) {
   while (hi > lo && pHistogram[hi] == 0) --hi;
   if (lo >= hi) return 0;
 
-  // Bin hi takes no part.
+  // Bin hi is left out of all sums.
   int32_t all = 0;
   int32_t front_sum = 0;
   for (int32_t t = lo; t < hi; ++t) {
@@ -107,7 +109,7 @@ int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize) {
     front_sum -= t * pHistogram[t];
     const double d = static_cast<double>(back_sum) / back - static_cast<double>(front_sum) / front;
     const double variance = static_cast<double>(back) / all * (d * d) * (static_cast<double>(front) / all);
-    if (variance > best) {  // never where the front is empty, which is not a number
+    if (variance > best) {  // false for an empty front, where variance is not a number
       best = variance;
       threshold = t;
     }
@@ -150,7 +152,7 @@ bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t /*nIgnored*/, int32_t ma
     while (left > 0 && pHistogram[left] == 0) --left;
     if (left == 0 || pHistogram[i] > pHistogram[left]) continue;
     const int32_t right = i + 1;
-    if (pHistogram[right] == 0) continue;  // no neighbour to be lower than
+    if (pHistogram[right] == 0) continue;  // a valley needs an occupied neighbour on its right
     if (pHistogram[i] <= pHistogram[right]) {
       *pThreshold = i;
       return true;

@@ -1,10 +1,10 @@
 // Binarising.
 //
-// One comparison serves all: a row kernel over the rows of a region, into the same place of the source or of
-// another image. The exports differ in the region, the destination and where T comes from; the ratio forms
-// share one scan, and differ in the table below.
+// One row kernel compares the pixels of a region with T and writes the result to the same place in the source
+// or in another image. The exports differ in the region, in the destination and in the source of T. The
+// functions with a ratio share one scan of the histogram and differ as follows:
 //
-//                          share clamped   T raised                      told
+//                          share clamped   T raised                      T returned
 //     ByPercent            no              0 to 1, percent below 50      -
 //     ByRatio              yes             0 to 1, ratio below 0.5       as applied
 //     ByRatio with minT    yes             to minT                       as found
@@ -52,16 +52,16 @@ void binarise(GrayImage source, Region region, uint8_t* result, TwoLevels levels
   }
 }
 
-// The threshold that leaves at most a share of the pixels above it.
+// The threshold that leaves at most share pixels above it.
 int32_t threshold_for_share(const int32_t* bins, int32_t share) {
   return first_from_above(bins, share, Reach::kExceeds);
 }
 
 struct RatioThreshold {
   int32_t found;
-  bool spares_black;  // less than half of the pixels are to become white
+  bool spares_black;  // fewer than half of the pixels are requested to become white
 
-  // Black pixels alone do not become white.
+  // A threshold of 0 would make black pixels white.
   int32_t raised_from_black() const { return spares_black && found == 0 ? 1 : found; }
 };
 
