@@ -33,7 +33,7 @@ TEST(GaussianSmooth, KeepsTheEndsAndAmplifiesTheMiddle) {
   EXPECT_THAT(smoothed, Each(0));
   h = bins({{100, 1000}});
   EXPECT_EQ(NuvHistogramGaussianSmooth(h.data(), 0, 1, 0.1, smoothed.data()), 0);
-  // K = 1024, 621, 139: bin 100 is a middle of one bin, bin 99 lies in the left zone.
+  // K = 1024, 621, 139. Bin 100 is the whole middle of the stretch, and bin 99 belongs to its lower end.
   EXPECT_EQ(smoothed[100], 1000 * 1024 / (1024 + 621 + 139));
   EXPECT_EQ(smoothed[99], 621 * 1000 / (1024 + 2 * (621 + 139)));
   EXPECT_EQ(smoothed[96], 0);
@@ -70,7 +70,7 @@ TEST(Equalising, SpreadsValuesByTheirCounts) {
     std::vector<uint8_t> pixels, fast, standard;
   } cases[] = {
       {{10, 20, 20, 30, 30, 30}, {42, 127, 127, 255, 255, 255}, {0, 42, 42, 127, 127, 127}},
-      {{10, 10, 20, 30}, {127, 127, 191, 255}, {42, 42, 172, 172}},  // from 2 to -10 and back: -340
+      {{10, 10, 20, 30}, {127, 127, 191, 255}, {42, 42, 172, 172}},  // spans 2..-10 and -10..2: -340
       {{80, 80}, {255, 255}, {0, 0}},
   };
   for (const auto& c : cases) {
@@ -86,10 +86,10 @@ TEST(Equalising, SpreadsValuesByTheirCounts) {
 
 TEST(Normalization, GoesToTheCentreOfTheTargetsReached) {
   const std::pair<Bins, std::vector<uint8_t>> cases[] = {
-      {bins({{100, 2}, {150, 1}, {200, 1}}), {124, 124, 174, 200}},  // 100..149, 150..199, 200
+      {bins({{100, 2}, {150, 1}, {200, 1}}), {124, 124, 174, 200}},  // spans 100..149, 150..199 and 200
       {bins({}), {10, 10, 20, 30}},
-      {bins({{9, 1}}), {132, 132, 246, 0}},  // 9..255; -10 twice; -10 to the last target
-      {bins({{9, 1000}}), {9, 9, 9, 9}},     // asks for more than there is
+      {bins({{9, 1}}), {132, 132, 246, 0}},  // spans 9..255, -10..-10 and -10..9
+      {bins({{9, 1000}}), {9, 9, 9, 9}},     // holds more pixels than the image
   };
   for (auto [target, expected] : cases) {
     std::vector<uint8_t> pixels = {10, 10, 20, 30};
@@ -112,7 +112,7 @@ TEST(HighContrast, NeedsTwoPeaksAndADeepValley) {
   EXPECT_FALSE(NuvIsHighContrastImg(h.data(), 120, 1, 131, 2.0, &left, &right, &contrast));
   EXPECT_EQ(contrast, 0);
 
-  // A window longer than the histogram smooths nothing: (0.5*(3 + 5)*119 - 8) / 8.
+  // A window longer than the histogram smooths nothing. The contrast is (0.5*(3 + 5)*119 - 8) / 8.
   h = bins({{10, 3}, {128, 5}});
   for (int32_t M : {256, INT32_MAX}) {
     EXPECT_TRUE(NuvIsHighContrastImg(h.data(), 100, M, 50, 2.0, &left, &right, &contrast));
@@ -136,7 +136,7 @@ TEST(EdgeModel, TakesTheTwoSidesOfAnEdge) {
   EXPECT_EQ(h[200], h[60]) << "pairs";
   EXPECT_EQ(std::accumulate(h.begin(), h.end(), 0), h[200] + h[60]);
   EXPECT_EQ(marks.at(18, 3), 201) << "one end of the edge";
-  // Rising: one sample at each side of the middle at most.
+  // A rising edge gives at most one sample on each side of its middle.
   for (int32_t y = 0; y < 6; ++y) std::reverse(&image.at(0, y), &image.at(39, y) + 1);
   NuvEdgeModelHistogram(image.data(), 40, 6, 2, 50, h.data(), marks.data());
   EXPECT_EQ(h[200] + h[60], 2 * 6);

@@ -47,14 +47,14 @@ TEST(HistogramMoments, OfTwoValues) {
 TEST(HistogramMoments, FormsOverflowWhereTheyAreDefinedTo) {
   double avr = 0;
   double dev = 0;
-  // 255 * 255 * 33,026 is 32,003 beyond 2^31 - 1.
+  // 255 * 255 * 33,026 exceeds 2^31 - 1 by 32,003.
   Bins h = bins({{255, 33026}});
   NuvGetImageAvrAndDevFast(h.data(), &avr, &dev);
   EXPECT_TRUE(std::isnan(dev));
   h = bins({{255, 33025}});
   NuvGetImageAvrAndDevFast(h.data(), &avr, &dev);
   EXPECT_EQ(dev, 0);
-  // 255 * 8,421,505 wraps; the product is formed in 32 bits also where the sum is floating.
+  // 255 * 8,421,505 wraps, because the product has 32 bits although the sum is floating.
   h = bins({{255, 8421505}});
   NuvGetImageAvrAndDev(h.data(), &avr, &dev);
   EXPECT_EQ(avr, -2147483521.0 / 8421505);

@@ -18,7 +18,7 @@ TEST(Otsu, LeavesTheTopBinOut) {
       {{}, 0},
       {{{70, 5}, {90, 5}}, 0},
       {{{20, 5}, {90, 5}, {200, 50}}, 20},
-      {{{10, 1}, {20, 1}, {30, 1}, {99, 1}}, 10},  // the first of equals
+      {{{10, 1}, {20, 1}, {30, 1}, {99, 1}}, 10},  // ties go to the first
       {{{20, 50}, {22, 50}, {120, 50}, {122, 50}, {255, 1}}, 22},
   };
   for (const auto& [counts, expected] : cases) {
@@ -42,7 +42,7 @@ TEST(DifferenceThreshold, IsThreeSigmaOfTheMedian) {
   Bins h = bins({{0, 100}});
   EXPECT_EQ(NuvGetDifImgThreshold(h.data()), 0);
   h = bins({{2, 4}, {6, 10}});
-  // Half of 14 is reached in bin 6 with an overshoot of 7 of its 10: the median is 5.3.
+  // Half of 14 is reached in bin 6. The sum exceeds it by 7 of the 10 pixels of that bin: the median is 5.3.
   EXPECT_EQ(NuvGetDifImgThreshold(h.data()), static_cast<int32_t>(5.3 / 0.67 * 3 + 0.5));
 }
 
@@ -54,7 +54,7 @@ TEST(DifferenceThreshold, FindsTheFirstValleyAndEndsWithoutANeighbour) {
   const Case cases[] = {
       {{{1, 9}, {2, 5}, {3, 7}}, 250, 2},         {{{1, 9}, {4, 5}, {5, 5}}, 250, 4},
       {{{0, 9}, {4, 5}, {5, 7}}, 250, 0},          // bin 0 is no neighbour; bin 5 is higher than bin 4
-      {{{1, 9}, {4, 5}, {8, 3}, {9, 4}}, 250, 8},  // nothing stands behind 4
+      {{{1, 9}, {4, 5}, {8, 3}, {9, 4}}, 250, 8},  // bin 5 is empty
       {{{1, 9}, {2, 5}, {3, 7}}, 1, 0},
   };
   for (Case c : cases) {
@@ -69,7 +69,8 @@ TEST(Clusters, FindTheirCentresInTheOrderOfTheirStart) {
   Bins h = bins({{10, 5}, {12, 5}, {100, 9}, {104, 9}, {200, 1}});
   double centres[4] = {-1, -1, -1, -1};
   EXPECT_TRUE(NuvClusterHistogram(h.data(), 3, 0.001, centres));
-  // They start at 100 (the mode), 104 and 200; the darkest levels join the first at once and carry it off.
+  // The centres start at 100 (the most frequent level), 104 and 200. The darkest levels join the first one
+  // and draw it to themselves.
   EXPECT_NEAR(centres[0], 11, 0.5);
   EXPECT_NEAR(centres[1], 102, 0.5);
   EXPECT_EQ(centres[2], 200);
@@ -81,8 +82,8 @@ TEST(Clusters, FindTheirCentresInTheOrderOfTheirStart) {
   EXPECT_THAT(few, ElementsAre(77, -1, -1));
   h = bins({{1, 3}, {90, 4}, {200, 7}});
   EXPECT_TRUE(NuvClusterHistogram(h.data(), 2, -1, few)) << "ends for a limit that no move keeps";
-  // From the second pass on the third centre is (212 + 228*p)/(p + 1), which moves by less than eps of itself
-  // from p = 264906 on.
+  // From the second pass on the third centre is (212 + 228*p)/(p + 1), which moves by less than eps times
+  // itself from p = 264906 on.
   h = bins({{86, 1}, {209, 1}, {212, 1}, {228, 1}});
   EXPECT_TRUE(NuvClusterHistogram(h.data(), 3, 1e-12, few));
   EXPECT_NEAR(few[2], 228 - 16.0 / 264907, 1e-7);
