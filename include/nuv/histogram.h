@@ -251,7 +251,8 @@ NUV_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT,
 /// Returns a noise threshold of three sigma, from a histogram of absolute differences.
 ///
 /// With c = truncate(N*0.5 + 0.5), let i be the first bin at which the running count s from 0 upward reaches
-/// c. The median is interpolated inside that bin, and sigma is the median divided by 0.67.
+/// c. The median is interpolated inside that bin, and sigma is the median divided by 0.67. Quotients are
+/// floating.
 ///
 ///     m = i - (s - c)/h[i]            i itself for i = 0
 ///     T = truncate(m/0.67*3 + 0.5)
@@ -284,8 +285,9 @@ NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_
 /// at the most frequent level. Each further one starts n/K places (truncated) after the one before it in the
 /// list of occupied levels, which continues at the lowest level after the highest.
 ///
-/// Passes end when no centre has moved by more than eps relative to its new place. If that does not happen,
-/// they end after max(100000, 100/sqrt(eps)) passes, or after 100,000 passes for an eps below 1e-12.
+/// Passes end when no centre has moved by more than eps relative to its new place. For a new place of 0, the
+/// old place is compared with eps instead. If no pass meets this condition, the last one is number
+/// max(100000, 100/sqrt(eps)), or number 100,000 for an eps below 1e-12.
 ///
 /// The sums of v*h[v] are integer. If they wrap, they spoil the centres. After 100 passes, which are common
 /// for an eps of 1e-3, they wrap from 84,216 white pixels or 168,000 pixels of mean 127.5 on. For a larger
@@ -313,7 +315,8 @@ NUV_API bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, double 
 ///
 /// The functions that take a ratio or a percentage derive T from the histogram of the image or region. T is
 /// the first value, from 255 downward, at which the cumulative count exceeds the requested number of pixels.
-/// It is -1 if no count does. More than the requested number of pixels therefore become 255.
+/// It is -1 if no count does. The pixels that become 255 are therefore more than requested, unless all are
+/// requested. For a ratio that is not a number, T is 255.
 /// @{
 
 /// Binarises an image in place.
@@ -483,10 +486,10 @@ NUV_API int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t nIgnored
 
 /// Smooths a histogram by the mean of the bins at most M away.
 ///
-/// Near the ends, the mean is taken over the bins that exist. Quotients are truncated.
+/// Near the ends, the mean is taken over the bins that exist. Sums are integer, and quotients are truncated.
 ///
 /// @param pHistogram     256 bins
-/// @param M              half the window in bins, without its centre; a negative M gives 256 zeros
+/// @param M              half the window in bins, without its centre bin; a negative M gives 256 zeros
 /// @param pResHistogram  receives 256 bins; must be another array
 NUV_API void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t* pResHistogram);
 
@@ -823,8 +826,9 @@ NUV_API int32_t NuvpDataDeleteByWeightReturnNum(int32_t* pData, int32_t* pWeight
 /// peak of one element at p. The elements from that position minus minDist up to, but not including, that
 /// position plus minDist are then blocked.
 ///
-/// A round without such an element reports the value pData[0]. Its position follows by the same rule from the
-/// element that the round before found, or from element 0 if no round has found one.
+/// A round without such an element reports the value pData[0]. The search for its position begins at the
+/// element found last, or at element 0 if no round has found one. It ends at the first element that is
+/// blocked or differs from pData[0].
 ///
 /// @param pData       N elements
 /// @param N           number of elements, 1 to 4096
@@ -906,7 +910,8 @@ NUV_API void NuvGryImgRowDevDev(uint8_t* pGryImg, int32_t width, int32_t height,
 ///
 /// @param pGryImg        gray image
 /// @param width, height  its size
-/// @param M              columns of a strip, 1 to width; any other M writes nothing
+/// @param M              columns of a strip, 1 to width. For any other M, or without pixels, nothing is
+///                       written
 /// @param pRes           receives width entries
 NUV_API void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t* pRes);
 
