@@ -1,5 +1,5 @@
 /// @file
-/// Segmentation: a tree of dark regions.
+/// Segmentation: the tree of the dark regions of a gray image.
 #ifndef NUV_SEGMENTATION_H
 #define NUV_SEGMENTATION_H
 
@@ -8,31 +8,49 @@
 #include "nuv/api.h"
 #include "nuv/records.h"
 
-/// The tree of dark regions of an image, without a threshold given.
+/// @defgroup segmentation Segmentation
 ///
-/// Gray levels fall one by one, from the first at or above which enough pixels lie (more than sqrt(minArea),
-/// those of 255 left out) down to minGry. At each level the regions are the outer contours of the pixels that
-/// are darker, with more than sqrt(minArea) codes and an area, as of NuvAreaAndPerimeter, of minArea or more.
-/// Those of the first level that has some are the tree. Of each later one, regions that lie in none of the
-/// tree enter it, and so do regions in a hole of another region of the level, unless that is number 0, if
-/// both lie in the same region of the tree. A region of the tree that holds one region of the level has
-/// shrunk: its curArea becomes the area of that one. One that holds several has split: they enter the tree,
-/// and take its place if the sum of their areas is more than ratio times its curArea; otherwise they come
-/// below it.
+/// The dark regions of a gray image, as a tree, without a threshold to choose.
+/// @{
+
+/// Builds the tree of the dark regions of an image.
 ///
-/// @param pGryImg  changed, also without regions: becomes its inverse, with its four sides 0
-/// @param pTmpImg  work space of 2*width*height bytes
-/// @param minArea  least area of a region, in pixels; below 0 there is none, and lone pixels count too
-/// @param minGry   the lowest level; from 255 on there is none
-/// @param ratio    0: a region that splits always goes; 1 or more: it stays. Not a number counts as more than
-///                 1
-/// @return the regions, sorted by rising area, to be released with NuvFreeRegionStruct; null without regions, or
-///         if there is no memory for about 30 bytes a pixel. A region for which there is no memory is left out
+/// The gray level falls one by one, down to minGry. The first level is the highest with more than
+/// sqrt(minArea) pixels of its value or above; pixels of 255 do not count. The regions of a level are the outer
+/// contours of the pixels that are darker. A region has more than sqrt(minArea) codes, and its area, as
+/// computed by NuvAreaAndPerimeter, is at least minArea.
+///
+/// The regions of the first level that has any form the tree. Each later level changes it:
+///
+/// - A region of the level that lies in no region of the tree enters the tree.
+/// - A region of the level that lies in a hole of another one enters the tree, too, if both lie in the same
+///   region of the tree and the other one does not have the ID 0.
+/// - A region of the tree that holds one region of the level has shrunk: its curArea becomes the area of that
+///   region.
+/// - A region of the tree that holds several has split, and they enter the tree. They replace it if the sum of
+///   their areas is more than ratio times its curArea. Otherwise they come below it.
+///
+/// @param pGryImg        gray image. Changed even if there are no regions: it becomes its inverse, with its four
+///                       sides 0
+/// @param pTmpImg        work space of 2*width*height bytes
+/// @param width, height  size of the image
+/// @param minArea        least area of a region, in pixels; below 0 there is no limit, and lone pixels are
+///                       regions, too
+/// @param minGry         the lowest level; from 255 on there are no levels
+/// @param ratio          0: a region that splits is always replaced; 1 or more: it stays. NaN counts as more
+///                       than 1
+/// @return the regions, sorted by rising area, to be released with NuvFreeRegionStruct; null if there are none,
+///         or if the allocation of about 30 bytes a pixel fails. A region whose own allocation fails is left out
 NUV_API RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,
                                     int32_t minArea, int32_t minGry, double ratio);
 
-/// Releases a list of NuvMergeSplit, or the end of one; null is accepted. Its records are the library's: no
-/// other list may be given.
+/// Releases a list returned by NuvMergeSplit, or the rest of one from a record on.
+///
+/// Other lists must not be passed: the library's records are larger than RegionStruct.
+///
+/// @param pRegion  the first record to release; null is accepted
 NUV_API void NuvFreeRegionStruct(RegionStruct* pRegion);
+
+/// @}
 
 #endif
