@@ -1,8 +1,8 @@
-// The chain walk: the positions of a chain, in each of the visiting orders.
+// Walks along a chain, one for each set of points that functions visit.
 //
-// A closed chain of N codes makes N steps, and the last one comes back to the start. Whether the start is
-// visited, and whether that last step is, differs from function to function, and is the contract of each.
-// Code that must know where on the chain it is takes the plain walk.
+// A chain of N codes has N steps, and the last step of a closed chain ends at the start. Functions differ in
+// whether they visit the start and the end of the last step. Code that also needs the index of a step uses a
+// plain loop over the codes.
 
 #ifndef NUV_CONTOURS_CHAIN_H
 #define NUV_CONTOURS_CHAIN_H
@@ -19,11 +19,11 @@ struct Chain {
   const uint8_t* codes;
   int32_t n;
 
-  // The code before code i; that of the first is the last.
+  // The code before code i. The last code comes before the first.
   int previous(int32_t i) const { return direction_of(codes[i == 0 ? n - 1 : i - 1]); }
 };
 
-// Visits the ends of the first steps of the chain, in order.
+// Visits the ends of the first steps of the chain.
 template <class Visit>
 void walk_ends(const Chain& chain, int32_t steps, Visit visit) {
   Point p = chain.start;
@@ -33,7 +33,7 @@ void walk_ends(const Chain& chain, int32_t steps, Visit visit) {
   }
 }
 
-// The N positions of a closed chain, each once: the start, and the ends of the first N-1 steps.
+// Visits the N positions of a chain: the start and the ends of the first N-1 steps.
 template <class Visit>
 void walk_positions(const Chain& chain, Visit visit) {
   if (chain.n < 1) return;
@@ -41,7 +41,7 @@ void walk_positions(const Chain& chain, Visit visit) {
   walk_ends(chain, chain.n - 1, visit);
 }
 
-// The start and the ends of all N steps: the start is met twice on a closed chain.
+// Visits the start and the ends of all N steps. On a closed chain the start is visited twice.
 template <class Visit>
 void walk_start_and_ends(const Chain& chain, Visit visit) {
   visit(chain.start);

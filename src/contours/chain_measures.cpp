@@ -1,4 +1,4 @@
-// What a chain measures: areas, perimeters, centre, boxes, points, and how well it fits a bar.
+// Measures of a chain: areas, perimeter, centre, boxes, points, and the bar that fits it best.
 
 #include <algorithm>
 #include <cmath>
@@ -29,7 +29,7 @@ constexpr AreaOfTurn kPlusY1{1, 1};
 constexpr AreaOfTurn kNothing{0, 0};
 constexpr AreaOfTurn kPlus1{0, 1};
 
-// By the code before, down, and the code itself, across.
+// Rows: the code before. Columns: the code itself.
 constexpr AreaOfTurn kAreaOfTurn[8][8] = {
     {kPlusY1, kPlusY1, kPlusY1, kPlus1, kPlus1, kNothing, kNothing, kPlusY1},
     {kPlusY1, kPlusY1, kPlusY1, kPlus1, kPlus1, kPlus1, kNothing, kPlusY1},
@@ -57,8 +57,8 @@ int32_t enclosed_area(const uint8_t* codes, int32_t n) {
 
 // ---- the bar that fits an area ----
 
-// The width of the least misfit among millions, by halving ranges of widths and dropping those whose bound is
-// not below the best misfit. Ties go to the least width.
+// Finds the width of least misfit by branch and bound: halves ranges of widths, and drops a range if its bound
+// shows that it holds no better width. Ties go to the least width.
 class BarSearch {
  public:
   BarSearch(int32_t area, double half_perimeter) : area_(area), half_perimeter_(half_perimeter) {}
@@ -68,7 +68,8 @@ class BarSearch {
   int32_t width() const { return width_; }
   double length() const { return half_perimeter_ - width_; }
 
-  // Widths below 0, or none of them below 0, so that their bars have areas of one sign.
+  // Searches the widths from first to last. Either all or none are below 0, so their bars have areas of one
+  // sign.
   void among(int64_t first, int64_t last) {
     if (first <= last) search({first, last, bound(first, last)});
   }
@@ -95,7 +96,8 @@ class BarSearch {
     const int64_t middle = range.first + (range.last - range.first) / 2;
     const Range lower{range.first, middle, bound(range.first, middle)};
     const Range upper{middle + 1, range.last, bound(middle + 1, range.last)};
-    // Without bounds, the half with the lesser misfits: below 0 they fall towards the area.
+    // If neither half has a bound, the half with the lesser misfits comes first. The bars are below 0 then, and
+    // the misfit is -(1 + area/-bar).
     const bool unbounded = std::isinf(upper.bound) && upper.bound == lower.bound;
     const bool upper_first = unbounded ? area_ > 0 : upper.bound < lower.bound;
     search(upper_first ? upper : lower);
@@ -107,26 +109,25 @@ class BarSearch {
   }
   double misfit_of(double bar) const { return std::fabs(area_ - bar) / std::min(area_, bar); }
 
-  // No misfit of these widths is less. The areas of their bars grow up to half of half the perimeter and shrink
-  // from there on.
+  // A lower bound of the misfits of these widths. The area of a bar rises up to the width half_perimeter / 2 and
+  // falls from there on.
   double bound(int64_t first, int64_t last) const {
     const auto [least, greater] = std::minmax({bar(first), bar(last)});
     const double vertex = half_perimeter_ * 0.5;
     const bool holds_vertex = static_cast<double>(first) < vertex && vertex < static_cast<double>(last);
     const double greatest = holds_vertex ? vertex * vertex : greater;
     if (greatest < 0) return bound_below_0(least, greatest);
-    // On each side of the area, each rounded step of the misfit is monotonic.
+    // On each side of the area the misfit is monotonic, rounding included, so the least value is at an end.
     if (least <= area_ && area_ <= greatest) return 0.0;
     return std::min(misfit_of(least), misfit_of(greatest));
   }
 
-  // For bars from least to greatest, all below 0.
+  // The same for bars whose areas lie between least and greatest, all below 0.
   double bound_below_0(double least, double greatest) const {
-    constexpr double kExact =
-        2251799813685248.0;  // 2^51: up to here the difference to the area is not rounded
+    constexpr double kExact = 2251799813685248.0;  // 2^51: up to here the difference from the area is exact
     if (-least <= kExact || area_ == 0) return std::min(misfit_of(least), misfit_of(greatest));
-    // The misfit is -(b + area)/b, with b = -bar. From one power of 2 to the next, b is a multiple of one unit,
-    // and what the rounded sum adds to it depends on no more than whether the multiple is even.
+    // The misfit is -(b + area)/b, with b = -bar. Between two powers of 2 every b is a multiple of one unit. The
+    // rounded sum then adds one of two amounts to b, one for even multiples and one for odd ones.
     const double lowest = -greatest;
     const double highest = -least;
     const int exponent = std::ilogb(std::min(lowest, lowest + area_));
@@ -234,7 +235,7 @@ void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32
 
 double NuvLineSimilarity(int32_t area, int32_t perimeter, int32_t minWidth, int32_t maxWidth, int32_t* pWidth,
                          int32_t* pLength) {
-  // The last width that leaves a length of 1; perimeters below 0 have an odd half rounded down.
+  // The last width that leaves a length of at least 1. The shift rounds down, for perimeters below 0, too.
   const int64_t last = std::min<int64_t>(maxWidth, (perimeter >> 1) - int64_t{1});
   BarSearch search(area, perimeter * 0.5);
   search.among(minWidth, std::min<int64_t>(last, -1));

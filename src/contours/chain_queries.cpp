@@ -1,4 +1,4 @@
-// What a chain can be asked: pixels under it, points on it and in it, lines across it.
+// Queries of a chain: pixels under it, points on it and in it, lines across it.
 
 #include "contours/chain.h"
 #include "contours/crossings.h"

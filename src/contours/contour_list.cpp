@@ -1,4 +1,4 @@
-// The list of all contours.
+// The list of all contours of an image.
 
 #include <cstring>
 #include <new>
@@ -11,7 +11,7 @@
 namespace nuv {
 namespace {
 
-// A node that owns a copy of the chain, or null if there is no memory for both.
+// Creates a node that owns a copy of the chain. Null if allocation fails.
 NUV_CONTOUR_STRUCT* new_contour(const uint8_t* codes, int32_t n) {
   Buffer<uint8_t> chain = allocate<uint8_t>(static_cast<std::size_t>(n));
   if (!chain) return nullptr;

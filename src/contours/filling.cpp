@@ -1,10 +1,9 @@
 // The pixels that a contour encloses: filled, replaced, copied, counted.
 //
-// One core serves all. The contour is rewritten in the image itself: pixels through which it goes down on
-// balance become left edges, those through which it goes up right edges, and every row is scanned from each
-// left edge to the right edge that ends it. For the contour of a hole the scan runs leftwards, and what is
-// left and right changes sides with it. Afterwards the contour gets its pixels back. A member says what
-// happens to the pixels.
+// All functions share one core. It writes marks over the contour in the image: a left edge where the contour
+// goes down on balance, a right edge where it goes up. Then it scans each row from every left edge to the next
+// right edge, and restores the contour's pixels. For the contour of a hole the scan runs leftwards, and the
+// edges change sides. A function supplies what happens to a scanned pixel and to a pixel of the contour.
 
 #include <algorithm>
 #include <array>
@@ -18,14 +17,15 @@
 namespace nuv {
 namespace {
 
-// What contour pixels hold during the scan.
+// The values of contour pixels during the scan.
 struct EdgeMarks {
-  uint8_t base;   // with two values below and two above it: where the contour neither goes down nor up
+  uint8_t base;   // the contour goes neither up nor down; the two values below and above it are used, too
   uint8_t left;   // a scan starts here
-  uint8_t right;  // and ends before this
+  uint8_t right;  // a scan ends before this
 };
 
-// The lowest values that are free beside the reserved ones; what is no byte is no pixel's value either.
+// Chooses the lowest values that are not reserved. A value that is not a byte cannot occur in the image, so it
+// reserves nothing.
 EdgeMarks choose_marks(uint8_t right, std::initializer_list<int32_t> others) {
   std::array<bool, 256> reserved{};
   reserved[right] = true;
@@ -45,14 +45,14 @@ EdgeMarks choose_marks(uint8_t right, std::initializer_list<int32_t> others) {
   return {low_byte(base), static_cast<uint8_t>(left), right};
 }
 
-// By the code before, down, and the code itself, across: the turn between them in steps of 45 degrees.
+// The turn between two codes in steps of 45 degrees. Rows: the code before. Columns: the code itself.
 constexpr int8_t kTurn[8][8] = {
     {0, 1, 2, 3, 4, -1, -1, -1}, {-1, 0, 1, 2, 3, 4, -1, -2}, {-1, -1, 0, 1, 2, 3, 4, -1},
     {-1, -2, -1, 0, 1, 2, 3, 4}, {4, -1, -1, -1, 0, 1, 2, 3}, {3, 4, -1, -2, -1, 0, 1, 2},
     {2, 3, 4, -1, -1, -1, 0, 1}, {1, 2, 3, 4, -1, -2, -1, 0},
 };
 
-// The contour's pixels as they were.
+// The contour's pixels as they were before the marks.
 class SavedContour {
  public:
   SavedContour(GrayImage image, const Chain& chain) : image_(image), chain_(chain) {
@@ -65,10 +65,10 @@ class SavedContour {
     walk_positions(chain, [&](Point p) { *saved++ = *image.at(p.x, p.y); });
   }
 
-  // False if there is no memory.
+  // False if allocation failed.
   bool saved() const { return pixels_ != nullptr; }
 
-  // Calls visit(pixel, as it was) at each position.
+  // Calls visit(pixel, saved value) at each position.
   template <class Visit>
   void for_each(Visit visit) const {
     const uint8_t* saved = pixels_;
@@ -117,8 +117,9 @@ Winding mark_edges(GrayImage image, const Chain& chain, EdgeMarks marks) {
   return {step, closed && (step == 1 || step == -1)};
 }
 
-// Visits the pixels from each left edge to the one before its right edge. A chain that crosses itself may
-// leave a left edge without a right one in its row: the scan goes on in memory, up to the chain's last row.
+// Visits the pixels from each left edge to the one before its right edge. A chain that crosses itself may leave
+// a left edge without a right edge in its row. The scan then goes on in memory, at most to the end of the rows
+// that the chain touches.
 template <class Visit>
 void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding winding, Visit visit) {
   if (!winding.scannable) return;
@@ -135,16 +136,16 @@ void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding win
     uint8_t* p = pixel;
     visit(p);
     while (p != last && p[winding.step] != marks.right) visit(p += winding.step);
-    *pixel = marks.right;  // once is enough
+    *pixel = marks.right;  // no second scan from here
   });
 }
 
-// Whether the contour's pixels are given back after the visit, which may change them so as to know them
-// again.
+// Whether the contour's pixels are restored after the visits to them. A visit may change a pixel so that a
+// second visit recognises it.
 enum class Contour { kChanged, kRestored };
 
-// Visits with inside(pixel) what the scan meets, and then, round an object, with rim(pixel, as it was) the
-// positions of the contour. Without memory nothing is visited and nothing changes.
+// Calls inside(pixel) for each pixel of the scan. Then, for an outer chain, calls rim(pixel, saved value) at each
+// position of the contour. If allocation fails, nothing is visited and nothing changes.
 template <class Inside, class Rim>
 void visit_enclosed(GrayImage image, const Chain& chain, EdgeMarks marks, Contour contour, Inside inside,
                     Rim rim) {
@@ -153,7 +154,7 @@ void visit_enclosed(GrayImage image, const Chain& chain, EdgeMarks marks, Contou
   const Winding winding = mark_edges(image, chain, marks);
   scan_rows(image, chain, marks, winding, [&](uint8_t* pixel) {
     inside(pixel);
-    // Another left edge, or a pixel that looks like one, is not to start a scan of its own.
+    // Another left edge must not start a scan of its own. Other pixels of that value become the base, too.
     if (*pixel == marks.left) *pixel = marks.base;
   });
   saved.restore();
@@ -231,7 +232,7 @@ int32_t NuvPastePixels2ResImg(uint8_t* pGryImg, int32_t width, int32_t x, int32_
   visit_enclosed(
       image, {{x, y}, pChainCode, N}, marks, Contour::kRestored, [&](uint8_t* pixel) { paste(pixel); },
       [&](uint8_t* pixel, uint8_t saved) {
-        // Where the contour passes twice, the second time finds another value.
+        // If the contour passes twice, the second visit finds another value.
         if (saved == color && paste(pixel)) *pixel = low_byte(color + 1);
       });
   return count;
@@ -269,7 +270,7 @@ int32_t NuvRegionHistogram(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
   std::fill_n(pHistogram, 256, 0);
   if (N < 1) {
-    // A lone pixel is told by its value, behind the bins.
+    // The entry after the bins takes the value of a lone pixel.
     pHistogram[256] = *image.at(x, y);
     return 1;
   }

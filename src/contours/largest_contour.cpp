@@ -19,7 +19,7 @@ int32_t largest_contour(GrayImage image, uint8_t* codes, Region region, int32_t 
                         int32_t Size::*compared, tagRECT* rect, int32_t* center_x, int32_t* center_y) {
   *rect = {0, 0, 0, 0};
   if (image.empty()) return 0;
-  // Hosts mean "everything" by ends at the limits of the type: stepping past those must not wrap.
+  // Callers pass the limits of the type to mean the whole image, so a step past them must not wrap.
   const auto before = [](int32_t end) { return end > 0 ? end - 1 : 0; };
   const auto behind = [](int32_t end, int32_t size) { return end < size - 1 ? end + 1 : size - 1; };
   const int32_t left = before(region.x1);

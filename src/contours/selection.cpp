@@ -1,9 +1,9 @@
 // The contours of an image, selected by what they measure: marked, drawn, removed, painted, and the search
 // for squares.
 //
-// All scan the image for contours and trace each as they meet it; a member is which rows it scans, its limit
-// for background, and what it does with a contour. Two of them also act on pairs of pixels at which no
-// contour starts: they stand on the scan for pairs, and say what they remember of the last contour.
+// All functions scan the image and trace each contour when they find it. They differ in the rows that they scan,
+// in the limit of background, and in what they do with a contour. Two of them also act on pairs of pixels at
+// which no contour starts. They use the scan for pairs and keep the last contour.
 
 #include <algorithm>
 #include <cstring>
@@ -21,14 +21,14 @@
 namespace nuv {
 namespace {
 
-// Clear of anything that scans and results use.
+// A mark that occurs neither in traced images nor in results.
 constexpr int32_t kRightEdge = 128;
 
 NUV_ROW_KERNEL void contours_to_white(uint8_t* pixels, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = pixels[i] == kTracedContour ? 255 : 0;
 }
 
-// A traced contour, its codes in the work buffer.
+// A traced contour. Its codes are in the work buffer.
 struct Traced {
   ContourStart start;
   int32_t n;
@@ -49,7 +49,7 @@ bool lies_in(int32_t value, int32_t min, int32_t max) {
   return value >= min && value <= max;
 }
 
-// Rows and what is background to a scan.
+// The rows of a scan, and its limit of background.
 struct Scan {
   int32_t first_row;
   int32_t step;
@@ -81,8 +81,8 @@ void for_contours(GrayImage image, uint8_t* codes, Scan scan, Action action) {
   });
 }
 
-// Fills, in a copy of the image, the contours of one kind that enclose a number of pixels in a range. Returns
-// how many they are.
+// Fills, in a copy of the image, the contours of one kind that enclose min_area to max_area pixels. Returns
+// their number.
 int32_t fill_by_area(GrayImage image, uint8_t* codes, uint8_t* result, bool outer, int32_t min_area,
                      int32_t max_area, int32_t fill) {
   if (image.empty()) return 0;
@@ -92,7 +92,7 @@ int32_t fill_by_area(GrayImage image, uint8_t* codes, uint8_t* result, bool oute
   for_contours(image, codes, kEveryRow, [&](Traced contour) {
     if (contour.start.is_outer != outer) return;
     if (!lies_in(NuvRealPixelsEnclosed(codes, contour.n), min_area, max_area)) return;
-    // An object goes with its rim; the rim of a hole is not part of it.
+    // The rim of an object is part of it. The rim of a hole is not.
     NuvFillingContour(result, image.width, contour.start.x, contour.start.y, codes, contour.n, outer,
                       kRightEdge, fill);
     ++count;
@@ -108,7 +108,7 @@ class Squares {
  public:
   Squares(int32_t* x, int32_t* y, double* error, int32_t n) : x_(x), y_(y), error_(error), n_(n) {}
 
-  // Once all places are taken a square takes that of the greatest error, though its own be greater still.
+  // Once all places are taken, a square replaces the one of greatest error, even if its own is greater.
   void add(int32_t x, int32_t y, double error) {
     if (n_ < 1) return;
     int32_t place = found_;
@@ -154,7 +154,7 @@ int32_t NuvSelectContoursByPerimeter(uint8_t* pBinImg, uint8_t* pChainCode, int3
                                      uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   if (image.empty()) return 0;
-  // Even a diagonal step is less than two long.
+  // Even a diagonal step is shorter than 2.
   const int32_t min_codes = std::max(minPerimeter / 2, 2);
   int32_t count = 0;
   clear_sides(image);
@@ -175,8 +175,8 @@ int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t w
   const Scan scan = every_nth_row(1, yStep);
   clear_sides(image);
 
-  // Every pair of different pixels asks about the last chain traced. Before the first trace that is what the
-  // buffer holds.
+  // Every pair of different pixels counts the last chain traced. Before the first trace that is the content of
+  // the buffer.
   int32_t n = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(width) * scan.step, image.size()));
   bool selected = lies_in(polygon_size(pChainCode, n).area, minArea, maxArea);
   int32_t count = 0;
@@ -204,7 +204,7 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
                                   int32_t color) {
   const GrayImage image{pBinImg, width, height};
   if (image.empty()) return 0;
-  // The sides stay as they are, so the tracer needs background around them: a copy with a frame.
+  // The sides keep their values, so the tracer works on a copy with a frame of background.
   const GrayImage framed{nullptr, width + 2, height + 2};
   const Buffer<uint8_t> pixels = allocate<uint8_t>(static_cast<std::size_t>(framed.size()));
   if (!pixels) return 0;
@@ -215,9 +215,9 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
   }
 
   const int32_t size = width * height;
-  int32_t used = 0;  // the chains lie one behind the other
+  int32_t used = 0;  // the chains lie one after the other
   const auto trace_behind = [&](ContourStart start) {
-    // The tracer leaves one place of its capacity free.
+    // A sink leaves the last byte of its capacity free.
     ChainSink chain(pChainCode + used, std::min(size, size - used + 1));
     trace_contour(copy.at(start.x, start.y), copy.width, start.is_outer,
                   [&chain](uint8_t code) { chain(code); });
@@ -231,7 +231,7 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
     scan_row_for_contours(copy, y, 1, width, [&](ContourStart start) {
       ChainSink chain = trace_behind(start);
       if (chain.cut()) {
-        // A contour can be traced again, among its own marks: here from the buffer's start.
+        // The marks are objects, too, so the contour can be traced again, to the start of the buffer.
         used = 0;
         chain = trace_behind(start);
       }
@@ -247,7 +247,7 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
     });
   }
   if (best_n > 0) {
-    // Later chains may have taken its place.
+    // Later chains may have overwritten it.
     used = best_place;
     trace_behind(best);
   }
@@ -276,7 +276,7 @@ int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32_t heigh
   for (NUV_CONTOUR_STRUCT* c = contours; c != nullptr; c = c->pNext, ++regions) {
     NuvAreaAndPerimeter(c->pChainCode, c->N, &c->area, &c->perimeter);
   }
-  // The area of the Nth largest region, which a region must exceed to be painted. With less than N regions
+  // The area of the Nth largest region, which a region must exceed to be painted. With fewer than N regions
   // all are painted.
   int32_t limit = 0;
   bool known = N > regions;
@@ -331,7 +331,7 @@ void NuvDeleteShortContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
         const int32_t n = trace(image, pChainCode, last).n;
         if (is_outer) erase(last, n);
       } else if (pixel != 0 && traced) {
-        // A pair without a contour of its own counts as one without codes at the last start.
+        // A pair that starts no contour counts as a contour without codes at the last start.
         erase(last, 0);
       }
     });
@@ -349,7 +349,7 @@ int32_t NuvGetNSquaresCenter(uint8_t* pBinImg, uint8_t* pChainCode, int32_t widt
   Squares squares(pX, pY, pError, N);
   clear_sides(image);
   for_contours(image, pChainCode, scan, [&](Traced contour) {
-    // No side is shorter than the distance of the rows.
+    // No side of a square is shorter than the distance of the scanned rows.
     if (contour.start.is_outer != useOuter || contour.n < 4 * static_cast<int64_t>(scan.step)) return;
     const ChainSize size = polygon_size(pChainCode, contour.n);
     const double perimeter = size.perimeter;
@@ -361,7 +361,7 @@ int32_t NuvGetNSquaresCenter(uint8_t* pBinImg, uint8_t* pChainCode, int32_t widt
     int32_t y2 = 0;
     NuvContourRect(contour.start.x, contour.start.y, pChainCode, contour.n, &x1, &x2, &y1, &y2);
     const double aspect = static_cast<double>(x2 - x1 + 1) / (y2 - y1 + 1);
-    // A box that is too wide fails by its squareness.
+    // A box that is too wide has failed the test of squareness.
     if (least > aspect) return;
     squares.add((x1 + x2) / 2, (y1 + y2) / 2, 1.0 - (aspect + squareness) * 0.5);
   });

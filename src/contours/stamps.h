@@ -1,9 +1,9 @@
 // One chain drawn from many places.
 //
-// The pixels that it covers are those of a product: of two polynomials with a term per pixel of the chain and
-// a term per place, the terms of the product are all sums of a pixel and a place. Where chains and places are
-// many, the product is computed by a number-theoretic transform, in n log n of the picture's size and not in
-// places times codes.
+// The pixels drawn are all sums of a place and a point of the chain. They are the terms of a product of two
+// polynomials: one has a term per place, the other a term per point of the chain. If there are many places and
+// codes, a number-theoretic transform computes the product. Its time is n log n for n pixels, not places times
+// codes.
 
 #ifndef NUV_CONTOURS_STAMPS_H
 #define NUV_CONTOURS_STAMPS_H
@@ -18,15 +18,15 @@
 
 namespace nuv {
 
-// Products of polynomials modulo a prime and x^n - 1, where n is a power of two. J. M. Pollard, The fast Fourier
-// transform in a finite field, 1971.
+// Products of polynomials modulo a prime and x^n - 1, where n is a power of two. See J. M. Pollard, The fast
+// Fourier transform in a finite field, 1971.
 class CyclicProduct {
  public:
   static constexpr std::size_t kMostTerms = std::size_t{1} << 23;
 
   explicit CyclicProduct(std::size_t n) : n_(n), roots_(allocate<uint32_t>(n)) {
     if (!roots_) return;
-    // The roots of order 2 * half stand from place half on.
+    // The roots of order 2 * half begin at index half.
     const uint32_t root = power(kGenerator, (kPrime - 1) / static_cast<uint32_t>(n));
     uint32_t r = 1;
     for (std::size_t i = n / 2; i < n; ++i, r = product(r, root)) roots_[i] = r;
@@ -34,8 +34,8 @@ class CyclicProduct {
   }
   bool allocated() const { return roots_ != nullptr; }
 
-  // Multiplies a by b, which is lost. Both have n terms; that of x^k in the product comes to place -k modulo n,
-  // n times as large as it is.
+  // Multiplies a by b and overwrites b. Both have n coefficients. That of x^k in the product, times n, comes to
+  // index -k modulo n of a.
   void multiply(uint32_t* a, uint32_t* b) const {
     transform(a);
     transform(b);
@@ -69,7 +69,7 @@ class CyclicProduct {
     return result;
   }
 
-  // Leaves the values in the order of reversed bits.
+  // Transforms a. The values come out in bit-reversed order.
   void transform(uint32_t* a) const {
     for (std::size_t half = n_ / 2; half > 0; half /= 2) {
       for (uint32_t* low = a; low < a + n_; low += 2 * half) {
@@ -87,11 +87,11 @@ class CyclicProduct {
   Buffer<uint32_t> roots_;
 };
 
-// Draws a chain with 255 from the places that it collects, in the order of rows. What lies outside the image is
-// not drawn.
+// Collects places in the order of rows, and draws a chain with 255 from each of them. Pixels outside the image
+// are left out.
 class StampedChain {
  public:
-  // Without leave to wait, every place is drawn at once.
+  // If may_wait is false, every place is drawn at once.
   StampedChain(GrayImage result, bool may_wait) : result_(result), may_wait_(may_wait) {}
 
   void add(Point place, const uint8_t* codes, int32_t n) {
@@ -107,7 +107,7 @@ class StampedChain {
     }
   }
 
-  // Draws what has been collected. Due before the codes change.
+  // Draws the chain from the places collected. Call this before the codes change.
   void draw(const uint8_t* codes, int32_t n) {
     if (count_ == 0) return;
     if (!multiply({{0, 0}, codes, n})) {
@@ -128,7 +128,8 @@ class StampedChain {
     for (int32_t i = 0; i < count_; ++i) visit(places_[static_cast<std::size_t>(i)]);
   }
 
-  // The steps from a place that can lead to another pixel of the image.
+  // Visits the points of a chain from (0, 0) that lie in the image if the chain starts somewhere in the box of
+  // the places.
   template <class Visit>
   void for_each_step(const Chain& chain, Region places, Visit visit) const {
     const Region reach{-places.x2, result_.width - 1 - places.x1, -places.y2, result_.height - 1 - places.y1};
@@ -137,13 +138,14 @@ class StampedChain {
     });
   }
 
-  // False, with nothing drawn, if that takes longer than stamp after stamp, or if there is no memory.
+  // Draws all places by products. False, with nothing drawn, if single stamps are faster or if allocation
+  // fails.
   bool multiply(const Chain& chain) const {
     Region places = Region::of(places_[0]);
     for_each_place([&](Point p) { places.take_in(p); });
     Region steps = Region::of({0, 0});
     for_each_step(chain, places, [&](Point p) { steps.take_in(p); });
-    // A row holds all sums of columns, so that rows do not run into each other.
+    // A row holds all sums of columns, so no sum runs into the next row.
     const auto row =
         static_cast<std::size_t>(places.columns()) + static_cast<std::size_t>(steps.columns()) - 1;
     const auto most_rows = static_cast<int32_t>(CyclicProduct::kMostTerms / row);
@@ -164,7 +166,7 @@ class StampedChain {
     const Buffer<uint32_t> a = allocate<uint32_t>(n);
     const Buffer<uint32_t> b = allocate<uint32_t>(n);
     if (!product.allocated() || !a || !b) return false;
-    // Sets the terms of the pixels in so many rows.
+    // Sets the terms of the points in a block of rows.
     const auto take = [row](uint32_t* terms, Region box, int32_t first_row, int32_t rows) {
       return [=](Point p) {
         if (p.y < first_row || p.y - first_row >= rows) return;
@@ -187,7 +189,7 @@ class StampedChain {
     return true;
   }
 
-  // Terms in rows, from the upper left corner of a box on.
+  // Draws the terms. They lie in rows, and the first is the upper left corner of the box.
   void draw_terms(const uint32_t* terms, std::size_t n, std::size_t row, Region box) const {
     for (int32_t y = std::max(box.y1, 0); y <= std::min(box.y2, result_.height - 1); ++y) {
       const std::size_t k = static_cast<std::size_t>(y - box.y1) * row;

@@ -1,4 +1,4 @@
-// Tracing one contour.
+// Tracing one contour, the search for starts in a row, and the removal of marks.
 
 #include "contours/trace.h"
 
@@ -14,7 +14,7 @@ NUV_ROW_KERNEL void restore_row(uint8_t* pixels, std::ptrdiff_t n) {
 }
 
 NUV_INLINE bool starts(const uint8_t* p, uint8_t background) {
-  // Without a branch, so that a block of pixels becomes vector code.
+  // No branch, so that compilers turn the loop over a block into vector code.
   return (static_cast<int>(starts_outer(p[0], p[-1], background)) |
           static_cast<int>(starts_inner(p[0], p[-1]))) != 0;
 }

@@ -1,4 +1,4 @@
-// The tracer, the scan that finds where contours start, and the marks that both leave in an image.
+// The tracer, the scan that finds where contours start, and the values that mark an image.
 
 #ifndef NUV_CONTOURS_TRACE_H
 #define NUV_CONTOURS_TRACE_H
@@ -13,26 +13,26 @@
 
 namespace nuv {
 
-// Below this the tracer sees background.
+// The tracer takes values below this for background.
 constexpr uint8_t kObject = 2;
 constexpr uint8_t kTouchedBackground = 1;
 constexpr uint8_t kTracedContour = 254;
 
-// Where the search for the next contour pixel begins after a step in direction d. The directions before it
-// have been looked at from the pixel that the step came from.
+// Where the search for the next contour pixel begins after a step in direction d. The neighbours in the
+// directions before it have been examined from the previous pixel.
 constexpr std::array<uint8_t, 8> kNextSearch = {7, 7, 1, 1, 3, 3, 5, 5};
 
-// Follows the contour from start. Asks is_object() about each neighbour that it looks at, and calls visit() at
-// each pixel that it comes to, the start included, and store() with the code of each step. One direction is
-// left out by the search at the start: that of the pixel that is background by the kind of contour (left of
-// the start of an outer one, right of the start of a hole).
+// Follows the contour from start. Calls is_object() for each neighbour that it examines, visit() for each pixel
+// that it reaches, the start included, and store() with the code of each step. The search at the start leaves
+// out one neighbour, which is known to be background: the left one for an outer contour, the right one for a
+// hole.
 template <class Pixel, class IsObject, class Visit, class Store>
 void follow_contour(Pixel* start, int32_t width, bool is_outer, IsObject is_object, Visit visit,
                     Store store) {
   const std::array<std::ptrdiff_t, 8> offset = neighbour_offsets(width);
   const unsigned first = is_outer ? 5 : 1;
 
-  // Looks at the count neighbours of p from direction c on, until one is an object.
+  // Examines at most count neighbours of p, from direction c on, until one is an object.
   const auto search = [&offset, is_object](Pixel* p, unsigned& c, unsigned count) {
     for (; count > 0; --count, c = (c + 1) & 7) {
       if (is_object(p[offset[c]])) return true;
@@ -48,7 +48,8 @@ void follow_contour(Pixel* start, int32_t width, bool is_outer, IsObject is_obje
     store(static_cast<uint8_t>(c));
     p += offset[c];
     if (p == start) {
-      // Home again. The walk goes on if an object pixel lies between the way in and the way first out.
+      // Back at the start. The search from here covers seven directions. The walk goes on if one of those after
+      // the way back holds an object.
       const unsigned way_back = (c + 4) & 7;
       const unsigned looked_at = ((way_back - first) & 7) + 1;
       c = (way_back + 1) & 7;
@@ -101,14 +102,14 @@ struct ContourStart {
   bool is_outer;
 };
 
-// Calls action(x, pixel, left) where a pixel differs from the one before it. The action may change the image,
-// and the scan goes on reading it.
+// Calls action(x, pixel, left) where a pixel differs from the one before it. The action may change the image;
+// the scan reads the changed values.
 template <class Action>
 void scan_row_for_pairs(GrayImage image, int32_t y, int32_t first, int32_t last, Action action) {
   const uint8_t* row = image.row(y);
   int32_t x = first;
   while (x <= last) {
-    // Eight pixels that equal the ones before them at a step.
+    // Steps over eight pixels at once if each equals the one before it.
     while (x + 7 <= last && std::memcmp(row + x, row + x - 1, 8) == 0) x += 8;
     for (const int32_t end = x + 7 <= last ? x + 7 : last; x <= end; ++x) {
       const uint8_t pixel = row[x];
@@ -121,13 +122,14 @@ void scan_row_for_pairs(GrayImage image, int32_t y, int32_t first, int32_t last,
 // The modes of NuvGetContours that leave contours out.
 enum ContourMode : int32_t { kOuterOnly = 1, kInnerOnly = 2 };
 
-// What counts as background at the left of the start of an outer contour: everything below. The narrow limit
-// takes just 0 and what a trace has touched.
+// Limits of background at the left of the start of an outer contour: values below them count. The narrow limit
+// admits only 0 and the background mark of the tracer.
 constexpr uint8_t kBackground = 10;
 constexpr uint8_t kNarrowBackground = 2;
 
-// Whether a pair starts an untraced contour: a pixel of exactly 255 behind background the outer contour of an
-// object; a pixel of exactly 0 behind an object the contour of a hole, at the object pixel.
+// Whether a pair of neighbours starts an untraced contour. A pixel of exactly 255 after background starts the
+// outer contour of an object. A pixel of exactly 0 after an object pixel starts the contour of a hole, at the
+// object pixel.
 inline bool starts_outer(uint8_t pixel, uint8_t left, uint8_t background = kBackground) {
   return pixel == 255 && left < background;
 }
@@ -135,11 +137,11 @@ inline bool starts_inner(uint8_t pixel, uint8_t left) {
   return pixel == 0 && left > 250;
 }
 
-// The place of the first of n pixels at which a contour starts, or n. Before the first one lies another pixel.
+// The index of the first of n pixels at which a contour starts, or n. Also reads the pixel before the first.
 std::ptrdiff_t first_start(const uint8_t* pixels, std::ptrdiff_t n, uint8_t background);
 
 // The contour scan of one row: calls action(ContourStart) where an untraced contour starts. The action traces
-// the contour, and the scan goes on reading the marks.
+// the contour, and the scan reads its marks.
 template <class Action>
 void scan_row_for_contours(GrayImage image, int32_t y, int32_t first, int32_t last, Action action,
                            uint8_t background = kBackground) {
@@ -151,7 +153,7 @@ void scan_row_for_contours(GrayImage image, int32_t y, int32_t first, int32_t la
   }
 }
 
-// Makes the region of a traced image binary again: below 50 becomes 0, anything else 255.
+// Makes the region of a traced image binary again: values below 50 become 0, all others 255.
 void restore_binary(GrayImage image, Region region);
 
 }  // namespace nuv
