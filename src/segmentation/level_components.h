@@ -1,7 +1,8 @@
 // The connected components of an image above each of its gray values.
 //
-// A flood climbs to the highest value that it can reach and falls when there is nothing left as high. Components
-// are complete when it falls below them, so a stack of open components, of rising values, is all it needs.
+// A flood climbs to higher pixels as long as it can, and then goes on from the highest pixel that it has reached.
+// A component is complete when the flood falls below its value. So a stack of open components, of rising values,
+// is enough.
 
 #ifndef NUV_SEGMENTATION_LEVEL_COMPONENTS_H
 #define NUV_SEGMENTATION_LEVEL_COMPONENTS_H
@@ -18,14 +19,13 @@
 
 namespace nuv {
 
-// A set of 8-connected pixels above a level that no other pixel above it touches, and the levels at which it is
-// one.
+// An 8-connected component of the pixels above a level, and the range of levels at which it is the same set.
 struct LevelComponent {
-  int32_t first;   // of its pixels, in the order of rows; a place in the image
-  int32_t pixels;  // their number
-  int32_t from;    // the first level; 0 stands for all that are low enough
-  int32_t up_to;   // the last level is the one before this
-  // Components are numbered so that those inside this one come right before it, from first_inside on.
+  int32_t first;   // index of its first pixel in the image, in the order of rows
+  int32_t pixels;  // number of its pixels
+  int32_t from;    // the first level; 0 stands for every level below up_to
+  int32_t up_to;   // the level after the last one
+  // The components inside this one have the numbers from first_inside to number - 1.
   int32_t number;
   int32_t first_inside;
 
@@ -36,7 +36,7 @@ struct LevelComponent {
 
 class LevelFlood {
  public:
-  // An image whose sides are 0, and how many pixels have each value. The flood turns all pixels to 0.
+  // Takes an image whose sides are 0, and its histogram. The flood sets all pixels to 0.
   LevelFlood(GrayImage image, const Histogram& bins)
       : image_(image), offsets_(neighbour_offsets(image.width)) {
     int32_t begin = 0;
@@ -77,7 +77,7 @@ class LevelFlood {
     waiting_[static_cast<std::size_t>(ends_[static_cast<std::size_t>(value)]++)] = place;
     highest_ = std::max(highest_, value);
   }
-  // Takes one of the pixels of the highest value that wait.
+  // Takes a waiting pixel of the highest value.
   int32_t next() {
     auto value = static_cast<std::size_t>(highest_);
     const int32_t place = waiting_[static_cast<std::size_t>(--ends_[value])];
@@ -85,8 +85,8 @@ class LevelFlood {
     highest_ = static_cast<int32_t>(value);
     return place;
   }
-  // Climbs from a pixel to one without higher neighbours, and adds that one to its component. The pixels that it
-  // leaves wait, so all that wait are connected to the open component of their value.
+  // Climbs from a pixel to one without higher neighbours, and adds that one to its component. The pixels passed on
+  // the way wait. Every waiting pixel is connected to the open component of its value.
   void visit(int32_t place, int32_t value) {
     for (std::size_t i = 0; i < offsets_.size();) {
       const auto neighbour = static_cast<int32_t>(place + offsets_[i++]);
@@ -106,7 +106,8 @@ class LevelFlood {
     top().first = std::min(top().first, place);
     ++top().pixels;
   }
-  // Closes the top component, which becomes a part of the one below it on the stack or of one of that value.
+  // Closes the top component. It becomes a part of the one below it on the stack, or of a new one of the given
+  // value if that is higher.
   template <class Action>
   void close(int32_t value, Action action) {
     const Open closed = top();
@@ -124,14 +125,14 @@ class LevelFlood {
 
   GrayImage image_;
   std::array<std::ptrdiff_t, 8> offsets_;
-  // Pixels that have been reached but not visited, by value.
+  // Indices of the pixels that have been reached but not visited, grouped by value.
   Buffer<int32_t> waiting_;
   Histogram begins_{};
   Histogram ends_{};
-  int32_t highest_ = 0;  // of their values; 0 if none waits
+  int32_t highest_ = 0;  // the highest value of a waiting pixel; 0 if none waits
   std::array<Open, kBins> open_;
   std::size_t open_count_ = 0;
-  int32_t count_ = 0;  // of the components closed
+  int32_t count_ = 0;  // number of components closed
 };
 
 }  // namespace nuv

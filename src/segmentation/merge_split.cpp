@@ -1,19 +1,18 @@
 // Merge-split segmentation: the tree of dark regions over falling gray levels.
 //
-// Each level gives a list of regions, the outer contours of what is darker. A region of the tree that has one
-// of them inside has shrunk; one that has several has split, and the parts enter the tree, beside it or in
-// its place.
+// Each level gives a list of regions: the outer contours of the pixels that are darker. A region of the tree that
+// holds one of them has shrunk. A region that holds several has split, and the parts enter the tree, below it or
+// in its place.
 //
-// A level is made from the one before it. A flood of the inverted image finds at which levels each connected
-// component appears and changes. The outer contour of a component stays the same until one of its own pixels
-// goes, so a region stays until that level, and only components that have lost their contour, or that are
-// new, are traced.
+// Each level is made from the level before it. Scanning and tracing every level afresh would cost a pass over the
+// image per level. Instead, a flood of the inverted image finds the levels at which each connected component
+// appears and changes. The outer contour of a component stays the same until one of the contour's pixels drops
+// out. So a region stays until that level, and only new components and those with a broken contour are traced.
 //
-// Which region is the smallest around a point, and which regions start inside another one, is asked of an
-// index by place. A region of a level keeps its parent in the tree until the parent is replaced or a nearer
-// one enters the tree, so most regions ask once. Lists of arrivals are in rising order of area; among equal
-// areas the later one comes first. Serial numbers keep this order for the index. A parent never stands before
-// its child.
+// An index by place finds the smallest region around a point, and the regions that start inside another one. A
+// region of a level keeps its parent in the tree until the parent is replaced or a nearer one enters the tree, so
+// most regions search once. The tree and the lists of arrivals rise by area, and among equal areas the later region
+// comes first. Serial numbers keep this order for the index. A parent never comes before its child.
 
 #include <algorithm>
 #include <array>
@@ -54,7 +53,7 @@ int32_t id_of(const Node* node) {
   return node != nullptr ? node->ID : kNone;
 }
 
-// The image if the chain does not close.
+// The bounding box of a chain; the whole image if the chain does not close.
 Region box_of_chain(GrayImage image, const Chain& chain) {
   Region box = Region::of(chain.start);
   Point end = chain.start;
@@ -65,7 +64,7 @@ Region box_of_chain(GrayImage image, const Chain& chain) {
   return end.x == chain.start.x && end.y == chain.start.y ? box : image.whole();
 }
 
-// A record with its own copy of the chain, not numbered yet. Null if there is no memory.
+// Creates a record with its own copy of the chain, not numbered yet. Null if allocation fails.
 Node* new_node(const Chain& chain, Region box, int32_t area, int32_t perimeter) {
   Buffer<uint8_t> codes = allocate<uint8_t>(static_cast<std::size_t>(chain.n));
   auto* node = codes ? new (std::nothrow) Node{} : nullptr;
@@ -93,7 +92,7 @@ class RegionList {
 
   bool empty() const { return head_ == nullptr; }
   Node* head() const { return static_cast<Node*>(head_); }
-  // The link that leads to the first region.
+  // The link to the first region.
   RegionStruct** begin() { return &head_; }
   RegionStruct* release() { return std::exchange(head_, nullptr); }
   void swap(RegionList& other) { std::swap(head_, other.head_); }
@@ -101,7 +100,7 @@ class RegionList {
     while (head_ != nullptr) destroy(take_first());
   }
 
-  // Takes out the region that a link leads to; the link then leads to the one behind it.
+  // Takes out the region that a link points to. The link then points to the next one.
   static Node* unlink(RegionStruct** link) {
     auto* node = static_cast<Node*>(*link);
     *link = node->next;
@@ -114,9 +113,9 @@ class RegionList {
     head_ = node;
   }
 
-  // By rising area; equal ones keep their order.
+  // Sorts by rising area. Ties keep their order.
   void sort() {
-    std::array<RegionStruct*, 64> runs{};  // of 1, 2, 4, ... regions, the larger ones from farther ahead
+    std::array<RegionStruct*, 64> runs{};  // of 1, 2, 4, ... regions; larger ones come from nearer the head
     while (head_ != nullptr) {
       RegionStruct* run = take_first();
       std::size_t i = 0;
@@ -127,7 +126,7 @@ class RegionList {
   }
 
  private:
-  // Of equal regions those of a come first.
+  // Merges two sorted lists. Ties go to a.
   static RegionStruct* merged(RegionStruct* a, RegionStruct* b) {
     RegionStruct* head = nullptr;
     RegionStruct** link = &head;
@@ -165,14 +164,14 @@ using Tree = IndexedList;
 
 // The regions of one level, in the order of the scan. Their parents are regions of the tree.
 struct Level : IndexedList {
-  int32_t longest = 0;  // the most codes of a chain
+  int32_t longest = 0;  // number of codes of the longest chain
 
   using IndexedList::IndexedList;
 };
 
-// What is asked of a region, and the numbers given so far.
+// The limits for regions, and the next numbers to assign.
 struct Census {
-  int32_t min_codes;  // chains must be longer
+  int32_t min_codes;  // a chain must have more codes than this
   int32_t min_area;
   int32_t next_id = 0;
   int64_t next_serial = 0;
@@ -183,7 +182,7 @@ struct Census {
 // The components of an image above each level of a range.
 class Components {
  public:
-  // Values above the last level count as one. The work image has the size of the image and becomes 0.
+  // All values above the last level count as the same. The work image has the size of the image and becomes 0.
   Components(GrayImage image, uint8_t* work, int32_t first_level, int32_t last_level, int32_t least_pixels) {
     ByteTable values;
     for (int32_t v = 0; v < kBins; ++v) {
@@ -201,7 +200,7 @@ class Components {
       if (c.pixels >= least_pixels) append(c);
     });
   }
-  // False if there was no memory for all.
+  // False if an allocation failed.
   bool complete() const { return complete_; }
 
   const LevelComponent* begin() const { return items_.get(); }
@@ -229,7 +228,7 @@ class Components {
   bool complete_ = true;
 };
 
-// Components of some size, grouped by one of their levels.
+// Components of at least some size, grouped by one of their levels.
 class ComponentGroups {
  public:
   ComponentGroups(const Components& all, int32_t LevelComponent::*level, int32_t least_pixels) {
@@ -238,7 +237,7 @@ class ComponentGroups {
     std::partial_sum(begins_.begin(), begins_.end(), begins_.begin());
     items_ = allocate<LevelComponent>(begins_.back());
     if (!items_) return;
-    // Each group fills from its end, which becomes its begin.
+    // Each group is filled from its end, which moves to its begin.
     for (const LevelComponent& c : all) {
       if (c.pixels >= least_pixels) items_[--begins_[static_cast<std::size_t>(c.*level)]] = c;
     }
@@ -252,12 +251,13 @@ class ComponentGroups {
   Buffer<LevelComponent> items_;
 };
 
-// Hosts find in their buffer what is left when the outer contours of each level are written to its begin, one
-// over the other. This writes what is left, and nothing else, from the last contour back to the first.
+// Produces the buffer of codes as if the outer contours of all levels had been written to its start, each over the
+// one before. Callers see what is left of them there. The contours come in reverse order, and each writes only the
+// bytes that no later one has written.
 class Overwritten {
  public:
   Overwritten(uint8_t* codes, int32_t from) : codes_(codes), reached_(from) {}
-  // Leaves alone what later chains have written.
+  // Writes the part of a chain that later chains do not cover.
   void write_before(const uint8_t* chain, int32_t n) {
     if (n <= reached_) return;
     std::memcpy(codes_ + reached_, chain + reached_, static_cast<std::size_t>(n - reached_));
@@ -270,7 +270,7 @@ class Overwritten {
   int32_t reached_;
 };
 
-// Traces outer contours of the pixels above a level, which stay unmarked.
+// Traces outer contours of the pixels above a level, without marks in the image.
 class Tracer {
  public:
   Tracer(GrayImage inverted, Census& census)
@@ -280,7 +280,7 @@ class Tracer {
   bool allocated() const { return codes_ != nullptr; }
   const uint8_t* codes() const { return codes_.get(); }
 
-  // The number of codes, and the least value on the contour.
+  // Returns the number of codes, and sets least to the lowest value on the contour.
   int32_t trace(int32_t first, int32_t level, int32_t& least) {
     ChainSink chain(codes_.get(), static_cast<int32_t>(image_.size()));
     uint8_t lowest = 255;
@@ -292,7 +292,7 @@ class Tracer {
     return chain.count();
   }
 
-  // The region of a component; null if it is too small.
+  // The region of a component. Null if it is too small or if allocation fails.
   Node* region_of(const LevelComponent& component, int32_t level) {
     const int32_t first = component.first;
     int32_t least = 0;
@@ -317,15 +317,15 @@ class Tracer {
   Buffer<uint8_t> codes_;
 };
 
-// Makes a level from the one before it and its new components, which come in the order of the scan. Regions whose
-// contour is broken move to the list gone, the last one in front.
+// Makes a level from the one before it and from its new components, which come in the order of the scan. Regions
+// whose contour is broken move to the front of the list gone, so the last one comes first.
 void advance(Level& level, int32_t t, const LevelComponent* born, const LevelComponent* born_end,
              Tracer& tracer, Census& census, RegionList& gone) {
   for (RegionStruct** link = level.list.begin(); born != born_end || *link != nullptr;) {
     auto* region = static_cast<Node*>(*link);
     if (region != nullptr && (born == born_end || region->serial <= born->first)) {
       if (region->unbroken_to > t) {
-        // What is left of a component may keep its contour.
+        // What is left of a component may still have the same contour.
         if (born != born_end && region->serial == born->first) region->surround(*born++);
         link = &region->next;
       } else {
@@ -350,13 +350,13 @@ void advance(Level& level, int32_t t, const LevelComponent* born, const LevelCom
   }
 }
 
-// The smallest region around another one of its level.
+// The smallest region of the level around another one.
 Node* container_of(Level& level, const Node& node) {
   return level.by_box.first_around(node.x0, node.y0, node.area,
                                    [&](Node& r) { return &r != &node && r.holds_start_of(node); });
 }
 
-// A copy of a region of the level, to enter the tree.
+// Creates a copy of a region of the level for the tree. Null if allocation fails.
 Node* copy_for_tree(Level& level, const Node& r) {
   Node* node = new_node({{r.x0, r.y0}, r.pChainCode, r.N}, r.box, r.area, r.perimeter);
   if (node == nullptr) return nullptr;
@@ -371,14 +371,14 @@ Node* copy_for_tree(Level& level, const Node& r) {
   return node;
 }
 
-// ---- levels against the tree ----
+// ---- a level into the tree ----
 
-// Places a region not smaller than the ones before it; the link leads to where the last one went, or ahead of
-// it.
+// Inserts a region into the tree. Regions come by rising area. The link points to the place of the last one, or
+// before it, and moves to the place of this one.
 void NuvInsertRegionInTree(Tree& tree, RegionStruct**& link, Node* node, Census& census) {
   node->parent = tree.by_box.first_around(node->x0, node->y0, node->area,
                                           [=](Node& r) { return r.holds_start_of(*node); });
-  // Smaller regions inside it become its children, unless their parent is nearer to them.
+  // Smaller regions inside it become its children, unless they have a nearer parent.
   tree.by_start.for_each_in(node->box, [=](Node& r) {
     if (r.area >= node->area || !node->holds_start_of(r)) return;
     const bool parent_is_nearer =
@@ -392,7 +392,7 @@ void NuvInsertRegionInTree(Tree& tree, RegionStruct**& link, Node* node, Census&
   *link = node;
 }
 
-// Gives each region of a level its parent in the tree, and parents their number of children.
+// Finds the parent of each region of a level in the tree, and counts the children of each parent.
 void link_to_tree(Tree& tree, const Level& level) {
   for (Node* p = tree.list.head(); p != nullptr; p = p->next_node()) {
     p->children = p->children_area = 0;
@@ -410,7 +410,8 @@ void link_to_tree(Tree& tree, const Level& level) {
   }
 }
 
-// A region that has entered the tree becomes the parent of regions of the level to which it is nearer.
+// Makes a region that has entered the tree the parent of the regions of the level to which it is nearer than their
+// parent so far.
 void offer_parent(Level& level, Node& parent) {
   level.by_start.for_each_in(parent.box, [&](Node& c) {
     if (!c.knows_parent || parent.area < c.area) return;
@@ -419,8 +420,8 @@ void offer_parent(Level& level, Node& parent) {
   });
 }
 
-// Copies of the regions of a level that may enter the tree, in list order: those without a parent, and those
-// that have not just shrunk.
+// Copies the regions of a level that may enter the tree, and sorts them: those without a parent, and those that
+// are not the only child of their parent.
 void copy_candidates(Level& level, RegionList& candidates) {
   for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
     if (c->parent != nullptr && c->parent->children < 2) continue;
@@ -430,7 +431,7 @@ void copy_candidates(Level& level, RegionList& candidates) {
   candidates.sort();
 }
 
-// Sorts out, last in front, what a test takes.
+// Moves the regions that pass a test to the front of another list, so the last one comes first.
 template <class Test>
 void move_if(RegionList& from, RegionList& to, Test test) {
   for (RegionStruct** link = from.begin(); *link != nullptr;) {
@@ -442,13 +443,13 @@ void move_if(RegionList& from, RegionList& to, Test test) {
   }
 }
 
-// A region in a hole of another, both in one region of the tree, does not come from a split. The container
-// numbered 0 does not count as one.
+// A region in a hole of another one does not come from a split if both lie in the same region of the tree. A
+// container with the ID 0 does not count.
 bool is_island(const Node& c) {
   return c.parent != nullptr && c.sameLevelParentID > 0 && c.container->parent == c.parent;
 }
 
-// Hands the regions of a level that come from splits to the regions that split, in list order.
+// Moves the regions of a level that come from splits to the parts of their parents, in list order.
 void hand_out_parts(RegionList& candidates) {
   RegionList parts;
   move_if(candidates, parts, [](const Node& c) { return c.parent->children >= 2; });
@@ -459,7 +460,7 @@ void hand_out_parts(RegionList& candidates) {
   }
 }
 
-// Takes what is new in a level into the tree.
+// Takes the new regions of a level into the tree.
 void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census) {
   link_to_tree(tree, level);
   RegionList candidates;
@@ -504,7 +505,7 @@ void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census)
   }
 }
 
-// The first level that has regions is the tree.
+// Makes the tree from the first level that has regions.
 void grow_first(Tree& tree, Level& level) {
   for (Node* r = level.list.head(); r != nullptr; r = r->next_node()) {
     r->parent = copy_for_tree(level, *r);
@@ -522,7 +523,8 @@ void grow_first(Tree& tree, Level& level) {
 
 constexpr int32_t kNoLevel = 256;
 
-// The first level with enough pixels of its value and below it. White pixels, which are 0 here, never count.
+// The first value of the inverted image with more than min_pixels pixels of its value or below. Pixels of 0, which
+// are white in the source, do not count.
 int32_t start_level(const int32_t* bins, int32_t min_pixels) {
   int32_t sum = 0;
   for (int32_t value = 1; value < kBins; ++value) {
@@ -532,7 +534,7 @@ int32_t start_level(const int32_t* bins, int32_t min_pixels) {
   return kNoLevel;
 }
 
-// What hosts see in their work space if no level runs.
+// Writes what callers find in their work space if no level runs.
 void mark_second_lines(GrayImage image, uint8_t value) {
   for (int32_t x = 0; x < image.width; ++x) {
     for (int32_t y : {1, image.height - 2}) {
@@ -546,29 +548,31 @@ void mark_second_lines(GrayImage image, uint8_t value) {
   }
 }
 
-// Components of fewer pixels have no region that is large enough. A chain of n codes around f pixels encloses a
-// polygon of the area f - n/2 - 1, and n is at most 2 (f - 1); half the perimeter is at most n / sqrt(2). So the
-// measured area is below 1.5 f. A ring of p pixels is at most p/2 + 1 high and wide, so f is at most its square.
+// A component of fewer pixels has no region that is large enough. A chain of n codes around f pixels encloses a
+// polygon of the area f - n/2 - 1, and n is at most 2 (f - 1). Half the perimeter is at most n / sqrt(2). So the
+// measured area is below 1.5 f. A ring of p pixels is at most p/2 + 1 high and wide, so f is at most the square of
+// that.
 int32_t least_pixels(const Census& census) {
   if (census.min_codes < 0) return 1;
   const double side = std::sqrt(std::max(census.min_area - 2, 0) / 1.5);
   return std::max(truncated(2 * (side - 1)), 2);
 }
 
-// A chain of more codes is always that of a region, because an area is at least half the number of codes.
+// The greatest number of codes of a chain that may be too small for a region. An area is at least half the number
+// of codes, so a longer chain always belongs to a region.
 int32_t most_codes_left_out(const Census& census, GrayImage image) {
   const int64_t most = 2 * static_cast<int64_t>(std::max(census.min_area, 0)) + 2;
   return static_cast<int32_t>(std::min<int64_t>(most, image.size()));
 }
 
-// Writes the begin of the buffer of codes, which chains of all components reach. The last level of a component
-// is the one that counts.
+// Writes the start of the buffer of codes, which the chains of all components reach. Only the last level of a
+// component counts.
 void write_begin(ComponentGroups& dying, Tracer& tracer, int32_t first_level, int32_t last_level, int32_t end,
                  uint8_t* codes) {
   Overwritten buffer(codes, 0);
   for (int32_t t = last_level; t >= first_level && buffer.reached() < end; --t) {
     LevelComponent* const begin = dying.begin_of(t + 1);
-    // A component of p pixels has less than p (p/2 + 2) codes.
+    // The chain of a component of p pixels has fewer than p (p/2 + 2) codes.
     LevelComponent* const long_end = std::partition(begin, dying.end_of(t + 1), [&](const LevelComponent& c) {
       return static_cast<int64_t>(c.pixels) * (c.pixels / 2 + 4) > buffer.reached();
     });
@@ -582,7 +586,7 @@ void write_begin(ComponentGroups& dying, Tracer& tracer, int32_t first_level, in
   }
 }
 
-// The marks of all traces of the last level.
+// Sets the marks that the traces of the last level leave.
 void mark_contours(GrayImage binary) {
   for (int32_t y = 1; y < binary.height; ++y) {
     scan_row_for_contours(binary, y, 1, binary.width - 1, [=](ContourStart start) {
@@ -609,7 +613,7 @@ RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, i
   clear_sides(inverted);
   if (start == kNoLevel) return nullptr;
   mark_second_lines(binary, static_cast<uint8_t>(start));
-  // Nothing is above level 255.
+  // No pixel is above level 255.
   const auto last = static_cast<int32_t>(std::min<int64_t>(255 - static_cast<int64_t>(minGry), 255));
   if (start > last) return nullptr;
 
@@ -622,7 +626,7 @@ RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, i
 
   uint8_t* const codes = pTmpImg + inverted.size();
   const int32_t left_out = most_codes_left_out(census, inverted);
-  census.next_serial = inverted.size();  // those of levels are places
+  census.next_serial = inverted.size();  // the serial numbers in levels are pixel indices
   Tree tree(width, height);
   Level level(width, height);
   for (int32_t t = start; t <= last; ++t) {
@@ -630,7 +634,7 @@ RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, i
     std::sort(born.begin_of(t), born.end_of(t),
               [](const LevelComponent& a, const LevelComponent& b) { return a.first < b.first; });
     advance(level, t, born.begin_of(t), born.end_of(t), tracer, census, gone);
-    // The ends of chains that no chain of this level reaches.
+    // Writes the ends of chains that no chain of this level reaches.
     Overwritten buffer(codes, std::max(level.longest, left_out));
     for (const Node* r = gone.head(); r != nullptr; r = r->next_node())
       buffer.write_before(r->pChainCode, r->N);

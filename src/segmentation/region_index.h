@@ -1,9 +1,9 @@
 // Regions of an image, found by place.
 //
-// A region is filed by the box of its chain in a pyramid of grids: on the floor whose cells are just as large
-// as the box, so in four cells at most, and a point meets one cell per floor. Cells keep the order of the
-// lists of regions, smallest first. A second grid files regions by their starts. The links live in the
-// regions; if there is no memory for the cells, one cell holds all.
+// A pyramid of grids files each region by the box of its chain. The region goes to the lowest floor whose cells
+// are at least as large as the box, so it lies in four cells at most. A search for a point reads one cell per
+// floor. Cells keep the order of the lists of regions, smallest first. A second grid files regions by their
+// starts. The links are members of the regions. If the allocation of the cells fails, one cell holds all regions.
 
 #ifndef NUV_SEGMENTATION_REGION_INDEX_H
 #define NUV_SEGMENTATION_REGION_INDEX_H
@@ -23,8 +23,8 @@
 
 namespace nuv {
 
-// The crossings of a chain, sorted by place, that NuvIsPointIncludedByChain() adds up: for many
-// questions.
+// The crossings of a chain that NuvIsPointIncludedByChain() adds up, sorted by row and column. They pay off if many
+// points are tested.
 class ChainRows {
  public:
   explicit operator bool() const { return crossings_ != nullptr; }
@@ -33,7 +33,7 @@ class ChainRows {
     crossings_.reset();
   }
 
-  // Of a chain within the rows of a box. Stays empty if there is no memory.
+  // Sorts the crossings of a chain within the rows of a box. The rows stay empty if allocation fails.
   void build(const Chain& chain, Region box) {
     first_ = box.y1;
     rows_ = box.rows();
@@ -45,7 +45,7 @@ class ChainRows {
     for (std::size_t i = 0; i < rows; ++i) ends_[i + 1] += ends_[i];
     crossings_ = allocate<Crossing>(ends_[rows]);
     if (!crossings_) return;
-    // Each row fills from its begin, which becomes its end.
+    // Each row is filled from its begin, which moves to its end.
     for_each_crossing(chain, [this](int32_t y, Crossing c) { crossings_[ends_[row(y)]++] = c; });
     for (std::size_t i = 0; i < rows; ++i) {
       Crossing* begin = crossings_.get() + (i == 0 ? 0 : ends_[i - 1]);
@@ -66,16 +66,16 @@ class ChainRows {
   }
 
  private:
-  // Counts for points at its left, and at it.
+  // A crossing counts for the points at its left and for the point at its column.
   struct Crossing {
     int32_t x;
-    int32_t sum;  // with those at its right, once sorted
+    int32_t sum;  // after sorting: together with the crossings at its right
   };
 
   std::size_t row(int32_t y) const { return static_cast<std::size_t>(y - first_); }
 
-  // A position counts by the codes into and out of it: one crossing for points in its row up to it, and one
-  // for the point that it is, which is that up to it less that up to its left neighbour.
+  // A position adds kCrossing for the points of its row up to itself, and kOnPoint for the point itself. The
+  // second is a crossing at the point minus one at its left neighbour.
   template <class Visit>
   static void for_each_crossing(const Chain& chain, Visit visit) {
     Point p = chain.start;
@@ -96,19 +96,19 @@ class ChainRows {
   int32_t rows_ = 0;
 };
 
-// A record, with what the segmentation knows about it besides.
+// A record, and the working data of the segmentation.
 struct Node : RegionStruct {
   Region box;                  // of the chain; the image if the chain does not close
-  LevelComponent component{};  // what the chain goes round
+  LevelComponent component{};  // the component that the chain surrounds
   bool has_holes = true;
   int64_t serial = 0;               // rises with each entry into a list
-  Node* parent = nullptr;           // what parentID will name
-  const Node* container = nullptr;  // what sameLevelParentID names
-  int32_t children = 0;             // of the level at hand, and the sum of their areas
+  Node* parent = nullptr;           // the region that parentID will name
+  const Node* container = nullptr;  // the region that sameLevelParentID names
+  int32_t children = 0;             // number in the present level; the next member is the sum of their areas
   int32_t children_area = 0;
-  RegionStruct* parts = nullptr;  // a list of what it splits into at the level at hand
+  RegionStruct* parts = nullptr;  // list of the regions that it splits into at the present level
   bool is_replaced = false;
-  std::array<Node*, 4> in_cell{};  // links of the cells that it is filed in
+  std::array<Node*, 4> in_cell{};  // links in the lists of its cells
   Node* in_start_cell = nullptr;
   int32_t unbroken_to = 0;  // the first level at which a pixel of the contour is missing
   bool knows_parent = false;
@@ -127,26 +127,27 @@ struct Node : RegionStruct {
     if (N > kLongChain && ++questions == kManyQuestions) rows.build({{x0, y0}, pChainCode, N}, box);
     return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
-  // The same for the start of another region, which is a pixel of its component. Components are inside each other
-  // or have no pixel in common.
+  // Whether the start of another region lies inside or on this one. The start is a pixel of the other component,
+  // and two components either are disjoint or one contains the other.
   bool holds_start_of(const Node& other) {
     if (component.contains(other.component)) return true;
     if (!has_holes && !other.component.contains(component)) return false;
     return holds(other.x0, other.y0);
   }
-  // Sets the component that the chain goes round. A chain of n codes around a polygon of the area A holds
-  // A + n/2 + 1 pixels. NuvAreaAndPerimeter adds half the perimeter to A, and rounds up its half if n is odd.
+  // Sets the component that the chain surrounds, and finds whether it has holes. A chain of n codes around a polygon
+  // of the area A encloses A + n/2 + 1 pixels. The area of NuvAreaAndPerimeter is A plus half the perimeter, and is
+  // 1/2 more if n is odd.
   void surround(const LevelComponent& inside) {
     component = inside;
     const int32_t halves = 2 * (area - perimeter / 2) - N % 2;
     has_holes = (halves + N) / 2 + 1 > inside.pixels;
   }
   bool starts_with(const Node& other) const { return x0 == other.x0 && y0 == other.y0; }
-  // The order of lists: the smaller first; of equal ones the later.
+  // The order of lists: the smaller first; ties go to the later one.
   bool precedes(const Node& other) const {
     return area < other.area || (area == other.area && serial > other.serial);
   }
-  // Forgets the sorted crossings, which are large, if nothing has been asked since the last time.
+  // Releases the sorted crossings, which are large, if holds() has not tested a point since the last call.
   void rest_rows() {
     if (!asked) forget_rows();
     asked = false;
@@ -157,7 +158,7 @@ struct Node : RegionStruct {
   }
 };
 
-// A grid of lists; one list without a size, or if there is no memory.
+// A grid of lists. It is a single list if it has no size or if allocation fails.
 class RegionCells {
  public:
   RegionCells() = default;
@@ -193,7 +194,7 @@ class RegionCells {
   Node* lone_ = nullptr;
 };
 
-// Regions by their boxes.
+// Regions filed by their boxes.
 class RegionPyramid {
  public:
   RegionPyramid(int32_t width, int32_t height) {
@@ -225,7 +226,8 @@ class RegionPyramid {
     });
   }
 
-  // The first region in list order, from an area on, that may touch the point and passes the test.
+  // The first region in list order that has at least this area and passes the test. The regions tested are those
+  // whose boxes may hold the point.
   template <class Test>
   Node* first_around(int32_t x, int32_t y, int32_t area, Test test) {
     Node* best = nullptr;
@@ -246,7 +248,7 @@ class RegionPyramid {
  private:
   static constexpr int32_t kFirstShift = 3;
 
-  // The cells of a floor that one box touches have links of their own.
+  // The four cells of a floor that a box may touch have different slots.
   static std::size_t slot_of(int32_t column, int32_t row) {
     return ((column & 1) != 0 ? 1U : 0U) + ((row & 1) != 0 ? 2U : 0U);
   }
@@ -263,7 +265,7 @@ class RegionPyramid {
   int32_t floor_count_ = 0;
 };
 
-// Regions by their starts.
+// Regions filed by their starts.
 class RegionStarts {
  public:
   RegionStarts(int32_t width, int32_t height) : cells_(width, height, kShift) {}
@@ -278,7 +280,7 @@ class RegionStarts {
     while (*link != &node) link = &(*link)->in_start_cell;
     *link = node.in_start_cell;
   }
-  // Calls action(region) for all that may start in a box.
+  // Calls action(region) for all regions that may start in a box.
   template <class Action>
   void for_each_in(Region box, Action action) {
     cells_.for_each_cell(box, [&](Node* head, int32_t /*column*/, int32_t /*row*/) {
