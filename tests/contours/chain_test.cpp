@@ -1,4 +1,4 @@
-// What a single chain measures and answers.
+// Measures and queries of a single chain.
 
 #include <gmock/gmock.h>
 
@@ -32,7 +32,7 @@ TEST(ChainMeasures, OfASquare) {
   NuvContourRect(s.x, s.y, s.data(), 8, &box[0], &box[1], &box[2], &box[3]);
   EXPECT_THAT(box, ElementsAre(1, 3, 1, 3));
   NuvContourRotatedRect(s.x, s.y, s.data(), 8, 90, &box[0], &box[1], &box[2], &box[3]);
-  // The sine of nearly 90 degrees truncates to 1023 of 1024, and shifting rounds down.
+  // 1024 times the sine of nearly 90 degrees truncates to 1023, and the shift rounds down.
   EXPECT_THAT(box, ElementsAre(-3, -1, 0, 2));
   int32_t xs[8];
   int32_t ys[8];
@@ -55,8 +55,8 @@ TEST(ChainMeasures, LineSimilarityFindsTheBar) {
   Square s;
   EXPECT_EQ(NuvLineSimilarity(s.x, s.y, s.data(), 8, 1, 3, &width, &length), 1.0);
   EXPECT_EQ(width, 2) << "area 8 against bars of 3, 4 and 3";
-  // Of all widths: below 0 the misfit is -(1 + area/-bar), least for a width of -1; from 1 on, 31000 is the
-  // narrower of the two that fit.
+  // Below 0 the misfit is -(1 + area/-bar), which is least for a width of -1. From 1 on two widths fit, and 31000
+  // is the narrower one.
   EXPECT_EQ(NuvLineSimilarity(64, 1000000, INT32_MIN, INT32_MAX, &width, &length), -500065.0 / 500001);
   EXPECT_EQ(width, -1);
   EXPECT_EQ(NuvLineSimilarity(31000 * 69000, 200000, 1, INT32_MAX, &width, &length), 0.0);
@@ -104,7 +104,7 @@ TEST(ChainMarks, DrawSolidDashedAndCounting) {
   EXPECT_EQ(image.at(2, 1), 255);
 }
 
-// The number of the pixels is the exact area of a chain, and each of them is inside by the point query.
+// The number of enclosed pixels is the exact area, and the point query holds for just these pixels.
 TEST(Chain, EnclosesWhatTheOutsideDoesNotReach) {
   Random random(12);
   for (int round = 0; round < 120; ++round) {

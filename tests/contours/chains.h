@@ -61,7 +61,7 @@ inline TestImage random_blobs(Random& random, int32_t width, int32_t height) {
   return image;
 }
 
-// Gives a value to the pixels that are 4-connected with one and of its value.
+// Sets the 4-connected pixels of one value around a pixel to another value.
 inline void flood(TestImage& image, int32_t from_x, int32_t from_y, uint8_t value) {
   const uint8_t old = image.at(from_x, from_y);
   std::vector<std::pair<int32_t, int32_t>> open = {{from_x, from_y}};
@@ -74,7 +74,8 @@ inline void flood(TestImage& image, int32_t from_x, int32_t from_y, uint8_t valu
   }
 }
 
-// The pixels that a chain, drawn alone in an image of 0, cuts off from the corner, and those that it draws.
+// A chain drawn alone in an image of 0: the pixels that it covers, and with them those that it cuts off from the
+// corner.
 struct Enclosed {
   TestImage region;
   TestImage rim;

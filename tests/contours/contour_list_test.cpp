@@ -52,7 +52,7 @@ TEST(GetContours, ClearsTheBorderAndNeedsExactly255) {
   EXPECT_EQ(gray, draw({".....", ".###.", ".###.", ".###.", "....."})) << "still made binary";
 }
 
-// The scan that steps over equal pixels finds what the plain scan finds, and the image is restored.
+// The scan that steps over equal pixels finds what the plain scan finds, and restores the image.
 TEST(GetContours, AgreesWithThePlainScanOnRandomImages) {
   Random random(13);
   for (int round = 0; round < 200; ++round) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint8_t kFill = 77;
 
-// Calls check(image, chain, what it encloses) for the contours of random images.
+// Calls check(image, chain, enclosed pixels) for the contours of random images.
 template <class Check>
 void for_random_contours(uint32_t seed, bool outer, Check check) {
   Random random(seed);
@@ -102,7 +102,7 @@ TEST(Filling, TakesALonePixelByItself) {
 }
 
 TEST(Filling, KeepsClearOfTheReservedValues) {
-  // Values 0 to 4 are free again once 1 is taken: the base moves to 4, and 0 is the mark of left edges.
+  // With 1 and 7 reserved, the first five free values are 2 to 6. The base is 4, and left edges are marked by 0.
   TestImage image = draw({".....", ".###.", ".#7#.", ".###.", "....."});
   TestImage copy = image;
   TracedChain chain = trace(copy, 1, 1, true);

@@ -37,7 +37,8 @@ TEST(MarkContours, ShowsPixelsBesideTheBackground) {
 
 TEST(SelectContours, ByPerimeterDrawsEachOnce) {
   Buffers b(scene());
-  // The rim of the hole, 8 straight and 4 diagonal steps, and the square; the ring's outline has 16.
+  // Two contours are in the range: the rim of the hole, of 8 straight and 4 diagonal steps, and the square. The
+  // outline of the ring has 16.
   EXPECT_EQ(NuvSelectContoursByPerimeter(b.image.data(), b.codes.data(), 14, 7, 0, 8, 14, b.result.data()),
             2);
   EXPECT_EQ(b.result, draw({"..............", "..###...###...", ".#...#..#.#...", ".#...#..###...",
@@ -50,7 +51,7 @@ TEST(SelectContours, ByAreaDrawsAgainAtEveryPair) {
   Buffers b(traced);
   const int32_t count =
       NuvSelectContoursByArea(b.image.data(), b.codes.data(), 6, 5, 1, 8, 8, b.result.data());
-  // Of the one contour, the first pair included: every pair that its marks leave.
+  // The one contour is drawn at the first pair and at every pair that its marks leave.
   trace(traced, 1, 1, true);
   int32_t pairs = 0;
   for (int32_t y = 1; y < 5; ++y) {
@@ -61,7 +62,7 @@ TEST(SelectContours, ByAreaDrawsAgainAtEveryPair) {
 }
 
 TEST(SelectContours, ByAreaDrawsALongChainFromEveryPair) {
-  // Teeth that hang from one back: one chain of thousands of codes, and thousands of pairs.
+  // A comb gives one chain of thousands of codes, and thousands of pairs.
   constexpr int32_t kWidth = 121;
   constexpr int32_t kHeight = 90;
   TestImage comb(kWidth, kHeight);
@@ -132,7 +133,7 @@ TEST(LargestHole, IsDrawn) {
   Buffers none(TestImage(5, 5));
   EXPECT_EQ(NuvMarkMaxAreaHoleContour(none.image.data(), none.codes.data(), 5, 5, 99), 0);
   EXPECT_EQ(none.image.at(0, 0), 99);
-  // Around the image is background. There are 20 codes, more than the buffer holds.
+  // Outside the image is background. The chains have 20 codes, more than the buffer holds.
   Buffers full(draw({"####", "#..#", "#..#", "####"}));
   EXPECT_EQ(NuvMarkMaxAreaHoleContour(full.image.data(), full.codes.data(), 4, 4, 99), 4);
   EXPECT_EQ(NuvPixelsInGryImg(full.image.data(), 4, 4, 99), 8);

@@ -22,13 +22,13 @@ void fill(TestImage& image, int32_t x1, int32_t x2, int32_t y1, int32_t y2, uint
   for (int32_t y = y1; y <= y2; ++y) std::fill(&image.at(x1, y), &image.at(x2, y) + 1, value);
 }
 
-// Of a rectangle, by NuvAreaAndPerimeter: polygon plus half the perimeter.
+// The area of a rectangle by NuvAreaAndPerimeter: the polygon plus half the perimeter.
 int32_t area(int32_t w, int32_t h) {
   return (w - 1) * (h - 1) + (w - 1 + h - 1);
 }
 
 TEST(MergeSplit, KeepsOrReplacesWhatSplits) {
-  // Two dark squares in a gray one, on a light ground.
+  // Two dark rectangles in a gray one, on a light ground.
   TestImage scene(60, 40, 240);
   fill(scene, 5, 54, 5, 34, 120);
   fill(scene, 10, 24, 10, 29, 40);
@@ -46,7 +46,7 @@ TEST(MergeSplit, KeepsOrReplacesWhatSplits) {
   ASSERT_EQ(replaced.size(), 2U);
   EXPECT_EQ(replaced[1].area, area(15, 20));
   EXPECT_EQ(replaced[0].parentID, -1);
-  // Above the gray between them the dark squares are one.
+  // At levels above the gray between them the dark rectangles are one region.
   EXPECT_EQ(regions_of(scene, 50, 121, 0.0).size(), 1U);
 }
 
