@@ -19,8 +19,10 @@
 ///     4 . 0      even codes are unit steps, odd codes diagonal ones
 ///     5 6 7
 ///
-/// Only the low three bits of a byte count. A chain with N below 1 is empty. In every function x, y is the start
-/// point, pChainCode the codes and N their number. width and height are the columns and rows of the images.
+/// Only the low three bits of a byte count. A chain with N below 1 is empty.
+///
+/// Unless an entry says otherwise, x, y is the start point of a chain, pChainCode its codes and N their number.
+/// width and height are the numbers of columns and rows of the images.
 ///
 /// The last step of a closed chain ends at the start. The positions of a chain are its start and the ends of
 /// its first N-1 steps, so a closed chain of N codes has N positions. A pixel that the chain passes twice is
@@ -29,9 +31,9 @@
 /// The outer contour of an object runs counter-clockwise on the screen, and the contour of a hole clockwise.
 /// The object is always at the left of the walk, and both contours run over object pixels.
 ///
-/// Tracing marks the image: contour pixels become 254, and background pixels that the tracer examined become
-/// 1. The tracer takes every value of 2 or more for an object. It does not check the border of the image: rows
-/// 0 and height-1 and columns 0 and width-1 must be below 2. Functions that clear the border say so.
+/// Tracing marks the image: 254 on contour pixels, 1 on background pixels that the tracer examined. The tracer
+/// takes every value of 2 or more for an object. It does not check the border of the image: rows 0 and height-1
+/// and columns 0 and width-1 must be below 2. Functions that clear the border say so.
 ///
 /// Chains must stay inside the images they are used with; no function checks this. An image has at least one
 /// pixel.
@@ -152,14 +154,30 @@ NUV_API void NuvRealAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pA
 ///
 /// The perimeter is that of NuvRealAreaAndPerimeter. A square of 3 by 3 pixels has area 8 here and 9 by
 /// NuvRealAreaAndPerimeter.
+///
+/// @param pChainCode  the chain
+/// @param N           number of codes
+/// @param pArea       receives the area
+/// @param pPerimeter  receives the perimeter
 NUV_API void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter);
 
 /// Computes the centre of a chain: the mean of its N positions plus 0.5, truncated.
 ///
 /// An empty chain gives its start point.
+///
+/// @param x, y        start point
+/// @param pChainCode  the chain
+/// @param N           number of codes
+/// @param pX, pY      receive the centre
 NUV_API void NuvContourCenter(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY);
 
 /// Computes the inclusive bounding box of a closed chain.
+///
+/// @param x, y        start point
+/// @param pChainCode  the chain
+/// @param N           number of codes
+/// @param pX1, pX2    receive the first and the last column
+/// @param pY1, pY2    receive the first and the last row
 NUV_API void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX1, int32_t* pX2,
                             int32_t* pY1, int32_t* pY2);
 
@@ -252,6 +270,8 @@ NUV_API int32_t NuvPixelsPassedByChain(uint8_t* pGryImg, int32_t width, int32_t 
 /// Counts the pixels other than 0 under a chain.
 ///
 /// It visits the ends of all N steps.
+///
+/// @return the number of visits to a pixel other than 0
 NUV_API int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y,
                                            uint8_t* pChainCode, int32_t N);
 
@@ -264,6 +284,8 @@ NUV_API bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int
 /// Counts the points of a chain in image row yLine.
 ///
 /// It visits the ends of the first N-1 steps, so the start does not count. x is not read.
+///
+/// @return the number of points in the row
 NUV_API int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine);
 
 /// Tests whether a step of the chain ends on the point px, py.
@@ -333,19 +355,20 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 /// is the hole, without the rim that the chain runs over.
 ///
 /// The chain alone defines the region. A call writes edge marks over the contour in the image, scans the rows
-/// from mark to mark, and puts the contour's pixels back. Two calls must not share an image, even where a
+/// from mark to mark, and puts the contour's pixels back. Concurrent calls must not share an image, even where a
 /// function leaves the image as it was.
 ///
 /// A call uses these values, which must not occur among the pixels between the edges of the contour:
 ///
-///     mark      the scan of a row ends at it
-///     B, F      scratch values
+///     mark      the edge before which the scan of a row ends
+///     F         the edge at which the scan of a row starts
+///     B         the rest of the contour
 ///
-/// The scratch values avoid the reserved values, which are mark and the colours that the call names. B is the
-/// middle of the first five consecutive values that are free, and F is the first other free value. B is 2 and F
-/// is 5 if no low value is reserved. Pixels inside that hold F become B. The contour itself may hold any value.
+/// B and F avoid the reserved values, which are mark and the colours that the call names. B is the middle of the
+/// first five consecutive values that are free, and F is the first other free value. B is 2 and F is 5 if no low
+/// value is reserved. Pixels inside that hold F become B. The contour itself may hold any value.
 ///
-/// A chain that does not close, or does not wind once round its region, encloses nothing inside. Its own
+/// If a chain does not close, or does not wind once round its region, the scan visits no pixels. The chain's own
 /// pixels still count if its turns add up to those of an outer chain. A chain that crosses itself, which the
 /// tracer never makes, encloses an unspecified part of the rows that it touches.
 ///
