@@ -21,8 +21,8 @@
 ///
 /// Only the low three bits of a byte count. A chain with N below 1 is empty.
 ///
-/// Unless an entry says otherwise, x, y is the start point of a chain, pChainCode its codes and N their number.
-/// width and height are the numbers of columns and rows of the images.
+/// Unless an entry says otherwise, x, y is the start point of a chain, pChainCode its codes and N their
+/// number. width and height are the numbers of columns and rows of the images.
 ///
 /// The last step of a closed chain ends at the start. The positions of a chain are its start and the ends of
 /// its first N-1 steps, so a closed chain of N codes has N positions. A pixel that the chain passes twice is
@@ -31,12 +31,12 @@
 /// The outer contour of an object runs counter-clockwise on the screen, and the contour of a hole clockwise.
 /// The object is always at the left of the walk, and both contours run over object pixels.
 ///
-/// Tracing marks the image: 254 on contour pixels, 1 on background pixels that the tracer examined. The tracer
-/// takes every value of 2 or more for an object. It does not check the border of the image: rows 0 and height-1
-/// and columns 0 and width-1 must be below 2. Functions that clear the border say so.
+/// Tracing marks the image: 254 on contour pixels, 1 on background pixels that the tracer examined. The
+/// tracer takes every value of 2 or more for an object. It does not check the border of the image: rows 0 and
+/// height-1 and columns 0 and width-1 must be below 2. Functions that clear the border say so.
 ///
-/// Chains must stay inside the images they are used with; no function checks this. An image has at least one
-/// pixel.
+/// Chains must stay inside the images they are used with. No function checks this. An image that a chain is
+/// used with has at least one pixel.
 /// @see H. Freeman, On the encoding of arbitrary geometric configurations, 1961
 /// @{
 
@@ -56,8 +56,8 @@
 /// Traces one contour from its start pixel and marks it in the image.
 ///
 /// Neighbours are 8-connected. The walk ends on the start pixel when no way is left that it has not taken, so
-/// a figure of eight is one chain. The background pixel beside the start becomes 1 whatever it holds: the left
-/// neighbour for an outer contour, the right one for a hole. The start becomes 254.
+/// a figure of eight is one chain. The background pixel beside the start becomes 1 whatever it holds: the
+/// left neighbour for an outer contour, the right one for a hole. The start becomes 254.
 ///
 /// @param pBinImg     binary image with a clear border; receives the marks 254 and 1
 /// @param width       columns of the image
@@ -100,8 +100,8 @@ NUV_API void NuvFreeContours(NUV_CONTOUR_STRUCT* pContours);
 /// Finds the outer contour of greatest area in a region.
 ///
 /// The region is widened by one pixel on each side and clamped to the image. The outline of this rectangle is
-/// set to 0, and the rows inside it are scanned for contours: the first one and every yStep-th one from there.
-/// After the call an outline pixel outside the region holds 0, or 1 where the tracer examined it.
+/// set to 0, and the rows inside it are scanned for contours: the first one and every yStep-th one from
+/// there. After the call an outline pixel outside the region holds 0, or 1 where the tracer examined it.
 ///
 /// @param pBinImg         binary image. Changed: the outline; in the region as given, clamped to the image,
 ///                        every pixel below 50 becomes 0 and every other 255
@@ -193,7 +193,7 @@ NUV_API void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N
 /// @param N           number of codes
 /// @param angle       degrees; converted to radians with the factor 3.1415926/180
 /// @param pX1, pX2    receive the least and the greatest xr
-/// @param pY1, pY2    receive the least and the greatest yr. An empty chain gives the values of its start point
+/// @param pY1, pY2    receive the least and the greatest yr; an empty chain gives those of its start
 NUV_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, double angle,
                                    int32_t* pX1, int32_t* pX2, int32_t* pY1, int32_t* pY2);
 
@@ -355,8 +355,8 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 /// is the hole, without the rim that the chain runs over.
 ///
 /// The chain alone defines the region. A call writes edge marks over the contour in the image, scans the rows
-/// from mark to mark, and puts the contour's pixels back. Concurrent calls must not share an image, even where a
-/// function leaves the image as it was.
+/// from mark to mark, and puts the contour's pixels back. Concurrent calls must not share an image, even
+/// where a function leaves the image as it was.
 ///
 /// A call uses these values, which must not occur among the pixels between the edges of the contour:
 ///
@@ -364,13 +364,13 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 ///     F         the edge at which the scan of a row starts
 ///     B         the rest of the contour
 ///
-/// B and F avoid the reserved values, which are mark and the colours that the call names. B is the middle of the
-/// first five consecutive values that are free, and F is the first other free value. B is 2 and F is 5 if no low
-/// value is reserved. Pixels inside that hold F become B. The contour itself may hold any value.
+/// B and F avoid the reserved values, which are mark and the colours that the call names. B is the middle of
+/// the first five consecutive values that are free, and F is the first other free value. B is 2 and F is 5 if
+/// no low value is reserved. Pixels inside that hold F become B. The contour itself may hold any value.
 ///
-/// If a chain does not close, or does not wind once round its region, the scan visits no pixels. The chain's own
-/// pixels still count if its turns add up to those of an outer chain. A chain that crosses itself, which the
-/// tracer never makes, encloses an unspecified part of the rows that it touches.
+/// If a chain does not close, or does not wind once round its region, the scan visits no pixels. The chain's
+/// own pixels still count if its turns add up to those of an outer chain. A chain that crosses itself, which
+/// the tracer never makes, encloses an unspecified part of the rows that it touches.
 ///
 /// Chains of at most 4096 codes need no allocation. If the allocation for a longer chain fails, the functions
 /// other than NuvFillingContour change nothing in the images and return 0.
@@ -472,8 +472,8 @@ NUV_API int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N);
 ///
 /// Unless an entry says otherwise:
 ///
-/// - pBinImg is a binary image of width*height pixels. It changes: its four sides become 0, and at the end every
-///   pixel below 50 becomes 0 and every other 255.
+/// - pBinImg is a binary image of width*height pixels. It changes: its four sides become 0, and at the end
+///   every pixel below 50 becomes 0 and every other 255.
 /// - pChainCode is a work space of width*height bytes.
 /// - pResImg is a gray image of the same size.
 /// - Contours start as in NuvGetContours. With a narrow background the pixel before an outer contour must be
@@ -495,7 +495,7 @@ NUV_API void NuvMarkContours(uint8_t* pBinImg, int32_t width, int32_t height, ui
 /// @param pBinImg                     binary image
 /// @param pChainCode                  work space
 /// @param width, height               size of both images
-/// @param yStep                       row 1 and every yStep-th row from there are scanned; below 1 counts as 1
+/// @param yStep                       distance of the scanned rows, from row 1 on; below 1 counts as 1
 /// @param minPerimeter, maxPerimeter  the range
 /// @param pResImg                     receives 255 on the contours; it is not cleared first
 /// @return the number of contours drawn
@@ -508,9 +508,9 @@ NUV_API int32_t NuvSelectContoursByPerimeter(uint8_t* pBinImg, uint8_t* pChainCo
 ///
 /// The scan stops at every pair of different neighbours in a row. If a contour starts there, it is traced and
 /// becomes the current chain. Then, whether or not a contour starts there, the current chain is counted and
-/// drawn if its area lies in the range. It is drawn from the present pixel: the right one of the pair if that is
-/// 255, otherwise the left one. So a selected contour is drawn and counted again, at shifted places, until the
-/// next trace.
+/// drawn if its area lies in the range. It is drawn from the present pixel: the right one of the pair if that
+/// is 255, otherwise the left one. So a selected contour is drawn and counted again, at shifted places, until
+/// the next trace.
 ///
 /// A lone pixel is a chain of area 0. Before the first trace the current chain is the first width*yStep bytes
 /// of pChainCode as the caller left them, width*height at most. Places outside the image are not drawn. The
@@ -519,7 +519,7 @@ NUV_API int32_t NuvSelectContoursByPerimeter(uint8_t* pBinImg, uint8_t* pChainCo
 /// @param pBinImg           binary image
 /// @param pChainCode        work space
 /// @param width, height     size of both images
-/// @param yStep             row 1 and every yStep-th row from there are scanned; below 1 counts as 1
+/// @param yStep             distance of the scanned rows, from row 1 on; below 1 counts as 1
 /// @param minArea, maxArea  the range
 /// @param pResImg           receives 255; it is not cleared first
 /// @return how often a chain was drawn
@@ -557,8 +557,8 @@ NUV_API double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int3
 /// Paints the regions that are larger than the Nth largest one.
 ///
 /// Regions are the outer contours that NuvGetContours finds with this minPerimeter. Their size is the area of
-/// NuvAreaAndPerimeter. If there are N regions or more, those strictly larger than the Nth largest are painted,
-/// which is at most N-1. If there are fewer, all are painted.
+/// NuvAreaAndPerimeter. If there are N regions or more, those strictly larger than the Nth largest are
+/// painted, which is at most N-1. If there are fewer, all are painted.
 ///
 /// @param pBinImg        binary image
 /// @param width, height  size of both images
@@ -572,8 +572,8 @@ NUV_API int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32
 
 /// Closes the holes that have minArea to maxArea pixels.
 ///
-/// A lone pixel of 251 to 254 starts the contour of a hole that has no codes, and its area is 0. If 0 is in the
-/// range, it is counted and nothing is filled.
+/// A lone pixel of 251 to 254 starts the contour of a hole that has no codes, and its area is 0. If 0 is in
+/// the range, it is counted and nothing is filled.
 ///
 /// @param pBinImg           binary image
 /// @param pChainCode        work space
@@ -601,9 +601,9 @@ NUV_API int32_t NuvRemoveWhiteRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCod
 
 /// Erases the outer contours of at most minLength codes.
 ///
-/// Only the pixels of the contour are erased, not those that it encloses. With a minLength of 0 or more, start
-/// pixels of other contours become 0, too: at each pair of different neighbours in a row that starts no contour
-/// and whose right pixel is not 0, the start pixel of the last contour traced, outer or hole, is erased.
+/// Only the pixels of the contour are erased, not those that it encloses. With a minLength of 0 or more,
+/// start pixels of other contours become 0, too: each pair of different neighbours in a row that starts no
+/// contour and whose right pixel is not 0 erases the start pixel of the last contour traced, outer or hole.
 ///
 /// @param pBinImg        binary image
 /// @param pChainCode     work space

@@ -57,8 +57,8 @@ int32_t enclosed_area(const uint8_t* codes, int32_t n) {
 
 // ---- the bar that fits an area ----
 
-// Finds the width of least misfit by branch and bound: halves ranges of widths, and drops a range if its bound
-// shows that it holds no better width. Ties go to the least width.
+// Finds the width of least misfit by branch and bound: halves ranges of widths, and drops a range if its
+// bound shows that it holds no better width. Ties go to the least width.
 class BarSearch {
  public:
   BarSearch(int32_t area, double half_perimeter) : area_(area), half_perimeter_(half_perimeter) {}
@@ -68,8 +68,7 @@ class BarSearch {
   int32_t width() const { return width_; }
   double length() const { return half_perimeter_ - width_; }
 
-  // Searches the widths from first to last. Either all or none are below 0, so their bars have areas of one
-  // sign.
+  // Searches the widths from first to last. All or none are below 0, so their bars have areas of one sign.
   void among(int64_t first, int64_t last) {
     if (first <= last) search({first, last, bound(first, last)});
   }
@@ -96,8 +95,8 @@ class BarSearch {
     const int64_t middle = range.first + (range.last - range.first) / 2;
     const Range lower{range.first, middle, bound(range.first, middle)};
     const Range upper{middle + 1, range.last, bound(middle + 1, range.last)};
-    // If neither half has a bound, the half with the lesser misfits comes first. The bars are below 0 then, and
-    // the misfit is -(1 + area/-bar).
+    // If neither half has a bound, the half with the lesser misfits comes first. The bars are below 0 then,
+    // and the misfit is -(1 + area/-bar).
     const bool unbounded = std::isinf(upper.bound) && upper.bound == lower.bound;
     const bool upper_first = unbounded ? area_ > 0 : upper.bound < lower.bound;
     search(upper_first ? upper : lower);
@@ -109,8 +108,8 @@ class BarSearch {
   }
   double misfit_of(double bar) const { return std::fabs(area_ - bar) / std::min(area_, bar); }
 
-  // A lower bound of the misfits of these widths. The area of a bar rises up to the width half_perimeter / 2 and
-  // falls from there on.
+  // A lower bound of the misfits of these widths. The area of a bar rises up to the width half_perimeter / 2
+  // and falls from there on.
   double bound(int64_t first, int64_t last) const {
     const auto [least, greater] = std::minmax({bar(first), bar(last)});
     const double vertex = half_perimeter_ * 0.5;
@@ -126,8 +125,8 @@ class BarSearch {
   double bound_below_0(double least, double greatest) const {
     constexpr double kExact = 2251799813685248.0;  // 2^51: up to here the difference from the area is exact
     if (-least <= kExact || area_ == 0) return std::min(misfit_of(least), misfit_of(greatest));
-    // The misfit is -(b + area)/b, with b = -bar. Between two powers of 2 every b is a multiple of one unit. The
-    // rounded sum then adds one of two amounts to b, one for even multiples and one for odd ones.
+    // The misfit is -(b + area)/b, with b = -bar. Between two powers of 2 every b is a multiple of one unit.
+    // The rounded sum then adds one of two amounts to b, one for even multiples and one for odd ones.
     const double lowest = -greatest;
     const double highest = -least;
     const int exponent = std::ilogb(std::min(lowest, lowest + area_));

@@ -6,8 +6,8 @@
 
 namespace nuv {
 
-// What a position adds if it is the point itself or lies at its right. Rows: the code before is 0 to 3, or 4 to
-// 7. Columns: the code itself.
+// What a position adds if it is the point itself or lies at its right. Rows: the code before is 0 to 3, or 4
+// to 7. Columns: the code itself.
 constexpr int kCrossing[2][8] = {
     {0, 1, 1, 1, 1, 0, 0, 0},
     {-1, 0, 0, 0, 0, -1, -1, -1},

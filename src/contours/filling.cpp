@@ -1,9 +1,9 @@
 // The pixels that a contour encloses: filled, replaced, copied, counted.
 //
 // All functions share one core. It writes marks over the contour in the image: a left edge where the contour
-// goes down on balance, a right edge where it goes up. Then it scans each row from every left edge to the next
-// right edge, and restores the contour's pixels. For the contour of a hole the scan runs leftwards, and the
-// edges change sides. A function supplies what happens to a scanned pixel and to a pixel of the contour.
+// goes down on balance, a right edge where it goes up. Then it scans each row from every left edge to the
+// next right edge, and restores the contour's pixels. For the contour of a hole the scan runs leftwards, and
+// the edges change sides. A function supplies what happens to a scanned pixel and to a pixel of the contour.
 
 #include <algorithm>
 #include <array>
@@ -24,8 +24,8 @@ struct EdgeMarks {
   uint8_t right;  // a scan ends before this
 };
 
-// Chooses the lowest values that are not reserved. A value that is not a byte cannot occur in the image, so it
-// reserves nothing.
+// Chooses the lowest values that are not reserved. A value that is not a byte cannot occur in the image, so
+// it reserves nothing.
 EdgeMarks choose_marks(uint8_t right, std::initializer_list<int32_t> others) {
   std::array<bool, 256> reserved{};
   reserved[right] = true;
@@ -117,9 +117,9 @@ Winding mark_edges(GrayImage image, const Chain& chain, EdgeMarks marks) {
   return {step, closed && (step == 1 || step == -1)};
 }
 
-// Visits the pixels from each left edge to the one before its right edge. A chain that crosses itself may leave
-// a left edge without a right edge in its row. The scan then goes on in memory, at most to the end of the rows
-// that the chain touches.
+// Visits the pixels from each left edge to the one before its right edge. A chain that crosses itself may
+// leave a left edge without a right edge in its row. The scan then goes on in memory, at most to the end of
+// the rows that the chain touches.
 template <class Visit>
 void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding winding, Visit visit) {
   if (!winding.scannable) return;
@@ -144,8 +144,8 @@ void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding win
 // second visit recognises it.
 enum class Contour { kChanged, kRestored };
 
-// Calls inside(pixel) for each pixel of the scan. Then, for an outer chain, calls rim(pixel, saved value) at each
-// position of the contour. If allocation fails, nothing is visited and nothing changes.
+// Calls inside(pixel) for each pixel of the scan. Then, for an outer chain, calls rim(pixel, saved value) at
+// each position of the contour. If allocation fails, nothing is visited and nothing changes.
 template <class Inside, class Rim>
 void visit_enclosed(GrayImage image, const Chain& chain, EdgeMarks marks, Contour contour, Inside inside,
                     Rim rim) {

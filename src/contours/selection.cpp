@@ -1,9 +1,9 @@
 // The contours of an image, selected by what they measure: marked, drawn, removed, painted, and the search
 // for squares.
 //
-// All functions scan the image and trace each contour when they find it. They differ in the rows that they scan,
-// in the limit of background, and in what they do with a contour. Two of them also act on pairs of pixels at
-// which no contour starts. They use the scan for pairs and keep the last contour.
+// All functions scan the image and trace each contour when they find it. They differ in the rows that they
+// scan, in the limit of background, and in what they do with a contour. Two of them also act on pairs of
+// pixels at which no contour starts. They use the scan for pairs and keep the last contour.
 
 #include <algorithm>
 #include <cstring>
@@ -175,8 +175,8 @@ int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t w
   const Scan scan = every_nth_row(1, yStep);
   clear_sides(image);
 
-  // Every pair of different pixels counts the last chain traced. Before the first trace that is the content of
-  // the buffer.
+  // Every pair of different pixels counts the last chain traced. Before the first trace that is the content
+  // of the buffer.
   int32_t n = static_cast<int32_t>(std::min<int64_t>(static_cast<int64_t>(width) * scan.step, image.size()));
   bool selected = lies_in(polygon_size(pChainCode, n).area, minArea, maxArea);
   int32_t count = 0;

@@ -1,9 +1,9 @@
 // One chain drawn from many places.
 //
 // The pixels drawn are all sums of a place and a point of the chain. They are the terms of a product of two
-// polynomials: one has a term per place, the other a term per point of the chain. If there are many places and
-// codes, a number-theoretic transform computes the product. Its time is n log n for n pixels, not places times
-// codes.
+// polynomials: one has a term per place, the other a term per point of the chain. If there are many places
+// and codes, a number-theoretic transform computes the product. Its time is n log n for n pixels, not places
+// times codes.
 
 #ifndef NUV_CONTOURS_STAMPS_H
 #define NUV_CONTOURS_STAMPS_H
@@ -34,8 +34,8 @@ class CyclicProduct {
   }
   bool allocated() const { return roots_ != nullptr; }
 
-  // Multiplies a by b and overwrites b. Both have n coefficients. That of x^k in the product, times n, comes to
-  // index -k modulo n of a.
+  // Multiplies a by b and overwrites b. Both have n coefficients. That of x^k in the product, times n, comes
+  // to index -k modulo n of a.
   void multiply(uint32_t* a, uint32_t* b) const {
     transform(a);
     transform(b);
@@ -87,8 +87,8 @@ class CyclicProduct {
   Buffer<uint32_t> roots_;
 };
 
-// Collects places in the order of rows, and draws a chain with 255 from each of them. Pixels outside the image
-// are left out.
+// Collects places in the order of rows, and draws a chain with 255 from each of them. Pixels outside the
+// image are left out.
 class StampedChain {
  public:
   // If may_wait is false, every place is drawn at once.
@@ -128,8 +128,8 @@ class StampedChain {
     for (int32_t i = 0; i < count_; ++i) visit(places_[static_cast<std::size_t>(i)]);
   }
 
-  // Visits the points of a chain from (0, 0) that lie in the image if the chain starts somewhere in the box of
-  // the places.
+  // Visits the points of a chain from (0, 0) that lie in the image if the chain starts somewhere in the box
+  // of the places.
   template <class Visit>
   void for_each_step(const Chain& chain, Region places, Visit visit) const {
     const Region reach{-places.x2, result_.width - 1 - places.x1, -places.y2, result_.height - 1 - places.y1};
@@ -138,8 +138,8 @@ class StampedChain {
     });
   }
 
-  // Draws all places by products. False, with nothing drawn, if single stamps are faster or if allocation
-  // fails.
+  // Draws all places by products. Draws nothing and returns false if single stamps are faster or if an
+  // allocation fails.
   bool multiply(const Chain& chain) const {
     Region places = Region::of(places_[0]);
     for_each_place([&](Point p) { places.take_in(p); });

@@ -22,10 +22,10 @@ constexpr uint8_t kTracedContour = 254;
 // directions before it have been examined from the previous pixel.
 constexpr std::array<uint8_t, 8> kNextSearch = {7, 7, 1, 1, 3, 3, 5, 5};
 
-// Follows the contour from start. Calls is_object() for each neighbour that it examines, visit() for each pixel
-// that it reaches, the start included, and store() with the code of each step. The search at the start leaves
-// out one neighbour, which is known to be background: the left one for an outer contour, the right one for a
-// hole.
+// Follows the contour from start. Calls is_object() for each neighbour that it examines, visit() for each
+// pixel that it reaches, the start included, and store() with the code of each step. The search at the start
+// leaves out one neighbour, which is known to be background: the left one for an outer contour, the right one
+// for a hole.
 template <class Pixel, class IsObject, class Visit, class Store>
 void follow_contour(Pixel* start, int32_t width, bool is_outer, IsObject is_object, Visit visit,
                     Store store) {
@@ -48,8 +48,8 @@ void follow_contour(Pixel* start, int32_t width, bool is_outer, IsObject is_obje
     store(static_cast<uint8_t>(c));
     p += offset[c];
     if (p == start) {
-      // Back at the start. The search from here covers seven directions. The walk goes on if one of those after
-      // the way back holds an object.
+      // Back at the start. The search from here covers seven directions. The walk goes on if one of those
+      // after the way back holds an object.
       const unsigned way_back = (c + 4) & 7;
       const unsigned looked_at = ((way_back - first) & 7) + 1;
       c = (way_back + 1) & 7;
@@ -122,8 +122,8 @@ void scan_row_for_pairs(GrayImage image, int32_t y, int32_t first, int32_t last,
 // The modes of NuvGetContours that leave contours out.
 enum ContourMode : int32_t { kOuterOnly = 1, kInnerOnly = 2 };
 
-// Limits of background at the left of the start of an outer contour: values below them count. The narrow limit
-// admits only 0 and the background mark of the tracer.
+// Limits of background at the left of the start of an outer contour: values below them count. The narrow
+// limit admits only 0 and the background mark of the tracer.
 constexpr uint8_t kBackground = 10;
 constexpr uint8_t kNarrowBackground = 2;
 

@@ -1,8 +1,8 @@
 // The connected components of an image above each of its gray values.
 //
-// A flood climbs to higher pixels as long as it can, and then goes on from the highest pixel that it has reached.
-// A component is complete when the flood falls below its value. So a stack of open components, of rising values,
-// is enough.
+// A flood climbs to higher pixels as long as it can, and then goes on from the highest pixel that it has
+// reached. A component is complete when the flood falls below its value. So a stack of open components, of
+// rising values, is enough.
 
 #ifndef NUV_SEGMENTATION_LEVEL_COMPONENTS_H
 #define NUV_SEGMENTATION_LEVEL_COMPONENTS_H
@@ -85,8 +85,8 @@ class LevelFlood {
     highest_ = static_cast<int32_t>(value);
     return place;
   }
-  // Climbs from a pixel to one without higher neighbours, and adds that one to its component. The pixels passed on
-  // the way wait. Every waiting pixel is connected to the open component of its value.
+  // Climbs from a pixel to one without higher neighbours, and adds that one to its component. The pixels
+  // passed on the way wait. Every waiting pixel is connected to the open component of its value.
   void visit(int32_t place, int32_t value) {
     for (std::size_t i = 0; i < offsets_.size();) {
       const auto neighbour = static_cast<int32_t>(place + offsets_[i++]);
@@ -106,8 +106,8 @@ class LevelFlood {
     top().first = std::min(top().first, place);
     ++top().pixels;
   }
-  // Closes the top component. It becomes a part of the one below it on the stack, or of a new one of the given
-  // value if that is higher.
+  // Closes the top component. It becomes a part of the one below it on the stack, or of a new one of the
+  // given value if that is higher.
   template <class Action>
   void close(int32_t value, Action action) {
     const Open closed = top();

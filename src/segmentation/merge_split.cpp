@@ -1,18 +1,19 @@
 // Merge-split segmentation: the tree of dark regions over falling gray levels.
 //
-// Each level gives a list of regions: the outer contours of the pixels that are darker. A region of the tree that
-// holds one of them has shrunk. A region that holds several has split, and the parts enter the tree, below it or
-// in its place.
+// Each level gives a list of regions: the outer contours of the pixels that are darker. A region of the tree
+// that holds one of them has shrunk. A region that holds several has split, and the parts enter the tree,
+// below it or in its place.
 //
-// Each level is made from the level before it. Scanning and tracing every level afresh would cost a pass over the
-// image per level. Instead, a flood of the inverted image finds the levels at which each connected component
-// appears and changes. The outer contour of a component stays the same until one of the contour's pixels drops
-// out. So a region stays until that level, and only new components and those with a broken contour are traced.
+// Each level is made from the level before it. Scanning and tracing every level afresh would cost a pass over
+// the image per level. Instead, a flood of the inverted image finds the levels at which each connected
+// component appears and changes. The outer contour of a component stays the same until one of its own pixels
+// drops out. So a region stays until that level, and only new and broken contours are traced.
 //
-// An index by place finds the smallest region around a point, and the regions that start inside another one. A
-// region of a level keeps its parent in the tree until the parent is replaced or a nearer one enters the tree, so
-// most regions search once. The tree and the lists of arrivals rise by area, and among equal areas the later region
-// comes first. Serial numbers keep this order for the index. A parent never comes before its child.
+// An index by place finds the smallest region around a point, and the regions that start inside another one.
+// A region of a level keeps its parent in the tree until the parent is replaced or a nearer one enters the
+// tree, so most regions search once. The tree and the lists of arrivals rise by area, and among equal areas
+// the later region comes first. Serial numbers keep this order for the index. A parent never comes before its
+// child.
 
 #include <algorithm>
 #include <array>
@@ -182,7 +183,7 @@ struct Census {
 // The components of an image above each level of a range.
 class Components {
  public:
-  // All values above the last level count as the same. The work image has the size of the image and becomes 0.
+  // Values above the last level count as one value. The work image has the size of the image and becomes 0.
   Components(GrayImage image, uint8_t* work, int32_t first_level, int32_t last_level, int32_t least_pixels) {
     ByteTable values;
     for (int32_t v = 0; v < kBins; ++v) {
@@ -251,9 +252,9 @@ class ComponentGroups {
   Buffer<LevelComponent> items_;
 };
 
-// Produces the buffer of codes as if the outer contours of all levels had been written to its start, each over the
-// one before. Callers see what is left of them there. The contours come in reverse order, and each writes only the
-// bytes that no later one has written.
+// Produces the buffer of codes as if the outer contours of all levels had been written to its start, each
+// over the one before. Callers see what is left of them there. The contours come in reverse order, and each
+// writes only the bytes that no later one has written.
 class Overwritten {
  public:
   Overwritten(uint8_t* codes, int32_t from) : codes_(codes), reached_(from) {}
@@ -317,8 +318,8 @@ class Tracer {
   Buffer<uint8_t> codes_;
 };
 
-// Makes a level from the one before it and from its new components, which come in the order of the scan. Regions
-// whose contour is broken move to the front of the list gone, so the last one comes first.
+// Makes a level from the one before it and from its new components, which come in the order of the scan.
+// Regions whose contour is broken move to the front of the list gone, so the last one comes first.
 void advance(Level& level, int32_t t, const LevelComponent* born, const LevelComponent* born_end,
              Tracer& tracer, Census& census, RegionList& gone) {
   for (RegionStruct** link = level.list.begin(); born != born_end || *link != nullptr;) {
@@ -373,8 +374,8 @@ Node* copy_for_tree(Level& level, const Node& r) {
 
 // ---- a level into the tree ----
 
-// Inserts a region into the tree. Regions come by rising area. The link points to the place of the last one, or
-// before it, and moves to the place of this one.
+// Inserts a region into the tree. Regions come by rising area. The link points to the place of the last one,
+// or before it, and moves to the place of this one.
 void NuvInsertRegionInTree(Tree& tree, RegionStruct**& link, Node* node, Census& census) {
   node->parent = tree.by_box.first_around(node->x0, node->y0, node->area,
                                           [=](Node& r) { return r.holds_start_of(*node); });
@@ -410,8 +411,8 @@ void link_to_tree(Tree& tree, const Level& level) {
   }
 }
 
-// Makes a region that has entered the tree the parent of the regions of the level to which it is nearer than their
-// parent so far.
+// Makes a region that has entered the tree the parent of the regions of the level to which it is nearer than
+// their parent so far.
 void offer_parent(Level& level, Node& parent) {
   level.by_start.for_each_in(parent.box, [&](Node& c) {
     if (!c.knows_parent || parent.area < c.area) return;
@@ -420,8 +421,8 @@ void offer_parent(Level& level, Node& parent) {
   });
 }
 
-// Copies the regions of a level that may enter the tree, and sorts them: those without a parent, and those that
-// are not the only child of their parent.
+// Copies the regions of a level that may enter the tree, and sorts them: those without a parent, and those
+// that are not the only child of their parent.
 void copy_candidates(Level& level, RegionList& candidates) {
   for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
     if (c->parent != nullptr && c->parent->children < 2) continue;
@@ -523,8 +524,8 @@ void grow_first(Tree& tree, Level& level) {
 
 constexpr int32_t kNoLevel = 256;
 
-// The first value of the inverted image with more than min_pixels pixels of its value or below. Pixels of 0, which
-// are white in the source, do not count.
+// The first value of the inverted image with more than min_pixels pixels of its value or below. Pixels of 0,
+// which are white in the source, do not count.
 int32_t start_level(const int32_t* bins, int32_t min_pixels) {
   int32_t sum = 0;
   for (int32_t value = 1; value < kBins; ++value) {
@@ -548,18 +549,18 @@ void mark_second_lines(GrayImage image, uint8_t value) {
   }
 }
 
-// A component of fewer pixels has no region that is large enough. A chain of n codes around f pixels encloses a
-// polygon of the area f - n/2 - 1, and n is at most 2 (f - 1). Half the perimeter is at most n / sqrt(2). So the
-// measured area is below 1.5 f. A ring of p pixels is at most p/2 + 1 high and wide, so f is at most the square of
-// that.
+// A component of fewer pixels has no region that is large enough. A chain of n codes around f pixels encloses
+// a polygon of the area f - n/2 - 1, and n is at most 2 (f - 1). Half the perimeter is at most n / sqrt(2).
+// So the measured area is below 1.5 f. A ring of p pixels is at most p/2 + 1 high and wide, so f is at most
+// the square of that.
 int32_t least_pixels(const Census& census) {
   if (census.min_codes < 0) return 1;
   const double side = std::sqrt(std::max(census.min_area - 2, 0) / 1.5);
   return std::max(truncated(2 * (side - 1)), 2);
 }
 
-// The greatest number of codes of a chain that may be too small for a region. An area is at least half the number
-// of codes, so a longer chain always belongs to a region.
+// The greatest number of codes of a chain that may be too small for a region. An area is at least half the
+// number of codes, so a longer chain always belongs to a region.
 int32_t most_codes_left_out(const Census& census, GrayImage image) {
   const int64_t most = 2 * static_cast<int64_t>(std::max(census.min_area, 0)) + 2;
   return static_cast<int32_t>(std::min<int64_t>(most, image.size()));

@@ -1,9 +1,10 @@
 // Regions of an image, found by place.
 //
-// A pyramid of grids files each region by the box of its chain. The region goes to the lowest floor whose cells
-// are at least as large as the box, so it lies in four cells at most. A search for a point reads one cell per
-// floor. Cells keep the order of the lists of regions, smallest first. A second grid files regions by their
-// starts. The links are members of the regions. If the allocation of the cells fails, one cell holds all regions.
+// A pyramid of grids files each region by the box of its chain. The region goes to the lowest floor whose
+// cells are at least as large as the box, so it lies in four cells at most. A search for a point reads one
+// cell per floor. Cells keep the order of the lists of regions, smallest first. A second grid files regions
+// by their starts. The links are members of the regions. If the allocation of the cells fails, one cell holds
+// all regions.
 
 #ifndef NUV_SEGMENTATION_REGION_INDEX_H
 #define NUV_SEGMENTATION_REGION_INDEX_H
@@ -23,8 +24,8 @@
 
 namespace nuv {
 
-// The crossings of a chain that NuvIsPointIncludedByChain() adds up, sorted by row and column. They pay off if many
-// points are tested.
+// The crossings of a chain that NuvIsPointIncludedByChain() adds up, sorted by row and column. They pay off
+// if many points are tested.
 class ChainRows {
  public:
   explicit operator bool() const { return crossings_ != nullptr; }
@@ -127,16 +128,16 @@ struct Node : RegionStruct {
     if (N > kLongChain && ++questions == kManyQuestions) rows.build({{x0, y0}, pChainCode, N}, box);
     return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
-  // Whether the start of another region lies inside or on this one. The start is a pixel of the other component,
-  // and two components either are disjoint or one contains the other.
+  // Whether the start of another region lies inside or on this one. The start is a pixel of the other
+  // component, and two components either are disjoint or one contains the other.
   bool holds_start_of(const Node& other) {
     if (component.contains(other.component)) return true;
     if (!has_holes && !other.component.contains(component)) return false;
     return holds(other.x0, other.y0);
   }
-  // Sets the component that the chain surrounds, and finds whether it has holes. A chain of n codes around a polygon
-  // of the area A encloses A + n/2 + 1 pixels. The area of NuvAreaAndPerimeter is A plus half the perimeter, and is
-  // 1/2 more if n is odd.
+  // Sets the component that the chain surrounds, and finds whether it has holes. A chain of n codes around a
+  // polygon of the area A encloses A + n/2 + 1 pixels. The area of NuvAreaAndPerimeter is A plus half the
+  // perimeter, and is 1/2 more if n is odd.
   void surround(const LevelComponent& inside) {
     component = inside;
     const int32_t halves = 2 * (area - perimeter / 2) - N % 2;
@@ -226,8 +227,8 @@ class RegionPyramid {
     });
   }
 
-  // The first region in list order that has at least this area and passes the test. The regions tested are those
-  // whose boxes may hold the point.
+  // The first region in list order that has at least this area and passes the test. The regions tested are
+  // those whose boxes may hold the point.
   template <class Test>
   Node* first_around(int32_t x, int32_t y, int32_t area, Test test) {
     Node* best = nullptr;

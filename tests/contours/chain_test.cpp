@@ -55,8 +55,8 @@ TEST(ChainMeasures, LineSimilarityFindsTheBar) {
   Square s;
   EXPECT_EQ(NuvLineSimilarity(s.x, s.y, s.data(), 8, 1, 3, &width, &length), 1.0);
   EXPECT_EQ(width, 2) << "area 8 against bars of 3, 4 and 3";
-  // Below 0 the misfit is -(1 + area/-bar), which is least for a width of -1. From 1 on two widths fit, and 31000
-  // is the narrower one.
+  // Below 0 the misfit is -(1 + area/-bar), which is least for a width of -1. From 1 on two widths fit, and
+  // 31000 is the narrower one.
   EXPECT_EQ(NuvLineSimilarity(64, 1000000, INT32_MIN, INT32_MAX, &width, &length), -500065.0 / 500001);
   EXPECT_EQ(width, -1);
   EXPECT_EQ(NuvLineSimilarity(31000 * 69000, 200000, 1, INT32_MAX, &width, &length), 0.0);

@@ -74,8 +74,8 @@ inline void flood(TestImage& image, int32_t from_x, int32_t from_y, uint8_t valu
   }
 }
 
-// A chain drawn alone in an image of 0: the pixels that it covers, and with them those that it cuts off from the
-// corner.
+// A chain drawn alone in an image of 0: the pixels that it covers, and with them those that it cuts off from
+// the corner.
 struct Enclosed {
   TestImage region;
   TestImage rim;

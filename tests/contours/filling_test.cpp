@@ -102,7 +102,7 @@ TEST(Filling, TakesALonePixelByItself) {
 }
 
 TEST(Filling, KeepsClearOfTheReservedValues) {
-  // With 1 and 7 reserved, the first five free values are 2 to 6. The base is 4, and left edges are marked by 0.
+  // With 1 and 7 reserved, the first five free values are 2 to 6. The base is 4, and 0 marks left edges.
   TestImage image = draw({".....", ".###.", ".#7#.", ".###.", "....."});
   TestImage copy = image;
   TracedChain chain = trace(copy, 1, 1, true);

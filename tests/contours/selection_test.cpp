@@ -37,8 +37,8 @@ TEST(MarkContours, ShowsPixelsBesideTheBackground) {
 
 TEST(SelectContours, ByPerimeterDrawsEachOnce) {
   Buffers b(scene());
-  // Two contours are in the range: the rim of the hole, of 8 straight and 4 diagonal steps, and the square. The
-  // outline of the ring has 16.
+  // Two contours are in the range: the rim of the hole, of 8 straight and 4 diagonal steps, and the square.
+  // The outline of the ring has 16.
   EXPECT_EQ(NuvSelectContoursByPerimeter(b.image.data(), b.codes.data(), 14, 7, 0, 8, 14, b.result.data()),
             2);
   EXPECT_EQ(b.result, draw({"..............", "..###...###...", ".#...#..#.#...", ".#...#..###...",
