@@ -37,6 +37,7 @@
 ///
 /// Chains must stay inside the images they are used with. No function checks this. An image that a chain is
 /// used with has at least one pixel.
+///
 /// @see H. Freeman, On the encoding of arbitrary geometric configurations, 1961
 /// @{
 
