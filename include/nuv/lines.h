@@ -1,19 +1,5 @@
 /// @file
-/// Lines: their forms and plane geometry, fitting, the chain-line and Hough detectors, key points.
-///
-/// Coordinates are image coordinates: x grows to the right, y grows down. A line travels in one of four
-/// forms:
-///
-///     ABC     A*x + B*y + C = 0, never normalised
-///     KB      isVertical = 0: y = k*x + b;  else x = k*y + b. Producers set isVertical for every
-///             line steeper than the diagonal, so that |k| <= 1
-///     2P      the line through two points
-///     Hough   x*cos(Theta) + y*sin(Theta) = Thro, Theta in whole degrees 0..180, Thro in whole pixels, which
-///             may be negative
-///
-/// Angles are in degrees, with pi = 3.1415926 unless a function says otherwise; results are defined with that
-/// constant. Conversions to int32_t truncate; a value that is not finite or does not fit gives the most
-/// negative int32_t, which no range test lets pass. Divisions by zero run on to infinities and not-a-numbers.
+/// Lines: forms and plane geometry, fitting, the chain-line and Hough detectors, key points.
 #ifndef NUV_LINES_H
 #define NUV_LINES_H
 
@@ -22,85 +8,140 @@
 #include "nuv/api.h"
 #include "nuv/records.h"
 
-// ---- Conversions between forms ---------------------------------------------------------------------------
-
-/// 2P to KB: isVertical = 0 if |dy| < |dx|, else 1 (at exactly 45 degrees too). dx and dy are 32-bit
-/// differences.
+/// @defgroup lines Lines
 ///
-/// Two equal points give isVertical = 1 and k, b not a number.
+/// Forms of lines and their plane geometry, fitting, two line detectors, and key points of curves.
+///
+/// Coordinates are image coordinates: x grows to the right, y grows down. A line has one of four forms:
+///
+///     ABC     A*x + B*y + C = 0, never normalised
+///     KB      isVertical = 0: y = k*x + b;  otherwise x = k*y + b. Functions that return this form set
+///             isVertical for every line steeper than the diagonal, so that |k| <= 1
+///     2P      the line through two points
+///     Hough   x*cos(Theta) + y*sin(Theta) = Thro, Theta in whole degrees 0..180, Thro in whole pixels, which
+///             may be negative
+///
+/// Angles are in degrees, with pi = 3.1415926 unless a function says otherwise. Results are defined with that
+/// constant. Conversions to int32_t truncate. A value that is not finite or does not fit gives the most
+/// negative int32_t, which lies outside every image. A division by zero gives an infinity or a not-a-number.
+/// @{
+
+/// @defgroup lines_forms Conversions between forms
+///
+/// The same line in another form.
+/// @{
+
+/// Converts 2P to KB form.
+///
+/// isVertical = 0 if |dy| < |dx|, else 1, also at exactly 45 degrees. dx and dy are 32-bit differences. Two
+/// equal points give isVertical = 1, and k and b that are not a number.
 NUV_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical,
                                double* pK, double* pB);
 
-/// The same, with the angle to the x axis: 90 - atan(k) if isVertical, else atan(k), plus 180 if below 0.
+/// Converts 2P to KB form and gives the angle of the line to the x axis.
+///
+/// The form is that of the function without an angle.
+///
+/// @param pAngle  receives 90 - atan(k) if isVertical is 1, else atan(k), plus 180 if that is negative
 NUV_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical,
                                double* pK, double* pB, double* pAngle);
 
-/// The b that puts (x, y) on a KB line of slope k: y - x*k, or x - y*k if isVertical is not 0.
+/// The b of the KB line of slope k through point (x, y).
+///
+/// @return y - x*k if isVertical is 0, else x - y*k
 NUV_API double NuvGetLineB(int32_t isVertical, double k, int32_t x, int32_t y);
 
-/// KB to ABC: 1, -k, -b if isVertical is not 0, else k, -1, b.
+/// Converts KB to ABC form: k, -1, b if isVertical is 0, else 1, -k, -b.
 NUV_API void NuvKBLine2ABCLine(int32_t isVertical, double k, double b, double* pA, double* pB, double* pC);
 
-/// ABC to KB: isVertical = 1 if |B| < |A|, else 0 (at exactly 45 degrees too, unlike NuvLineKBEquation).
+/// Converts ABC to KB form.
+///
+/// isVertical = 1 if |B| < |A|, else 0. At exactly 45 degrees it is 0, unlike that of NuvLineKBEquation.
 NUV_API void NuvABCLine2KBLine(double A, double B, double C, int32_t* pIsVertical, double* pK, double* pB);
 
-/// 2P to Hough form, with pi = 3.14, both results truncated.
+/// Converts 2P to Hough form, with pi = 3.14 and both results truncated.
 ///
-/// With D = y1*x2 - x1*y2, Thro is |D| over the distance, negative where D*dx <= 0. A vertical line so gets
-/// Thro = -|x| with Theta 0, which for x > 0 is the negative of what the form's equation asks for. Two equal
-/// points return 0.0 and write the most negative int32_t twice.
+/// With dx = x2 - x1 and D = y1*x2 - x1*y2, Thro is |D| divided by the distance of the points, negative where
+/// D*dx <= 0. A vertical line therefore gets Thro = -|x| with Theta = 0. For x > 0 this is the negative of
+/// what the equation of the form gives. Two equal points return 0.0 and write the most negative int32_t
+/// twice.
 ///
 /// @return the distance between the points
 NUV_API double NuvTwoPoints2ThroTheta(double x1, double y1, double x2, double y2, int32_t* pThro,
                                       int32_t* pTheta);
 
-/// ABC to Hough form, by NuvTwoPoints2ThroTheta on the line's points at y = -10 and 10 if |B| <= |A|, else at
-/// x = -10 and 10.
+/// Converts ABC to Hough form.
+///
+/// The result is that of NuvTwoPoints2ThroTheta for two points of the line: those at y = -10 and 10 if
+/// |B| <= |A|, else those at x = -10 and 10.
 NUV_API void NuvABC2ThroTheta(double A, double B, double C, int32_t* pThro, int32_t* pTheta);
 
-/// Hough form in a frame with its origin at image point (x0, y0), to ABC form in the image.
+/// Converts Hough form, in a frame of its own, to ABC form in the image.
 ///
-/// The result has the scale of the chord between two points placed on the line at coordinates 10 and 20 of
-/// the frame; for a line through the frame's point (10, 10) at a general Theta that chord is 0 or nearly so.
+/// The result has the scale of the chord between two points of the line at coordinates 10 and 20 of the
+/// frame. If the line passes the frame's point (10, 10) at a general Theta, that chord is 0 or nearly so.
+///
+/// @param x0, y0  image point at which the frame has its origin
 NUV_API void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Theta, double* pA, double* pB,
                               double* pC);
 
-/// The Theta of a chain-coded stretch: that of the line through the centroids of its two halves, with the pi
-/// of NuvTwoPoints2ThroTheta.
+/// Estimates the Theta of a chain-coded stretch.
 ///
-/// The chain's N positions before each code count, the first N/2 of them in the first half. N below 2 gives
-/// the most negative int32_t.
+/// It is the Theta of the line through the centroids of the two halves, as computed by
+/// NuvTwoPoints2ThroTheta. The N positions before each code count, the first N/2 of them in the first half.
+///
+/// @param x, y        start of the chain
+/// @param pChainCode  N direction codes
+/// @return Theta; the most negative int32_t for N below 2
 NUV_API int32_t NuvCodeLineEstimateTheta(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N);
 
-// ---- Intersections ---------------------------------------------------------------------------------------
+/// @}
 
-/// The intersection of two KB lines. Parallelism is tested exactly.
+/// @defgroup lines_intersections Intersections
 ///
-/// @param pX, pY  receive the point; left alone if the lines are parallel
-/// @return false if they are parallel
+/// Points in which two lines meet, or a line and a row.
+/// @{
+
+/// The intersection of two KB lines.
+///
+/// Parallelism is tested exactly, without a tolerance.
+///
+/// @param pX, pY  receive the point; unchanged if the lines are parallel
+/// @return false if the lines are parallel
 NUV_API bool NuvPointOfIntersection(int32_t isVertical1, double k1, double b1, int32_t isVertical2, double k2,
                                     double b2, double* pX, double* pY);
 
-/// The intersection of two ABC lines. Lines with |A1*B2 - B1*A2| < 1e-05 are parallel.
+/// The intersection of two ABC lines.
 ///
-/// @param pX, pY  receive the point; left alone if the lines are parallel
+/// Lines with |A1*B2 - B1*A2| < 1e-05 are parallel.
+///
+/// @param pX, pY  receive the point; unchanged if the lines are parallel
+/// @return false if the lines are parallel
 NUV_API bool NuvPointOfIntersection(double A1, double B1, double C1, double A2, double B2, double C2,
                                     double* pX, double* pY);
 
-/// The intersection of two Hough lines. Lines of equal Theta are parallel; Theta 0 and 180 are not taken for
-/// parallel and give a far point.
+/// The intersection of two Hough lines.
+///
+/// Lines of equal Theta are parallel. Theta 0 and Theta 180 do not count as equal: such lines give a far
+/// point.
 ///
 /// @param pX, pY  receive the point; 0.0 if the lines are parallel
+/// @return false if the lines are parallel
 NUV_API bool NuvPointOfIntersection(int32_t Thro1, int32_t Theta1, int32_t Thro2, int32_t Theta2, double* pX,
                                     double* pY);
 
 /// The x of a Hough line in row y.
 ///
-/// @param pX  receives it; 0.0 if there is none
+/// @param pX  receives x; 0.0 if there is none
 /// @return false if |cos(Theta)| <= 1e-05
 NUV_API bool NuvGetHoughLinePointX(int32_t Thro, int32_t Theta, int32_t y, double* pX);
 
-// ---- Distances, sides, angles ----------------------------------------------------------------------------
+/// @}
+
+/// @defgroup lines_distances Distances, sides and angles
+///
+/// Measures of points and lines in the plane.
+/// @{
 
 /// The distance between two points.
 NUV_API double NuvDistBetweenPoint12(double x1, double y1, double x2, double y2);
@@ -108,88 +149,118 @@ NUV_API double NuvDistBetweenPoint12(double x1, double y1, double x2, double y2)
 /// The distance of a point from a KB line.
 NUV_API double NuvDistFromPoint2KBLine(int32_t x, int32_t y, int32_t isVertical, double k, double b);
 
-/// The distance of point 3 from the line through points 1 and 2; not a number if those are equal. The
-/// products y1*x2 and x1*y2, and the differences of coordinates, are 32-bit and wrap, the products from
-/// coordinates of 46,341 on.
+/// The distance of point 3 from the line through points 1 and 2.
+///
+/// @return the distance; not a number if points 1 and 2 are equal
+/// @note The differences of coordinates and the products y1*x2 and x1*y2 are 32-bit and wrap. Products can
+///       wrap from coordinates of 46,341 on.
 NUV_API double NuvDistFromPoint3To2PLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                          int32_t y3);
 
 /// The side of the line through points 1 and 2 on which point 3 lies.
 ///
-/// @return 1: below on the screen (or at the right of a line with x1 == x2); -1: the other side; 0: on the
-///         line. Computed in double from differences of coordinates and products y1*x2 and x1*y2 in 32 bits,
-///         which wrap from coordinates of 46,341 on: a point on a slanted line can fall to either side by rounding
+/// @return 1 below the line on the screen, or at the right of a line with x1 == x2; -1 on the other side; 0
+///         on the line
+/// @note The differences of coordinates and the products y1*x2 and x1*y2 are 32-bit and wrap. Products can
+///       wrap from coordinates of 46,341 on. The rest is computed in double, so a point on a slanted line can
+///       fall to either side by rounding.
 NUV_API int32_t NuvWhichSideIsPoint3ToLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                            int32_t y3);
 
-/// The angle of a 2P line to the x axis, 0 up to 180; exactly 90.0 for two equal points.
+/// The angle of a 2P line to the x axis.
+///
+/// @return 0 up to 180; exactly 90.0 for two equal points
 NUV_API double Nuv2PLineAngleDegree2AxisX(double x1, double y1, double x2, double y2);
 
-/// The angle of an ABC line to the x axis, 0 up to 180. C is not read.
+/// The angle of an ABC line to the x axis.
+///
+/// @param C  not read
+/// @return 0 up to 180
 NUV_API double NuvABCLineAngleDegree2AxisX(double A, double B, double C);
 
-/// The angle between two ABC lines, 0 to 90; 0.0 if |A1*B2 - B1*A2| < 1e-05. C1 and C2 are not read.
+/// The angle between two ABC lines.
+///
+/// @param C1, C2  not read
+/// @return 0 to 90; 0.0 if |A1*B2 - B1*A2| < 1e-05
 NUV_API double NuvABCLineIntersectAngleDegree(double A1, double B1, double C1, double A2, double B2,
                                               double C2);
 
-// ---- Overlaps --------------------------------------------------------------------------------------------
+/// @}
 
-/// The length of the common part of two ranges of integers, each inclusive, its ends in either order.
+/// @defgroup lines_overlaps Overlaps
+///
+/// Common parts of ranges and of rectangles.
+/// @{
+
+/// The length of the common part of two ranges of integers, with the common range.
+///
+/// Both ends of a range are inclusive and may come in either order.
 ///
 /// @param pBegin, pEnd  receive the common range; 0 if there is none
-/// @return end - begin + 1, which wraps, so 1 for ranges that touch in one value; 0 for disjoint ranges
+/// @return end - begin + 1, which wraps: 1 for ranges that share one value; 0 for disjoint ranges
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2, int32_t* pBegin,
                                   int32_t* pEnd);
 
-/// The same length alone, for ranges that span less than 2^31.
+/// @overload
+/// The length of the common part of two ranges of integers that together span less than 2^31.
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2);
 
-/// The number of pixels common to two rectangles, in 32 bits that wrap from 46,341 x 46,341 pixels on; their
-/// opposite sides may come in either order.
+/// The number of pixels common to two rectangles.
+///
+/// Opposite sides of a rectangle may come in either order. The number is 32-bit and wraps, from 46,341 by
+/// 46,341 pixels on.
 NUV_API int32_t NuvRectOverlapArea(tagRECT rect1, tagRECT rect2);
 
-// ---- Clipping --------------------------------------------------------------------------------------------
+/// @}
 
-/// The part of a KB line in the image, by its crossings with the four border lines.
+/// @defgroup lines_clipping Clipping
 ///
-/// The crossings in the image are listed for the top, bottom, left and right border, sorted by x (equal ones
-/// stay in that order), and the first two are returned, truncated. A line through a corner is listed twice
-/// there, so both points can be the same.
+/// Lines cut to an image or to a rectangle. Each function is defined by its method, and the methods differ at
+/// corners and at the last column.
+/// @{
+
+/// The part of a KB line in the image, found from its crossings with the four border lines.
 ///
-/// @return false, and nothing written, with fewer than two crossings
+/// Crossings that lie in the image are listed for the top, bottom, left and right border in this order, and
+/// then sorted by x. Crossings of equal x keep their order. The first two are returned, truncated. A line
+/// through a corner is listed twice there, so that both points can be the same.
+///
+/// @param pX1, pY1, pX2, pY2  receive the two points; unchanged with fewer than two crossings
+/// @return false with fewer than two crossings
 NUV_API bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVertical, double k, double b,
                                   int32_t* pX1, int32_t* pY1, int32_t* pX2, int32_t* pY2);
 
-/// The part of an ABC line in the image, by walking its major axis from both ends.
+/// The part of an ABC line in the image, found by a walk along its major axis from both ends.
 ///
-/// If |B| > |A| the columns are walked, y = truncate(0.5 - (x*A + C)/B), and y must lie in 0..height-1. Else
-/// the rows are walked, x = truncate(-((y*B + C)/A)), and x must lie in 0..width-2: a vertical line in the
-/// last column is not found. The time grows with the side that is walked.
+///     |B| > |A|   each column x has y = truncate(0.5 - (x*A + C)/B), which must lie in 0..height-1
+///     otherwise   each row y has x = truncate(-((y*B + C)/A)), which must lie in 0..width-2
 ///
-/// @param pX1, pY1  receive the first point found from 0 up; left alone if there is none
-/// @param pX2, pY2  receive the first point found from the other end; left alone if there is none
+/// A vertical line in the last column is therefore not found. The time grows with the side that is walked.
+///
+/// @param pX1, pY1  receive the first point found from 0 up; unchanged if there is none
+/// @param pX2, pY2  receive the first point found from the other end down; unchanged if there is none
 /// @return whether both were found
 NUV_API bool NuvABCLineImgBoundary(int32_t width, int32_t height, double A, double B, double C, int32_t* pX1,
                                    int32_t* pY1, int32_t* pX2, int32_t* pY2);
 
 /// The part of a Hough line in the image, coordinates truncated.
 ///
-/// Theta 90 gives row Thro and Theta 0 column Thro from end to end, whether or not it lies in the image. Any
-/// other line, Theta 180 too, is tried against the left, right, top and bottom border. With one point found
-/// at the left or right border, a crossing of the top border is not taken, and one of the bottom border is
-/// (in an image of two rows or more): a line across only the left and the top border returns false with entry
-/// 0 filled.
+/// Theta 90 gives row Thro, and Theta 0 gives column Thro, from end to end, whether or not it lies in the
+/// image. Any other line, Theta 180 too, is tried against the left, right, top and bottom border in this
+/// order. After one point at the left or right border, a crossing of the top border is not taken, while one
+/// of the bottom border is, in an image of two rows or more. A line across only the left and the top border
+/// therefore returns false with entry 0 filled.
 ///
 /// @param pX, pY  receive two entries each; entries not found are 0
 /// @return whether two points were found
 NUV_API bool NuvHoughLineImgBoundary(int32_t width, int32_t height, int32_t Thro, int32_t Theta, int32_t* pX,
                                      int32_t* pY);
 
-/// The points of a KB line at the two ends of a range along its major axis: at rows y1 and y2 if isVertical
-/// is 1, at columns x1 and x2 if it is 0.
+/// The points of a KB line at the two ends of a range along its major axis, in two arrays.
 ///
-/// Coordinates are truncate(value + 0.5), and each is clamped to the image by itself, so that a clamped point
-/// can leave the line. Any other isVertical counts as 1.
+/// The ends are columns x1 and x2 if isVertical is 0, else rows y1 and y2. Coordinates are
+/// truncate(value + 0.5). Each is clamped to the image on its own, so that a clamped point can leave the
+/// line.
 ///
 /// @param pX, pY  receive two entries each
 /// @return true
@@ -197,17 +268,27 @@ NUV_API bool NuvKBLineRectBoundary(int32_t width, int32_t height, int32_t x1, in
                                    int32_t y2, int32_t isVertical, double k, double b, int32_t* pX,
                                    int32_t* pY);
 
-/// The points of NuvKBLineRectBoundary in four outputs.
+/// The points of a KB line at the two ends of a range along its major axis, in four outputs.
+///
+/// They are those of NuvKBLineRectBoundary.
 NUV_API void NuvKBLineBeginEndPoint(int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                                     int32_t y2, int32_t isVertical, double k, double b, int32_t* pX1,
                                     int32_t* pY1, int32_t* pX2, int32_t* pY2);
 
-// ---- Pixels along lines ----------------------------------------------------------------------------------
-//
-// An ABC line passes one pixel per row if |B| <= |A|, at x = truncate(0.5 - (y*B + C)/A), else one per
-// column, at y = truncate(0.5 - (x*A + C)/B). Pixels outside the image are skipped.
+/// @}
 
-/// The numbers of non-zero and of zero pixels along an ABC line.
+/// @defgroup lines_pixels Pixels along lines
+///
+/// Counts, histograms and contrasts of the pixels on a line or on an outline.
+///
+/// An ABC line has one pixel per row if |B| <= |A|, at x = truncate(0.5 - (y*B + C)/A). Otherwise it has one
+/// pixel per column, at y = truncate(0.5 - (x*A + C)/B). Pixels outside the image are skipped.
+/// @{
+
+/// Counts the non-zero and the zero pixels along an ABC line.
+///
+/// @param pWhite  receives the number of non-zero pixels
+/// @param pBlack  receives the number of zero pixels
 NUV_API void NuvPixlesOnABCLine(uint8_t* pBinImg, int32_t width, int32_t height, double A, double B, double C,
                                 int32_t* pWhite, int32_t* pBlack);
 
@@ -217,245 +298,314 @@ NUV_API void NuvPixlesOnABCLine(uint8_t* pBinImg, int32_t width, int32_t height,
 NUV_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height, double A, double B,
                                  double C, int32_t* pHistogram);
 
-/// The numbers of pixels along the line between two points that equal gray and that do not.
+/// Counts the pixels on the line between two points that equal a gray value, and those that do not.
 ///
 /// A vertical or horizontal line counts both its ends. Any other line is followed by columns as NuvGryLine
-/// draws it: the column of its left end is not counted, and a pixel of a steep line where two columns' runs
-/// meet counts in both. The walk is in single precision, whose rounding can take it one row above the upper
-/// point: that pixel counts. Pixels farther outside the rows of the two points do not, nor does row -1.
+/// draws it. The column of its left end is not counted. In every other column a run of pixels counts, which
+/// starts in the row where the run of the column before ends: that row counts in both columns. The walk is in
+/// single precision. Rounding can take it one row above the upper point, and that pixel counts. Pixels
+/// farther outside the rows of the two points do not count, nor do those of row -1.
 ///
 /// @param x1, y1, x2, y2  two points in the image
+/// @param pEqual          receives the number of pixels that equal gray
+/// @param pOther          receives the number of other pixels
 NUV_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                int32_t y2, int32_t gray, int32_t* pEqual, int32_t* pOther);
 
-/// The number of pixels equal to gray on the outline of a rectangle: rows y1 and y2 over x1..x2, columns x1
-/// and x2 over y1..y2. Corners count once per side that they lie on, so does all of a rectangle of one row or
-/// column.
+/// The number of pixels equal to a gray value on the outline of a rectangle.
 ///
-/// x1 and y1 are raised to 0, x2 and y2 lowered to the last column and row. With x1 > x2 then only the
-/// columns are walked, with y1 > y2 only the rows; a side outside the image counts nothing.
+/// The outline is rows y1 and y2 over x1..x2, and columns x1 and x2 over y1..y2. A corner counts once per
+/// side on which it lies, and so does every pixel of a rectangle of one row or column.
+///
+/// First x1 and y1 are raised to 0, x2 and y2 lowered to the last column and row. If x1 > x2 after that, only
+/// the columns are walked. If y1 > y2, only the rows are walked. A side outside the image counts nothing.
 NUV_API int32_t NuvPixelsOnRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, int32_t gray);
 
-/// How strongly an ABC line separates the pixels at its two sides, within columns x1 to x2.
+/// The contrast between the two sides of an ABC line, within columns x1 to x2.
 ///
-/// For each pixel (x, y) of the line two samples are compared, with shift = truncate(-(A/B)*dist):
+/// Two samples are compared for each pixel (x, y) of the line, with shift = truncate(-(A/B)*dist):
 ///
 ///     |B| > |A|   (x + shift, y - dist) and (x - shift, y + dist), for each column
-///     else        (x + dist, y - shift) and (x - dist, y + shift), for each row
+///     otherwise   (x + dist, y - shift) and (x - dist, y + shift), for each row
 ///
-/// A pixel counts if it and both samples lie in the columns x1..x2 and the rows of the image. Of the absolute
-/// differences, the lowest and the highest quarter are trimmed bin by bin. A steep line has a large shift,
-/// and one with B = 0 counts nothing.
+/// A pixel counts if it and both samples lie in columns x1..x2 and in the rows of the image. A steep line has
+/// a large shift, and a line with B = 0 counts nothing.
 ///
-/// @param x1, x2  columns of the image, inclusive; what lies outside the image is cut off
+/// The trimmed mean difference leaves out the lowest and the highest quarter of the absolute differences. The
+/// bins in which the quarters end stay whole.
+///
+/// @param x1, x2  columns of the image, inclusive; clamped to the image
 /// @param dist    distance of the samples from the line along its minor axis
-/// @param bMark   true: the image is changed, counted line pixels to 255 and then their samples to 0, at
-///                once, so that later samples read the marks
-/// @return the least of the trimmed mean difference, the plain mean difference, and the difference between
-///         the mean of one side and that of the other, each in truncating integers; 0 if nothing counted
+/// @param bMark   true: counted line pixels become 255, and then their samples 0, in pGryImg. Marks are set
+///                at once, so that later samples read them
+/// @return the least of three: the trimmed mean difference, the plain mean difference, and the difference
+///         between the means of the two sides, each in truncating integers; 0 if nothing counted
 NUV_API int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    double A, double B, double C, int32_t dist, bool bMark);
 
-// ---- Fitting ---------------------------------------------------------------------------------------------
-//
-// Ordinary least squares of the minor coordinate on the major one: the axis with the larger spread is free, a
-// tie going to y. With means mx, my and the sums Sxx, Syy, Sxy of squared and mixed deviations:
-//
-//     Syy < Sxx   isVertical = 0, k = Sxy/Sxx, b = my - k*mx, angle = atan(k), plus 180 if below 0
-//     else        isVertical = 1, k = Sxy/Syy, b = mx - k*my, angle = 90 - atan(k)
-//
-// No points, or points that all coincide, give isVertical = 1 and not-a-numbers. A residual r is measured
-// along the minor axis: |x*k - y + b| or |x - y*k - b|.
+/// @}
 
-/// A line through N points.
+/// @defgroup lines_fitting Fitting
+///
+/// Lines through sets of points, by ordinary least squares of the minor coordinate on the major one.
+///
+/// The major axis is the one with the larger spread, y if both are equal. With means mx, my and the sums Sxx,
+/// Syy, Sxy of squared and mixed deviations:
+///
+///     Syy < Sxx   isVertical = 0, k = Sxy/Sxx, b = my - k*mx, angle = atan(k), plus 180 if negative
+///     otherwise   isVertical = 1, k = Sxy/Syy, b = mx - k*my, angle = 90 - atan(k)
+///
+/// No points, or points that all coincide, give isVertical = 1, and a k, b and angle that are not a number.
+/// The residual r of a point is measured along the minor axis: |x*k - y + b| or |x - y*k - b|.
+/// @{
+
+/// Fits a line to N points and measures the fit.
 ///
 /// @param pDev      receives sqrt(sum(r^2) / (sqrt(k^2 + 1)*N)), about the root mean square distance
 /// @param pMaxDist  receives the greatest distance of a point from the line: max(r) / sqrt(k^2 + 1)
 NUV_API void NuvFittingLine(int32_t* pX, int32_t* pY, int32_t N, int32_t* pIsVertical, double* pK, double* pB,
                             double* pAngle, double* pDev, double* pMaxDist);
 
-/// A line through the N points of a chain before each of its codes: the start is the first, and where the
-/// last code leads is left out.
+/// @overload
+/// Fits a line to a chain: to the N points before each of its codes.
+///
+/// The start is the first point. The point after the last code is left out.
+///
+/// @param x, y        start of the chain
+/// @param pChainCode  N direction codes
 NUV_API void NuvFittingLine(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pIsVertical,
                             double* pK, double* pB, double* pAngle, double* pDev, double* pMaxDist);
 
-/// A line through the points whose mask entry is true.
+/// Fits a line to the points that a mask selects.
+///
+/// @param pMask  N entries, true where the point counts
 NUV_API void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N, int32_t* pIsVertical,
                                double* pK, double* pB, double* pAngle);
 
-/// A line through N points, checked by a gate that every finite fit passes: the first fit stands.
+/// Fits a line to N points and tests each of them with a gate that is open to every finite residual.
 ///
-/// @param pWork  receives N entries, 1 for a point that passes, else 100
-/// @return false if N < 3 (nothing is written) or if all points coincide (the outputs are not-a-numbers).
-///         Coordinate sums are 32-bit and wrap: from a million points of mean x or y 2148 on
+/// The first fit therefore stands.
+///
+/// @param pWork  receives N entries, 1 for a point that passes the gate, else 100
+/// @return false if N < 3, with nothing written, or if all points coincide, with outputs that are not a
+///         number
+/// @note Sums of coordinates are 32-bit and wrap, for example those of a million points of mean x or y 2148.
 NUV_API bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
                                  double* pK, double* pB, double* pAngle);
 
-/// A line through N points, fitted again through those whose residual is at most the mean residual.
-/// Coordinate sums are 32-bit and wrap: from a million points of mean x or y 2148 on.
+/// Fits a line to N points, and again to those whose residual is at most the mean residual.
 ///
 /// @param pWork  receives N residuals, truncate(r*100)
-/// @return false if N < 3 (nothing is written) or if fewer than 2 points are left (the outputs hold the first
-///         fit). Points that all coincide return true with not-a-numbers
+/// @return false if N < 3, with nothing written, or if fewer than 2 points are left, with the first fit in
+///         the outputs. Points that all coincide return true, with outputs that are not a number
+/// @note Sums of coordinates are 32-bit and wrap, for example those of a million points of mean x or y 2148.
 NUV_API bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N,
                                        int32_t* pIsVertical, double* pK, double* pB, double* pAngle);
 
-// ---- The chain-line detector -----------------------------------------------------------------------------
-//
-// Straight segments by following edges: the edges of NuvShenJunEdgeFast (shift 2) or, for a grdThreshold
-// below 8, NuvShenJunEdgeFine (a0 = 0.25) are traced, each chain is cut into stretches that are straight
-// enough, stretches that repeat edge pixels already used are dropped, and a line is fitted to each stretch
-// kept.
-//
-// This is one global object: one thread at a time. All memory is allocated in NuvImgChainLines_Initialize.
+/// @}
 
-/// Sizes the detector and sets it up. May be called again at any time; memory never shrinks. The results of
-/// the last detection stay unless the call needs more memory than the detector has: then there are no lines.
+/// @defgroup lines_chain_lines The chain-line detector
+///
+/// Straight segments of an image, found along its edges.
+///
+/// The edges are those of NuvShenJunEdgeFast (shift 2) or, for a grdThreshold below 8, of NuvShenJunEdgeFine
+/// (a0 = 0.25). The detector traces them and cuts each chain into stretches that are straight enough. It
+/// drops stretches that repeat edge pixels already used, and fits a line to each stretch kept.
+///
+/// The detector is one global object: only one thread at a time may use it. All memory is allocated in
+/// NuvImgChainLines_Initialize.
+/// @{
+
+/// Sizes the chain-line detector and sets its parameters.
+///
+/// It may be called again at any time. Memory never shrinks. The results of the last detection stay, unless
+/// the call needs more memory than the detector has: then there are no lines.
 ///
 /// @param width, height    the largest image to come, by its number of pixels
 /// @param minStraightness  least ratio of chord to path of a straight stretch, below 1; 0.9 allows slight
-///                         bends. It also sets how much of each end a fit leaves out: a share of (1 - it)/2
+///                         bends. At each end of a stretch, a fit leaves out about (1 - minStraightness)/2 of
+///                         the points
 /// @param maxDeviation     greatest mean distance of the path from its chord, in pixels; 1 is typical
-/// @param minLength        least length of a chain, in codes, and of a stretch while it is followed, in
-///                         pixels of path; at least 6. A stretch at the end of its chain gives up one code
-/// @param grdThreshold     least gray-level step of an edge, at least 1
-/// @param maxLines         capacity, of lines and of stretches per chain; what is beyond it is dropped
-/// @return false if memory is missing, none was ever asked for, or no int32_t counts the pixels
+/// @param minLength        least length of a chain, in codes, and of a stretch, in pixels of path; raised to
+///                         6 if smaller. A stretch at the end of its chain gives up one code after that test
+/// @param grdThreshold     least gray-level step of an edge; raised to 1 if smaller
+/// @param maxLines         capacity, of lines and of stretches per chain; more are dropped
+/// @return false if allocation failed, nothing was ever allocated, or width*height exceeds INT32_MAX
 NUV_API bool NuvImgChainLines_Initialize(int32_t width, int32_t height, double minStraightness,
                                          double maxDeviation, int32_t minLength, int32_t grdThreshold,
                                          int32_t maxLines);
 
-/// Another name of NuvImgChainLines_DoGryImg: the edge detector runs on whatever image is given.
+/// Detects the lines of an image: another name of NuvImgChainLines_DoGryImg.
+///
+/// The edge detector runs on whatever image is given, binary or gray.
 NUV_API int32_t NuvImgChainLines_DoBinImg(uint8_t* pGryImg, int32_t width, int32_t height, bool bFitLines);
 
-/// Detects the lines of an image. It replaces the results of the detection before, and allocates nothing.
+/// Detects the lines of an image. Allocates nothing.
 ///
-/// @param pGryImg    gray image; must stay alive for NuvImgChainLines_Debug
-/// @param bFitLines  true: fit a line to each stretch and clip it to its points, which also trims the
-///                   stretch; false: give the stretches as they were cut
-/// @return the number of lines; 0 for an image larger than NuvImgChainLines_Initialize was told, and without
-///         memory
+/// The results replace those of the detection before.
+///
+/// @param pGryImg    gray image; must stay valid for NuvImgChainLines_Debug
+/// @param bFitLines  true: fit a line to each stretch and clip it to the points of the stretch, which also
+///                   trims the stretch; false: give the stretches as they were cut
+/// @return the number of lines; 0 if the detector has no memory, or if the image has more pixels than the
+///         size last passed to NuvImgChainLines_Initialize
 NUV_API int32_t NuvImgChainLines_DoGryImg(uint8_t* pGryImg, int32_t width, int32_t height, bool bFitLines);
 
-/// Hands out the points of the next line found, in order.
+/// Gives the points of the next line found, in order.
 ///
-/// @param ppX, ppY  receive pointers to the points, inside the detector and good until the next detection, or
-///                  until NuvImgChainLines_Initialize needs more memory
-/// @param pN        receives their number
-/// @return false, and nothing written, when there is no further line
+/// @param ppX, ppY  receive pointers to the points, which belong to the detector. They are valid until the
+///             next
+///                  detection, or until NuvImgChainLines_Initialize needs more memory
+/// @param pN        receives the number of points
+/// @return false, with nothing written, if there is no further line
 NUV_API bool NuvImgChainLines_GetNxtCodeLine(int32_t** ppX, int32_t** ppY, int32_t* pN);
 
-/// The fitted segments, as many as the detection returned, inside the detector and good for as long as the
-/// points of NuvImgChainLines_GetNxtCodeLine; null if the last call for a detection, refused or not, asked
-/// for no fit.
+/// The fitted segments, as many as the detection returned.
+///
+/// @return the segments, which belong to the detector and are valid as long as the points of
+///         NuvImgChainLines_GetNxtCodeLine; null if the last detection, refused or not, had bFitLines = false
 NUV_API TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines();
 
-/// Shows the last detection in six panels of width*height bytes, one behind the other.
+/// Shows the last detection in six panels of width*height bytes, one after the other.
 ///
-///     0  the source, at most 250          3  the edges that made no line
+///     0  the source, at most 250          3  the edges that belong to no line
 ///     1  the edge image                   4  the fitted segments in 255
 ///     2  the points of the lines in 254   5  panel 0, with the segments (without a fit, the points) in 255
 ///
-/// The points of lines already fetched by NuvImgChainLines_GetNxtCodeLine are missing from panel 2 and what
-/// comes from it; fetching starts over afterwards. width and height are those of the last call for a
-/// detection. Panel 1 is computed anew, with the settings of now; it is 0 for an image that the detector has
-/// no memory for. Before any detection nothing is written.
+/// The points of lines that NuvImgChainLines_GetNxtCodeLine has already given are missing from panel 2, and
+/// so from the panels that use it. After this call NuvImgChainLines_GetNxtCodeLine starts over. width and
+/// height are those of the last detection, refused or not. Panel 1 is computed anew with the present
+/// settings. It is 0 for an image larger than the memory of the detector. Before any detection nothing is
+/// written.
 ///
 /// @param pResImg  receives 6*width*height bytes
 /// @return the number of lines
 NUV_API int32_t NuvImgChainLines_Debug(uint8_t* pResImg);
 
-// ---- The Hough detector ----------------------------------------------------------------------------------
-//
-// Straight lines in a set of points, by votes in an accumulator with one row per Theta, in steps of a degree,
-// and one cell per Thro, in steps of a pixel, measured from the centre of the points' bounding box. A point
-// votes 2 for its cell and 1 for each of the two beside it in the row; cosines and sines are scaled by 1024
-// and truncated, and the Thro of a point is rounded down. The strongest cell is the line, the lowest Theta
-// and then the lowest Thro of equals, if its count is 3 or more; its strength is half of the count, for a
-// clean line the number of its points.
-//
-// Lines come in ABC form, as of NuvThroTheta2ABC, and in Hough form, as NuvABC2ThroTheta has it of that: its
-// Theta can differ by a degree from that of the votes.
-//
-// This is one global object: one thread at a time. All memory is allocated in NuvHoughLines_Initialize.
-//
-// @see R. O. Duda and P. E. Hart, Use of the Hough transformation to detect lines and curves in pictures,
-//      1972
+/// @}
 
-/// Sizes the detector for points in an image of width by height; memory never shrinks, and grows with the
-/// area: after 100 by 100, 1 by 1500 changes nothing, and points 1500 apart are refused. The lines found so
-/// far are forgotten.
+/// @defgroup lines_hough The Hough detector
 ///
-/// @return false without memory; what was held before is gone then
+/// Straight lines in a set of points, found by votes in an accumulator.
+///
+/// The accumulator has one row per Theta, in steps of a degree, and one cell per Thro, in steps of a pixel.
+/// Thro is measured from the centre of the bounding box of the points. A point votes 2 for its cell and 1 for
+/// each of the two cells beside it in the row. Cosines and sines are scaled by 1024 and truncated, and the
+/// Thro of a point is rounded down.
+///
+/// The strongest cell is the line if its count is 3 or more. Ties go to the lowest Theta, then to the lowest
+/// Thro. The strength is half of the count: for a clean line, the number of its points.
+///
+/// A line is returned in ABC form, as computed by NuvThroTheta2ABC, and in Hough form, as computed from the
+/// ABC form by NuvABC2ThroTheta. That Theta can differ by a degree from the Theta of the cell.
+///
+/// The detector is one global object: only one thread at a time may use it. All memory is allocated in
+/// NuvHoughLines_Initialize.
+///
+/// @see R. O. Duda and P. E. Hart, Use of the Hough transformation to detect lines and curves in pictures,
+///      1972
+/// @{
+
+/// Sizes the Hough detector for points in an image of width by height, and forgets the lines found so far.
+///
+/// Memory never shrinks. It grows only if (width + 5)*(height + 5) exceeds the greatest such product so far:
+/// after 100 by 100, a call with 1 by 1500 changes nothing, and points 1500 apart are refused.
+///
+/// @return false if allocation failed, which also releases the memory held before, or if nothing was ever
+///         allocated
 NUV_API bool NuvHoughLines_Initialize(int32_t width, int32_t height);
 
-/// The strongest line of points with a Theta from Theta1 up to, but not including, Theta2.
+/// The strongest line of points, with a Theta in a range.
 ///
-/// @param pX, pY          N points, also outside the image. They are moved while the call runs and moved
-///                        back; if the detector is too small for them they stay moved by the centre of their
+/// @param pX, pY          N points, also outside the image. They are moved during the call and moved back. If
+///                        the detector is too small for them, they stay relative to the centre of their
 ///                        bounding box
-/// @param Theta1, Theta2  degrees; those outside 0..180 get no votes
-/// @param pA .. pTheta    receive the line; left alone if there is none
-/// @return the strength; 0 for no line, for N below 2, or if the detector is too small. In all of these the
-///         lines found before are forgotten
+/// @param Theta1, Theta2  degrees, Theta1 up to but not including Theta2; Thetas outside 0..180 get no votes
+/// @param pA, pB, pC, pThro, pTheta  receive the line; unchanged if there is none
+/// @return the strength; 0 for no line, for N below 2, or if the detector is too small. In each of these
+///         cases the lines found before are forgotten
 NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, int32_t Theta1, int32_t Theta2,
                                  double* pA, double* pB, double* pC, int32_t* pThro, int32_t* pTheta);
 
-/// The same for the Thetas that a mask enables, but for the highest of them.
+/// @overload
+/// The strongest line of points, with a Theta that a mask enables, except the highest one enabled.
 ///
-/// @param pThetaMask  181 entries, true where the Theta is enabled; with none there is no line
+/// @param pThetaMask  181 entries, true where the Theta is enabled; with none enabled there is no line
 /// @note With N below 2 the lines found before stay, for NuvHoughLines_GetNextLine.
 NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, bool* pThetaMask, double* pA,
                                  double* pB, double* pC, int32_t* pThro, int32_t* pTheta);
 
-/// The same for points that know their Theta: each votes from pPointTheta - dTheta to pPointTheta + dTheta,
-/// both included, within 0 to 179.
+/// @overload
+/// The strongest line of points that each have a Theta of their own.
 ///
-/// @param pPointMask  N entries, true where the point is left out. Point 0 counts for the bounding box and
-///                    the range of Thetas all the same
+/// A point votes for pPointTheta - dTheta to pPointTheta + dTheta, both included, within 0..179.
+///
+/// @param pPointTheta  N entries, degrees
+/// @param pPointMask   N entries, true where the point is left out. Point 0 counts for the bounding box and
+///                     for the range of Thetas in any case
 NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t* pPointTheta, bool* pPointMask, int32_t N,
                                  int32_t dTheta, double* pA, double* pB, double* pC, int32_t* pThro,
                                  int32_t* pTheta);
 
-/// The strongest line beside those found since the last transform: cells nearer than dThro in Thro and nearer
-/// than dTheta in Theta to one of theirs are left out. Votes stay, and Theta 0 and 179 are not neighbours.
+/// The next strongest line, apart from those found since the last transform.
 ///
-/// @param pA .. pTheta  receive the line, or zeros if there is none
-/// @return the strength, 0 for no line. After a transform without a line, or 1024 lines, it is 0 and the
-///         outputs are left alone
+/// Cells nearer than dThro in Thro and nearer than dTheta in Theta to the cell of such a line are left out.
+/// The votes stay as they are. Theta 0 and Theta 179 are not neighbours.
+///
+/// @param pA, pB, pC, pThro, pTheta  receive the line, or zeros if there is none
+/// @return the strength; 0 for no line. After a transform without a line, or after 1024 lines, it is 0 and
+///         the outputs are unchanged
 NUV_API int32_t NuvHoughLines_GetNextLine(int32_t dThro, int32_t dTheta, double* pA, double* pB, double* pC,
                                           int32_t* pThro, int32_t* pTheta);
 
-/// Draws the line found last, by NuvDrawABCLineByColor; nothing before any line.
+/// Draws the line found last, as NuvDrawABCLineByColor does. Draws nothing before any line.
 NUV_API void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t height, int32_t color);
 
-// ---- Key points ------------------------------------------------------------------------------------------
+/// @}
 
-/// The M points that keep the shape of a curve best, by splitting it again and again at the point farthest
-/// from a chord. Meant for curves that run from top to bottom. The time grows as N log N; with coordinates
-/// beyond -2^20 to 2^20, and uneven splits, as N*M.
+/// @defgroup lines_key_points Key points
 ///
-/// First and last point by y are the first two. Then the stretch whose farthest inner point lies farthest
-/// from the chord of its ends is split there, the first of equals; a stretch without inner points stands at
-/// distance 0 with its end for a point, so that straight runs can give a point twice.
+/// Few points that stand for a curve or a contour.
+/// @{
+
+/// Finds the M points that keep the shape of a curve best.
 ///
-/// @param pX, pY          N points; changed: sorted by y, by exchanges
-/// @param pKeyX, pKeyY    receive M points, sorted by y likewise; N if there are not more
-/// @return the number of points written: M, or N if M is greater; 0 for M below 1, and without memory
-/// @see U. Ramer, An iterative procedure for the polygonal approximation of plane curves, 1972;
-///      D. H. Douglas and T. K. Peucker, Algorithms for the reduction of the number of points, 1973
+/// The curve should run from top to bottom. The first and the last point by y are the first two key points.
+/// Key points cut the curve into stretches. The inner point of a stretch that lies farthest from the chord of
+/// its ends is the candidate of the stretch, and the candidate with the greatest distance is the next key
+/// point. Ties go to the first point of a stretch, and to the stretch that was formed first, where the first
+/// part of a split stretch keeps its place. A stretch without inner points has its end as its candidate, at
+/// distance 0, so that a straight run can give a point twice. With M = 1 only the last point is written.
+///
+/// The time grows as N log N. If coordinates leave -2^20..2^20 and splits are uneven, it grows as N*M.
+///
+/// @param pX, pY        N points; changed: sorted by y with an exchange sort, which exchanges points i and j
+///            > i
+///                      where pY[j] < pY[i]
+/// @param pKeyX, pKeyY  receive min(M, N) points, sorted in the same way
+/// @return the number of points written: min(M, N); 0 for M below 1, or if allocation fails
+/// @see U. Ramer, An iterative procedure for the polygonal approximation of plane curves, 1972
+/// @see D. H. Douglas and T. K. Peucker, Algorithms for the reduction of the number of points, 1973
 NUV_API int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M, int32_t* pKeyX,
                                  int32_t* pKeyY);
 
-/// The corners of a quadrilateral: the two points of a contour that lie farthest apart, and between them the
-/// point farthest from their line on each side, in the order of the contour. Of equals the first. A side
-/// without points gives the point halfway along the contour. Squared distances are 32-bit and wrap: points
-/// should lie less than 32768 apart. The time grows as N log N; with the square of N where they wrap.
+/// Finds the corners of the quadrilateral that a contour resembles.
+///
+/// Corners 0 and 2 are the two points that lie farthest apart. Corners 1 and 3 are the points farthest from
+/// the line through those two, on sides 1 and -1 of NuvWhichSideIsPoint3ToLine. Ties go to the first pair and
+/// to the first point. If a side has no points, its corner is the point halfway along the contour.
+///
+/// The time grows as N log N, or as N^2 where squared distances can wrap.
 ///
 /// @param pX, pY          N points of a contour, in order
 /// @param pPolyX, pPolyY  receive 4 corners
-/// @return false, with nothing written, if all points are one
+/// @return false, with nothing written, if there are no two different points
+/// @note Squared distances are 32-bit and wrap. Points should lie less than 32,768 apart in x and in y.
 NUV_API bool NuvContour2Poly4(int32_t* pX, int32_t* pY, int32_t N, int32_t* pPolyX, int32_t* pPolyY);
+
+/// @}
+
+/// @}
 
 #endif
