@@ -1,9 +1,9 @@
 // Alignment by exhaustive search.
 //
-// Trials share no differences, so none is saved by sharing; what is saved are differences that cannot decide.
-// A look at every 16th row finds a shift that is likely the best, and with its mean as the limit nearly all
-// others are given up after a few rows. The result is that of the whole search: a trial is given up only when
-// its mean is certain not to win, and the order decides among equals.
+// Two trials never compare the same pair of bytes, so no work can be shared between them. Time is saved by
+// ending trials early. A first pass over every 16th row finds a shift that is likely to be the best. Its mean
+// is the first limit, and most other trials pass the limit after a few rows. The result equals that of the
+// whole search: a trial ends early only if its mean is certain not to win, and ties go to the first trial.
 
 #include <algorithm>
 #include <optional>
@@ -33,7 +33,7 @@ class Search {
     Trial best = likely(max_dx, max_dy);
     for (int32_t dx = -max_dx; dx <= max_dx; ++dx) {
       for (int32_t dy = -max_dy; dy <= max_dy; ++dy) {
-        // Among equals the first wins, so one before the best so far needs no more than its mean.
+        // Ties go to the first trial. A trial that comes before the best one so far wins with an equal mean.
         const bool before = dx < best.shift.x || (dx == best.shift.x && dy < best.shift.y);
         const int64_t end = int64_t{best.mean} + (before ? 1 : 0);
         const auto sum = sum_below(end * area_.bytes(), {dx, dy});
@@ -52,7 +52,8 @@ class Search {
     return sum_of_differences(img1_ + there, img2_ + there + moved, area_.row_bytes);
   }
 
-  // Nothing as soon as the sum is certain to reach the limit: what is still to come cannot make it wrap.
+  // The sum of a trial, or nothing if the sum is certain to reach the limit. It is certain once it has reached
+  // the limit and the rows to come cannot make it wrap.
   std::optional<int32_t> sum_below(int64_t limit, Point shift) const {
     int32_t sum = 0;
     for (int32_t row = 0; row < area_.rows; ++row) {

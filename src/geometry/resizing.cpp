@@ -1,8 +1,9 @@
 // Free resizing by bilinear interpolation.
 //
-// What a result takes from a source row depends on its column alone, and is rounded before rows are mixed. So
-// each source row is stretched once, and a result row is the mix of two stretched rows. Work goes in strips
-// of columns, whose tables and stretched rows lie on the stack. The two forms differ in their number type.
+// The value that a result pixel takes from a source row depends on the column of the pixel alone, and is
+// rounded before two rows are mixed. Each source row is therefore stretched once, and a result row is the mix
+// of two stretched rows. The result is computed in strips of columns, whose tables and stretched rows lie on
+// the stack. The fixed-point form and the double form share this plan and differ in their number type.
 
 #include <algorithm>
 #include <utility>
@@ -21,8 +22,9 @@ constexpr int32_t kStrip = 1536;  // bytes of a result row, whole pixels of thre
 
 // ---- in 1/65536 of a pixel ----
 
-// One of the two bytes of a source row that each byte of a strip lies between. Where 16 of them in a row come
-// from 16 bytes of the source, as they do in all enlarged images, they are picked from there at once.
+// Each byte of a strip lies between two bytes of a source row. Taps holds the places of the left ones or of
+// the right ones. If each group of 16 taps lies within 16 bytes of the source, as in all enlarged images, one
+// permutation picks a group at once.
 class Taps {
  public:
   void set(int32_t i, int32_t place) { places_[i] = place; }
@@ -40,7 +42,7 @@ class Taps {
     }
   }
 
-  // Of whole lanes, so up to kLanes - 1 bytes more.
+  // Writes whole lanes, so up to kLanes - 1 bytes after the last.
   NUV_INLINE void collect(const uint8_t* NUV_RESTRICT row, uint8_t* NUV_RESTRICT out) const {
 #if NUV_HAS_LANES
     for (std::ptrdiff_t i = 0; i < n_ && in_lanes_; i += kLanes) {
@@ -79,10 +81,10 @@ struct FixedPoint {
   using Stretched = uint8_t;
   struct Place {
     int32_t whole;
-    uint16_t behind;  // the way from the whole place
+    uint16_t behind;  // the distance from the whole place
   };
 
-  // Places along one axis: size of them over a length of the source.
+  // The places of the result pixels along one axis: size places, over a source of that length.
   class Axis {
    public:
     Axis(int32_t length, int32_t size) : step_(size > 1 ? (length - int64_t{1}) * 65536 / (size - 1) : 0) {}
@@ -128,8 +130,8 @@ struct DoublePrecision {
   using Stretched = double;
   struct Place {
     int32_t whole;
-    double before;  // the weights of the whole place and of the next
-    double behind;
+    double before;  // weight of the whole place
+    double behind;  // weight of the next place
   };
 
   class Axis {
@@ -173,9 +175,9 @@ struct DoublePrecision {
   }
 };
 
-// ---- the machine ----
+// ---- strips of columns ----
 
-// Two stretched rows: a row that both a result row and the next one need is stretched once.
+// A strip keeps two stretched rows. A source row that two consecutive result rows share is stretched once.
 template <class Numbers>
 class Strip {
  public:

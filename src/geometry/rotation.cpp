@@ -1,8 +1,8 @@
 // Images read along turned rows.
 //
-// A row of the result is a straight walk through the source in fixed point. Coordinates are 32 bits wide and
-// wrap, so a walk is taken in pieces that do not; in each, division tells which steps lie inside the source,
-// and the loops over them need no tests.
+// A row of the result is a straight walk through the source in fixed point. Coordinates are 32-bit and wrap,
+// so a walk is split into pieces in which they do not. In each piece, a division finds the steps that lie
+// inside the source, so that the loops over them need no tests.
 
 #include <algorithm>
 #include <cmath>
@@ -29,7 +29,7 @@ struct Walk {
   NUV_INLINE Walk after(int32_t steps) const { return {x + steps * dx, y + steps * dy, dx, dy}; }
 };
 
-// The number of places from start on, in steps, before the coordinate wraps.
+// The number of places start, start + step, ... before the coordinate wraps.
 int64_t places_before_wrap(int64_t start, int64_t step) {
   if (step == 0) return INT64_MAX;
   return step > 0 ? (INT32_MAX - start) / step + 1 : (start - INT32_MIN) / -step + 1;
@@ -39,17 +39,17 @@ struct Span {
   int32_t first;
   int32_t end;
 
-  // Of both; where they have nothing in common, empty and still within the other.
+  // The common part of two spans. If there is none, it is empty and still lies within the other span.
   Span within(Span other) const {
     const int32_t from = std::min(std::max(first, other.first), other.end);
     return {from, std::max(from, std::min(end, other.end))};
   }
 };
 
-// The places i of the first n with 0 <= start + i*step < limit.
+// The places i in 0..n-1 with 0 <= start + i*step < limit.
 Span places_within(int64_t start, int64_t step, int64_t limit, int32_t n) {
   if (step == 0) return {0, start >= 0 && start < limit ? n : 0};
-  // Seen from the other side, a walk downwards goes upwards.
+  // A descending walk is mirrored in the range 0..limit-1, where it ascends.
   if (step < 0) return places_within(limit - 1 - start, -step, limit, n);
   const auto steps_to = [=](int64_t target) {
     return target <= start ? 0 : std::min<int64_t>((target - start + step - 1) / step, n);
@@ -57,7 +57,7 @@ Span places_within(int64_t start, int64_t step, int64_t limit, int32_t n) {
   return {static_cast<int32_t>(steps_to(0)), static_cast<int32_t>(steps_to(limit))};
 }
 
-// A part of the plane in which coordinates have so many fractional bits.
+// The part of the plane from (0, 0) on in which a walk may read. Coordinates have Bits fractional bits.
 template <int Bits>
 struct Field {
   int64_t columns;
@@ -69,7 +69,8 @@ struct Field {
   }
 };
 
-// Calls visit(piece of the walk, first place, number of places) for the n places of a walk.
+// Splits a walk of n places where a coordinate wraps, and calls visit(piece, first, count) for each piece of
+// count places, the first of which is place first of the walk.
 template <class Visit>
 void for_unwrapped_pieces(Walk walk, int32_t n, Visit visit) {
   for (int32_t done = 0; done < n;) {
@@ -82,7 +83,7 @@ void for_unwrapped_pieces(Walk walk, int32_t n, Visit visit) {
   }
 }
 
-// ---- the pixel left above ----
+// ---- sampling without interpolation ----
 
 template <int Bits>
 void take_row(const uint8_t* NUV_RESTRICT pixels, std::ptrdiff_t width, Walk walk, uint8_t* NUV_RESTRICT out,
@@ -118,11 +119,11 @@ NUV_INLINE uint8_t bilinear(uint8_t p00, uint8_t p10, uint8_t p01, uint8_t p11, 
 
 constexpr std::ptrdiff_t kSpan = 256;
 
-// The four pixels round each of a span of places, and the result between them.
+// The four pixels around each place of a span, and the mix of the four.
 template <int Channels>
 struct Corners;
 
-// Two of each row are copied at once.
+// The two pixels of a row are copied at once.
 template <>
 struct Corners<1> {
   uint8_t upper[2 * kSpan];
@@ -140,7 +141,7 @@ struct Corners<1> {
   }
 };
 
-// A left one is copied as four bytes, of which the next one overwrites the last.
+// A left pixel is copied as four bytes. The copy of the next place overwrites the fourth.
 template <>
 struct Corners<3> {
   uint8_t upper_left[3 * kSpan + 1];
@@ -162,7 +163,8 @@ struct Corners<3> {
   }
 };
 
-// In spans: where the pixels stand, then the pixels, then what lies between them. Each byte has its weights.
+// Each span takes three passes: the places of the pixels, the pixels themselves, and the mixes. Every byte has
+// its own pair of weights.
 template <int Channels>
 NUV_INLINE void sample(const uint8_t* NUV_RESTRICT pixels, uint32_t width, Walk walk,
                        uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
@@ -201,11 +203,11 @@ NUV_ROW_KERNEL void sample_row(RgbImage image, Walk walk, uint8_t* out, std::ptr
 template <int Channels>
 class BilinearSource {
  public:
-  // Outside of the field a result is the background; the field must lie in the image.
+  // A place outside the field gives the background. The field must lie in the image.
   BilinearSource(Image<Channels> image, Field<16> field, uint8_t background)
       : image_(image), field_(field), background_(background) {}
 
-  // Whether a pixel was outside.
+  // Returns whether a place was outside the field.
   bool sample_along(Walk walk, uint8_t* out, int32_t n) const {
     bool outside = false;
     for_unwrapped_pieces(walk, n, [&](Walk piece, int32_t first, int32_t count) {
@@ -229,7 +231,7 @@ class BilinearSource {
     std::memset(result + first * Channels, background_, static_cast<std::size_t>((end - first) * Channels));
   }
 
-  // Pixels follow each other as in memory, and the last row is repeated behind the image.
+  // Pixels follow each other as in memory, and the last row is repeated after the image.
   const uint8_t* pixel(std::ptrdiff_t place) const {
     while (place >= image_.size()) place -= image_.width;
     return image_.pixels + place * Channels;
@@ -273,7 +275,7 @@ struct TurnedRectangle {
   Walk row(int32_t j) const { return {x0 - j * sine, y0 + j * cosine, cosine, sine}; }
 };
 
-// Whether a pixel was outside the source less so many columns and rows.
+// Returns whether a pixel was outside the source without its last left_out columns and rows.
 template <int Channels>
 bool copy_turned(Image<Channels> source, int32_t left_out, TurnedRectangle rectangle, int32_t background,
                  Image<Channels> result) {
@@ -287,7 +289,7 @@ bool copy_turned(Image<Channels> source, int32_t left_out, TurnedRectangle recta
   return outside;
 }
 
-// The same, all pixels being outside of a source without any.
+// Does the same, and takes all pixels of the result as outside a source without pixels.
 template <int Channels>
 bool copy_turned_checked(Image<Channels> source, int32_t left_out, TurnedRectangle rectangle,
                          int32_t background, Image<Channels> result) {

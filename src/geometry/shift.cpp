@@ -21,8 +21,8 @@ NUV_ROW_KERNEL void blend_row(const uint8_t* NUV_RESTRICT in, uint8_t* NUV_RESTR
   }
 }
 
-// Shifts row y by shift/4096 pixels to the left. Columns below 0 are the pixels before the row; those that
-// would be read or written outside the image are left out.
+// Shifts row y by shift/4096 pixels to the left. Columns below 0 are the pixels before the row in memory.
+// Pixels that would be read or written outside the image are left out.
 void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, uint8_t* result) {
   const int32_t whole = shift >> 12;
   const int32_t weight = interpolated ? shift & (kUnit - 1) : 0;
@@ -31,7 +31,7 @@ void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, ui
   int64_t x = shift > 0 ? 0 : whole + 2;
   const int64_t end = shift > 0 ? int64_t{source.width} - whole - 1 : source.width;
   while (x < end) {
-    // The position wraps; up to there the places read follow each other.
+    // The position wraps at next. Up to there the places read are consecutive.
     const int64_t place = (static_cast<int32_t>(x) * kUnit + shift) >> 12;
     const int64_t next = std::min(end, x + (1 << 19) - place);
     const int64_t first = std::max({x, -row, x - (row + place)});

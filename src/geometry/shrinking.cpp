@@ -22,7 +22,7 @@ NUV_INLINE uint8_t middle(uint8_t a, uint8_t b) {
   return static_cast<uint8_t>((a & b) + ((a ^ b) >> 1));
 }
 
-// The pixels of a row, each with what stands between it and the next; n pixels have one.
+// Writes the first n pixels of a row, each followed by the middle of it and the next.
 NUV_ROW_KERNEL void double_gray_row(const uint8_t* NUV_RESTRICT in, std::ptrdiff_t n,
                                     uint8_t* NUV_RESTRICT out) {
   std::ptrdiff_t x = 0;
@@ -88,8 +88,8 @@ void extract(GrayImage image, int32_t m, int32_t n, uint8_t* result) {
 
 // ---- means ----
 
-// The quotients, truncated. A sum that cannot have wrapped is taken half a unit up: the product with the reciprocal
-// is then farther from an integer than double precision rounds.
+// Divides and truncates. A sum that cannot have wrapped is multiplied by the reciprocal. One half is added to
+// it first, so that the product is farther from an integer than the rounding error of a double.
 NUV_ROW_KERNEL void divide_row(const int32_t* sums, int32_t divisor, std::ptrdiff_t n,
                                uint8_t* NUV_RESTRICT out) {
   if (divisor > INT32_MAX / 255) {
@@ -102,7 +102,7 @@ NUV_ROW_KERNEL void divide_row(const int32_t* sums, int32_t divisor, std::ptrdif
   }
 }
 
-// The sums of the columns of a row of blocks, then those of the blocks.
+// Each row of blocks is summed by columns first, and the column sums of each block are then added up.
 template <int Channels>
 void shrink_by_mean(Image<Channels> image, int32_t m, int32_t n, uint8_t* result) {
   if (image.empty() || m < 1 || n < 1 || m > image.width) return;
@@ -128,7 +128,7 @@ void shrink_by_mean(Image<Channels> image, int32_t m, int32_t n, uint8_t* result
   }
 }
 
-// Sums of two bytes as the two halves of one word: which of them is which does not matter.
+// The sum of two bytes, loaded as one word. The byte order of the processor does not matter.
 NUV_INLINE uint16_t pair_sum(const uint8_t* p) {
   uint16_t pair;
   std::memcpy(&pair, p, 2);
@@ -173,7 +173,8 @@ void shrink_by_mean(GrayImage image, int32_t side, MeanRow mean_row, uint8_t* re
 
 // ---- medians ----
 
-// The size of the cells that a length is cut into: where they would leave a rest, one cell fewer shares it.
+// The size of the cells that a length is cut into. If the division leaves a remainder, the length is divided
+// by one cell fewer.
 int32_t cell_size(int32_t length, int32_t cells) {
   const int32_t size = length / cells;
   return size * cells < length ? length / (cells - 1) : size;

@@ -1,8 +1,8 @@
 // Mirror images and quarter turns.
 //
-// Mirroring rows copies them; mirroring columns and the half turn reverse bytes, 16 at a time. Both quarter
-// turns are one transposition: clockwise of the source walked from its last row up, anticlockwise into the
-// result walked so.
+// A vertical flip copies rows. A horizontal flip and the half turn reverse bytes, 16 at a time. Both quarter
+// turns are a transposition: the clockwise turn reads the source from its last row up, and the anticlockwise
+// turn writes the result from its last row up.
 
 #include <algorithm>
 #include <cstring>
