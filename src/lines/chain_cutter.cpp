@@ -1,10 +1,10 @@
 // Cutting a chain into straight pieces.
 //
-// A window grows along the chain code by code. It carries running sums, so that each test costs the same
-// however long the window is: its path length, its chord, the four areas between its path and the sides of
-// its box, and the box itself. While both tests hold the window grows; when one fails, what passed last
-// becomes a piece and a new window starts a little before the failure, so that a corner is not lost between
-// two pieces. A window that never passed slides on by one code.
+// A window grows along the chain code by code. Running sums give its path length, its chord, its box, and the
+// four areas between its path and the sides of the box, so that each test costs the same however long the
+// window is. The window grows while both tests hold. When a test fails, the last window that passed becomes a
+// piece, and a new window starts a little before the failure, so that no corner is lost between two pieces. A
+// window that never passed loses its first code instead.
 
 #include "lines/chain_cutter.h"
 
@@ -22,7 +22,7 @@ constexpr int32_t kDiagonalStep = 1448;
 constexpr int32_t kShortestTested = 6 * kUnitStep;
 constexpr int32_t kShortestChain = 6;
 
-// The least and the greatest coordinate of the window, and the points that reached them last.
+// The least and the greatest coordinate of the window, and the indices of the points that reached them last.
 class Extent {
  public:
   void reset(int32_t value, int32_t at) {
@@ -40,8 +40,8 @@ class Extent {
     }
   }
 
-  // The window loses its first point. Where that held an end, the three points behind it are asked for a new
-  // one: a chain moves a pixel a step, so they nearly hold the end of the rest.
+  // Removes the first point of the window. If it held an extreme, the new extreme is taken from the next
+  // three points alone. A chain moves by one pixel per step, so this is nearly the extreme of the rest.
   void drop(int32_t tail, const int32_t* values) {
     if (low_at_ == tail) {
       low_ = values[low_at_ = tail + 1];
@@ -67,8 +67,8 @@ class Extent {
   int32_t high_at_ = 0;
 };
 
-// Of the codes that move along one axis, and of those that do not: their number, and the sum of the other
-// coordinate at the codes that move.
+// The numbers of codes that move along one axis and of those that do not, and the sum of the other coordinate
+// over the codes that move.
 struct AxisSums {
   int32_t still = 0;
   int32_t moving = 0;
@@ -116,7 +116,7 @@ class Window {
   int32_t tail() const { return tail_; }
   int32_t length() const { return length_; }
 
-  // i is the last code added.
+  // i is the index of the last code added.
   bool is_straight(int32_t i, const Straightness& limits) const {
     const double chord2 = chord_y_ * chord_y_ + chord_x_ * chord_x_;
     const int32_t path = length_ >> 10;
@@ -127,7 +127,8 @@ class Window {
     const int32_t left = along_y_.to_low(x_);
     const int32_t right = along_y_.to_high(x_);
     const int32_t widest = std::max({right + bottom, left + top, right + top, left + bottom});
-    // The two opposite areas of a straight path just fill the box: what is more lies between path and chord.
+    // Two areas on opposite sides of a straight path fill the box, and share one pixel per code. An excess lies
+    // between path and chord.
     const int32_t deviation = widest - x_.size() * y_.size() - (i - tail_ + 1);
     return deviation * deviation < chord2 * (limits.max_deviation * limits.max_deviation);
   }
@@ -184,7 +185,7 @@ int32_t cut_chain(const ChainWithPoints& chain, const Straightness& limits, Piec
       }
     } else if (has_candidate) {
       store(first, last + 1);
-      // Never back to where the piece began, whatever the setting.
+      // The new window starts after the first code of the piece, whatever the setting.
       i = std::max(i - trimmed_share(limits.min_straightness, last - first + 1), first);
       window.restart(i + 1);
       has_candidate = false;
@@ -192,7 +193,7 @@ int32_t cut_chain(const ChainWithPoints& chain, const Straightness& limits, Piec
       window.drop_tail();
     }
   }
-  // A piece that is still open gives up the last code, which closes the chain.
+  // A piece that is open at the end gives up the last code, which closes the chain.
   if (has_candidate) store(first, chain.n - 1);
   return n_pieces;
 }

@@ -13,7 +13,7 @@ namespace nuv {
 struct Piece {
   Point begin;    // the point at its first code
   Point end;      // the point after its last code
-  int32_t codes;  // their number
+  int32_t codes;  // number of its codes
   int32_t start;  // index of its first code in the chain
 };
 
@@ -21,13 +21,13 @@ struct Piece {
 struct Straightness {
   double min_straightness;  // least ratio of chord to path
   double max_deviation;     // greatest ratio of the area between path and chord to the chord
-  int32_t min_length;       // of a piece, in pixels of path
+  int32_t min_length;       // least length of a piece, in pixels of path
 };
 
-// How many codes at each end of a stretch of that many a setting of straightness gives up, at least 2.
+// The number of codes to leave out at each end of a stretch of count codes, at least 2.
 int32_t trimmed_share(double min_straightness, int32_t count);
 
-// A chain with the points before each of its codes.
+// A chain of n codes, with the point before each code.
 struct ChainWithPoints {
   const uint8_t* codes;
   const int32_t* x;

@@ -1,9 +1,9 @@
 // The chain-line detector: edges, chains, straight pieces, fitted segments.
 //
 // All memory is allocated when the detector is sized. The points of all chains lie in one store, and a result
-// is a run of that store. The edge image doubles as the record of what is used: a piece that was taken is
-// marked as background, and a later piece of the same chain that mostly repeats marked pixels is dropped.
-// That is how the far side of a thin edge, which the tracer walks on its way back, does not come out twice.
+// is a run of that store. The edge image also records which pixels are used: a piece that was taken is marked
+// as background, and a later piece of the same chain that mostly repeats marked pixels is dropped. The tracer
+// follows a thin edge there and back, and this rule keeps the way back from giving the same line again.
 
 #include "lines/chain_lines.h"
 
@@ -24,13 +24,13 @@ namespace {
 constexpr int32_t kShortestPiece = 6;
 constexpr uint8_t kSpent = kTouchedBackground;
 
-// The settings of the two edge detectors that amount to the same filter. The integer one is the faster; a low
-// threshold gets the exact one.
+// With these settings both edge detectors apply the same filter. The integer detector is faster, and the
+// exact one serves low thresholds.
 constexpr int32_t kEdgeShift = 2;
 constexpr double kEdgeWeight = 0.25;
 constexpr int32_t kLeastFastThreshold = 8;
 
-// A point is near a line within two thirds of a pixel.
+// Tests whether a point is nearer to a line than two thirds of a pixel.
 class Nearness {
  public:
   explicit Nearness(const TAVI_LINE_SEGMENT& line) : line_(line) {
@@ -63,8 +63,8 @@ bool NuvImgChainLines::initialize(int32_t width, int32_t height, const Settings&
   return is_countable && has_memory();
 }
 
-// What is held is freed before the larger memory is asked for, and the results go with it. A capacity stays 0
-// unless all of its memory is there, so that a later call asks again.
+// The memory held is freed before more is allocated, and the results are dropped with it. A capacity stays 0
+// unless all of its buffers are allocated, so that a later call tries again.
 
 void NuvImgChainLines::allocate_for_pixels(int32_t pixels) {
   drop_results();
@@ -101,7 +101,7 @@ void NuvImgChainLines::drop_results() {
   next_run_ = 0;
 }
 
-// Whether there is memory for an image of the source's size, and it is no larger than a limit.
+// Whether the detector has memory, and the source has at most that many pixels.
 bool NuvImgChainLines::source_fits(int32_t pixels) const {
   if (!has_memory() || source_.width < 0 || source_.height < 0) return false;
   return static_cast<int64_t>(source_.width) * source_.height <= pixels;
@@ -154,7 +154,7 @@ void NuvImgChainLines::process_chain(Point start, int32_t n) {
     } else if (n_lines_ < settings_.max_lines) {
       runs_[static_cast<std::size_t>(n_lines_++)] = {piece.codes + 1, point_cursor_ + piece.start};
     }
-    // The last piece is marked with the whole chain.
+    // The last piece is marked below, with the whole chain.
     if (i < n_pieces - 1) mark(piece.begin, codes + piece.start, piece.codes);
   }
   mark(start, codes, n);
@@ -165,7 +165,7 @@ void NuvImgChainLines::mark(Point start, uint8_t* codes, int32_t n) {
   NuvMarkChainByColor(edges_.get(), source_.width, start.x, start.y, codes, n, kSpent);
 }
 
-// Over 80 percent of its points are marked.
+// Whether over 80 percent of a piece is marked.
 bool NuvImgChainLines::is_spent(const Piece& piece) const {
   const GrayImage edges{edges_.get(), source_.width, source_.height};
   int32_t spent = 0;
@@ -175,8 +175,8 @@ bool NuvImgChainLines::is_spent(const Piece& piece) const {
   return spent * 10 > piece.codes * 8;
 }
 
-// Fits a line to a piece, fits the piece to the line, and records both. The run may grow over the piece's
-// start and lose points at its end.
+// Fits a line to a piece, clips the piece to the points near the line, and records both. The run can reach
+// beyond the start of the piece, and can lose points at its end.
 void NuvImgChainLines::record_fitted(const Piece& piece) {
   const int32_t n = piece.codes + 1;
   int32_t trim = trimmed_share(settings_.straightness.min_straightness, n);
@@ -202,7 +202,7 @@ void NuvImgChainLines::record_fitted(const Piece& piece) {
 
   Region box = Region::of({*x_at(low), *y_at(low)});
   for (int32_t i = low; i <= high; ++i) {
-    if (i == low + trim && i != high) continue;  // this one point takes no part in the box
+    if (i == low + trim && i != high) continue;  // this one point is left out of the box
     box.take_in({*x_at(i), *y_at(i)});
   }
   NuvABCLine2KBLine(segment.A, segment.B, segment.C, &is_vertical, &k, &b);

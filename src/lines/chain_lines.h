@@ -54,8 +54,8 @@ class NuvImgChainLines {
   GrayImage source_{nullptr, 0, 0};
   int32_t init_pixels_ = 0;
 
-  // By the number of pixels. The chain code and the points have room for two per pixel: the walk round thin
-  // edges passes each of them twice.
+  // Memory by the number of pixels. There is room for two codes and two points per pixel, because the walk
+  // around a thin edge passes each of its pixels twice.
   int32_t capacity_pixels_ = 0;
   Buffer<uint8_t> edges_;
   Buffer<uint8_t> scratch_;  // eight bytes per pixel
@@ -63,7 +63,7 @@ class NuvImgChainLines {
   Buffer<int32_t> point_x_;
   Buffer<int32_t> point_y_;
 
-  // By the number of lines.
+  // Memory by the number of lines.
   int32_t capacity_lines_ = 0;
   Buffer<Piece> pieces_;
   Buffer<Run> runs_;

@@ -1,7 +1,7 @@
 // Lines cut to an image or to a rectangle.
 //
-// The three image clippers differ in method, and in what they do at corners and at the last column: each is
-// defined by its method.
+// Each of the three image clippers is defined by its method. They differ at corners and at the last column,
+// so that they share no machine.
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ struct Crossing {
   double y;
 };
 
-// Finds the first value among first, first + step, ... last for which accept() holds.
+// Calls accept(i) for i = first, first + step, ... last until it holds. Returns whether it did.
 template <class Accept>
 bool find_from(int32_t first, int32_t last, int32_t step, Accept accept) {
   for (int32_t i = first; i != last + step; i += step) {
@@ -29,7 +29,7 @@ bool find_from(int32_t first, int32_t last, int32_t step, Accept accept) {
   return false;
 }
 
-// Looks for a point from both ends of an axis of size values.
+// Searches an axis of size values from both ends.
 template <class Point1, class Point2>
 bool find_from_both_ends(int32_t size, Point1 point1, Point2 point2) {
   if (size <= 0) return false;
@@ -38,7 +38,7 @@ bool find_from_both_ends(int32_t size, Point1 point1, Point2 point2) {
   return found1 && found2;
 }
 
-// The points of a Hough line on the borders of an image, in the order in which they are tried.
+// The points of a Hough line on the borders of an image, in the order in which the borders are tried.
 struct BorderPoints {
   int32_t* x;
   int32_t* y;
@@ -137,8 +137,9 @@ bool NuvHoughLineImgBoundary(int32_t width, int32_t height, int32_t Thro, int32_
   }
   if (points.count == 2) return true;
 
-  // A first point is taken from either row. A second one is taken only from a row that entry 1 does not
-  // name, and entry 1 is still 0: never from the top, always from the bottom of an image of two rows or more.
+  // A first point is taken from either row. A second point is taken only from a row other than pY[1], which
+  // is still 0. The top row therefore never gives a second point, and the bottom row always can in an image
+  // of two rows or more.
   const int32_t top = truncated((Thro - 0 * s) / c);
   if (top >= 0 && top < width && (points.count == 0 || pY[1] != 0)) points.add(top, 0);
   const int32_t bottom = truncated((Thro - (height - 1) * s) / c);

@@ -11,7 +11,7 @@
 namespace nuv {
 namespace {
 
-// What the samples at the two sides of a line sum up to.
+// Sums over the pairs of samples at the two sides of a line.
 class SideBySide {
  public:
   void add(uint8_t gray1, uint8_t gray2) {
@@ -31,7 +31,7 @@ class SideBySide {
 
  private:
   // The mean difference without the lowest and the highest quarter. The bins in which the quarters end stay
-  // in whole.
+  // whole.
   int32_t trimmed_mean() const {
     const int32_t quarter = count_ / 4;
     int32_t low = 0;
@@ -64,7 +64,8 @@ int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t height, int3
   const GrayImage image{pGryImg, width, height};
   const Region columns = Region{x1, x2, 0, height - 1}.clamped_to(width, height);
   const AbcLine line{A, B, C};
-  // The same shift serves steep lines, where it is large: few of their pixels have both samples in range.
+  // Steep lines use the same shift. It is large for them, so that few of their pixels have both samples in
+  // range.
   const int32_t shift = truncated(-(A / B) * dist);
   const Point offset = line.by_rows() ? Point{dist, -shift} : Point{shift, -dist};
 

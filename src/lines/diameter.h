@@ -1,7 +1,7 @@
 // The two points of a set that are farthest apart.
 //
-// Both are corners of the convex hull, and antipodal: parallel lines through them have the hull between them.
-// Calipers that turn round the hull meet all such pairs.
+// Both are corners of the convex hull, and they are antipodal: the hull lies between two parallel lines
+// through them. Calipers that rotate around the hull visit all antipodal pairs.
 
 #ifndef NUV_LINES_DIAMETER_H
 #define NUV_LINES_DIAMETER_H
@@ -13,7 +13,7 @@
 
 namespace nuv {
 
-// Places in the list, the lower one first.
+// The indices of two points, the lower one first.
 struct PointPair {
   int32_t i;
   int32_t j;
@@ -24,14 +24,14 @@ class Diameter {
  public:
   Diameter(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y) {
     const auto count = static_cast<std::size_t>(n);
-    // The hull's lower side from the left, then its upper side from the right.
+    // hull_ takes the lower side from the left, then the upper side from the right.
     order_ = allocate<int32_t>(count);
     hull_ = allocate<int32_t>(2 * count);
     if (allocated()) build_hull(n);
   }
   bool allocated() const { return order_ != nullptr && hull_ != nullptr; }
 
-  // Among pairs of equal distance, the first in the order of i and then j. A distance of 0 if all points are one.
+  // Ties go to the lowest i, then to the lowest j. The distance is 0 if all points coincide.
   PointPair find() const {
     PointPair best{0, 0, 0};
     const auto offer = [&](int32_t a, int32_t b) {
@@ -49,7 +49,7 @@ class Diameter {
       while (height(far + 1) > height(far)) ++far;
       offer(edge, far);
       offer(edge + 1, far);
-      // An edge parallel to this one has both its ends on the other line.
+      // If the edge opposite is parallel to this one, both its ends lie on the other line.
       if (height(far + 1) == height(far)) {
         offer(edge, far + 1);
         offer(edge + 1, far + 1);
@@ -65,7 +65,7 @@ class Diameter {
     const int64_t dy = static_cast<int64_t>(y_[i]) - y_[j];
     return dx * dx + dy * dy;
   }
-  // Twice the area of a triangle, positive if it goes round like the hull.
+  // Twice the area of a triangle, positive if its corners turn in the direction of the hull.
   int64_t turn(int32_t a, int32_t b, int32_t c) const {
     return (static_cast<int64_t>(x_[b]) - x_[a]) * (static_cast<int64_t>(y_[c]) - y_[a]) -
            (static_cast<int64_t>(y_[b]) - y_[a]) * (static_cast<int64_t>(x_[c]) - x_[a]);
@@ -78,7 +78,7 @@ class Diameter {
       if (x_[a] != x_[b]) return x_[a] < x_[b];
       return y_[a] != y_[b] ? y_[a] < y_[b] : a < b;
     });
-    // Of points in one place, the first in the list.
+    // Only the first of several points in one place stays.
     int32_t* const last = std::unique(
         order_.get(), end, [this](int32_t a, int32_t b) { return x_[a] == x_[b] && y_[a] == y_[b]; });
     const auto add = [this](int32_t first, int32_t point) {
@@ -90,7 +90,7 @@ class Diameter {
     for (const int32_t* p = order_.get(); p != last; ++p) add(0, *p);
     const int32_t lower = corners_ - 1;
     for (const int32_t* p = last - 1; p != order_.get();) add(lower, *--p);
-    if (corners_ > 1) --corners_;  // back at the first
+    if (corners_ > 1) --corners_;  // the last corner repeats the first
   }
 
   const int32_t* x_;

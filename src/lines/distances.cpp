@@ -30,7 +30,7 @@ Range common(Range first, Range second) {
   return {std::max(first.low, second.low), std::min(first.high, second.high)};
 }
 
-// The number of values in a range, 0 where its ends are out of order.
+// The number of values in a range, 0 if its ends are out of order.
 int32_t size_of(Range range) {
   return range.low > range.high ? 0 : range.high - range.low + 1;
 }

@@ -1,15 +1,17 @@
 // An exchange sort in n log n.
 //
-// Results depend on how the exchanges order points of equal y, so that order is computed. Round i of the
-// exchanges carries a point along the places after i: where it meets a smaller one, it stays there and that
-// one is carried on; the last one carried goes to place i. For the points of one y, their class, a round has
-// this effect: of the members before the first smaller point, the first moves behind the others, and that
-// smaller point disappears from before the rest. So the members queue up: each smaller point turns the queue
-// by one, and what follows it joins the queue's end.
+// Results depend on the order in which the exchanges leave points of equal y, so this order is computed.
 //
-// The turns are undone from the last to the first. A class's places in the result are free slots on a ring;
-// each undone turn moves the start of the ring, and each member, the last one first, takes the free slot
-// before the start. A tree of sums finds a free slot by its rank, and counts the smaller points before a
+// Round i of the exchanges carries the point at place i along the places after it. Where the carried point
+// meets a smaller one, it is put down, and the smaller one is carried on. The point carried last goes to
+// place i. The points of one y form a class. A round acts on the members of a class that stand before the
+// first smaller point: the first of them moves after the others. That smaller point then no longer stands
+// before the rest of the class. The members thus form a queue. Each smaller point turns the queue by one, and
+// the members that follow it join the end of the queue.
+//
+// The turns are undone from the last to the first. The places of a class in the result are free slots on a
+// ring. Each turn that is undone moves the start of the ring. Each member, the last one first, takes the free
+// slot before the start. A tree of sums finds a free slot by its rank, and counts the smaller points before a
 // member.
 
 #include "lines/exchange_sort.h"
@@ -22,7 +24,7 @@
 namespace nuv {
 namespace {
 
-// Up to here the exchanges themselves are as fast.
+// Up to this number of points the exchanges themselves are as fast.
 constexpr int32_t kFew = 32;
 
 void exchange(int32_t* x, int32_t* y, int32_t n) {
@@ -53,7 +55,7 @@ class CountTree {
     for (int32_t i = place; i > 0; i -= i & -i) sum += nodes_[i];
     return sum;
   }
-  // The first place with more than rank counts up to and with it.
+  // The first place at which the sum of the counts, its own included, exceeds rank.
   int32_t place_of(int32_t rank) const {
     int64_t step = 1;
     while (2 * step <= size_) step *= 2;
@@ -79,7 +81,7 @@ struct Member {
   int32_t smaller_before;  // smaller points at places before
 };
 
-// Writes the x of a class in the order of the result; smaller is the number of all smaller points.
+// Writes the x of a class in the order of the result. smaller is the number of all smaller points.
 void order_class(const Member* members, int32_t n, int32_t smaller, CountTree& free_slots, int32_t* x) {
   free_slots.fill(n, true);
   int32_t start = 0;  // the rank of the queue's head among the free slots
@@ -113,8 +115,8 @@ void exchange_sort_by_y(int32_t* x, int32_t* y, int32_t n) {
   for (int32_t i = 0; i < n; ++i) first[i] = {y[i], i, x[i], 0};
   std::sort(first, first + n,
             [](const Member& a, const Member& b) { return a.y != b.y ? a.y < b.y : a.place < b.place; });
-  // Until all counts are known, class_starts holds, for each place, where its class starts in the sorted order,
-  // and smaller_before the member's place there.
+  // class_starts holds, for each place before the sort, where the class of its point starts in the sorted
+  // order. The next loop replaces each entry by the number of smaller points at places before it.
   int32_t start = 0;
   for (int32_t i = 0; i < n; ++i) {
     if (first[i].y != first[start].y) start = i;

@@ -7,8 +7,8 @@
 
 namespace nuv {
 
-// Sorts n points by y. Points of equal y come in the order in which exchanges leave them: for each place i and
-// each place j after it, the points at i and j change places where y[j] < y[i].
+// Sorts n points by y. Points of equal y come in the order in which an exchange sort leaves them: for each
+// place i, and for each place j after it, the points at i and j are exchanged if y[j] < y[i].
 void exchange_sort_by_y(int32_t* x, int32_t* y, int32_t n);
 
 }  // namespace nuv

@@ -1,12 +1,13 @@
 // Searches for the farthest point.
 //
-// A search scans its stretch. Where stretches are split so unevenly that the scans add up, a tree over the
-// points takes over. Its leaves are blocks of points, and each node has two chains: the convex hull of its
-// points toward greater x and toward smaller x, in the order of y. The signed distance from a chord is a linear
-// function, whose extremes over a node lie on its chains and are found there by halving.
+// A search scans its stretch. If stretches are split unevenly, the scans add up to a quadratic time, and a tree
+// over the points replaces them. The leaves of the tree are blocks of points. Each node has two chains, the
+// convex hull of its points toward greater x and toward smaller x, in the order of y. The signed distance from
+// a chord is a linear function. Its extremes over a node lie on the chains of the node and are found there by
+// bisection.
 //
-// The tree works in integers. As long as coordinates are small, the numerators of all distances are exact and
-// the quotients keep their order, so that both ways find the same point.
+// The tree computes in integers. For small coordinates the numerators of all distances are exact and their
+// quotients keep the order, so that scan and tree find the same point.
 
 #include "lines/farthest_points.h"
 
@@ -19,7 +20,7 @@ namespace nuv {
 namespace {
 
 constexpr int32_t kBlock = 32;
-// Scans may cost so many times the number of points before the tree is built.
+// The tree is built when the scans have visited more than this many times the number of points.
 constexpr int32_t kScansBeforeTree = 32;
 constexpr int32_t kGreatestCoordinate = 1 << 20;
 constexpr double kNoDistance = -10.0;
@@ -31,7 +32,7 @@ int64_t toward(int32_t side, int32_t x) {
 
 }  // namespace
 
-// The numerator of the distance from a chord, with its sign, and the chord's ends.
+// A chord, as the linear function that gives the numerator of the signed distance from it.
 struct FarthestPoints::Chord {
   int64_t dx;
   int64_t dy;  // 0 or more
@@ -44,7 +45,7 @@ struct FarthestPoints::Best {
   int64_t value = -1;
   int32_t level = 0;
   int32_t node = 0;
-  int32_t place = -1;  // a single point where it is not negative
+  int32_t place = -1;  // the point, if a single point is the best; -1 if a whole node is
 };
 
 FarthestPoints::Found FarthestPoints::search(int32_t low, int32_t high) {
@@ -75,8 +76,8 @@ FarthestPoints::Found FarthestPoints::scan(int32_t low, int32_t high) const {
 
 // ---- the tree ----
 //
-// Level 0 has a node for each block, and each level above has half as many. A chain lies in its level's array
-// from the place of the node's first point on.
+// Level 0 has a node for each block, and each level above has half as many. Each level has one array per side
+// for its chains. A chain starts at the place of the first point of its node.
 
 int32_t FarthestPoints::first_of(int32_t level, int32_t node) const {
   return static_cast<int32_t>(std::min((int64_t{node} * kBlock) << level, int64_t{n_}));
@@ -118,12 +119,12 @@ void FarthestPoints::build_chain(int32_t level, int32_t node) {
     int32_t length = 0;
     const auto add = [&](int32_t p) {
       const int64_t x = toward(side, x_[p]);
-      // Of points of equal y the outermost counts.
+      // Only the outermost of several points of equal y stays.
       if (length > 0 && y_[chain[length - 1]] == y_[p]) {
         if (toward(side, x_[chain[length - 1]]) >= x) return;
         --length;
       }
-      // A point that does not lie outside the line from the one before it to the new one is no corner.
+      // A point is a corner only if it lies outside the line from the point before it to the new point.
       const auto is_corner = [&](int32_t before, int32_t between) {
         const int64_t bx = toward(side, x_[before]);
         const int64_t mx = toward(side, x_[between]);
@@ -170,7 +171,7 @@ int64_t FarthestPoints::greatest_in(int32_t level, int32_t node, const Chord& ch
   return greatest;
 }
 
-// Takes the points from first on, and before behind, that lie in the node into the best.
+// Updates best with the points first..behind - 1 that lie in the node.
 void FarthestPoints::search_node(int32_t level, int32_t node, int32_t first, int32_t behind,
                                  const Chord& chord, Best& best) const {
   const int32_t node_first = first_of(level, node);
@@ -190,7 +191,7 @@ void FarthestPoints::search_node(int32_t level, int32_t node, int32_t first, int
   }
 }
 
-// The first point of a node with a value that some point there has.
+// The first point of a node with that value. Some point of the node must have it.
 int32_t FarthestPoints::first_with(int64_t value, int32_t level, int32_t node, const Chord& chord) const {
   while (level > 0) {
     --level;

@@ -9,7 +9,7 @@
 
 namespace nuv {
 
-// Points in the order of their y, which must outlive the searches.
+// Searches among points that are sorted by y. The points must outlive the searches.
 class FarthestPoints {
  public:
   FarthestPoints(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y), n_(n) {}
@@ -18,8 +18,8 @@ class FarthestPoints {
     int32_t place;
     double distance;
   };
-  // Of the points after low and before high, the first of those farthest from the chord from low to high; high
-  // itself and a distance below 0 where no point has a distance.
+  // The point between places low and high that is farthest from the chord of these two. Ties go to the first.
+  // If no point has a distance, the place is high and the distance is negative.
   Found search(int32_t low, int32_t high);
 
  private:

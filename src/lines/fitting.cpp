@@ -1,7 +1,7 @@
 // Line fitting: one least-squares step for all exports.
 //
-// The exports differ in where the points come from, in the type of the coordinate sums, and in what follows
-// the first fit.
+// The exports differ in the source of the points, in the type of the coordinate sums, and in what follows the
+// first fit.
 
 #include <cmath>
 #include <type_traits>
@@ -19,7 +19,7 @@ struct Fit {
   double b;
   double angle;
 
-  // Along the minor axis.
+  // The residual along the minor axis.
   double residual(Point p) const {
     return std::fabs(is_vertical == 0 ? p.x * k - p.y + b : p.x - p.y * k - b);
   }
@@ -72,7 +72,7 @@ Fit fit_line(ForPoints for_points) {
   return fit;
 }
 
-// The points of two arrays, those for which keep(i) holds.
+// The points of two arrays at the places i for which keep(i) holds.
 template <class Keep>
 auto points_where(const int32_t* x, const int32_t* y, int32_t n, Keep keep) {
   return [=](auto visit) {
@@ -100,8 +100,8 @@ Misfit misfit_of(const Fit& fit, int32_t n, ForPoints for_points) {
     if (r > greatest) greatest = r;
     sum_of_squares += r * r;
   });
-  // The divisor under the root is the norm, not its square: near, but not equal to, the root mean square
-  // distance.
+  // The divisor under the root is the norm, not its square. The result is therefore near the root mean square
+  // distance, but not equal to it.
   return {std::sqrt(sum_of_squares / (fit.norm() * n)), greatest / fit.norm()};
 }
 
@@ -145,7 +145,7 @@ bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, in
   const Fit first = fit_line<int32_t>(all_points(pX, pY, N));
   first.store_to(pIsVertical, pK, pB, pAngle);
 
-  // The gate is open to every point with a finite residual: one side or the other suffices.
+  // A point passes if one of the two comparisons holds. Every finite residual therefore passes.
   const double gate = first.norm();
   int32_t kept = 0;
   for (int32_t i = 0; i < N; ++i) {

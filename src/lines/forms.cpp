@@ -9,11 +9,11 @@
 namespace nuv {
 namespace {
 
-// The pi of the conversion from two points to Hough form, coarser than elsewhere: detectors compare Thetas
-// that come from here with each other, and their values are the contract.
+// The conversion from two points to Hough form has a coarser pi than the rest of the library. Its results are
+// defined with it.
 constexpr double kCoarsePi = 3.14;
 
-// The mean of some positions, as double; not a number without any.
+// The mean position of some points; not a number if there are none.
 class Centroid {
  public:
   void add(Point p) {

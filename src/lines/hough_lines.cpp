@@ -1,10 +1,12 @@
 // The Hough line detector.
 //
-// A point votes, in the row of each Theta, 2 for its Thro and 1 for each of the two beside it. As the votes
-// of a row stay in it, that is the same as single votes, weighted 1-2-1 once all are in: a third of the work.
+// In the row of each Theta, a point votes 2 for its Thro and 1 for each of the two cells beside it. Votes
+// stay in their row. Single votes, weighted 1-2-1 along the row at the end, therefore give the same counts
+// for a third of the work.
 //
-// Rows are voted one after the other, so that the cells in use stay near. Later lines are found in the same
-// accumulator, with windows around the peaks taken before left out.
+// If all points vote for the same Thetas, they vote in one row before the next, so that the cells in use stay
+// in the cache. Further lines are found in the same accumulator. That search leaves out windows around the
+// peaks already taken.
 
 #include "lines/hough_lines.h"
 
@@ -20,12 +22,13 @@
 namespace nuv {
 namespace {
 
-constexpr int32_t kScaleBits = 10;  // of the tables
-constexpr int32_t kLeastCount = 3;  // two points in cells side by side
+constexpr int32_t kScaleBits = 10;  // fractional bits of the tables
+constexpr int32_t kLeastCount = 3;  // the count of two points in cells side by side
 // One row per Theta, and some to spare.
 constexpr int32_t kCapacityRows = 186;
 
-// The places of the votes of n points in a row; those outside it, where products wrap, go to its end.
+// The places of the votes of n points in a row. If a place lies outside the row, because a product wrapped,
+// it becomes the place after the row.
 NUV_ROW_KERNEL void vote_places(const int32_t* x, const int32_t* y, int32_t cosine, int32_t sine,
                                 int32_t n_thro, int32_t* NUV_RESTRICT places, std::ptrdiff_t n) {
   const int32_t middle = n_thro / 2;
@@ -69,7 +72,7 @@ void shift(HoughPoints points, int32_t dx, int32_t dy) {
   }
 }
 
-// The number of places from one to another, squared.
+// The number of places in from..to, squared.
 double squared_span(int32_t from, int32_t to) {
   const double span = static_cast<double>(to) - from + 1;
   return span * span;
@@ -92,7 +95,7 @@ bool NuvHoughLines::initialize(int32_t width, int32_t height) {
     const double y = static_cast<double>(size_y);
     accumulator_size_ = static_cast<int64_t>(std::sqrt(y * y + x * x) + 6.0) * kCapacityRows;
     accumulator_.reset();
-    // A place behind takes the votes that fit nowhere.
+    // One more cell, because a vote outside the last row is cast after it.
     accumulator_ = allocate<int32_t>(static_cast<uint64_t>(accumulator_size_) + 1);
     capacity_area_ = accumulator_ ? size_x * size_y : 0;
     if (!accumulator_) accumulator_size_ = 0;
@@ -107,7 +110,7 @@ int32_t* NuvHoughLines::row_of(const Space& space, int32_t theta) {
   return accumulator_.get() + static_cast<std::ptrdiff_t>(theta - space.theta_base) * space.n_thro;
 }
 
-// All points in the row of one Theta.
+// Casts the votes of all points in the row of one Theta. Votes outside the row are undone at its end.
 void NuvHoughLines::vote_row(HoughPoints points, const Space& space, int32_t theta) {
   if (theta < 0 || theta >= kThetas) return;
   constexpr int32_t kBlock = 512;
@@ -124,7 +127,7 @@ void NuvHoughLines::vote_row(HoughPoints points, const Space& space, int32_t the
   row[space.n_thro] = behind;
 }
 
-// Transforms with the votes that vote(points, space) casts, box being that of the points.
+// Runs a transform. vote(points, space) casts the votes, and box is the bounding box of the points.
 template <class Vote>
 int32_t NuvHoughLines::transform(HoughPoints points, Region box, int32_t theta_base, int64_t n_theta,
                                  Vote vote) {
@@ -132,7 +135,7 @@ int32_t NuvHoughLines::transform(HoughPoints points, Region box, int32_t theta_b
   shift(points, -centre.x, -centre.y);
   const int64_t n_thro =
       static_cast<int64_t>(std::sqrt(squared_span(box.y1, box.y2) + squared_span(box.x1, box.x2))) + 5;
-  // The points stay moved: what a refused host gets back is defined, too.
+  // The header states that the points stay moved in this case.
   if (n_theta > 0 && n_thro > accumulator_size_ / n_theta) return 0;
 
   Peak peak{0, 0, 0};
@@ -159,7 +162,7 @@ int32_t NuvHoughLines::transform(HoughPoints points, int32_t theta1, int32_t the
 }
 
 int32_t NuvHoughLines::transform(HoughPoints points, const bool* theta_mask) {
-  // A call without points leaves the peaks of the last one.
+  // Such a call keeps the peaks of the last transform.
   if (points.n < 2) return 0;
   peak_count_ = 0;
   const bool* end = theta_mask + kThetas;
@@ -212,7 +215,7 @@ int32_t NuvHoughLines::transform(HoughPoints points, const int32_t* thetas, cons
 
 // ---- peaks ----
 
-// The first of the greatest counts that refuse(Peak) lets pass.
+// The first cell with the greatest count among those that refuse(cell) does not reject.
 template <class Refuse>
 NuvHoughLines::Peak NuvHoughLines::strongest(const Space& space, Refuse refuse) const {
   Peak best{0, 0, 0};
@@ -227,7 +230,7 @@ NuvHoughLines::Peak NuvHoughLines::strongest(const Space& space, Refuse refuse) 
   return best;
 }
 
-// Returns the strength of the peak.
+// Takes a peak as the line found, and returns its strength.
 int32_t NuvHoughLines::take(const Peak& peak) {
   peaks_[static_cast<std::size_t>(peak_count_++)] = peak;
   const int32_t thro = peak.column - space_.n_thro / 2;
@@ -250,7 +253,7 @@ namespace {
 
 NuvHoughLines hough_lines;
 
-// Where a host wants its line.
+// Where a call writes its line.
 struct Outputs {
   double* a;
   double* b;

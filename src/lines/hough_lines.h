@@ -11,9 +11,9 @@
 
 namespace nuv {
 
-constexpr int32_t kThetas = 181;  // of the tables: 0 to 180 degrees
+constexpr int32_t kThetas = 181;  // entries of the tables: 0 to 180 degrees
 
-// A line as hosts get it, in both forms.
+// A line in ABC and in Hough form.
 struct HoughLine {
   double a = 0.0;
   double b = 0.0;
@@ -22,7 +22,7 @@ struct HoughLine {
   int32_t theta = 0;
 };
 
-// The points of a transform, in the host's arrays. They are moved to the frame of their centre while it runs.
+// The points of a transform, in the host's arrays. During the transform they are relative to their centre.
 struct HoughPoints {
   int32_t* x;
   int32_t* y;
@@ -40,7 +40,7 @@ class NuvHoughLines {
   int32_t transform(HoughPoints points, int32_t theta1, int32_t theta2);
   int32_t transform(HoughPoints points, const bool* theta_mask);
   int32_t transform(HoughPoints points, const int32_t* thetas, const bool* excluded, int32_t d_theta);
-  // The strongest line beside those taken.
+  // The strongest line apart from those already taken.
   int32_t next(int32_t d_thro, int32_t d_theta);
 
   bool is_searching() const { return peak_count_ > 0 && peak_count_ < kMaxPeaks; }
@@ -79,7 +79,7 @@ class NuvHoughLines {
   int64_t accumulator_size_ = 0;
   Buffer<int32_t> accumulator_;
 
-  // Of the last transform that found a line.
+  // The state of the last transform that found a line.
   Space space_{};
   std::array<Peak, kMaxPeaks> peaks_;
   int32_t peak_count_ = 0;

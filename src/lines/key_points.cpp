@@ -1,5 +1,4 @@
-// Few points that tell much: of a curve those that keep its shape, of a contour the corners of a
-// quadrilateral.
+// Key points: the points that keep the shape of a curve, and the corners of a quadrilateral for a contour.
 
 #include <algorithm>
 #include <cstdint>
@@ -26,26 +25,26 @@ struct Points {
 struct Stretch {
   int32_t low;
   int32_t high;
-  int32_t number;  // in the order in which stretches come to be
+  int32_t number;  // in the order in which stretches are formed
   FarthestPoints::Found farthest;
 };
 
-// In a heap the greatest distance comes first, and of equal ones the first stretch.
+// The order of the heap: the greatest distance comes first. Ties go to the stretch with the lowest number.
 bool comes_later(const Stretch& a, const Stretch& b) {
   if (a.farthest.distance != b.farthest.distance) return a.farthest.distance < b.farthest.distance;
   return a.number > b.number;
 }
 
 Stretch stretch_of(FarthestPoints& points, int32_t low, int32_t high, int32_t number) {
-  // Without inner points the end stands in, as if it lay on the chord.
+  // A stretch without inner points has its end as its farthest point, at distance 0.
   if (high - low < 2) return {low, high, number, {high, 0.0}};
   return {low, high, number, points.search(low, high)};
 }
 
 // ---- the farthest pair ----
 
-// The pair of the greatest squared distance, in 32 bits that wrap, from 1 on; the first one in the order of i
-// and then j.
+// The pair with the greatest squared distance, which is 32-bit and wraps. Ties go to the lowest i, then to
+// the lowest j. The distance is 0 if no pair has a positive one.
 PointPair farthest_of_all_pairs(Points points, int32_t n) {
   PointPair best{0, 0, 0};
   for (int32_t i = 0; i < n; ++i) {
@@ -62,7 +61,7 @@ PointPair farthest_of_all_pairs(Points points, int32_t n) {
 PointPair farthest_apart(Points points, int32_t n) {
   constexpr int32_t kFewPoints = 32;
   if (n <= kFewPoints) return farthest_of_all_pairs(points, n);
-  // Differences of this size keep squared distances in 32 bits, and the areas of the hull in 64.
+  // Up to this difference of coordinates, squared distances fit 32 bits, and areas of the hull fit 64.
   constexpr int64_t kSide = 32767;
   const auto [x1, x2] = std::minmax_element(points.x, points.x + n);
   const auto [y1, y2] = std::minmax_element(points.y, points.y + n);
@@ -98,7 +97,7 @@ int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M, int32_t
   Stretch* const first = stretches.get();
   first[0] = stretch_of(points, 0, N - 1, 0);
   for (int32_t j = 1; j <= M - 2; ++j) {
-    // A stretch whose ends coincide has no distance, and is taken only for want of others.
+    // A stretch whose ends coincide has a negative distance, so it is split only if there is no other.
     std::pop_heap(first, first + j, comes_later);
     const Stretch best = first[j - 1];
     const int32_t split = best.farthest.place;
@@ -119,7 +118,7 @@ bool NuvContour2Poly4(int32_t* pX, int32_t* pY, int32_t N, int32_t* pPolyX, int3
   const int32_t end1 = ends.i;
   const int32_t end2 = ends.j;
 
-  // Where a side has no point, its corner is halfway along the contour.
+  // If a side has no point, its corner is halfway along the contour.
   int32_t corners[4] = {end1, (end1 + end2) / 2, end2, (N - 1 + end2) / 2};
   double farthest_on_side1 = 0.0;
   double farthest_on_side2 = 0.0;

@@ -36,8 +36,8 @@ void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, 
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
   int32_t equal = 0;
   int32_t visited = 0;
-  // Single precision can step past an end, by one row upwards in images of ordinary size. In larger ones it
-  // steps farther, and out of an image whose height is not known.
+  // In single precision the walk can pass an end of the line: by one row upwards in images of ordinary size,
+  // and by more in larger ones. The height of the image is not known, so rows farther out are skipped.
   const int32_t first = std::max(std::min(y1, y2) - 1, 0);
   const int32_t last = std::max(y1, y2);
   walk_connected({x1, y1}, {x2, y2}, [&](int32_t x, int32_t y) {
