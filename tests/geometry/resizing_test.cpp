@@ -23,7 +23,7 @@ struct Source {
   }
 };
 
-// The image with byte(x, y, c) everywhere.
+// The image whose bytes are byte(x, y, c).
 template <class Byte>
 Bytes image_of(int32_t width, int32_t height, int32_t channels, Byte byte) {
   Bytes result;
@@ -92,12 +92,14 @@ TEST(Shrinking, OfFixedFactorsEqualsThatOfAnyFactor) {
 }
 
 TEST(Shrinking, TakesMediansOfCells) {
-  // Ten columns as four: cells of three, and one of the column left. The median leans upwards.
+  // Ten columns become four cells: three of three columns, and one of the last column. The median of each is
+  // one above its middle value.
   TestImage row = draw({"1234567899"});
   Bytes medians(4);
   NuvShrinkGryImgByMedian(row.data(), 10, 1, medians.data(), 4, 1);
   EXPECT_EQ(medians, (Bytes{3, 6, 9, 10}));
-  // Four columns as three leave nothing for the last cells, three rows as two nothing for the last row.
+  // Four columns become three cells of two columns, and three rows become two cells of three rows. Nothing is
+  // left for the last column and row of cells.
   TestImage image = draw({"1155", "1155", "1155"});
   Bytes cells(6, 77);
   NuvShrinkGryImgByMedian(image.data(), 4, 3, cells.data(), 3, 2);
@@ -120,7 +122,7 @@ int32_t plain_sample(const Source& p, int32_t x, int32_t y, int32_t c) {
 TEST(Resizing, EqualsThePlainForm) {
   Random random(101);
   for (int round = 0; round < 300; ++round) {
-    // Some results of several strips.
+    // Some results have several strips.
     const int32_t wide = round % 50 < 2 ? 2000 : 60;
     const int32_t columns = random.between(1, wide);
     const int32_t rows = random.between(1, 60);

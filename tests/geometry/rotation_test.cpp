@@ -78,7 +78,7 @@ TEST(TurnedRectangle, EqualsThePlainForm) {
       if (xi < 0 || xi >= width - form.left_out || yi < 0 || yi >= height - form.left_out) {
         outside = true;
       } else {
-        // Pixels follow each other as in memory, and the last row is repeated.
+        // Pixels follow each other as in memory, and the last row is repeated after the image.
         const auto pixel = [&](int32_t place) -> int32_t {
           while (place >= width * height) place -= width;
           return source[static_cast<std::size_t>(place * channels + i % channels)];

@@ -12,7 +12,7 @@ using Bytes = std::vector<uint8_t>;
 
 // ---- flips and turns ----
 
-// The image that has pixel(x, y) of the source at place(x, y).
+// The image that has pixel (x, y) of the source at index place(x, y).
 template <class Place>
 Bytes moved(const Bytes& source, int32_t width, int32_t height, int32_t pixel_bytes, Place place) {
   Bytes result(source.size());
@@ -101,8 +101,6 @@ TEST(ShiftPerRow, EqualsThePlainForm) {
   }
 }
 
-// ---- shifts of images ----
-
 // ---- alignment ----
 
 using Aligned = std::array<int32_t, 3>;  // mean, dx, dy
@@ -131,7 +129,7 @@ TEST(Alignment, EqualsTheWholeSearch) {
     const int32_t height = random.between(1, 60);
     Bytes first = random.bytes(static_cast<std::size_t>(width * height * (rgb ? 3 : 1)));
     Bytes second = random.bytes(first.size());
-    // Few levels: many shifts are equally good.
+    // With few levels, many shifts are equally good.
     if (round % 3 == 0) {
       for (uint8_t& v : first) v = static_cast<uint8_t>(v / 128);
       for (uint8_t& v : second) v = static_cast<uint8_t>(v / 96);

@@ -15,7 +15,7 @@ constexpr int32_t kSize = 100;
 
 constexpr std::pair<int32_t, int32_t> kCorners[] = {{20, 10}, {85, 30}, {70, 88}, {12, 70}};
 
-// Bright on a dark ground.
+// A quadrilateral with the corners kCorners, bright on a dark ground.
 TestImage quadrilateral() {
   TestImage image(kSize, kSize, 200);
   for (int32_t y = 0; y < kSize; ++y) {
@@ -49,7 +49,7 @@ std::vector<TAVI_LINE_SEGMENT> segments_of(TestImage& image, int32_t threshold, 
   return {segments, segments + n};
 }
 
-// Whether some segment runs along the way from one point to another, covering most of it.
+// Whether some segment lies on the line from one point to another and covers most of it.
 bool covers(const std::vector<TAVI_LINE_SEGMENT>& segments, std::pair<int32_t, int32_t> from,
             std::pair<int32_t, int32_t> to) {
   const double length = NuvDistBetweenPoint12(from.first, from.second, to.first, to.second);

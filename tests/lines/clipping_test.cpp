@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using Ends = std::array<int32_t, 4>;  // x1, y1, x2, y2
 constexpr Ends kUntouched = {-9, -9, -9, -9};
 
-// A line by its three numbers, and what is found of it in 100 by 50 pixels.
+// A line by its three numbers, and the ends of its part in 100 by 50 pixels.
 struct Case {
   double first, second, third;
   bool found;
@@ -54,10 +54,10 @@ TEST(HoughLineInImage, TriesTheBordersInTheirOrder) {
     bool found;
     Ends ends;
   } cases[] = {
-      {500, 90, true, {0, 500, 99, 500}},                                   // the image is not asked
+      {500, 90, true, {0, 500, 99, 500}},                                   // outside the image, too
       {-7, 0, true, {-7, 0, -7, 49}},     {30, 80, true, {0, 30, 99, 13}},  // left and right
       {10, 150, true, {0, 19, 16, 49}},                                     // left, at 19.99, and bottom
-      {30, 60, false, {0, 34, 0, 0}},   // left and top: the top is not taken second
+      {30, 60, false, {0, 34, 0, 0}},   // left and top: the top is never second
       {60, 10, true, {60, 0, 52, 49}},  // top and bottom
       {-90, 60, false, {0, 0, 0, 0}},
   };

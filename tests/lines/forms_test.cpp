@@ -16,7 +16,7 @@ struct Kb {
   double b = 0;
 };
 
-// Lines through random points: both forms pass the points, and the way back gives the same line.
+// In both forms a line through two random points contains them, and converting back gives the same line.
 TEST(KbForm, ThereAndBackOverAbc) {
   Random random(17);
   for (int i = 0; i < 2000; ++i) {
@@ -96,7 +96,7 @@ TEST(HoughForm, OfAChain) {
 }
 
 TEST(Intersection, OfKbLinesForAllFlags) {
-  // y = x/2 + 1 and x = y/4 + 6, which meet in (50/7, 32/7), each also in its other form.
+  // y = x/2 + 1 and x = y/4 + 6, each in both forms. They meet at (50/7, 32/7).
   const Kb first[] = {{0, 0.5, 1}, {1, 2, -2}};
   const Kb second[] = {{1, 0.25, 6}, {0, 4, -24}};
   for (const Kb& l : first) {

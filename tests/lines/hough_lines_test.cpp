@@ -19,7 +19,7 @@ struct Points {
   int32_t n() const { return static_cast<int32_t>(x.size()); }
 };
 
-// Points of row 20 and of column 130.
+// Points in row 20 and in column 130.
 Points row_and_column(int32_t in_row, int32_t in_column) {
   Points p;
   for (int32_t i = 0; i < in_row; ++i) {
@@ -67,7 +67,7 @@ TEST(HoughLines, ComeByTheNumberOfTheirPoints) {
   expect_line(strongest(p, 0, 180), 20, 20, 90);
   EXPECT_EQ(p.x, before.x);
   EXPECT_EQ(p.y, before.y);
-  expect_line(next(5, 5), 12, -130, 0);  // the sign of vertical lines
+  expect_line(next(5, 5), 12, -130, 0);  // a vertical line right of column 0 has a negative Thro
   const Line again = next(0, 0);
   expect_line(again, 20, 20, 90);
 
@@ -89,8 +89,8 @@ TEST(HoughLines, GetAVoteFromPointsBesideThem) {
   ASSERT_TRUE(NuvHoughLines_Initialize(250, 200));
   Points p = row_and_column(10, 0);
   for (std::size_t i = 0; i < 10; i += 2) p.y[i] = 22;
-  // Around row 21, with a sine that is a little short of 1, row 20 has Thro -1 and row 22 has 0. Both get
-  // five times 2 votes and five times 1; of equals the lowest Thro is the line.
+  // Thro counts from row 21, and the sine is a little below 1: row 20 has Thro -1, and row 22 has 0. Both get
+  // five times 2 votes and five times 1. Ties go to the lowest Thro.
   expect_line(strongest(p, 90, 91), 7, 20, 90);
   EXPECT_EQ(next(1, 1)[4], 21);
   Points apart{{0, 50}, {0, 0}};
@@ -115,11 +115,11 @@ TEST(HoughLines, KeepTheirStateAsTold) {
   EXPECT_EQ(strongest(pair, 40, 40), kUntouched);
   EXPECT_EQ(strongest(pair, 0, 180)[0], 2);
   EXPECT_EQ(next(1000, 1000), kZeros);
-  // A window of 0 refuses nothing: the same line, until the list is full.
+  // A window of 0 leaves out nothing: the same line is found again until the list is full.
   for (int i = 0; i < 1023; ++i) ASSERT_EQ(next(0, 0)[0], 2);
   EXPECT_EQ(next(0, 0), kUntouched);
 
-  // Too large a set: refused, and left where it was moved.
+  // Points too far apart are refused and stay moved.
   ASSERT_TRUE(NuvHoughLines_Initialize(1, 1500));
   Points wide{{0, 3000}, {10, 20}};
   EXPECT_EQ(strongest(wide, 0, 180), kUntouched);
@@ -130,7 +130,7 @@ TEST(HoughLines, KeepTheirStateAsTold) {
 // ---- key points ----
 
 TEST(KeyPoints, SplitAtTheFarthest) {
-  // A curve with corners at (10, 10) and (0, 30); points come in no order.
+  // A curve with corners at (10, 10) and (0, 30). Its points come from the bottom up.
   std::vector<int32_t> x, y;
   for (int32_t i = 40; i >= 0; --i) {
     y.push_back(i);
@@ -144,7 +144,7 @@ TEST(KeyPoints, SplitAtTheFarthest) {
   EXPECT_EQ(ky[0], 40);
   EXPECT_EQ(NuvLineKeyPoints(x.data(), y.data(), 3, 4, kx.data(), ky.data()), 3);
   EXPECT_EQ(NuvLineKeyPoints(x.data(), y.data(), 3, 0, kx.data(), ky.data()), 0);
-  // On a straight run a stretch without inner points comes first, and gives its end again.
+  // On a straight run all distances are 0. The first stretch has no inner points and gives its end again.
   std::vector<int32_t> sx = {0, 0, 0, 0, 0}, sy = {0, 1, 2, 3, 4}, tx(5), ty(5);
   EXPECT_EQ(NuvLineKeyPoints(sx.data(), sy.data(), 5, 5, tx.data(), ty.data()), 5);
   EXPECT_THAT(ty, ElementsAre(0, 1, 1, 1, 4));
@@ -160,7 +160,7 @@ void exchange_sort(Points& p) {
   }
 }
 
-// The plain form: every stretch is scanned anew for each key point.
+// The plain form scans every stretch anew for each key point.
 Points plain_key_points(Points& p, int32_t m) {
   exchange_sort(p);
   std::vector<std::pair<int32_t, int32_t>> stretches = {{0, p.n() - 1}};
@@ -196,7 +196,7 @@ Points plain_key_points(Points& p, int32_t m) {
 TEST(KeyPoints, EqualThePlainForm) {
   Random random(41);
   for (int round = 0; round < 120; ++round) {
-    // Few levels give many points of one y. Two walls split unevenly, and the scans add up.
+    // Few levels give many points of one y. Points on two walls split unevenly, so that the scans add up.
     const bool walls = round % 3 == 0;
     const int32_t n = walls ? random.between(500, 900) : random.between(2, 300);
     const int32_t levels = walls ? n : random.between(1, n);
@@ -227,14 +227,14 @@ TEST(Poly4, GoesRoundTheDiagonal) {
   std::vector<int32_t> same(5, 3);
   EXPECT_FALSE(NuvContour2Poly4(same.data(), same.data(), 5, px.data(), py.data()));
   EXPECT_THAT(px, ElementsAre(0, 0, 10, 10));
-  // In line: halfway along the contour on either side.
+  // All points are on one line: the corner of each side is halfway along the contour.
   std::vector<int32_t> line = {0, 1, 2, 3, 4};
   EXPECT_TRUE(NuvContour2Poly4(line.data(), line.data(), 5, px.data(), py.data()));
   EXPECT_THAT(px, ElementsAre(0, 2, 4, 4));
 }
 
 TEST(Poly4, TakesTheFirstOfTheFarthestPairs) {
-  // Few places, so that pairs tie and points repeat: on grids, in line, and far apart.
+  // Points on small grids and on lines, so that pairs tie and points repeat, and points far apart.
   Random random(1);
   for (int32_t round = 0; round < 300; ++round) {
     const int32_t n = random.between(33, 90);

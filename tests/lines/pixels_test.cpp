@@ -18,7 +18,7 @@ TEST(PixelsOnAbcLine, CountTheLine) {
   };
   expect(1, -1, 0, 3, 1);
   expect(0, 0, 5, 0, 0);                                      // no line
-  for (double x : {-1.4, -0.6, 0.4}) expect(1, 0, -x, 1, 3);  // -1.5 up to 0.5 truncate to column 0
+  for (double x : {-1.4, -0.6, 0.4}) expect(1, 0, -x, 1, 3);  // truncates to column 0
   std::array<int32_t, 256> bins;
   NuvABCLineHistogram(image.data(), 4, 4, 0, 1, -2, bins.data());
   EXPECT_EQ(bins[0], 3);
