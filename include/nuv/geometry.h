@@ -13,8 +13,8 @@
 /// Flips, turns, shifts, and changes of size.
 ///
 /// If bRGB is true, a pixel has three bytes, else one. A function without bRGB that does not say RGB takes
-/// gray images. The result buffer is not the source buffer unless the function works in place. For an image
-/// without pixels nothing is written to the result, and numbers returned are 0, unless a function says
+/// gray images. The result buffer must not be the source buffer, unless the function works in place. For an
+/// image without pixels nothing is written to the result, and numbers returned are 0, unless a function says
 /// otherwise.
 /// @{
 
@@ -62,20 +62,20 @@ NUV_API void NuvImgRotate90DegreeCCS(uint8_t* pImg, int32_t width, int32_t heigh
 ///
 ///     X = (x*C - y*S) >> 10    Y = (x*S + y*C) >> 10
 ///
-/// The least and the greatest X and Y are the sides of the result. Pixel (X, Y) of the result is the source
-/// at
+/// The least and the greatest X and Y are the sides of the result. Pixel (X, Y) of the result is pixel (x, y)
+/// of the source, with
 ///
 ///     x = (X*C2 - Y*S2) >> 10    y = (X*S2 + Y*C2) >> 10
 ///
-/// and 0 where the source has no pixel. As rows grow downwards, a positive angle turns clockwise on the
-/// screen.
+/// It is 0 if the source has no such pixel. A positive angle turns clockwise on the screen, because y grows
+/// downwards.
 ///
 /// @param angle                  degrees
 /// @param pResWidth, pResHeight  receive the size of the result, also if allocation fails; 0 for an image
 ///                               without pixels
 /// @return *pResWidth * *pResHeight bytes from new[], to be released with delete[]; null if allocation fails,
 ///         if the result would have more than 2^31-1 bytes, or for an image without pixels
-/// @note The sine of 90 degrees is truncated to 1023. That turn gives one row less than the source has
+/// @note The sine of 90 degrees is truncated to 1023. That turn gives one row fewer than the source has
 ///       columns, and loses one more row for every further 1024 columns.
 NUV_API uint8_t* NuvRotateImgByCCS(uint8_t* pGryImg, int32_t width, int32_t height, double angle,
                                    int32_t* pResWidth, int32_t* pResHeight);
@@ -117,7 +117,7 @@ NUV_API void NuvCopyRectFromRotateCCS(uint8_t* pGryImg, int32_t width, int32_t h
 /// Here the last column and row count as outside: a position is inside if 0 <= xi <= width-2 and
 /// 0 <= yi <= height-2. Sampling is bilinear.
 ///
-/// @param bkColor  its low byte becomes the pixels outside
+/// @param bkColor  its low byte is written to the pixels outside
 /// @return whether a pixel was outside. If the source has no pixels, all are outside
 NUV_API bool NuvCopyRectFromRotateCCS(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x0, int32_t y0,
                                       double angle, int32_t bkColor, uint8_t* pResImg, int32_t resWidth,
@@ -134,7 +134,7 @@ NUV_API void NuvRgbCopyRectFromRotateCCS(uint8_t* pRGBImg, int32_t width, int32_
 ///
 /// Here the last column and row count as inside, unlike in the gray form. Sampling is bilinear.
 ///
-/// @param bkColor  its low byte becomes all three bytes of the pixels outside
+/// @param bkColor  its low byte is written to all three bytes of the pixels outside
 /// @return whether a pixel was outside. If the source has no pixels, all are outside
 NUV_API bool NuvRgbCopyRectFromRotateCCS(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x0,
                                          int32_t y0, double angle, int32_t bkColor, uint8_t* pResImg,
@@ -142,8 +142,8 @@ NUV_API bool NuvRgbCopyRectFromRotateCCS(uint8_t* pRGBImg, int32_t width, int32_
 
 /// Reads a turned and sheared rectangle of a gray image, without interpolation.
 ///
-/// With d = angle, or angle - 180 for an angle above 90, the rows are turned by d as described for the group.
-/// Row j takes places i0 to i0+resWidth-1 of its line:
+/// With d = angle, or angle - 180 for an angle above 90, the rows are turned by d in the same way as those of
+/// NuvCopyRectFromRotateCCS. Row j takes places i0 to i0+resWidth-1 of its line:
 ///
 ///     i0 = (j*step >> 12) + 1    step = truncate(-tan((-d + shiftAngle - 90)*3.14159/180)*4096)
 ///
@@ -170,7 +170,7 @@ NUV_API void NuvCopyRectFromRotateAndShiftFast(uint8_t* pGryImg, int32_t width, 
 ///
 /// For a negative k, x and x+s run below 0. Pixels follow each other as in memory, so that these places are
 /// the ends of the rows above. Rows are written from the top. Pixels that would be read or written outside
-/// the images are left out, which happens if 2*|k| exceeds width. a and x*4096 + a are 32-bit and wrap.
+/// the images are left out, which can happen if 2*|k| exceeds width. a and x*4096 + a are 32-bit and wrap.
 NUV_API void NuvShiftXPerRowFine(uint8_t* pGryImg, int32_t width, int32_t height, double k, uint8_t* pResImg);
 
 /// Shifts each row to the left by k times its number, without interpolation.

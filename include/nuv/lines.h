@@ -79,7 +79,8 @@ NUV_API void NuvABC2ThroTheta(double A, double B, double C, int32_t* pThro, int3
 /// Converts Hough form, in a frame of its own, to ABC form in the image.
 ///
 /// The result has the scale of the chord between two points of the line at coordinates 10 and 20 of the
-/// frame. If the line passes the frame's point (10, 10) at a general Theta, that chord is 0 or nearly so.
+/// frame. If the line passes through point (10, 10) of the frame at a general Theta, the chord is 0 or nearly
+/// so.
 ///
 /// @param x0, y0  image point at which the frame has its origin
 NUV_API void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Theta, double* pA, double* pB,
@@ -215,8 +216,9 @@ NUV_API int32_t NuvRectOverlapArea(tagRECT rect1, tagRECT rect2);
 
 /// @defgroup lines_clipping Clipping
 ///
-/// Lines cut to an image or to a rectangle. Each function is defined by its method, and the methods differ at
-/// corners and at the last column.
+/// Lines cut to an image or to a rectangle.
+///
+/// Each function is defined by its method, and the methods differ at corners and at the last column.
 /// @{
 
 /// The part of a KB line in the image, found from its crossings with the four border lines.
@@ -383,11 +385,11 @@ NUV_API void NuvFittingLine(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N
 NUV_API void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N, int32_t* pIsVertical,
                                double* pK, double* pB, double* pAngle);
 
-/// Fits a line to N points and tests each of them with a gate that is open to every finite residual.
+/// Fits a line to N points and tests each point against the line.
 ///
-/// The first fit therefore stands.
+/// The test passes every finite residual, so that the first fit stands.
 ///
-/// @param pWork  receives N entries, 1 for a point that passes the gate, else 100
+/// @param pWork  receives N entries, 1 for a point that passes the test, else 100
 /// @return false if N < 3, with nothing written, or if all points coincide, with outputs that are not a
 ///         number
 /// @note Sums of coordinates are 32-bit and wrap, for example those of a million points of mean x or y 2148.
@@ -455,8 +457,7 @@ NUV_API int32_t NuvImgChainLines_DoGryImg(uint8_t* pGryImg, int32_t width, int32
 /// Gives the points of the next line found, in order.
 ///
 /// @param ppX, ppY  receive pointers to the points, which belong to the detector. They are valid until the
-///             next
-///                  detection, or until NuvImgChainLines_Initialize needs more memory
+///                  next detection, or until NuvImgChainLines_Initialize needs more memory
 /// @param pN        receives the number of points
 /// @return false, with nothing written, if there is no further line
 NUV_API bool NuvImgChainLines_GetNxtCodeLine(int32_t** ppX, int32_t** ppY, int32_t* pN);
@@ -507,10 +508,10 @@ NUV_API int32_t NuvImgChainLines_Debug(uint8_t* pResImg);
 ///      1972
 /// @{
 
-/// Sizes the Hough detector for points in an image of width by height, and forgets the lines found so far.
+/// Sizes the Hough detector for points in an image, and forgets the lines found so far.
 ///
-/// Memory never shrinks. It grows only if (width + 5)*(height + 5) exceeds the greatest such product so far:
-/// after 100 by 100, a call with 1 by 1500 changes nothing, and points 1500 apart are refused.
+/// Memory never shrinks. It grows only if (width + 5)*(height + 5) exceeds the greatest such product so far.
+/// After 100 by 100, a call with 1 by 1500 changes nothing, and points 1500 apart are refused.
 ///
 /// @return false if allocation failed, which also releases the memory held before, or if nothing was ever
 ///         allocated
@@ -541,7 +542,7 @@ NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, bool* pThe
 ///
 /// A point votes for pPointTheta - dTheta to pPointTheta + dTheta, both included, within 0..179.
 ///
-/// @param pPointTheta  N entries, degrees
+/// @param pPointTheta  N entries, in degrees
 /// @param pPointMask   N entries, true where the point is left out. Point 0 counts for the bounding box and
 ///                     for the range of Thetas in any case
 NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t* pPointTheta, bool* pPointMask, int32_t N,
@@ -580,9 +581,8 @@ NUV_API void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t height
 ///
 /// The time grows as N log N. If coordinates leave -2^20..2^20 and splits are uneven, it grows as N*M.
 ///
-/// @param pX, pY        N points; changed: sorted by y with an exchange sort, which exchanges points i and j
-///            > i
-///                      where pY[j] < pY[i]
+/// @param pX, pY        N points; changed: sorted by y with an exchange sort. For each i, and for each j > i,
+///                      it exchanges points i and j if pY[j] < pY[i]
 /// @param pKeyX, pKeyY  receive min(M, N) points, sorted in the same way
 /// @return the number of points written: min(M, N); 0 for M below 1, or if allocation fails
 /// @see U. Ramer, An iterative procedure for the polygonal approximation of plane curves, 1972

@@ -163,8 +163,8 @@ struct Corners<3> {
   }
 };
 
-// Each span takes three passes: the places of the pixels, the pixels themselves, and the mixes. Every byte has
-// its own pair of weights.
+// Each span takes three passes: the places of the pixels, the pixels themselves, and the mixes. Every byte
+// has its own pair of weights.
 template <int Channels>
 NUV_INLINE void sample(const uint8_t* NUV_RESTRICT pixels, uint32_t width, Walk walk,
                        uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {

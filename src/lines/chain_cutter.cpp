@@ -127,8 +127,8 @@ class Window {
     const int32_t left = along_y_.to_low(x_);
     const int32_t right = along_y_.to_high(x_);
     const int32_t widest = std::max({right + bottom, left + top, right + top, left + bottom});
-    // Two areas on opposite sides of a straight path fill the box, and share one pixel per code. An excess lies
-    // between path and chord.
+    // Two areas on opposite sides of a straight path fill the box, and share one pixel per code. An excess
+    // lies between path and chord.
     const int32_t deviation = widest - x_.size() * y_.size() - (i - tail_ + 1);
     return deviation * deviation < chord2 * (limits.max_deviation * limits.max_deviation);
   }

@@ -1,10 +1,10 @@
 // Searches for the farthest point.
 //
-// A search scans its stretch. If stretches are split unevenly, the scans add up to a quadratic time, and a tree
-// over the points replaces them. The leaves of the tree are blocks of points. Each node has two chains, the
-// convex hull of its points toward greater x and toward smaller x, in the order of y. The signed distance from
-// a chord is a linear function. Its extremes over a node lie on the chains of the node and are found there by
-// bisection.
+// A search scans its stretch. If stretches are split unevenly, the scans add up to a quadratic time, and a
+// tree over the points replaces them. The leaves of the tree are blocks of points. Each node has two chains,
+// the convex hull of its points toward greater x and toward smaller x, in the order of y. The signed distance
+// from a chord is a linear function. Its extremes over a node lie on the chains of the node and are found
+// there by bisection.
 //
 // The tree computes in integers. For small coordinates the numerators of all distances are exact and their
 // quotients keep the order, so that scan and tree find the same point.
