@@ -52,8 +52,8 @@ class Search {
     return sum_of_differences(img1_ + there, img2_ + there + moved, area_.row_bytes);
   }
 
-  // The sum of a trial, or nothing if the sum is certain to reach the limit. It is certain once it has
-  // reached the limit and the rows to come cannot make it wrap.
+  // The sum of a trial. Returns nothing as soon as the sum has reached the limit and the rows to come cannot
+  // make it wrap.
   std::optional<int32_t> sum_below(int64_t limit, Point shift) const {
     int32_t sum = 0;
     for (int32_t row = 0; row < area_.rows; ++row) {

@@ -57,7 +57,7 @@ Span places_within(int64_t start, int64_t step, int64_t limit, int32_t n) {
   return {static_cast<int32_t>(steps_to(0)), static_cast<int32_t>(steps_to(limit))};
 }
 
-// The part of the plane from (0, 0) on in which a walk may read. Coordinates have Bits fractional bits.
+// A rectangle with its first pixel at (0, 0), for walks with Bits fractional bits.
 template <int Bits>
 struct Field {
   int64_t columns;
