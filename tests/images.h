@@ -76,6 +76,15 @@ class Random {
     return image;
   }
 
+  // All values lie in a random range, so that images reach from flat ones and weak noise to all values.
+  TestImage gray_in_a_range(int32_t width, int32_t height) {
+    TestImage image(width, height);
+    const int32_t low = between(0, 255);
+    const int32_t high = between(low, 255);
+    for (uint8_t& pixel : image.pixels) pixel = static_cast<uint8_t>(between(low, high));
+    return image;
+  }
+
   // Each pixel is 255 with the given probability in percent, else 0.
   TestImage binary(int32_t width, int32_t height, int32_t percent) {
     TestImage image(width, height);

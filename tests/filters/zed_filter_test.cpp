@@ -10,20 +10,11 @@ namespace {
 
 constexpr uint8_t kSentinel = 77;
 
-// A random image with values in a random range, from weak noise to all values.
-TestImage noise(Random& random, int32_t width, int32_t height) {
-  TestImage image(width, height);
-  const int32_t low = random.between(0, 255);
-  const int32_t high = random.between(low, 255);
-  for (uint8_t& p : image.pixels) p = static_cast<uint8_t>(random.between(low, high));
-  return image;
-}
-
 TEST(ZedFilter, FollowsItsTable) {
   Random random(57);
   for (const auto& [width, height] : kOddSizes) {
     for (int32_t T : {-1, 0, 1, 10, 50, 85, 86, 128, 254, 255, INT32_MAX}) {
-      TestImage source = noise(random, width, height);
+      TestImage source = random.gray_in_a_range(width, height);
       TestImage expected(width, height, kSentinel);
       for (int32_t y = 1; y < height - 1; ++y) {
         for (int32_t x = 1; x < width - 1; ++x) {

@@ -10,20 +10,11 @@ namespace {
 
 constexpr uint8_t kSentinel = 77;
 
-// A random image with values in a random range, from weak noise to all values.
-TestImage noise(Random& random, int32_t width, int32_t height) {
-  TestImage image(width, height);
-  const int32_t low = random.between(0, 255);
-  const int32_t high = random.between(low, 255);
-  for (uint8_t& p : image.pixels) p = static_cast<uint8_t>(random.between(low, high));
-  return image;
-}
-
 TEST(NoiseEstimate, FollowsItsMask) {
   Random random(56);
   const int mask[3][3] = {{1, -2, 1}, {-2, 4, -2}, {1, -2, 1}};
   for (const auto& [width, height] : kOddSizes) {
-    TestImage source = noise(random, width, height);
+    TestImage source = random.gray_in_a_range(width, height);
     TestImage expected(width, height, kSentinel);
     uint32_t sum = 0;
     for (int32_t y = 1; y < height - 1; ++y) {
