@@ -13,12 +13,22 @@
 ///   follow one another without padding.
 /// - An RGB image has three bytes per pixel in the order blue, green, red, called byte 0, 1 and 2. Byte i of
 ///   pixel (x, y) is byte 3*(y*width + x) + i of the image.
-/// - In a binary image 0 is background and any other value is object.
+/// - In a binary image a pixel of 0 is background, also called black. A pixel of any other value is object,
+///   also called white. In a gray image, black is 0 and white is 255.
+/// - No image has more than 2^31 - 1 bytes: width*height for a gray image, 3*width*height for an RGB image.
+///   The library checks this only where a header says so.
+/// - The border of an image is its first and last row and its first and last column. All other pixels are its
+///   interior.
+/// - The neighbours of a pixel are the eight pixels around it. The direct neighbours are the four above,
+///   below, left and right of it.
+/// - Raster order is the order of the bytes: row by row from the top, and each row from left to right.
 ///
 /// ## Regions
 ///
-/// A region is passed as x1, x2, y1, y2, both x first. It holds columns x1 to x2 of rows y1 to y2, all four
-/// ends inclusive. It is empty if x1 > x2 or y1 > y2.
+/// A region is a rectangle of pixels. It is passed as x1, x2, y1, y2, both x first, and holds columns x1 to
+/// x2 of rows y1 to y2, all four ends inclusive. It is empty if x1 > x2 or y1 > y2. A tagRECT holds the same
+/// four numbers as a record. In nuv/segmentation.h and with the runs of nuv/binary.h, a region is a connected
+/// set of pixels instead.
 ///
 /// ## Memory
 ///
@@ -33,18 +43,22 @@
 /// - Conversions from floating point to integers truncate toward zero. A value that is not finite or does not
 ///   fit becomes the most negative int32_t.
 /// - Divisions of integers truncate toward zero, too.
+/// - In formulas, truncate(v) drops the fraction of v, clamp(v, lo, hi) moves v into lo..hi, and lo..hi is a
+///   range that includes both ends. x^n is a power, except where two bytes are combined. p(x, y) is the value
+///   of pixel (x, y), or of one of its three bytes.
 ///
 /// ## Failure and threads
 ///
 /// - No function throws. What a function returns if it refuses its arguments or an allocation fails is stated
 ///   with it.
-/// - A function may run on any number of threads at once unless it says otherwise.
+/// - A function may run on any number of threads at once, each with results of its own, unless it says
+///   otherwise.
 ///
 /// ## Headers
 ///
 /// - nuv/arithmetic.h: images combined, integral images, pixel values, pasting
 /// - nuv/binary.h: measures, morphology, thinning and run lengths of binary images
-/// - nuv/colour.h: RGB to gray, channels, rectangles, camera frames, interlaced fields
+/// - nuv/colour.h: RGB to gray, channels, regions, camera frames, interlaced fields
 /// - nuv/contours.h: tracing, measures, filling and selection of contours
 /// - nuv/drawing.h: lines, shapes, plots and text
 /// - nuv/edges.h: gradient images, the Shen-Jun detector, clean-up of edge images

@@ -12,8 +12,7 @@
 /// Images combined byte by byte, integral images, changes of pixel values, and pasting.
 ///
 /// Images that are passed together have the same size and layout. A pixel has three bytes if bRGB, else one.
-/// An image without pixels changes nothing, and results that are numbers are then 0. Calls on several threads
-/// may run at once.
+/// An image without pixels changes nothing, and results that are numbers are then 0.
 /// @{
 
 /// @defgroup arithmetic_combinations Images combined byte by byte
@@ -50,8 +49,7 @@ NUV_API void NuvDifferenceImg12(uint8_t* pImg1, uint8_t* pImg2, int32_t width, i
                                 uint8_t* pResImg);
 
 /// @overload
-///
-/// Also counts the histogram of the result.
+/// Computes how much two images differ, as a gray image, and the histogram of that image.
 ///
 /// @param pHistogram  receives 256 counts, width*height in all
 NUV_API void NuvDifferenceImg12(uint8_t* pImg1, uint8_t* pImg2, int32_t width, int32_t height, bool bRGB,
@@ -139,8 +137,7 @@ NUV_API void NuvDoSumGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int
 NUV_API void NuvInvertGryValue(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// @overload
-///
-/// The inverted image is written to a result.
+/// Inverts a gray image into a result.
 ///
 /// @param pResImg  receives width*height bytes; may be the source
 NUV_API void NuvInvertGryValue(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
@@ -164,16 +161,16 @@ NUV_API void NuvGryImgNormalize(uint8_t* pGryImg, int32_t width, int32_t height,
 
 /// Reduces a gray image to the 16 levels 0 to 15: v becomes ((v - lo)*15)/(hi - lo), truncated.
 ///
-/// lo is the first value, counted up from 0, at which more than a tenth of the pixels have been passed. hi is
-/// the first such value counted down from 255. Values below lo become 0, and values above hi become 15. If lo
+/// lo is the first value, from 0 upward, at which the cumulative count exceeds a tenth of the pixels. hi is
+/// the first such value from 255 downward. Values below lo become 0, and values above hi become 15. If lo
 /// equals hi, all pixels become 0.
 NUV_API void NuvGryImg4Bit(uint8_t* pGryImg, int32_t width, int32_t height);
 
-/// Selects a value in a rectangle of a gray image: v becomes 255 if it equals value, else 0.
+/// Selects a value in a region of a gray image: v becomes 255 if it equals value, else 0.
 ///
-/// Pixels outside the rectangle keep their values.
+/// Pixels outside the region keep their values.
 ///
-/// @param x1, x2, y1, y2  columns x1..x2 and rows y1..y2, ends inclusive; the rectangle must lie in the image
+/// @param x1, x2, y1, y2  region; must lie in the image
 NUV_API void NuvSetPixelsTo255(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
                                int32_t y2, uint8_t value);
 
@@ -227,15 +224,15 @@ NUV_API int32_t NuvLightCorretPerRow(uint8_t* pGryImg, int32_t width, int32_t he
 /// @return the mean of the image before the call, truncated; 0, with nothing changed, if width > 4096
 NUV_API int32_t NuvLightCorretPerCol(uint8_t* pGryImg, int32_t width, int32_t height);
 
-/// Sets the first and last row and the first and last column of a gray image.
+/// Sets the border of a gray image to one value.
 ///
 /// @param color  value to set; its low byte is used
 NUV_API void NuvSetImageBoundary(uint8_t* pGryImg, int32_t width, int32_t height, int32_t color);
 
-/// Sets the sides of an RGB image as if it had one byte per pixel.
+/// Sets the border of an RGB image as if it had one byte per pixel.
 ///
 /// The first width bytes of the first and of the last row are set, and bytes 0 and width-1 of each row. Rows
-/// have 3*width bytes, so only the first third of the image is framed.
+/// have 3*width bytes, so only the left third of the image is framed.
 ///
 /// @param color  value to set; its low byte is used
 NUV_API void NuvSetRGBImageBoundary(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t color);

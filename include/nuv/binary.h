@@ -16,11 +16,10 @@
 /// An image has one byte per pixel and width*height pixels. A pixel is black, or background, if it is 0, and
 /// white, or object, if it is anything else, unless a function states otherwise. Results are 0 and 255. They
 /// are separate images of the same size as the source; a function without a result image changes its image in
-/// place. The interior of an image is all pixels but those of its first and last row and column. The
-/// neighbours of a pixel are the eight around it.
+/// place. The border of an image is its first and last row and column, and the interior is all other pixels.
+/// The neighbours of a pixel are the eight around it.
 ///
-/// Regions x1..x2, y1..y2 include both ends. An image without pixels is neither read nor written. All functions
-/// may run on several threads at once, each with images of its own.
+/// Regions x1..x2, y1..y2 include both ends. An image without pixels is neither read nor written.
 /// @{
 
 /// @defgroup binary_measures Binary measures
@@ -112,7 +111,7 @@ NUV_API void NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, in
 NUV_API bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
                              uint32_t threshold, uint8_t* pResImg);
 
-/// Removes masked pixels and thresholds the sum of a window that shrinks at the sides.
+/// Removes masked pixels and thresholds the sum of a window that shrinks at the border.
 ///
 /// The window of pixel (x, y) has the half sizes min(M, x, width-1-x) and min(N, y, height-1-y), so it stays
 /// centred. The pixel becomes 255 if the sum of the window is above the threshold times the number of pixels
@@ -129,7 +128,7 @@ NUV_API bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, in
 NUV_API bool NuvBinImgRemoveMskAndFilter(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                          int32_t M, int32_t N, int32_t threshold, uint8_t* pResImg);
 
-/// Removes pixels whose mask is 129 or more and thresholds the sum of a window that shrinks at the sides.
+/// Removes pixels whose mask is 129 or more and thresholds the sum of a window that shrinks at the border.
 ///
 /// Pixels with a mask of 128 or less are kept whole. Everything else is as in NuvBinImgRemoveMskAndFilter.
 ///
@@ -144,12 +143,12 @@ NUV_API bool NuvBinImgRemoveMskAndFilterUseLUT(uint8_t* pBinImg, uint8_t* pMskIm
 ///
 /// Growth of black and of white by one pixel.
 ///
-/// Which pixels grow depends only on the image before the call, in place as well.
+/// Which pixels grow depends only on the image before the call, also in place.
 ///
 /// @see J. Serra, Image analysis and mathematical morphology, 1982
 /// @{
 
-/// Grows black: all neighbours of a black interior pixel that has a black neighbour become 0.
+/// Grows black: a black interior pixel that has a black neighbour sets all its neighbours to 0.
 ///
 /// A lone black pixel does not grow. All other pixels are copied.
 ///
@@ -178,7 +177,7 @@ NUV_API void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t heig
 /// @param color    the new value
 NUV_API void NuvBinImgMinFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color);
 
-/// Grows white: all neighbours of a white interior pixel that has a black neighbour become 255.
+/// Grows white: a white interior pixel that has a black neighbour sets all its neighbours to 255.
 ///
 /// A lone white pixel grows, too. All other pixels are copied.
 ///
@@ -214,7 +213,7 @@ NUV_API void NuvBinImgMaxFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32
 
 /// Sets each pixel to 255 if five or more of its eight neighbours are white, otherwise to 0.
 ///
-/// The pixel itself does not count. The first and last row and column become 0.
+/// The pixel itself does not count. The border becomes 0.
 ///
 /// @param pBinImg  binary image; read only
 /// @param pResImg  every byte is written
@@ -224,7 +223,7 @@ NUV_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t heig
 /// Applies the 3x3 majority to the interior pixels of a region.
 ///
 /// @param x1, x2, y1, y2  region
-/// @param pResImg         written at those pixels only; the sides are not cleared
+/// @param pResImg         written at those pixels only; the border is not cleared
 NUV_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -235,13 +234,13 @@ NUV_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t heig
 ///     M' = truncate((y*(ratioX-1)/height + 1)*M + 0.5)
 ///     N' = truncate((y*(ratioY-1)/height + 1)*N + 0.5)
 ///
-/// A pixel becomes 255 if the sum of the pixel values in the window is above 127 times the number of pixels in
-/// it, otherwise 0. Where the window would reach above the image it begins with the pixel's own row; where it
-/// would reach below, it ends with that row. It is cut if the image has too few rows.
+/// A pixel becomes 255 if the sum of the pixel values in the window is above 127 times the number of pixels
+/// in it, otherwise 0. A window that would reach above the image begins with the pixel's own row instead. One
+/// that would reach below the image ends with the pixel's own row. It is cut if the image has too few rows.
 ///
-/// The first M' and the last M' + 1 columns use 2M' + 1 pixels of row y alone. The pixel is the first of them
-/// at the left side and the last at the right side, and the stretch is cut at the end of the row. The sum must
-/// be above 254*M' + 127.
+/// The first M' and the last M' + 1 columns use a stretch of 2M' + 1 pixels of row y alone. It begins with
+/// the pixel itself in the first columns, and ends with it in the last ones. It is cut at the ends of the
+/// row. Its sum must be above 254*M' + 127.
 ///
 /// A row is not written if both half sizes are below 1 or the window is wider than the image. If only one half
 /// size is below 0, it counts as 0.
@@ -249,7 +248,7 @@ NUV_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t heig
 /// @param pBinImg         binary image; read only
 /// @param M, N            half sizes at the top of the image
 /// @param ratioX, ratioY  sizes at the bottom in terms of those at the top
-/// @param pResImg         the rows above are written; nothing is written if allocation fails
+/// @param pResImg         written except in the rows left out above; nothing is written if allocation fails
 NUV_API void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                 double ratioX, double ratioY, uint8_t* pResImg);
 
@@ -266,8 +265,8 @@ NUV_API void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t wi
 
 /// Thresholds a gray image and keeps the pixels that have at least four bright neighbours.
 ///
-/// A pixel becomes 255 if it and four or more of its neighbours are at least threshold, otherwise 0. The first
-/// and last row and column become 0.
+/// A pixel becomes 255 if it and four or more of its neighbours are at least threshold, otherwise 0. The
+/// border becomes 0.
 ///
 /// @param pGryImg    gray image; read only
 /// @param threshold  least bright value; any number
@@ -358,19 +357,20 @@ NUV_API void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int3
 ///
 /// Let B be the number of white neighbours of a pixel, and A the number of changes from black to white on the
 /// way round them. Two passes alternate until neither deletes a pixel. A pass decides all pixels by the image
-/// at its start. It deletes the pixels with 2 <= B <= 6 and A = 1 of which these neighbours are not all white:
+/// at its start. It deletes the pixels with 2 <= B <= 6 and A = 1 unless all three of one of these sets are
+/// white. N, E, S and W are the neighbours above, right, below and left:
 ///
-///     first pass     not N, S and E; and not W, S and E
-///     second pass    not W, N and E; and not W, N and S
+///     first pass     N, S, E    or    W, S, E
+///     second pass    W, N, E    or    W, N, S
 ///
-/// A last scan removes the corners of stairs: pixels with A = 2 and two white direct neighbours at a right
-/// angle. It sees its own deletions.
+/// A last scan removes the corners of stairs: pixels with A = 2 and white direct neighbours at a right angle.
+/// It sees its own deletions.
 ///
-/// @param pBinImg  binary image; read only; its first and last row and column count as black
+/// @param pBinImg  binary image; read only; its border counts as black
 /// @param pTmpImg  work space of width*height bytes; receives the lines before the last scan, as 0 and 1
 /// @param pResImg  every byte is written
-/// @return the number of iterations of both passes, with the last one, which deleted nothing. If allocation
-///         fails, 0; the contents of both images are then undefined
+/// @return the number of iterations of both passes, including the last one, which deletes nothing. If
+///         allocation fails, 0; the contents of both images are then undefined
 /// @see T. Y. Zhang and C. Y. Suen, A fast parallel algorithm for thinning digital patterns, 1984
 NUV_API int32_t NuvBinImgThin(uint8_t* pBinImg, uint8_t* pTmpImg, int32_t width, int32_t height,
                               uint8_t* pResImg);
@@ -536,7 +536,7 @@ NUV_API bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg,
 /// goes up from row height-2 and does the same with the row below; it replaces a level of the first pass. Runs
 /// without a level are dropped, all others are 255 in the result.
 ///
-/// @param pBinImg    binary image; changed: its first and last row and column become 0
+/// @param pBinImg    binary image; changed: its border becomes 0
 /// @param minLength  least length of a long run
 /// @param maxLevel   highest level; values above 250 count as 250, and 1 or less keeps long runs only
 /// @param pResImg    every byte is written

@@ -1,5 +1,5 @@
 /// @file
-/// RGB to gray, channels, rectangles, camera frames, interlaced fields.
+/// RGB to gray, channels, regions, camera frames, interlaced fields.
 #ifndef NUV_COLOUR_H
 #define NUV_COLOUR_H
 
@@ -9,18 +9,18 @@
 
 /// @defgroup colour Colour
 ///
-/// RGB to gray, channels, rectangles, camera frames, interlaced fields.
+/// RGB to gray, channels, regions, camera frames, interlaced fields.
 ///
-/// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. The result of a rectangle
-/// x1, x2, y1, y2 is packed: its y2-y1+1 rows of x2-x1+1 pixels follow one another without padding. A
-/// rectangle must lie inside the image. An empty one, x1 > x2 or y1 > y2, may lie anywhere, and nothing is
-/// copied. Results are other buffers than sources, except where a function changes an image in place.
+/// An RGB pixel is the three bytes blue, green, red, called byte 0, 1 and 2. The result of a region x1, x2,
+/// y1, y2 is packed: its y2-y1+1 rows of x2-x1+1 pixels follow one another without padding. A region must lie
+/// inside the image. An empty one may lie anywhere, and nothing is copied. Results are other buffers than
+/// sources, except where a function changes an image in place.
 ///
-/// Two gray weightings are in use. The rectangle weighting gives byte 0 the weight of red and byte 2 that of
+/// Two gray weightings are in use. The region weighting gives byte 0 the weight of red and byte 2 that of
 /// blue:
 ///
 ///     whole image   (byte0*468 + byte1*2404 + byte2*1225) >> 12     white gives 255
-///     rectangle     (byte0*306 + byte1*601  + byte2*116)  >> 10     white gives 254
+///     region        (byte0*306 + byte1*601  + byte2*116)  >> 10     white gives 254
 /// @{
 
 /// @defgroup colour_gray Whole images to gray
@@ -65,7 +65,7 @@ NUV_API void NuvSelectRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, i
 NUV_API void NuvExtractOneChannelFromRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                          uint8_t* pGryImg);
 
-/// Copies one channel of a rectangle of an RGB image to a packed gray image.
+/// Copies one channel of a region of an RGB image to a packed gray image.
 ///
 /// @param height   not used
 /// @param pGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
@@ -79,7 +79,7 @@ NUV_API void NuvSelectRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t heigh
 NUV_API void NuvReplaceOneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                        uint8_t* pGryImg);
 
-/// Combines one channel of an RGB image with a gray image by bitwise or.
+/// Combines one channel of an RGB image with a gray image by bitwise OR.
 ///
 /// @param pRGBImg  RGB image, changed in place; the other two channels are kept
 /// @param pGryImg  gray image, read
@@ -94,20 +94,20 @@ NUV_API void NuvGry2RGBImg(uint8_t* pRedImg, uint8_t* pGreenImg, uint8_t* pBlueI
 
 /// @}
 
-/// @defgroup colour_rectangles Rectangles
+/// @defgroup colour_regions Regions
 ///
-/// Rectangles copied out of an image, and what is measured over them.
+/// Regions copied out of an image, and what is measured over them.
 ///
 /// None of these functions uses its argument height.
 /// @{
 
-/// Copies a rectangle of a gray image.
+/// Copies a region of a gray image.
 ///
 /// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Copies a rectangle of the Y plane of a YUV 420P frame.
+/// Copies a region of the Y plane of a YUV 420P frame.
 ///
 /// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
 ///
@@ -116,7 +116,7 @@ NUV_API void NuvCopyGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int
 NUV_API void NuvCopyYUV420PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Copies a rectangle of the Y plane of a YUV 420SP frame.
+/// Copies a region of the Y plane of a YUV 420SP frame.
 ///
 /// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
 ///
@@ -125,7 +125,7 @@ NUV_API void NuvCopyYUV420PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t hei
 NUV_API void NuvCopyYUV420SPRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Copies a rectangle of the Y plane of a YUV 422P frame.
+/// Copies a region of the Y plane of a YUV 422P frame.
 ///
 /// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
 ///
@@ -134,21 +134,21 @@ NUV_API void NuvCopyYUV420SPRect2Gry(uint8_t* pGryImg, int32_t width, int32_t he
 NUV_API void NuvCopyYUV422PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Copies a rectangle of an RGB image.
+/// Copies a region of an RGB image.
 ///
 /// @param pResImg  receives (x2-x1+1)*(y2-y1+1)*3 bytes
 NUV_API void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, uint8_t* pResImg);
 
 /// @overload
-/// Copies a rectangle of an RGB image and converts it to gray by the rectangle weighting.
+/// Copies a region of an RGB image and converts it to gray by the region weighting.
 ///
 /// @param pResImg     receives (x2-x1+1)*(y2-y1+1)*3 bytes
 /// @param pResGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                             int32_t y1, int32_t y2, uint8_t* pResImg, uint8_t* pResGryImg);
 
-/// Copies every fourth pixel of every fourth row of a rectangle of an RGB image.
+/// Copies every fourth pixel of every fourth row of a region of an RGB image.
 ///
 /// The first pixel copied is (x1, y1). Nothing is averaged.
 ///
@@ -156,40 +156,40 @@ NUV_API void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int
 NUV_API void NuvCopyRGBScale4Rect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Converts a rectangle of an RGB image to gray by the rectangle weighting.
+/// Converts a region of an RGB image to gray by the region weighting.
 ///
 /// @param pGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pGryImg);
 
-/// Splits a rectangle of an RGB image into three gray images, one per channel.
+/// Splits a region of an RGB image into three gray images, one per channel.
 ///
 /// @param pRedImg, pGreenImg, pBlueImg  receive (x2-x1+1)*(y2-y1+1) bytes each: byte 2, byte 1 and byte 0
 NUV_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pRedImg, uint8_t* pGreenImg,
                                 uint8_t* pBlueImg);
 
-/// Splits a rectangle of an RGB image into a bright and a dark colour, and marks the pixels of one of them.
+/// Splits a region of an RGB image into a bright and a dark colour, and marks the pixels of one of them.
 ///
 /// This is one step of 2-means from a split at the mean gray. The pixels whose gray is above the mean give
 /// the bright mean colour, the others the dark one. Each pixel then belongs to the nearer of the two.
 ///
-/// The gray is that of the rectangle weighting, and its mean is truncated. A mean colour is truncated per
-/// byte; the mean colour of a class without pixels is 0, 0, 0. A distance is the sum of the squared
-/// differences of the bytes. The sums over pixels are 32-bit and wrap from 8,421,505 white pixels on.
+/// The gray is that of the region weighting, and its mean is truncated. A mean colour is truncated per byte;
+/// the mean colour of a class without pixels is 0, 0, 0. A distance is the sum of the squared differences of
+/// the bytes. The sums over pixels are 32-bit and wrap from 8,421,505 white pixels on.
 ///
 /// @param bBright                true: 255 marks the bright colour; false: it marks the dark one
-/// @param pGryImg                receives the gray of the rectangle, (x2-x1+1)*(y2-y1+1) bytes
+/// @param pGryImg                receives the gray of the region, (x2-x1+1)*(y2-y1+1) bytes
 /// @param pBinImg                receives, in as many bytes, 255 where the marked colour is strictly nearer,
 ///                               else 0
-/// @param pResWidth, pResHeight  receive x2-x1+1 and y2-y1+1. An empty rectangle writes nothing else
+/// @param pResWidth, pResHeight  receive x2-x1+1 and y2-y1+1. An empty region writes nothing else
 NUV_API void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, bool bBright, uint8_t* pGryImg, uint8_t* pBinImg,
                                   int32_t* pResWidth, int32_t* pResHeight);
 
-/// Computes the mean colour of the first pixels of each row of a rectangle, as many as a mask has hits there.
+/// Computes the mean colour of the first pixels of each row of a region, as many as a mask has hits there.
 ///
-/// A mask byte of exactly 255 is a hit. If row y of the rectangle has k hits, the k pixels from (x1, y) on
+/// A mask byte of exactly 255 is a hit. If row y of the region has k hits, the k pixels from (x1, y) on
 /// count, wherever the hits lie. The result is thus the mean under the mask only if the hits fill each row
 /// from its left end. Sums are 32-bit and wrap from 8,421,505 white pixels on.
 ///
@@ -199,7 +199,7 @@ NUV_API void NuvRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, in
                            int32_t x2, int32_t y1, int32_t y2, int32_t* pRed, int32_t* pGreen,
                            int32_t* pBlue);
 
-/// Computes a mean colour of a rectangle by the hits of a mask; another name of NuvRGBRectAvr.
+/// Computes a mean colour of a region by the hits of a mask; another name of NuvRGBRectAvr.
 NUV_API void NuvGetRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t x1,
                               int32_t x2, int32_t y1, int32_t y2, int32_t* pRed, int32_t* pGreen,
                               int32_t* pBlue);
@@ -208,10 +208,11 @@ NUV_API void NuvGetRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width,
 
 /// @defgroup colour_frames Camera frames
 ///
-/// Conversions between RGB and four camera formats, of whole frames and of rectangles.
+/// Conversions between RGB and four camera formats, of whole frames and of regions.
 ///
-/// A frame holds one Y per pixel, and one Cb and one Cr, both with offset 128, per unit of pixels. With
-/// w = width, h = height and divisions rounded down, the formats are:
+/// A frame holds the brightness Y of each pixel. It holds the two colour differences once per unit of pixels:
+/// Cb for blue and Cr for red, both with offset 128. With w = width, h = height and divisions rounded down,
+/// the formats are:
 ///
 ///     format   unit   bytes     in memory                                      Cb of pixel (x, y) at byte
 ///     CbYCrY   2x1    w*h*2     groups of 4 bytes Cb, left Y, Cr, right Y      2*(y*w + x/2*2)
@@ -231,14 +232,14 @@ NUV_API void NuvGetRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width,
 ///     c = (8192*B - 5428*G - 2763*R) >> 14        Cb = (sum of c over the unit's n pixels + 128*n) / n
 ///     d = (8192*R - 6859*G - 1332*B) >> 14        Cr = (sum of d over the unit's n pixels + 128*n) / n
 ///
-/// The weights of Y add up to 16382, not 16384. A gray pixel of value v > 0 therefore becomes Y = v - 1, and
-/// converts back to v - 1.
+/// The weights of Y add up to 16382, not 16384. A gray pixel of value g > 0 therefore becomes Y = g - 1, and
+/// converts back to g - 1.
 ///
-/// Rectangles must lie inside the frame. A rectangle has W = x2-x1+1 columns and H = y2-y1+1 rows. A function
-/// that returns a bool requires that some of width, height, x1, W, y1 and H are even or multiples of 4, as
-/// stated with it. It tests that first; if one of them is not, it returns false and writes nothing. An empty
-/// frame or rectangle that passes the test gives true, and nothing is written for it. Results are other
-/// buffers than sources and are written in full:
+/// Regions must lie inside the frame. A region has W = x2-x1+1 columns and H = y2-y1+1 rows. A function that
+/// returns a bool requires that some of width, height, x1, W, y1 and H are even or multiples of 4, as stated
+/// with it. It tests that first; if one of them is not, it returns false and writes nothing. An empty frame
+/// or region that passes the test gives true, and nothing is written for it. Results are other buffers than
+/// sources and are written in full:
 ///
 ///     RGB         W*H pixels of three bytes
 ///     gray        W*H bytes: the Y of each pixel
@@ -271,13 +272,13 @@ NUV_API bool NuvRGB2CbYCrY(uint8_t* pRGBImg, int32_t width, int32_t height, uint
 /// Copies the Y of a CbYCrY frame: the second byte of each of its width*height pairs.
 NUV_API void NuvCbYCrY2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// Converts a rectangle of a CbYCrY frame to RGB.
+/// Converts a region of a CbYCrY frame to RGB.
 ///
 /// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyCbYCrYRect2RGB(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Converts every fourth pixel of every fourth row of a rectangle of a CbYCrY frame to RGB (Scale4).
+/// Converts every fourth pixel of every fourth row of a region of a CbYCrY frame to RGB (Scale4).
 ///
 /// Each pixel has the left Y of its group.
 ///
@@ -285,26 +286,26 @@ NUV_API bool NuvCopyCbYCrYRect2RGB(uint8_t* pCbYCrYImg, int32_t width, int32_t h
 NUV_API bool NuvCopyCbYCrYScale4Rect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                      int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Converts a rectangle of a CbYCrY frame to RGB and to gray.
+/// Converts a region of a CbYCrY frame to RGB and to gray.
 ///
 /// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyCbYCrYRect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// Copies the bytes of a rectangle of a CbYCrY frame, W*2 from each row.
+/// Copies the bytes of a region of a CbYCrY frame, W*2 from each row.
 ///
 /// The result is a CbYCrY frame if x1 and W are even, which is not tested.
 NUV_API void NuvCopyCbYCrYRect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Copies the Y of a rectangle of a CbYCrY frame, in whole groups.
+/// Copies the Y of a region of a CbYCrY frame, in whole groups.
 ///
-/// If W is odd, each row of the result has W + 1 bytes. The last one is the Y after the rectangle's right
-/// edge, which the frame's memory must hold.
+/// If W is odd, each row of the result has W + 1 bytes. The last one is the Y after the region's right edge,
+/// which the frame's memory must hold.
 NUV_API void NuvCopyCbYCrYRect2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    int32_t y1, int32_t y2, uint8_t* pGryImg);
 
-/// Computes the red of each pixel of a rectangle of a CbYCrY frame (RedImg), in whole groups.
+/// Computes the red of each pixel of a region of a CbYCrY frame (RedImg), in whole groups.
 ///
 /// If W is odd, each row of the result has W + 1 bytes, and the frame's memory must hold the whole last
 /// group. Groups are counted from x1 on. If x1 is odd, the byte taken for the Cr of a group is the Cb of the
@@ -312,7 +313,7 @@ NUV_API void NuvCopyCbYCrYRect2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t h
 NUV_API void NuvCopyCbYCrYRect2RedImg(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                       int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Computes the red of every second pixel of every second row of a rectangle of a CbYCrY frame (Shrink2).
+/// Computes the red of every second pixel of every second row of a region of a CbYCrY frame (Shrink2).
 ///
 /// Groups are counted from x1 on, and each gives the red of its left Y. If W is odd, a row of the result has
 /// (W + 1)/2 bytes, and the frame's memory must hold the whole last group. An odd x1 has the effect described
@@ -340,37 +341,37 @@ NUV_API bool NuvRGB2YUV420SP(uint8_t* pRGBImg, int32_t width, int32_t height, ui
 /// Copies the Y plane of a YUV 420SP frame, width*height bytes.
 NUV_API void NuvYUV420SP2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// Copies a rectangle of a YUV 420SP frame to a frame of its own, W*H*3/2 bytes.
+/// Copies a region of a YUV 420SP frame to a frame of its own, W*H*3/2 bytes.
 ///
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                  int32_t y1, int32_t y2, uint8_t* pResImg);
 
-/// Converts a rectangle of a YUV 420SP frame to RGB and to gray.
+/// Converts a region of a YUV 420SP frame to RGB and to gray.
 ///
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                  int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// Converts a rectangle of a YUV 420SP frame to RGB.
+/// Converts a region of a YUV 420SP frame to RGB.
 ///
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Converts every fourth pixel of every fourth row of a rectangle of a YUV 420SP frame to RGB (Scale4).
+/// Converts every fourth pixel of every fourth row of a region of a YUV 420SP frame to RGB (Scale4).
 ///
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Computes the red of each pixel of a rectangle of a YUV 420SP frame (RedImg).
+/// Computes the red of each pixel of a region of a YUV 420SP frame (RedImg).
 ///
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                         int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Computes the red of every second pixel of every second row of a rectangle of a YUV 420SP frame (Shrink2).
+/// Computes the red of every second pixel of every second row of a region of a YUV 420SP frame (Shrink2).
 ///
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420SPRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
@@ -396,31 +397,31 @@ NUV_API bool NuvRGB2YUV420P(uint8_t* pRGBImg, int32_t width, int32_t height, uin
 /// Copies the Y plane of a YUV 420P frame, width*height bytes.
 NUV_API void NuvYUV420P2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// Converts a rectangle of a YUV 420P frame to RGB and to gray.
+/// Converts a region of a YUV 420P frame to RGB and to gray.
 ///
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// Converts a rectangle of a YUV 420P frame to RGB.
+/// Converts a region of a YUV 420P frame to RGB.
 ///
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Converts every fourth pixel of every fourth row of a rectangle of a YUV 420P frame to RGB (Scale4).
+/// Converts every fourth pixel of every fourth row of a region of a YUV 420P frame to RGB (Scale4).
 ///
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Computes the red of each pixel of a rectangle of a YUV 420P frame (RedImg).
+/// Computes the red of each pixel of a region of a YUV 420P frame (RedImg).
 ///
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Computes the red of every second pixel of every second row of a rectangle of a YUV 420P frame (Shrink2).
+/// Computes the red of every second pixel of every second row of a region of a YUV 420P frame (Shrink2).
 ///
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV420PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
@@ -446,32 +447,32 @@ NUV_API bool NuvRGB2YUV422P(uint8_t* pRGBImg, int32_t width, int32_t height, uin
 /// Copies the Y plane of a YUV 422P frame, width*height bytes.
 NUV_API void NuvYUV422P2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
-/// Converts a rectangle of a YUV 422P frame to RGB and to gray.
+/// Converts a region of a YUV 422P frame to RGB and to gray.
 ///
 /// @return true if width, height, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
-/// Converts a rectangle of a YUV 422P frame to RGB.
+/// Converts a region of a YUV 422P frame to RGB.
 ///
 /// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Converts every fourth pixel of every fourth row of a rectangle of a YUV 422P frame to RGB (Scale4).
+/// Converts every fourth pixel of every fourth row of a region of a YUV 422P frame to RGB (Scale4).
 ///
 /// @return true if width and x1 are even, and W and H are multiples of 4; otherwise false, and nothing is
 ///         written
 NUV_API bool NuvCopyYUV422PScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
-/// Computes the red of each pixel of a rectangle of a YUV 422P frame (RedImg).
+/// Computes the red of each pixel of a region of a YUV 422P frame (RedImg).
 ///
 /// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
-/// Computes the red of every second pixel of every second row of a rectangle of a YUV 422P frame (Shrink2).
+/// Computes the red of every second pixel of every second row of a region of a YUV 422P frame (Shrink2).
 ///
 /// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_API bool NuvCopyYUV422PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,

@@ -28,8 +28,8 @@
 /// its first N-1 steps, so a closed chain of N codes has N positions. A pixel that the chain passes twice is
 /// two positions.
 ///
-/// The outer contour of an object runs counter-clockwise on the screen, and the contour of a hole clockwise.
-/// The object is always at the left of the walk, and both contours run over object pixels.
+/// The outer contour of an object runs anticlockwise on the screen, and the contour of a hole clockwise. The
+/// object is always at the left of the walk, and both contours run over object pixels.
 ///
 /// Tracing marks the image: 254 on contour pixels, 1 on background pixels that the tracer examined. The
 /// tracer takes every value of 2 or more for an object. It does not check the border of the image: rows 0 and
@@ -56,7 +56,7 @@
 
 /// Traces one contour from its start pixel and marks it in the image.
 ///
-/// Neighbours are 8-connected. The walk ends on the start pixel when no way is left that it has not taken, so
+/// Neighbours are 8-connected. The walk ends on the start pixel, once every way out of it has been taken, so
 /// a figure of eight is one chain. The background pixel beside the start becomes 1 whatever it holds: the
 /// left neighbour for an outer contour, the right one for a hole. The start becomes 254.
 ///
@@ -80,8 +80,8 @@ NUV_API void NuvMarkContour(uint8_t* pBinImg, int32_t width, int32_t x, int32_t 
 ///
 /// Lone pixels have no chain and are never kept.
 ///
-/// @param pBinImg        binary image. Changed: the four sides become 0; at the end every pixel below 50
-///                       becomes 0 and every other 255
+/// @param pBinImg        binary image. Changed: the border becomes 0; at the end every pixel below 50 becomes
+///                       0 and every other 255
 /// @param pChainCode     work space of width*height bytes
 /// @param width, height  size of the image
 /// @param minPerimeter   contours with fewer codes or a smaller perimeter are left out
@@ -268,11 +268,11 @@ NUV_API void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t 
 NUV_API int32_t NuvPixelsPassedByChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y,
                                        uint8_t* pChainCode, int32_t N, int32_t gry);
 
-/// Counts the pixels other than 0 under a chain.
+/// Counts the object pixels under a chain.
 ///
 /// It visits the ends of all N steps.
 ///
-/// @return the number of visits to a pixel other than 0
+/// @return the number of visits to an object pixel
 NUV_API int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y,
                                            uint8_t* pChainCode, int32_t N);
 
@@ -352,11 +352,11 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 ///
 /// The pixels that a chain encloses: filled, replaced, copied and counted.
 ///
-/// The region of an outer chain is everything inside and on it, holes included. The region of a hole's chain
-/// is the hole, without the rim that the chain runs over.
+/// An outer chain encloses everything inside and on it, holes included. The chain of a hole encloses the
+/// hole, without the rim that the chain runs over.
 ///
-/// The chain alone defines the region. A call writes edge marks over the contour in the image, scans the rows
-/// from mark to mark, and puts the contour's pixels back. Concurrent calls must not share an image, even
+/// The chain alone defines these pixels. A call writes edge marks over the contour in the image, scans the
+/// rows from mark to mark, and puts the contour's pixels back. Concurrent calls must not share an image, even
 /// where a function leaves the image as it was.
 ///
 /// A call uses these values, which must not occur among the pixels between the edges of the contour:
@@ -369,9 +369,9 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 /// the first five consecutive values that are free, and F is the first other free value. B is 2 and F is 5 if
 /// no low value is reserved. Pixels inside that hold F become B. The contour itself may hold any value.
 ///
-/// If a chain does not close, or does not wind once round its region, the scan visits no pixels. The chain's
-/// own pixels still count if its turns add up to those of an outer chain. A chain that crosses itself, which
-/// the tracer never makes, encloses an unspecified part of the rows that it touches.
+/// If a chain does not close, or does not wind once round what it encloses, the scan visits no pixels. The
+/// chain's own pixels still count if its turns add up to those of an outer chain. A chain that crosses
+/// itself, which the tracer never makes, encloses an unspecified part of the rows that it touches.
 ///
 /// Chains of at most 4096 codes need no allocation. If the allocation for a longer chain fails, the functions
 /// other than NuvFillingContour change nothing in the images and return 0.
@@ -389,8 +389,8 @@ NUV_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32
 /// @param mark            a value (its low byte) that is not among the pixels inside
 /// @param fill            the colour (its low byte)
 /// @return 1 for an outer chain, -1 for that of a hole; 0 for an empty one, which writes nothing
-/// @note If the allocation for a long chain fails, the region is filled but its contour keeps the edge marks.
-///       With includeContour the function allocates nothing.
+/// @note If the allocation for a long chain fails, the pixels inside are filled but the contour keeps the
+///       edge marks. With includeContour the function allocates nothing.
 NUV_API int32_t NuvFillingContour(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
                                   int32_t N, bool includeContour, int32_t mark, int32_t fill);
 
@@ -473,12 +473,12 @@ NUV_API int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N);
 ///
 /// Unless an entry says otherwise:
 ///
-/// - pBinImg is a binary image of width*height pixels. It changes: its four sides become 0, and at the end
-///   every pixel below 50 becomes 0 and every other 255.
+/// - pBinImg is a binary image of width*height pixels. It changes: its border becomes 0, and at the end every
+///   pixel below 50 becomes 0 and every other 255.
 /// - pChainCode is a work space of width*height bytes.
 /// - pResImg is a gray image of the same size.
-/// - Contours start as in NuvGetContours. With a narrow background the pixel before an outer contour must be
-///   below 2, not below 10.
+/// - Contours start as in NuvGetContours. Where an entry says that the background is narrow, the pixel before
+///   an outer contour must be below 2, not below 10.
 /// - Ranges include both ends.
 /// @{
 
@@ -486,7 +486,7 @@ NUV_API int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N);
 ///
 /// @param pBinImg        read only
 /// @param width, height  size of both images
-/// @param pResImg        every byte is written; its sides are 0
+/// @param pResImg        every byte is written; its border becomes 0
 NUV_API void NuvMarkContours(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Draws the contours whose perimeter, as computed by NuvAreaAndPerimeter, lies in a range.
@@ -531,7 +531,7 @@ NUV_API int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, i
 ///
 /// Holes are compared by the area of NuvRealAreaAndPerimeter; ties go to the first hole of the scan.
 ///
-/// @param pBinImg        binary image. The marks of the traces stay in it. Its sides are not cleared, and
+/// @param pBinImg        binary image. The marks of the traces stay in it. Its border is not cleared, and
 ///                       everything outside it counts as background
 /// @param pChainCode     receives the chains of all contours, one after the other. If they do not fit, later
 ///                       ones overwrite the first
@@ -580,7 +580,8 @@ NUV_API int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32
 /// @param pChainCode        work space
 /// @param width, height     size of both images
 /// @param minArea, maxArea  the range
-/// @param pResImg           every byte is written: the image with cleared sides and with those holes at 255
+/// @param pResImg           every byte is written: the image with its border cleared and with those holes at
+///                          255
 /// @return the number of holes counted
 NUV_API int32_t NuvRemoveBlackRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
                                             int32_t height, int32_t minArea, int32_t maxArea,
@@ -594,7 +595,8 @@ NUV_API int32_t NuvRemoveBlackRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCod
 /// @param pChainCode        work space
 /// @param width, height     size of both images
 /// @param minArea, maxArea  the range
-/// @param pResImg           every byte is written: the image with cleared sides and without those objects
+/// @param pResImg           every byte is written: the image with its border cleared and without those
+///                          objects
 /// @return the number of objects counted
 NUV_API int32_t NuvRemoveWhiteRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
                                             int32_t height, int32_t minArea, int32_t maxArea,
@@ -610,7 +612,7 @@ NUV_API int32_t NuvRemoveWhiteRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCod
 /// @param pChainCode     work space
 /// @param width, height  size of both images
 /// @param minLength      the greatest number of codes of a contour to erase
-/// @param pResImg        every byte is written: the image with cleared sides and those pixels 0
+/// @param pResImg        every byte is written: the image with its border cleared and those pixels 0
 NUV_API void NuvDeleteShortContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
                                    int32_t minLength, uint8_t* pResImg);
 
@@ -625,8 +627,8 @@ NUV_API void NuvDeleteShortContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_
 /// A contour counts if it has at least 4*step codes, q >= 1 - tolerance and r >= 1 - tolerance. The
 /// background is narrow.
 ///
-/// @param pBinImg        binary image. Changed: its four sides become 0, and the marks of the traces (254 and
-///                       1) stay
+/// @param pBinImg        binary image. Changed: its border becomes 0, and the marks of the traces (254 and 1)
+///                       stay
 /// @param pChainCode     work space
 /// @param width, height  size of the image
 /// @param step           every step-th row from row 0 is scanned; below 1 counts as 1

@@ -199,7 +199,7 @@ NUV_API void NuvFillRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int
 /// and wrap.
 /// @{
 
-/// Draws a cross in a gray image that stays off the two outer lines of the image.
+/// Draws a cross in a gray image, clear of the border of the image.
 ///
 /// The centre is moved to columns 1..width-2 and rows 1..height-2. The arms are
 ///
@@ -410,9 +410,9 @@ NUV_API void NuvDrawRightArrow(uint8_t* pRGBImg, int32_t width, int32_t height, 
 
 /// @}
 
-/// @defgroup drawing_plots Plots of projections
+/// @defgroup drawing_plots Plots of profiles
 ///
-/// Projections, one entry per column or row, as bars over what a gray image shows.
+/// Profiles, one entry per column or row, drawn as bars over what a gray image shows.
 ///
 /// The bar of a value v has this length in pixels, in double precision:
 ///
@@ -420,8 +420,8 @@ NUV_API void NuvDrawRightArrow(uint8_t* pRGBImg, int32_t width, int32_t height, 
 ///
 /// A length of 0 or below draws nothing. extent is the height for bars in columns and the width for bars in
 /// rows. hi is the greatest entry of the scale, at least 0. lo is the least entry of the scale, at most
-/// width*height*255. Integer products and differences are 32-bit and wrap: from 8,421,505 pixels on the bound
-/// of lo does, and can then be less than every entry.
+/// width*height*255. Integer products and differences are 32-bit and wrap. The bound of lo wraps from
+/// 8,421,505 pixels on and can then be less than every entry.
 ///
 /// pPrj holds the entries and is read only.
 /// @{

@@ -194,9 +194,9 @@ NUV_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// All functions share these arguments:
 ///
 /// - pGryImg is the source.
-/// - pTmpImg is scratch space with one entry per pixel. It is overwritten and holds T on return.
-/// - pResImg receives 255 on edge pixels and 0 elsewhere, also in the outermost rows and columns. It has
-///   width*height bytes, in another buffer than the other two.
+/// - pTmpImg is work space with one entry per pixel. It is overwritten and holds T on return.
+/// - pResImg receives 255 on edge pixels and 0 elsewhere, also in the border. It has width*height bytes, in
+///   another buffer than the other two.
 /// - grdThreshold is in gray levels. At 0 or below the step condition always holds, above 255 it never does.
 ///
 /// An image less than 3 pixels wide or high has no interior and so no edges.
@@ -204,12 +204,12 @@ NUV_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// @see J. Shen and S. Castan, An optimal linear operator for step edge detection, 1992
 /// @{
 
-/// Finds Shen-Jun edges with a floating-point coefficient on a byte scratch image.
+/// Finds Shen-Jun edges with a floating-point coefficient on a work image of bytes.
 ///
 /// step is (new - old)*a0 + old, truncated toward zero. A coefficient outside the stated range can take it
 /// out of the range of a byte; its low byte is then stored.
 ///
-/// @param pTmpImg  scratch space of width*height bytes
+/// @param pTmpImg  work space of width*height bytes
 /// @param a0       weight of the new sample, above 0 and at most 1. 1 smooths nothing and finds nothing
 NUV_API void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, double a0,
                                int32_t grdThreshold, uint8_t* pResImg);
@@ -218,7 +218,7 @@ NUV_API void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width
 ///
 /// step is ((new - old) >> shift) + old, which rounds down.
 ///
-/// @param pTmpImg  scratch space of width*height bytes
+/// @param pTmpImg  work space of width*height bytes
 /// @param shift    gives the coefficient a0 = 1/2^shift; clamped to 1..3
 NUV_API void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,
                                 int32_t shift, int32_t grdThreshold, uint8_t* pResImg);
@@ -244,11 +244,11 @@ NUV_API int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t w
                                    int32_t shift, int32_t grdThreshold, int32_t* pX, int32_t* pY,
                                    int32_t maxN, uint8_t* pResImg);
 
-/// Finds Shen-Jun edges with a floating-point coefficient on a scratch image of double.
+/// Finds Shen-Jun edges with a floating-point coefficient on a work image of double.
 ///
 /// step is (new - old)*a0 + old in double precision, without rounding to gray levels.
 ///
-/// @param pTmpImg  scratch space of width*height double
+/// @param pTmpImg  work space of width*height double
 /// @param a0       weight of the new sample, above 0 and at most 1
 NUV_API void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t width, int32_t height, double a0,
                                 int32_t grdThreshold, uint8_t* pResImg);
@@ -264,9 +264,9 @@ NUV_API void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t width
 
 /// Deletes the pixels where edges cross or clump.
 ///
-/// The outermost rows and columns are cleared first. Then all edge pixels with more than maxNeighbours of
-/// their eight neighbours set are deleted at once: none of these deletions changes the count of another
-/// pixel. Pixels of value 128 are deleted in any case.
+/// The border of the image is cleared first. Then all edge pixels with more than maxNeighbours of their eight
+/// neighbours set are deleted at once: none of these deletions changes the count of another pixel. Pixels of
+/// value 128 are deleted in any case.
 ///
 /// @param pBinImg        edge image, changed in place
 /// @param maxNeighbours  most neighbours that an edge pixel may have and stay; below 0 counts as 0
@@ -287,8 +287,7 @@ NUV_API void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t
 
 /// Deletes the interior edge pixels whose gradient in a gray image is weak.
 ///
-/// The gradient is |B - T| + |R - L| of the four direct neighbours. Edge pixels in the outermost rows and
-/// columns stay.
+/// The gradient is |B - T| + |R - L| of the four direct neighbours. Edge pixels in the border stay.
 ///
 /// @param pEdgeImg  edge image, changed in place
 /// @param pGryImg   gray image of the same size in another buffer; read only
@@ -319,8 +318,8 @@ NUV_API void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width, 
 ///
 /// Reduces gradient and edge images to points, a threshold or local ranges.
 ///
-/// pGrdImg is a gradient image. Rectangles are inclusive and must lie inside the image. Results by row or
-/// column are indexed by its absolute number.
+/// pGrdImg is a gradient image. Regions must lie inside the image. Results by row or column are indexed by
+/// its absolute number.
 /// @{
 
 /// Finds the two strongest rows in each column of a gradient image.
@@ -338,7 +337,7 @@ NUV_API void NuvExtractTwoEdgePointPerCol(uint8_t* pGrdImg, int32_t width, int32
                                           int32_t x2, int32_t y1, int32_t y2, int32_t* pFirst,
                                           int32_t* pSecond);
 
-/// Finds the two strongest pixels in each row and in each column of a rectangle.
+/// Finds the two strongest pixels in each row and in each column of a region.
 ///
 /// The first point of a row or column is its strongest pixel; ties go to the first. The second is the
 /// strongest pixel more than 10 pixels from it; ties go to the last. If all of those are 0, it is the first
@@ -375,14 +374,14 @@ NUV_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_
 
 /// Returns the gray level that most edge pixels vote for as a threshold.
 ///
-/// Each edge pixel strictly inside the rectangle votes for every level of a range. The range is made of its
-/// own gray value c and the extremes lo and hi of c and seven samples, at these offsets (dx, dy):
+/// Each edge pixel strictly inside the region votes for every level of a range. The range is made of its own
+/// gray value c and the extremes lo and hi of c and seven samples, at these offsets (dx, dy):
 ///
 ///     (1,0)  (2,-1)  (2,-2)  (1,-3)  (0,-3)  (-1,-2)  (-1,-1)
 ///
 /// @param pGryImg         gray image; the samples of all voting pixels must lie in it
 /// @param pEdgeImg        edge image of the same size; not 0 on edge pixels
-/// @param x1, x2, y1, y2  rectangle
+/// @param x1, x2, y1, y2  region
 /// @param mode            1 votes for lo..c, 2 for c..hi, any other value for lo..hi
 /// @return the level with most votes; ties go to the lowest. 0 without an edge pixel
 NUV_API int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width, int32_t x1,
@@ -417,7 +416,8 @@ NUV_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t heig
 ///
 /// It shows object and ground without the ramp between them. Edge pixels are those whose local range, as
 /// computed by NuvEdgeTripeDetection with half sizes M and 1, is at least T. Each run start..end of edge
-/// pixels in a row is sampled, with W = 2M + 1 and divisions truncated:
+/// pixels in a row is sampled. G(x) is the gray level in column x of that row, W = 2M + 1, and divisions
+/// truncate:
 ///
 /// - If G(start) - G(end) >= T, pixels are sampled in pairs, left - k and right + k for k = 0, 1, 2, ... They
 ///   end before the first pair that differs by less than T, and before k = min(left, width - right - 1).

@@ -12,13 +12,14 @@
 /// Box means, extremes, medians and edge-preserving smoothing of gray and RGB images.
 ///
 /// The source has width*height pixels and is not changed. The result has the same size and must be another
-/// buffer. If the image has no pixels, nothing is written. Calls on several threads may run at once.
+/// buffer. If the image has no pixels, nothing is written.
 /// @{
 
 /// @defgroup filters_box_means Box means
 ///
 /// Each pixel becomes the mean of a window of 2M + 1 columns by 2N + 1 rows around it. The three bytes of an
-/// RGB pixel are averaged separately. The mean of a pixels with sum s is
+/// RGB pixel are averaged separately. With a the number of the pixels in the window and s their sum, the mean
+/// is
 ///
 ///     (s * (2^24 / a)) >> 24        with 2^24 / a rounded down
 ///
@@ -131,17 +132,17 @@ NUV_API void NuvGryImgMinFilter3xInCol(uint8_t* pGryImg, int32_t width, int32_t 
 
 /// Replaces each pixel by the least of rows y-3..y+1 in its column.
 ///
-/// The window is clipped to rows 0..height-2, so the last row is never read. Unlike the windows of its
-/// siblings, it lies one row higher than the pixel that it is written to. An image of one row is copied.
+/// The window is clipped to rows 0..height-2, so the last row is never read. Unlike the other windows of this
+/// group, it is centred one row above the pixel that it is written to. An image of one row is copied.
 NUV_API void NuvGryImgMinFilter5xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// @}
 
 /// @defgroup filters_medians Medians
 ///
-/// Windows have 2M + 1 columns by 2N + 1 rows, where M and N are the half sizes. The time per pixel does not
-/// depend on the size of the window, apart from steps: windows of 3 by 3 and 5 by 5 are the fastest by far,
-/// then those of at most 255 pixels, then those of at most 32767 pixels.
+/// Medians of windows of 2M + 1 columns by 2N + 1 rows. M and N are the half sizes. The time per pixel does
+/// not depend on the size of the window, apart from steps: windows of 3 by 3 and 5 by 5 are the fastest by
+/// far, then those of at most 255 pixels, then those of at most 32767 pixels.
 ///
 /// @see S. Perreault and P. Hebert, Median filtering in constant time, 2007
 /// @{
@@ -189,7 +190,7 @@ NUV_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t hei
 
 /// Smooths noise below a given level and spares edges.
 ///
-/// An inner pixel c becomes c + (sum >> 3), where sum adds up the contributions of its eight neighbours n.
+/// An interior pixel c becomes c + (sum >> 3), where sum adds up the contributions of its eight neighbours n.
 /// With a = |n - c|, a neighbour contributes
 ///
 ///     a <= T         n - c
@@ -197,10 +198,10 @@ NUV_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t hei
 ///     3T < a         0
 ///
 /// The low 8 bits are stored. Results near 0 and 255 can wrap around, because a neighbour just beyond T
-/// contributes nearly 2T. The outermost rows and columns are not written.
+/// contributes nearly 2T. The border is not written.
 ///
-/// @param T  level of the noise, in gray levels. At 0 or less the inner pixels are copied; at 255 or more all
-///           neighbours count in full
+/// @param T  level of the noise, in gray levels. At 0 or less the interior pixels are copied; at 255 or more
+///           all neighbours count in full
 NUV_API void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg);
 
 /// @}

@@ -33,23 +33,23 @@ NUV_API void NuvFlipVertical(uint8_t* pImg, int32_t width, int32_t height, bool 
 /// Mirrors left and right in place: column x becomes column width-1-x.
 NUV_API void NuvFlipHorizontal(uint8_t* pGryImg, int32_t width, int32_t height);
 
-/// Turns by 180 degrees: byte i becomes byte width*height-1-i.
+/// Turns a gray image by 180 degrees: byte i becomes byte width*height-1-i.
 NUV_API void NuvReverseImg(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
-/// Turns pixels of four bytes by a quarter.
+/// Turns an image of four bytes per pixel by a quarter.
 ///
 /// @param bCS      true: clockwise, as NuvImgRotate90DegreeCS does; false: anticlockwise, as
 ///                 NuvImgRotate90DegreeCCS does
 /// @param pResImg  receives an image height wide and width high
 NUV_API void NuvRGB32Rotate90Degree(uint8_t* pImg, int32_t width, int32_t height, bool bCS, uint8_t* pResImg);
 
-/// Turns by a quarter clockwise on the screen: pixel (x, y) moves to column height-1-y of row x.
+/// Turns an image by a quarter clockwise on the screen: pixel (x, y) moves to column height-1-y of row x.
 ///
 /// @param pResImg  receives an image height wide and width high
 NUV_API void NuvImgRotate90DegreeCS(uint8_t* pImg, int32_t width, int32_t height, bool bRGB,
                                     uint8_t* pResImg);
 
-/// Turns by a quarter anticlockwise on the screen: pixel (x, y) moves to column y of row width-1-x.
+/// Turns an image by a quarter anticlockwise on the screen: pixel (x, y) moves to column y of row width-1-x.
 ///
 /// @param pResImg  receives an image height wide and width high
 NUV_API void NuvImgRotate90DegreeCCS(uint8_t* pImg, int32_t width, int32_t height, bool bRGB,
@@ -161,7 +161,8 @@ NUV_API void NuvCopyRectFromRotateAndShiftFast(uint8_t* pGryImg, int32_t width, 
 
 /// Shifts each row to the left by k times its number, with linear interpolation.
 ///
-/// With K = truncate(k*4096), row y has a = y*K, s = a >> 12 and f = a & 4095. Its pixel x becomes
+/// With K = truncate(k*4096), row y has a = y*K, s = a >> 12 and f = a & 4095. p[x] is pixel x of the row.
+/// Pixel x of the result becomes
 ///
 ///     (p[x+s]*(4096-f) + p[x+s+1]*f) >> 12
 ///
@@ -180,10 +181,10 @@ NUV_API void NuvShiftXPerRowFast(uint8_t* pGryImg, int32_t width, int32_t height
 
 /// Shifts an image by whole pixels: (x, y) moves to (x+dx, y+dy).
 ///
-/// Columns that fall free become 0. Rows that fall free keep what pResImg held, but it is shifted by dx as
-/// well, and its free columns become 0.
+/// Columns that nothing is moved to become 0. Rows that nothing is moved to keep what pResImg held, but
+/// shifted by dx as well, with 0 in the columns left free.
 ///
-/// @param pResImg  receives the shifted image; what it held is read where rows fall free
+/// @param pResImg  receives the shifted image; what it held is read in the rows left free
 NUV_API void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, int32_t dx, int32_t dy,
                            uint8_t* pResImg);
 
@@ -232,11 +233,11 @@ NUV_API void NuvZoomGryImg2x2(uint8_t* pGryImg, int32_t width, int32_t height, u
 /// Each byte of a pixel becomes what NuvZoomGryImg2x2 makes of it.
 NUV_API void NuvZoomRGBImg2x2(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg);
 
-/// Takes every M-th pixel of every N-th row: width/M by height/N.
+/// Shrinks a gray image to every M-th pixel of every N-th row: width/M by height/N pixels.
 NUV_API void NuvShrinkGryImgByExtract(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                       uint8_t* pResImg);
 
-/// Shrinks by the means of blocks of M by N pixels, per byte: width/M by height/N.
+/// Shrinks an image to the means of blocks of M by N pixels, per byte: width/M by height/N pixels.
 ///
 /// If allocation fails, nothing is written.
 ///
@@ -245,7 +246,7 @@ NUV_API void NuvShrinkGryImgByExtract(uint8_t* pGryImg, int32_t width, int32_t h
 NUV_API void NuvShrinkImgByAvr(uint8_t* pImg, bool bRGB, int32_t width, int32_t height, int32_t M, int32_t N,
                                uint8_t* pResImg);
 
-/// Shrinks to a given size by the median of each cell.
+/// Shrinks a gray image to a given size by the median of each cell.
 ///
 /// A cell has width/resWidth by height/resHeight pixels. Where this division leaves a remainder, it is
 /// width/(resWidth-1) or height/(resHeight-1) instead. The last cells are cut off at the end of the image.
@@ -253,22 +254,22 @@ NUV_API void NuvShrinkImgByAvr(uint8_t* pImg, bool bRGB, int32_t width, int32_t 
 NUV_API void NuvShrinkGryImgByMedian(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                      int32_t resWidth, int32_t resHeight);
 
-/// Takes every second pixel of every second row: width/2 by height/2.
+/// Shrinks a gray image to every second pixel of every second row: width/2 by height/2 pixels.
 ///
 /// @param pResWidth, pResHeight  receive the size of the result
 NUV_API void NuvShrinkGryImg2x2ByExtract(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                          int32_t* pResWidth, int32_t* pResHeight);
 
-/// Shrinks by the means of blocks of 2 by 2 pixels: width/2 by height/2.
+/// Shrinks a gray image to the means of blocks of 2 by 2 pixels: width/2 by height/2 pixels.
 NUV_API void NuvShrinkGryImg2x2ByAvr(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
-/// Shrinks by the means of blocks of 4 by 4 pixels: width/4 by height/4.
+/// Shrinks a gray image to the means of blocks of 4 by 4 pixels: width/4 by height/4 pixels.
 ///
 /// @param pResWidth, pResHeight  receive the size of the result
 NUV_API void NuvShrinkGryImg4x4ByAvr(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                      int32_t* pResWidth, int32_t* pResHeight);
 
-/// Takes every fourth pixel of every fourth row: width/4 by height/4.
+/// Shrinks a gray image to every fourth pixel of every fourth row: width/4 by height/4 pixels.
 ///
 /// @param pResWidth, pResHeight  receive the size of the result
 NUV_API void NuvShrinkGryImg4x4ByExtract(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,

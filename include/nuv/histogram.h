@@ -151,7 +151,7 @@ NUV_API int32_t NuvGetImageAvrAndDevAndDif(int32_t* pHistogram, double* pAvr, do
 /// The median, the mode and the tails of the values that a histogram counts.
 /// @{
 
-/// Returns the median, chosen between two neighbouring values by the excess of the running count over the
+/// Returns the median, chosen between two neighbouring values by the excess of the cumulative count over the
 /// half.
 ///
 /// With T = truncate(N*0.5 + 0.5), the bins are summed from 0 up to the first bin m at which the sum reaches
@@ -250,9 +250,9 @@ NUV_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT,
 
 /// Returns a noise threshold of three sigma, from a histogram of absolute differences.
 ///
-/// With c = truncate(N*0.5 + 0.5), let i be the first bin at which the running count s from 0 upward reaches
-/// c. The median is interpolated inside that bin, and sigma is the median divided by 0.67. Quotients are
-/// floating.
+/// With c = truncate(N*0.5 + 0.5), let i be the first bin at which the cumulative count s from 0 upward
+/// reaches c. The median is interpolated inside that bin, and sigma is the median divided by 0.67. Quotients
+/// are floating.
 ///
 ///     m = i - (s - c)/h[i]            i itself for i = 0
 ///     T = truncate(m/0.67*3 + 0.5)
@@ -922,8 +922,8 @@ NUV_API void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height
 ///     G90 = p(x-1,y-1) + 2*p(x-1,y) + p(x-1,y+1) - p(x+1,y-1) - 2*p(x+1,y) - p(x+1,y+1)
 ///     G0  = p(x-1,y-1) + 2*p(x,y-1) + p(x+1,y-1) - p(x-1,y+1) - 2*p(x,y+1) - p(x+1,y+1)
 ///
-/// The outermost rows have no strength. The first and the last entry repeat their neighbours. All entries are
-/// 0 for an image with fewer than three columns or rows.
+/// The first and the last row have no strength. The first and the last entry repeat their neighbours. All
+/// entries are 0 for an image with fewer than three columns or rows.
 ///
 /// @param pGryImg        gray image
 /// @param width, height  its size
@@ -933,8 +933,8 @@ NUV_API void NuvGryImgSobel90JustToPrjX(uint8_t* pGryImg, int32_t width, int32_t
 /// Sums the strength of vertical edges in each row.
 ///
 /// The strength of a pixel is |G90| alone if |G0| < |G90|, otherwise 0, with the Sobel responses of
-/// NuvGryImgSobel90JustToPrjX. The outermost columns have no strength. The first and the last entry repeat
-/// their neighbours. All entries are 0 for an image with fewer than three columns or rows.
+/// NuvGryImgSobel90JustToPrjX. The first and the last column have no strength. The first and the last entry
+/// repeat their neighbours. All entries are 0 for an image with fewer than three columns or rows.
 ///
 /// @param pGryImg        gray image
 /// @param width, height  its size
@@ -978,7 +978,7 @@ NUV_API void NuvGryImgPrjXY(uint8_t* pGryImg, int32_t width, int32_t height, int
 NUV_API void NuvGryImgPrjXYInRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t* pPrjX, int32_t* pPrjY);
 
-/// Counts the pixels of a region that are not 0 by column and by row.
+/// Counts the object pixels of a region by column and by row.
 ///
 /// @param pBinImg         binary image
 /// @param width, height   its size

@@ -21,6 +21,9 @@
 ///     Hough   x*cos(Theta) + y*sin(Theta) = Thro, Theta in whole degrees 0..180, Thro in whole pixels, which
 ///             may be negative
 ///
+/// A line that is written as one y per column has x as its major and y as its minor axis. For one x per row
+/// it is the other way round.
+///
 /// Angles are in degrees, with pi = 3.1415926 unless a function says otherwise. Results are defined with that
 /// constant. Conversions to int32_t truncate. A value that is not finite or does not fit gives the most
 /// negative int32_t, which lies outside every image. A division by zero gives an infinity or a not-a-number.
@@ -38,7 +41,8 @@
 NUV_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical,
                                double* pK, double* pB);
 
-/// Converts 2P to KB form and gives the angle of the line to the x axis.
+/// @overload
+/// Converts 2P to KB form and computes the angle of the line to the x axis.
 ///
 /// The form is that of the function without an angle.
 ///
@@ -46,7 +50,7 @@ NUV_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, i
 NUV_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical,
                                double* pK, double* pB, double* pAngle);
 
-/// The b of the KB line of slope k through point (x, y).
+/// Computes the b of the KB line of slope k through the point (x, y).
 ///
 /// @return y - x*k if isVertical is 0, else x - y*k
 NUV_API double NuvGetLineB(int32_t isVertical, double k, int32_t x, int32_t y);
@@ -103,7 +107,7 @@ NUV_API int32_t NuvCodeLineEstimateTheta(int32_t x, int32_t y, uint8_t* pChainCo
 /// Points in which two lines meet, or a line and a row.
 /// @{
 
-/// The intersection of two KB lines.
+/// Finds the intersection of two KB lines.
 ///
 /// Parallelism is tested exactly, without a tolerance.
 ///
@@ -112,7 +116,7 @@ NUV_API int32_t NuvCodeLineEstimateTheta(int32_t x, int32_t y, uint8_t* pChainCo
 NUV_API bool NuvPointOfIntersection(int32_t isVertical1, double k1, double b1, int32_t isVertical2, double k2,
                                     double b2, double* pX, double* pY);
 
-/// The intersection of two ABC lines.
+/// Finds the intersection of two ABC lines.
 ///
 /// Lines with |A1*B2 - B1*A2| < 1e-05 are parallel.
 ///
@@ -121,7 +125,7 @@ NUV_API bool NuvPointOfIntersection(int32_t isVertical1, double k1, double b1, i
 NUV_API bool NuvPointOfIntersection(double A1, double B1, double C1, double A2, double B2, double C2,
                                     double* pX, double* pY);
 
-/// The intersection of two Hough lines.
+/// Finds the intersection of two Hough lines.
 ///
 /// Lines of equal Theta are parallel. Theta 0 and Theta 180 do not count as equal: such lines give a far
 /// point.
@@ -131,7 +135,7 @@ NUV_API bool NuvPointOfIntersection(double A1, double B1, double C1, double A2, 
 NUV_API bool NuvPointOfIntersection(int32_t Thro1, int32_t Theta1, int32_t Thro2, int32_t Theta2, double* pX,
                                     double* pY);
 
-/// The x of a Hough line in row y.
+/// Computes the x of a Hough line in row y.
 ///
 /// @param pX  receives x; 0.0 if there is none
 /// @return false if |cos(Theta)| <= 1e-05
@@ -144,13 +148,13 @@ NUV_API bool NuvGetHoughLinePointX(int32_t Thro, int32_t Theta, int32_t y, doubl
 /// Measures of points and lines in the plane.
 /// @{
 
-/// The distance between two points.
+/// Computes the distance between two points.
 NUV_API double NuvDistBetweenPoint12(double x1, double y1, double x2, double y2);
 
-/// The distance of a point from a KB line.
+/// Computes the distance of a point from a KB line.
 NUV_API double NuvDistFromPoint2KBLine(int32_t x, int32_t y, int32_t isVertical, double k, double b);
 
-/// The distance of point 3 from the line through points 1 and 2.
+/// Computes the distance of point 3 from the line through points 1 and 2.
 ///
 /// @return the distance; not a number if points 1 and 2 are equal
 /// @note The differences of coordinates and the products y1*x2 and x1*y2 are 32-bit and wrap. Products can
@@ -158,7 +162,7 @@ NUV_API double NuvDistFromPoint2KBLine(int32_t x, int32_t y, int32_t isVertical,
 NUV_API double NuvDistFromPoint3To2PLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                          int32_t y3);
 
-/// The side of the line through points 1 and 2 on which point 3 lies.
+/// Finds the side of the line through points 1 and 2 on which point 3 lies.
 ///
 /// @return 1 below the line on the screen, or at the right of a line with x1 == x2; -1 on the other side; 0
 ///         on the line
@@ -168,18 +172,18 @@ NUV_API double NuvDistFromPoint3To2PLine(int32_t x1, int32_t y1, int32_t x2, int
 NUV_API int32_t NuvWhichSideIsPoint3ToLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3,
                                            int32_t y3);
 
-/// The angle of a 2P line to the x axis.
+/// Computes the angle of a 2P line to the x axis.
 ///
 /// @return 0 up to 180; exactly 90.0 for two equal points
 NUV_API double Nuv2PLineAngleDegree2AxisX(double x1, double y1, double x2, double y2);
 
-/// The angle of an ABC line to the x axis.
+/// Computes the angle of an ABC line to the x axis.
 ///
 /// @param C  not read
 /// @return 0 up to 180
 NUV_API double NuvABCLineAngleDegree2AxisX(double A, double B, double C);
 
-/// The angle between two ABC lines.
+/// Computes the angle between two ABC lines.
 ///
 /// @param C1, C2  not read
 /// @return 0 to 90; 0.0 if |A1*B2 - B1*A2| < 1e-05
@@ -193,7 +197,7 @@ NUV_API double NuvABCLineIntersectAngleDegree(double A1, double B1, double C1, d
 /// Common parts of ranges and of rectangles.
 /// @{
 
-/// The length of the common part of two ranges of integers, with the common range.
+/// Computes the common part of two ranges of integers, and its length.
 ///
 /// Both ends of a range are inclusive and may come in either order.
 ///
@@ -203,10 +207,10 @@ NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, 
                                   int32_t* pEnd);
 
 /// @overload
-/// The length of the common part of two ranges of integers that together span less than 2^31.
+/// Computes the length of the common part of two ranges of integers that together span less than 2^31.
 NUV_API int32_t NuvLineOverlapLen(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2);
 
-/// The number of pixels common to two rectangles.
+/// Counts the pixels common to two rectangles.
 ///
 /// Opposite sides of a rectangle may come in either order. The number is 32-bit and wraps, from 46,341 by
 /// 46,341 pixels on.
@@ -221,7 +225,7 @@ NUV_API int32_t NuvRectOverlapArea(tagRECT rect1, tagRECT rect2);
 /// Each function is defined by its method, and the methods differ at corners and at the last column.
 /// @{
 
-/// The part of a KB line in the image, found from its crossings with the four border lines.
+/// Finds the part of a KB line in the image from its crossings with the four border lines.
 ///
 /// Crossings that lie in the image are listed for the top, bottom, left and right border in this order, and
 /// then sorted by x. Crossings of equal x keep their order. The first two are returned, truncated. A line
@@ -232,7 +236,7 @@ NUV_API int32_t NuvRectOverlapArea(tagRECT rect1, tagRECT rect2);
 NUV_API bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVertical, double k, double b,
                                   int32_t* pX1, int32_t* pY1, int32_t* pX2, int32_t* pY2);
 
-/// The part of an ABC line in the image, found by a walk along its major axis from both ends.
+/// Finds the part of an ABC line in the image by a walk along its major axis from both ends.
 ///
 ///     |B| > |A|   each column x has y = truncate(0.5 - (x*A + C)/B), which must lie in 0..height-1
 ///     otherwise   each row y has x = truncate(-((y*B + C)/A)), which must lie in 0..width-2
@@ -245,7 +249,7 @@ NUV_API bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVerti
 NUV_API bool NuvABCLineImgBoundary(int32_t width, int32_t height, double A, double B, double C, int32_t* pX1,
                                    int32_t* pY1, int32_t* pX2, int32_t* pY2);
 
-/// The part of a Hough line in the image, coordinates truncated.
+/// Finds the part of a Hough line in the image, with truncated coordinates.
 ///
 /// Theta 90 gives row Thro, and Theta 0 gives column Thro, from end to end, whether or not it lies in the
 /// image. Any other line, Theta 180 too, is tried against the left, right, top and bottom border in this
@@ -258,7 +262,7 @@ NUV_API bool NuvABCLineImgBoundary(int32_t width, int32_t height, double A, doub
 NUV_API bool NuvHoughLineImgBoundary(int32_t width, int32_t height, int32_t Thro, int32_t Theta, int32_t* pX,
                                      int32_t* pY);
 
-/// The points of a KB line at the two ends of a range along its major axis, in two arrays.
+/// Finds the points of a KB line at the two ends of a range along its major axis, in two arrays.
 ///
 /// The ends are columns x1 and x2 if isVertical is 0, else rows y1 and y2. Coordinates are
 /// truncate(value + 0.5). Each is clamped to the image on its own, so that a clamped point can leave the
@@ -270,7 +274,7 @@ NUV_API bool NuvKBLineRectBoundary(int32_t width, int32_t height, int32_t x1, in
                                    int32_t y2, int32_t isVertical, double k, double b, int32_t* pX,
                                    int32_t* pY);
 
-/// The points of a KB line at the two ends of a range along its major axis, in four outputs.
+/// Finds the points of a KB line at the two ends of a range along its major axis, in four outputs.
 ///
 /// They are those of NuvKBLineRectBoundary.
 NUV_API void NuvKBLineBeginEndPoint(int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
@@ -287,14 +291,14 @@ NUV_API void NuvKBLineBeginEndPoint(int32_t width, int32_t height, int32_t x1, i
 /// pixel per column, at y = truncate(0.5 - (x*A + C)/B). Pixels outside the image are skipped.
 /// @{
 
-/// Counts the non-zero and the zero pixels along an ABC line.
+/// Counts the object and the background pixels along an ABC line.
 ///
-/// @param pWhite  receives the number of non-zero pixels
-/// @param pBlack  receives the number of zero pixels
+/// @param pWhite  receives the number of object pixels
+/// @param pBlack  receives the number of background pixels
 NUV_API void NuvPixlesOnABCLine(uint8_t* pBinImg, int32_t width, int32_t height, double A, double B, double C,
                                 int32_t* pWhite, int32_t* pBlack);
 
-/// The histogram of the pixels along an ABC line.
+/// Computes the histogram of the pixels along an ABC line.
 ///
 /// @param pHistogram  receives 256 bins
 NUV_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height, double A, double B,
@@ -314,7 +318,7 @@ NUV_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height
 NUV_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                int32_t y2, int32_t gray, int32_t* pEqual, int32_t* pOther);
 
-/// The number of pixels equal to a gray value on the outline of a rectangle.
+/// Counts the pixels equal to a gray value on the outline of a rectangle.
 ///
 /// The outline is rows y1 and y2 over x1..x2, and columns x1 and x2 over y1..y2. A corner counts once per
 /// side on which it lies, and so does every pixel of a rectangle of one row or column.
@@ -324,7 +328,7 @@ NUV_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int3
 NUV_API int32_t NuvPixelsOnRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2, int32_t gray);
 
-/// The contrast between the two sides of an ABC line, within columns x1 to x2.
+/// Computes the contrast between the two sides of an ABC line, within columns x1 to x2.
 ///
 /// Two samples are compared for each pixel (x, y) of the line, with shift = truncate(-(A/B)*dist):
 ///
@@ -454,7 +458,7 @@ NUV_API int32_t NuvImgChainLines_DoBinImg(uint8_t* pGryImg, int32_t width, int32
 ///         size last passed to NuvImgChainLines_Initialize
 NUV_API int32_t NuvImgChainLines_DoGryImg(uint8_t* pGryImg, int32_t width, int32_t height, bool bFitLines);
 
-/// Gives the points of the next line found, in order.
+/// Returns the points of the next line found, in order.
 ///
 /// @param ppX, ppY  receive pointers to the points, which belong to the detector. They are valid until the
 ///                  next detection, or until NuvImgChainLines_Initialize needs more memory
@@ -462,7 +466,7 @@ NUV_API int32_t NuvImgChainLines_DoGryImg(uint8_t* pGryImg, int32_t width, int32
 /// @return false, with nothing written, if there is no further line
 NUV_API bool NuvImgChainLines_GetNxtCodeLine(int32_t** ppX, int32_t** ppY, int32_t* pN);
 
-/// The fitted segments, as many as the detection returned.
+/// Returns the fitted segments, as many as the detection returned.
 ///
 /// @return the segments, which belong to the detector and are valid as long as the points of
 ///         NuvImgChainLines_GetNxtCodeLine; null if the last detection, refused or not, had bFitLines = false
@@ -517,7 +521,7 @@ NUV_API int32_t NuvImgChainLines_Debug(uint8_t* pResImg);
 ///         allocated
 NUV_API bool NuvHoughLines_Initialize(int32_t width, int32_t height);
 
-/// The strongest line of points, with a Theta in a range.
+/// Finds the strongest line of a set of points, with a Theta in a range.
 ///
 /// @param pX, pY          N points, also outside the image. They are moved during the call and moved back. If
 ///                        the detector is too small for them, they stay relative to the centre of their
@@ -530,7 +534,8 @@ NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, int32_t Th
                                  double* pA, double* pB, double* pC, int32_t* pThro, int32_t* pTheta);
 
 /// @overload
-/// The strongest line of points, with a Theta that a mask enables, except the highest one enabled.
+/// Finds the strongest line of a set of points, with a Theta that a mask enables, except the highest one
+/// enabled.
 ///
 /// @param pThetaMask  181 entries, true where the Theta is enabled; with none enabled there is no line
 /// @note With N below 2 the lines found before stay, for NuvHoughLines_GetNextLine.
@@ -538,7 +543,7 @@ NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, bool* pThe
                                  double* pB, double* pC, int32_t* pThro, int32_t* pTheta);
 
 /// @overload
-/// The strongest line of points that each have a Theta of their own.
+/// Finds the strongest line of a set of points that each have a Theta of their own.
 ///
 /// A point votes for pPointTheta - dTheta to pPointTheta + dTheta, both included, within 0..179.
 ///
@@ -549,7 +554,7 @@ NUV_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t* pPointTheta,
                                  int32_t dTheta, double* pA, double* pB, double* pC, int32_t* pThro,
                                  int32_t* pTheta);
 
-/// The next strongest line, apart from those found since the last transform.
+/// Finds the next strongest line, apart from those found since the last transform.
 ///
 /// Cells nearer than dThro in Thro and nearer than dTheta in Theta to the cell of such a line are left out.
 /// The votes stay as they are. Theta 0 and Theta 179 are not neighbours.

@@ -14,8 +14,8 @@
 
 /// Estimates the standard deviation of the noise in a gray image.
 ///
-/// The response d of an inner pixel is the sum of its 3 by 3 neighbourhood weighted by a mask. The mask gives
-/// 0 on constant surfaces and on ramps:
+/// The response d of an interior pixel is the sum of its 3 by 3 neighbourhood weighted by a mask. The mask
+/// gives 0 on constant surfaces and on ramps:
 ///
 ///      1 -2  1
 ///     -2  4 -2        estimate = sqrt(sum of d^2 / (36*(width-2)*(height-2)))
@@ -24,13 +24,11 @@
 /// The sum is 32-bit and wraps. For noise of standard deviation s it wraps at 2^32/(36*s^2) pixels, which is
 /// 1.19 million for s = 10. For a checkerboard of black and white it wraps from 1,033 pixels on.
 ///
-/// Calls on several threads may run at once.
-///
 /// @param pGryImg  gray image of width*height bytes, not changed
-/// @param pResImg  another buffer of the same size. It receives min(d^2/36, 250), rounded down, at the inner
-///                 pixels: the energy of the noise there. The outermost rows and columns are not written
+/// @param pResImg  another buffer of the same size. It receives min(d^2/36, 250), rounded down, at the
+///                 interior pixels: the energy of the noise there. The border is not written
 /// @return the estimate in gray levels; not a number if width or height is 2, and 0 for other images without
-///         inner pixels
+///         interior pixels
 /// @see J. Immerkaer, Fast noise variance estimation, 1996
 NUV_API double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 

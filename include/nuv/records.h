@@ -28,8 +28,8 @@ struct tagRECT {
 ///
 /// The list owns its nodes and their chains; NuvFreeContours releases them all.
 struct NUV_CONTOUR_STRUCT {
-  bool isOuter;               ///< true for the rim of an object, false for the rim of a hole
-  int32_t area;               ///< pixels enclosed: with the rim for an object, without it for a hole
+  bool isOuter;               ///< true for the outer contour of an object, false for the contour of a hole
+  int32_t area;               ///< pixels enclosed, as computed by NuvRealAreaAndPerimeter
   int32_t perimeter;          ///< path length: 1 per even code, sqrt(2) per odd code, rounded
   int32_t x;                  ///< column of the chain's start pixel
   int32_t y;                  ///< row of the chain's start pixel

@@ -12,31 +12,30 @@
 ///
 /// Means, ranges and contrasts of image regions, the brightest window, differences and noise levels.
 ///
-/// Images are gray and have width*height pixels unless an entry says otherwise; none is changed. A rectangle
-/// x1, x2, y1, y2 covers columns x1..x2 and rows y1..y2, all ends inclusive, and must lie in the image. Calls
-/// on several threads may run at once.
+/// Images are gray and have width*height pixels unless an entry says otherwise; none is changed. A region x1,
+/// x2, y1, y2 covers columns x1..x2 and rows y1..y2, all ends inclusive, and must lie in the image.
 /// @{
 
-/// Computes the mean of a rectangle, truncated.
+/// Computes the mean of a region, truncated.
 ///
 /// The sum is 32-bit; it wraps from 8,421,505 white pixels on.
 ///
 /// @param height  not used
-/// @return the mean; 0 for an empty rectangle
+/// @return the mean; 0 for an empty region
 NUV_API int32_t NuvGryRectAvr(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2);
 
-/// Finds the range of the values in a rectangle, without a given share of its pixels at either end.
+/// Finds the range of the values in a region, without a given share of its pixels at either end.
 ///
 /// The number of pixels ignored at each end is
 ///
 ///     K = truncate((x2-x1+1)*ratio*(y2-y1+1))
 ///
 /// @param ratio  share to ignore at each end; 0 gives the smallest and the largest value
-/// @param pMin   receives the first value, counted up from 0, at which more than K pixels have been passed;
-///               256 if there is none
-/// @param pMax   receives the first value, counted down from 255 to 1, at which more than K pixels have been
-///               passed; 0 if there is none
+/// @param pMin   receives the first value, from 0 upward, at which the cumulative count exceeds K; 256 if
+///               there is none
+/// @param pMax   receives the first value, from 255 downward, at which the cumulative count exceeds K; 0 if
+///               there is none
 NUV_API void NuvGryMinMaxInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
                                 int32_t y2, double ratio, int32_t* pMin, int32_t* pMax);
 
@@ -57,8 +56,8 @@ NUV_API int32_t NuvCenterBlockMeanDif(uint8_t* pGryImg, int32_t width, int32_t h
 ///
 /// The top left corner is tried in columns 0..width-M-1, or in column 0 alone if M = width, and in rows
 /// 0..height-N-1. The last place of an axis is therefore never tried, and N = height tries none. Ties go to
-/// the first window in reading order. The time per pixel does not depend on N, and it grows with the
-/// logarithm of M.
+/// the first window in raster order. The time per pixel does not depend on N, and it grows with the logarithm
+/// of M.
 ///
 /// @param M, N    size of the window
 /// @param pX, pY  receive the corner plus (M/2, N/2); (width/2, height/2) if the result is 0
