@@ -97,7 +97,8 @@ NUV_API int32_t NuvGetWhitePixelsNum(uint8_t* pBinImg, int32_t width, int32_t he
 /// repeated.
 ///
 /// @param pBinImg    binary image; read only
-/// @param M, N       half sizes; if one is negative or the window is larger than the image, nothing is written
+/// @param M, N       half sizes; if one is negative or the window is larger than the image, nothing is
+///                   written
 /// @param pSum       work space of width entries; receives the column sums of the last 2N rows
 /// @param threshold  compared without a sign
 /// @param pResImg    every byte is written; nothing is written if allocation fails
@@ -115,8 +116,8 @@ NUV_API bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, in
 ///
 /// The window of pixel (x, y) has the half sizes min(M, x, width-1-x) and min(N, y, height-1-y), so it stays
 /// centred. The pixel becomes 255 if the sum of the window is above the threshold times the number of pixels
-/// in the window, otherwise 0. In the last column, where the window is one pixel wide, the threshold is always
-/// 126.
+/// in the window, otherwise 0. In the last column, where the window is one pixel wide, the threshold is
+/// always 126.
 ///
 /// @param pBinImg    binary image; read only
 /// @param pMskImg    mask of the same size. The sums add (not mask) and pixel, bit by bit: 255 removes the
@@ -242,8 +243,8 @@ NUV_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t heig
 /// the pixel itself in the first columns, and ends with it in the last ones. It is cut at the ends of the
 /// row. Its sum must be above 254*M' + 127.
 ///
-/// A row is not written if both half sizes are below 1 or the window is wider than the image. If only one half
-/// size is below 0, it counts as 0.
+/// A row is not written if both half sizes are below 1 or the window is wider than the image. If only one
+/// half size is below 0, it counts as 0.
 ///
 /// @param pBinImg         binary image; read only
 /// @param M, N            half sizes at the top of the image
@@ -320,10 +321,10 @@ NUV_API void NuvBinImgDeletePointsLessThanN(uint8_t* pBinImg, int32_t width, int
 ///
 /// 1. Each white pixel is replaced by the least of its distances to the two ends of its run in the row and of
 ///    its run in the column. A distance is 1 at an end and 254 at most.
-/// 2. If there is no white pixel, 1 is subtracted from the size and the search ends. If all distances are 1, 1
-///    is added and the search ends.
-/// 3. m is the median of the distances, as computed by NuvGetMedianInHistogram, or 1 if that is 0. 2m is added
-///    to the size.
+/// 2. If there is no white pixel, 1 is subtracted from the size and the search ends. If all distances are 1,
+///    1 is added and the search ends.
+/// 3. m is the median of the distances, as computed by NuvGetMedianInHistogram, or 1 if that is 0. 2m is
+///    added to the size.
 /// 4. The image of the round is eroded: by NuvBinImgMinFilter3x3 if m is 1, otherwise by NuvBinImgFilter with
 ///    half sizes m. If the window is larger than the image, if the erosion changes nothing, or if allocation
 ///    fails, the search ends.
@@ -493,9 +494,9 @@ NUV_API void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width,
 
 /// Marks the long white runs of rows, with a least length that changes down the image.
 ///
-/// In row y a run is long if it has at least (minBottom-minTop)*y/(height-1) + minTop pixels, with a truncated
-/// quotient. Only columns 1 to width-2 of rows 1 to height-2 are considered. A run that goes beyond those
-/// columns counts with its part inside.
+/// In row y a run is long if it has at least (minBottom-minTop)*y/(height-1) + minTop pixels, with a
+/// truncated quotient. Only columns 1 to width-2 of rows 1 to height-2 are considered. A run that goes beyond
+/// those columns counts with its part inside.
 ///
 /// @param pBinImg            binary image; read only
 /// @param minTop, minBottom  least lengths in the first and the last row
@@ -531,10 +532,10 @@ NUV_API bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg,
 
 /// Keeps the long white runs of rows, and the short ones that touching runs connect with a long one.
 ///
-/// A run of minLength pixels or more has level 1. A first pass goes down from row 1. It gives a shorter run the
-/// first level found in the row above over its columns, plus 1, if that level is below maxLevel. A second pass
-/// goes up from row height-2 and does the same with the row below; it replaces a level of the first pass. Runs
-/// without a level are dropped, all others are 255 in the result.
+/// A run of minLength pixels or more has level 1. A first pass goes down from row 1. It gives a shorter run
+/// the first level found in the row above over its columns, plus 1, if that level is below maxLevel. A second
+/// pass goes up from row height-2 and does the same with the row below; it replaces a level of the first
+/// pass. Runs without a level are dropped, all others are 255 in the result.
 ///
 /// @param pBinImg    binary image; changed: its border becomes 0
 /// @param minLength  least length of a long run
@@ -579,14 +580,14 @@ NUV_API int32_t NuvRLXRegionsGet(uint8_t* pBinImg, int32_t width, int32_t height
 /// The walk begins with row y itself. In each row:
 ///
 /// 1. Let m = (x1+x2)>>1. The walk ends if pixel m is black or outside the image.
-/// 2. The left end is the first black pixel left of m, or column 0 if there is none. The right end is the first
-///    black pixel right of m, or column width-1 if there is none. The length is right - left.
-/// 3. The walk ends if the length is 0, which happens only in images of one column. It also ends if the length
-///    is 3 or more and differs from the length before by half of that or more.
+/// 2. The left end is the first black pixel left of m, or column 0 if there is none. The right end is the
+///    first black pixel right of m, or column width-1 if there is none. The length is right - left.
+/// 3. The walk ends if the length is 0, which happens only in images of one column. It also ends if the
+///    length is 3 or more and differs from the length before by half of that or more.
 /// 4. The record receives y, left and right-1. In the next row left and right are x1 and x2.
 ///
-/// So the stored x1 is one column left of the run unless the run starts in column 0, and a run that reaches the
-/// last column is stored one pixel short.
+/// So the stored x1 is one column left of the run unless the run starts in column 0, and a run that reaches
+/// the last column is stored one pixel short.
 ///
 /// @param pBinImg  binary image; read only
 /// @param y        first row
@@ -610,8 +611,8 @@ NUV_API int32_t NuvRLXRegionsGrowByYDec(uint8_t* pBinImg, int32_t width, int32_t
 /// 1. NuvRLXRegionsGet collects the runs.
 /// 2. The records are visited from the last one back to the second one, up to the first record that is not of
 ///    row y2. Each is followed downwards by NuvRLXRegionsGrowByYInc, which appends its records.
-/// 3. The records are visited from the first one on, appended ones included, up to the first record that is not
-///    of row y1. Each is followed upwards by NuvRLXRegionsGrowByYDec, which appends its records.
+/// 3. The records are visited from the first one on, appended ones included, up to the first record that is
+///    not of row y1. Each is followed upwards by NuvRLXRegionsGrowByYDec, which appends its records.
 ///
 /// So the first record is never followed downwards. A walk upwards appends the run that it starts from
 /// once more, and step 3 can visit that record, too. If y1 = y2, a single run with nothing above it can be
@@ -649,7 +650,8 @@ NUV_API int32_t NuvRLYRegionsGrowByXInc(uint8_t* pBinImg, int32_t width, int32_t
 
 /// Follows a run of column x to the left while its length stays steady, from column x-1 as far as column 1.
 ///
-/// The rule is that of NuvRLXRegionsGrowByYInc, with columns instead of rows; column x itself is not repeated.
+/// The rule is that of NuvRLXRegionsGrowByYInc, with columns instead of rows; column x itself is not
+/// repeated.
 ///
 /// @return the number of records written, N at most; 0 if column x-1 is below 1 or not in the image
 NUV_API int32_t NuvRLYRegionsGrowByXDec(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x,
@@ -677,8 +679,8 @@ NUV_API void NuvDrawRLYRegions(uint8_t* pBinImg, int32_t width, int32_t height, 
 ///
 /// @param pBinImg            binary image; read only
 /// @param minTop, minBottom  least lengths in the first and the last row
-/// @param pRLX               receives the runs row by row; the numbers of the regions begin at 0, without gaps
-///                           and in no particular order
+/// @param pRLX               receives the runs row by row; the numbers of the regions begin at 0, without
+///                           gaps and in no particular order
 /// @param N                  number of entries; the scan stops when they are full
 /// @return the number of regions, 1024 at most. If a run needs a number while 1024 are in use, the scan stops
 ///         there and the number of records written is returned instead. The number of records is not returned

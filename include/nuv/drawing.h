@@ -530,7 +530,7 @@ NUV_API int32_t NuvSetNumberString20x16GryImg(uint8_t* pGryImg, int32_t width, i
 
 /// @defgroup drawing_hanzi Hanzi
 ///
-/// Text of two-byte GB2312 codes in the 16x16 glyphs of the font file hzk16.dat.
+/// Chinese characters (Hanzi): text of two-byte GB2312 codes in the 16x16 glyphs of the font file hzk16.dat.
 ///
 /// The file lies in the folder of the host's executable. The system gives that path: /proc/self/exe on Linux,
 /// GetModuleFileNameW on Windows. On other systems the font is not found. The file is opened and closed in

@@ -369,11 +369,11 @@ NUV_API void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int
 /// The packed result has ceil(height/step) rows of ceil(width/step) pixels, one after the other without
 /// padding. The reported size is smaller by 1 in each direction in which step does not divide the size.
 ///
-/// @param pGryImg        gray image, read only
-/// @param width, height  its size
-/// @param T              threshold
-/// @param step           distance of the pixels; 1 or below takes the whole image
-/// @param pResImg        receives the packed pixels
+/// @param pGryImg                gray image, read only
+/// @param width, height          its size
+/// @param T                      threshold
+/// @param step                   distance of the pixels; 1 or below takes the whole image
+/// @param pResImg                receives the packed pixels
 /// @param pNewWidth, pNewHeight  receive width/step and height/step, truncated
 NUV_API void NuvThresholdAndShrink(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t step,
                                    uint8_t* pResImg, int32_t* pNewWidth, int32_t* pNewHeight);

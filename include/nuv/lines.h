@@ -22,7 +22,9 @@
 ///             may be negative
 ///
 /// A line that is written as one y per column has x as its major and y as its minor axis. For one x per row
-/// it is the other way round.
+/// it is the other way round. Theta is the angle of the normal of a line to the x axis, and Thro is the
+/// distance of the line from the origin along that normal.
+/// See @ref contours for chains and their codes.
 ///
 /// Angles are in degrees, with pi = 3.1415926 unless a function says otherwise. Results are defined with that
 /// constant. Conversions to int32_t truncate. A value that is not finite or does not fit gives the most
@@ -90,10 +92,10 @@ NUV_API void NuvABC2ThroTheta(double A, double B, double C, int32_t* pThro, int3
 NUV_API void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Theta, double* pA, double* pB,
                               double* pC);
 
-/// Estimates the Theta of a chain-coded stretch.
+/// Estimates the Theta of a stretch that is given as a chain.
 ///
 /// It is the Theta of the line through the centroids of the two halves, as computed by
-/// NuvTwoPoints2ThroTheta. The N positions before each code count, the first N/2 of them in the first half.
+/// NuvTwoPoints2ThroTheta. The N positions of the chain count, the first N/2 of them in the first half.
 ///
 /// @param x, y        start of the chain
 /// @param pChainCode  N direction codes
@@ -374,9 +376,9 @@ NUV_API void NuvFittingLine(int32_t* pX, int32_t* pY, int32_t N, int32_t* pIsVer
                             double* pAngle, double* pDev, double* pMaxDist);
 
 /// @overload
-/// Fits a line to a chain: to the N points before each of its codes.
+/// Fits a line to the N positions of a chain.
 ///
-/// The start is the first point. The point after the last code is left out.
+/// The start is the first position. The end of the last step is left out.
 ///
 /// @param x, y        start of the chain
 /// @param pChainCode  N direction codes

@@ -8,7 +8,7 @@
 /// @defgroup records Records
 ///
 /// The records that hosts and the library exchange. The order and the types of their fields are part of the
-/// interface.
+/// interface. Chains and their codes are described in @ref contours.
 /// @{
 
 #if !defined(_WINDEF_)

@@ -18,7 +18,7 @@
 /// The gray level falls one by one, down to minGry. The first level is the highest gray level g such that
 /// more than sqrt(minArea) pixels have a value from g to 254. The regions of a level are the outer contours
 /// of the pixels that are darker. A region has more than sqrt(minArea) codes, and its area, as computed by
-/// NuvAreaAndPerimeter, is at least minArea.
+/// NuvAreaAndPerimeter, is at least minArea. Codes are those of its chain, as described in @ref contours.
 ///
 /// The regions of the first level that has any form the tree. Each later level changes it:
 ///

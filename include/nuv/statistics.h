@@ -109,10 +109,10 @@ NUV_API int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t 
 ///
 /// The first point is always read: with N of 0 or less it is the result.
 ///
-/// @param pX, pY          coordinates of the points
-/// @param N               number of points
-/// @param pMinX, pMaxX    receive the least and the greatest x
-/// @param pMinY, pMaxY    receive the least and the greatest y
+/// @param pX, pY        coordinates of the points
+/// @param N             number of points
+/// @param pMinX, pMaxX  receive the least and the greatest x
+/// @param pMinY, pMaxY  receive the least and the greatest y
 NUV_API void NuvPointsRect(int32_t* pX, int32_t* pY, int32_t N, int32_t* pMinX, int32_t* pMaxX,
                            int32_t* pMinY, int32_t* pMaxY);
 
