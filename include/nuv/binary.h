@@ -221,7 +221,7 @@ NUV_API void NuvBinImgMaxFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32
 NUV_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// @overload
-/// Applies the 3x3 majority to the interior pixels of a region.
+/// Applies the 3x3 majority to the pixels of a region that lie in the interior of the image.
 ///
 /// @param x1, x2, y1, y2  region
 /// @param pResImg         written at those pixels only; the border is not cleared
@@ -248,7 +248,7 @@ NUV_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t heig
 ///
 /// @param pBinImg         binary image; read only
 /// @param M, N            half sizes at the top of the image
-/// @param ratioX, ratioY  sizes at the bottom in terms of those at the top
+/// @param ratioX, ratioY  sizes at the bottom, as multiples of those at the top
 /// @param pResImg         written except in the rows left out above; nothing is written if allocation fails
 NUV_API void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                 double ratioX, double ratioY, uint8_t* pResImg);

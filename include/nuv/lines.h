@@ -23,8 +23,7 @@
 ///
 /// A line that is written as one y per column has x as its major and y as its minor axis. For one x per row
 /// it is the other way round. Theta is the angle of the normal of a line to the x axis, and Thro is the
-/// distance of the line from the origin along that normal.
-/// See @ref contours for chains and their codes.
+/// distance of the line from the origin along that normal. See @ref contours for chains and their codes.
 ///
 /// Angles are in degrees, with pi = 3.1415926 unless a function says otherwise. Results are defined with that
 /// constant. Conversions to int32_t truncate. A value that is not finite or does not fit gives the most
