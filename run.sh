@@ -11,12 +11,12 @@ Usage: ./run.sh [options] [picture.bmp [result.bmp]]
 
   picture.bmp               BMP file of 8 or 24 bits per pixel (default: a photograph of the project,
                             whose result is build/camera_lines.bmp)
-  result.bmp                BMP file to write (default: PICTURE_lines.bmp, here)
+  result.bmp                BMP file to write (default: PICTURE_lines.bmp in the current directory)
   -t, --threshold N         least step in gray level of an edge, 1 to 255 (24); below 8 the exact edge filter is used
   -l, --min-length N        least length of a segment in pixels (1/20 of the shorter side, at least 12)
   -s, --straightness X      least ratio of the distance between a segment's ends to the length of its edge (0.9)
   -d, --deviation X         greatest mean distance of the edge from the line between its ends, in pixels (1)
-  -m, --max-lines N         most segments to keep (by the size of the picture)
+  -m, --max-lines N         most segments to keep (depends on the size of the picture)
       --csv                 print the segments as comma-separated values and nothing else
   -h, --help                print this
 

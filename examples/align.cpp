@@ -68,7 +68,7 @@ void run(Options options) {
   Picture first = read_picture(options.first);
   Picture second = read_picture(options.second);
   if (first.width != second.width || first.height != second.height) {
-    throw PictureError(options.second, "not of the size of " + options.first);
+    throw PictureError(options.second, "differs in size from " + options.first);
   }
   if (2 * options.limit + 2 > std::min(first.width, first.height)) {
     throw PictureError(options.first, "too small for shifts of " + std::to_string(options.limit) + " pixels");
@@ -109,9 +109,10 @@ int main(int argc, char** argv) try {
   CLI::App app("Finds the shift between two pictures of a scene, and moves the second one onto the first.");
   app.add_option("first", options.first, "BMP file of 8 or 24 bits per pixel")->required();
   app.add_option("second", options.second, "BMP file of the same size, to be moved")->required();
-  app.add_option("result", options.result, "BMP file to write (default: SECOND_aligned.bmp, here)");
+  app.add_option("result", options.result,
+                 "BMP file to write (default: SECOND_aligned.bmp in the current directory)");
   app.add_option("--difference", options.difference,
-                 "BMP file for the difference (default: SECOND_difference.bmp, here)");
+                 "BMP file for the difference (default: SECOND_difference.bmp in the current directory)");
   app.add_option("-l,--limit", options.limit, "largest shift to try, in pixels along each axis")
       ->capture_default_str()
       ->check(CLI::Range(1, 1000));

@@ -191,10 +191,11 @@ int main(int argc, char** argv) try {
   app.add_option("input", options.input,
                  "raw frame, if its size is given; else BMP file of 8 or 24 bits per pixel")
       ->required();
-  app.add_option("result", options.result, "file to write (default: INPUT.bmp or INPUT_SIZE.FORMAT, here)");
+  app.add_option("result", options.result,
+                 "file to write (default: INPUT.bmp or INPUT_SIZE.FORMAT in the current directory)");
   app.add_option(
          "-f,--format", options.format,
-         "format of the frame: cbycry: packed 4:2:2; 420sp, 420p, 422p: a plane of Y with chroma behind it")
+         "format of the frame: cbycry: packed 4:2:2; 420sp, 420p, 422p: a plane of Y followed by chroma")
       ->required()
       ->check(CLI::IsMember({"cbycry", "420sp", "420p", "422p"}));
   auto* width = app.add_option("-W,--width", options.width, "pixels in a row of the frame");
@@ -202,9 +203,9 @@ int main(int argc, char** argv) try {
   width->check(CLI::Range(1, 8192))->needs(height);
   height->check(CLI::Range(1, 8192))->needs(width);
   app.add_option("-r,--rectangle", options.rectangle,
-                 "X1 X2 Y1 Y2: convert this part alone, all ends included")
+                 "X1 X2 Y1 Y2: convert only this part; both ends are included")
       ->expected(4);
-  app.add_flag("-g,--gray", options.gray, "without the colours");
+  app.add_flag("-g,--gray", options.gray, "gray levels only");
   CLI11_PARSE(app, argc, argv);
   run(options);
   return 0;

@@ -207,19 +207,20 @@ int main(int argc, char** argv) try {
   Options options;
   CLI::App app("Counts the parts in a photograph: a table, and a picture with outlines and numbers.");
   app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
-  app.add_option("result", options.result, "BMP file to write (default: PICTURE_parts.bmp, here)");
+  app.add_option("result", options.result,
+                 "BMP file to write (default: PICTURE_parts.bmp in the current directory)");
   app.add_option("-t,--threshold", options.threshold,
                  "gray level from which a pixel belongs to a part (default: Otsu's)")
       ->check(CLI::Range(0, 255));
   app.add_flag("-d,--dark", options.dark, "parts are darker than the background");
   app.add_option(
          "-b,--background", options.background,
-         "evens out light that changes across the picture: compares each pixel with the mean of so many "
+         "evens out light that changes across the picture: compares each pixel with the mean over this many "
          "pixels to each side, about the size of a part; 0: off")
       ->capture_default_str()
       ->check(CLI::Range(0, 1000));
   app.add_option("-s,--smooth", options.smooth,
-                 "smooths outlines by a majority over so many pixels to each side; 0: off")
+                 "smooths outlines by a majority over this many pixels to each side; 0: off")
       ->capture_default_str()
       ->check(CLI::Range(0, 100));
   app.add_option("-a,--min-area", options.min_area, "parts of fewer pixels are dropped")

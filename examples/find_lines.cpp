@@ -132,7 +132,8 @@ int main(int argc, char** argv) try {
   Options options;
   CLI::App app("Finds the straight edges of a photograph, lists them, and draws them into a copy of it.");
   app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
-  app.add_option("result", options.result, "BMP file to write (default: PICTURE_lines.bmp, here)");
+  app.add_option("result", options.result,
+                 "BMP file to write (default: PICTURE_lines.bmp in the current directory)");
   app.add_option("-t,--threshold", options.threshold,
                  "least step in gray level of an edge, 1 to 255; below 8 the exact edge filter is used")
       ->capture_default_str()
@@ -149,7 +150,7 @@ int main(int argc, char** argv) try {
       ->capture_default_str()
       ->check(CLI::Range(0.0, 1000.0));
   app.add_option("-m,--max-lines", options.max_lines,
-                 "most segments to keep (default: by the size of the picture)")
+                 "most segments to keep (default: depends on the size of the picture)")
       ->check(CLI::Range(1, 100000000));
   app.add_flag("--csv", options.csv, "print the segments as comma-separated values and nothing else");
   app.footer(

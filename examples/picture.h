@@ -23,8 +23,8 @@ struct PictureError : std::runtime_error {
       : std::runtime_error(file + ": " + reason) {}
 };
 
-// Reads an 8-bit or 24-bit BMP file. The readers of the library trust its header, so this function checks the
-// header first.
+// Reads an 8-bit or 24-bit BMP file. The readers of the library do not check signature, depth and compression,
+// so this function checks the header first.
 Picture read_picture(const std::string& file);
 
 // Throws if the result file is the file of the picture.

@@ -113,16 +113,17 @@ int main(int argc, char** argv) try {
   CLI::App app(
       "Segments a photograph: a tree of dark regions as a table, and a picture with their outlines.");
   app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
-  app.add_option("result", options.result, "BMP file to write (default: PICTURE_regions.bmp, here)");
-  app.add_option("-a,--min-area", options.min_area, "smaller regions are left out, in pixels")
+  app.add_option("result", options.result,
+                 "BMP file to write (default: PICTURE_regions.bmp in the current directory)");
+  app.add_option("-a,--min-area", options.min_area, "least area of a region in pixels")
       ->capture_default_str()
       ->check(CLI::PositiveNumber);
-  app.add_option("-g,--min-gray", options.min_gray, "the lowest gray level to look at")
+  app.add_option("-g,--min-gray", options.min_gray, "the lowest gray level considered")
       ->capture_default_str()
       ->check(CLI::Range(0, 255));
   app.add_option(
          "-r,--ratio", options.ratio,
-         "a region that splits goes if its parts cover more than this share of it; 1: it always stays")
+         "a region that splits is dropped if its parts cover more than this share of it; 1: it always stays")
       ->capture_default_str()
       ->check(CLI::Range(0.0, 1.0));
   app.add_flag("-l,--light", options.light, "light regions instead of dark ones");

@@ -136,9 +136,10 @@ int main(int argc, char** argv) try {
   Options options;
   CLI::App app("Picks a gray threshold of a photograph, applies it, and shows the histogram.");
   app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
-  app.add_option("result", options.result, "BMP file to write (default: PICTURE_METHOD.bmp, here)");
+  app.add_option("result", options.result,
+                 "BMP file to write (default: PICTURE_METHOD.bmp in the current directory)");
   app.add_option("--histogram", options.histogram,
-                 "BMP file for the histogram (default: PICTURE_histogram.bmp, here)");
+                 "BMP file for the histogram (default: PICTURE_histogram.bmp in the current directory)");
   app.add_option("-m,--method", options.method,
                  "otsu: two classes; ratio: the brightest share; difference: steps above the noise; kmeans: "
                  "clusters of gray levels")

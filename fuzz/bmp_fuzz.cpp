@@ -1,6 +1,7 @@
 // Feeds any bytes to both BMP readers as a file.
 //
-// fuzz.sh limits the allocations: a header must not get more memory than its file can fill.
+// fuzz.sh limits the allocations: a reader must not allocate more memory than the file can fill, whatever its
+// header states.
 
 #include <memory>
 

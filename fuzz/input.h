@@ -11,12 +11,12 @@
 #include <vector>
 
 // Unlike assert(), this check is made in every build.
-#define NUV_CHECK(condition)                                                       \
-  do {                                                                             \
-    if (!(condition)) {                                                            \
-      std::fprintf(stderr, "%s:%d: not so: %s\n", __FILE__, __LINE__, #condition); \
-      std::abort();                                                                \
-    }                                                                              \
+#define NUV_CHECK(condition)                                                             \
+  do {                                                                                   \
+    if (!(condition)) {                                                                  \
+      std::fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #condition); \
+      std::abort();                                                                      \
+    }                                                                                    \
   } while (false)
 
 class Input {

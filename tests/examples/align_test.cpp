@@ -52,7 +52,7 @@ TEST_F(Align, ComparesTheMiddleOfALargePicture) {
 TEST_F(Align, RefusesWhatCannotBeAligned) {
   Picture small{20, 20, 1, std::vector<uint8_t>(400)};
   write_picture(small, (dir_ / "small.bmp").string());
-  EXPECT_THAT(run(NUV_PHOTOGRAPH " small.bmp").err, HasSubstr("align: small.bmp: not of the size of"));
+  EXPECT_THAT(run(NUV_PHOTOGRAPH " small.bmp").err, HasSubstr("align: small.bmp: differs in size from"));
   EXPECT_THAT(run("small.bmp small.bmp").err, HasSubstr("too small for shifts of 16 pixels"));
   EXPECT_THAT(run(NUV_PHOTOGRAPH " " NUV_PHOTOGRAPH " " NUV_PHOTOGRAPH).err,
               HasSubstr("is the picture itself"));
