@@ -79,7 +79,7 @@ TEST(DifferenceInRect, OfEqualSizesLeavesOutTheLastRowAndColumn) {
   }
 }
 
-TEST(DifferenceInRect, OfTwoSizesWalksTheOneOfFewerRows) {
+TEST(DifferenceInRect, OfTwoSizesWalksTheRectangleWithFewerRows) {
   TestImage a = draw({"1234", "....", "5678", "...."});
   TestImage b(4, 4, 9);
   const auto of = [&](tagRECT r1, tagRECT r2) {
@@ -95,7 +95,7 @@ TEST(DifferenceInRect, OfTwoSizesWalksTheOneOfFewerRows) {
             (8 + 6) / 2);
 }
 
-TEST(CenterBlock, AgainstItsRing) {
+TEST(CenterBlock, IsComparedWithItsRing) {
   TestImage image = draw({"99999", "91119", "91#19", "91119", "99999"});
   const auto of = [&](int32_t margin) {
     return NuvCenterBlockMeanDif(image.data(), 5, 5, 2, 2, 2, 2, margin);

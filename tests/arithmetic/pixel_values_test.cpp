@@ -20,7 +20,7 @@ TEST(Normalize, ReachesMeanAndDeviation) {
   EXPECT_THAT(flat.pixels, Each(255));
 }
 
-TEST(Light, BringsLinesToTheirMean) {
+TEST(Light, ScalesEachLineToTheMeanOfAllLines) {
   TestImage rows = draw({"22", "66", ".."});
   TestImage columns = draw({"26.", "26."});
   EXPECT_EQ(NuvLightCorretPerRow(rows.data(), 2, 3), 16 / 3 / 2);

@@ -38,8 +38,8 @@ TEST(BinImgFilter, ThresholdsWholeWindowsAndRepeatsTheNearestResult) {
 }
 
 TEST(BinImgRemoveMskAndFilter, ShrinksItsWindowAtTheSides) {
-  // The masked pixels are 90, which is not above the threshold, with 91 in the middle and 127 and 126 in the
-  // last column.
+  // After masking, the pixels are 90, which is not above the threshold. The middle is 91, and the corners of
+  // the last column are 127 and 126.
   TestImage image(5, 3, 255);
   TestImage mask(5, 3, static_cast<uint8_t>(~90));
   mask.at(2, 1) = static_cast<uint8_t>(~91);
@@ -50,7 +50,7 @@ TEST(BinImgRemoveMskAndFilter, ShrinksItsWindowAtTheSides) {
   EXPECT_EQ(result, draw({"..###", ".###.", "..##."}));
 }
 
-TEST(BinImgRemoveMskAndFilter, UseLUTRemovesPixelsWholeFrom129On) {
+TEST(BinImgRemoveMskAndFilter, UseLUTClearsPixelsWhoseMaskIsAbove128) {
   TestImage image(4, 1, 200);
   TestImage mask(4, 1);
   mask.pixels = {127, 128, 129, 0};

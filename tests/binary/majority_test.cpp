@@ -36,16 +36,16 @@ TEST(Majority3x3, AgreesWithCounting) {
   }
 }
 
-TEST(MajorityOfGrowingWindow, LooksAtRowsAloneAtTheSides) {
-  // Five of nine pixels make a majority. In the first and the last row the window has the three rows there. In
-  // the first and the last two columns two of three pixels of the row make a majority.
+TEST(MajorityOfGrowingWindow, UsesOneRowInTheSideColumns) {
+  // Five of nine pixels make a majority. In the first and the last row the window covers the three outermost
+  // rows. In the first column and the last two columns, two of three pixels of the row make a majority.
   TestImage image = draw({".##.....", "##......", ".##.....", "...###..", "......##", "...##.#."});
   TestImage result(8, 6, 7);
   NuvBinImgMedFilter(image.data(), 8, 6, 1, 1, 1, 1, result.data());
   EXPECT_EQ(result, draw({"###.....", "###.....", "#.......", "......#.", "....##.#", "....###."}));
 }
 
-TEST(MajorityOfGrowingWindow, ChangesItsSizeFromRowToRow) {
+TEST(MajorityOfGrowingWindow, WidthChangesFromRowToRow) {
   TestImage image = draw({"....###...", "....###...", "....###...", "....###..."});
   const auto filtered = [&](double ratio) {
     TestImage result(10, 4, 7);
@@ -54,10 +54,11 @@ TEST(MajorityOfGrowingWindow, ChangesItsSizeFromRowToRow) {
   };
   // The windows have widths of 3, 5, 5 and 7.
   EXPECT_EQ(filtered(3), draw({"....###...", "....#####.", "....#####.", ".........."}));
-  EXPECT_EQ(filtered(0.2), draw({"....###...", "....###...", "....###...", "7777777777"})) << "0.9 in row 3";
+  EXPECT_EQ(filtered(0.2), draw({"....###...", "....###...", "....###...", "7777777777"}))
+      << "the half width of row 3 rounds to 0";
 }
 
-TEST(LittleWhiteMajority, LooksNearWhitePixelsOffTheSides) {
+TEST(LittleWhiteMajority, ConsidersOnlyPixelsNearInnerWhitePixels) {
   // Four of eight neighbours make a majority. White pixels of row 1 and column 1 have five but are not
   // considered.
   TestImage image =
@@ -68,7 +69,7 @@ TEST(LittleWhiteMajority, LooksNearWhitePixelsOffTheSides) {
                           "........"}));
 }
 
-TEST(DeletePoints, AreDeletedForTheirCompany) {
+TEST(DeletePoints, DependsOnTheNumberOfWhiteNeighbours) {
   // The end of row 1 is a neighbour of the start of row 2.
   TestImage isolated = draw({".......", "..#...#", "#...#..", "...#...", "......#"});
   NuvBinImgDeleteIsolatedPoints(isolated.data(), 7, 5);
@@ -83,7 +84,7 @@ TEST(DeletePoints, AreDeletedForTheirCompany) {
   EXPECT_EQ(block, draw({".....", "..#..", ".#.#.", "..#..", "....."}));
 }
 
-TEST(DeletePoints, AgreeWithAScanThatSeesItsOwnChanges) {
+TEST(DeletePoints, EqualsAPlainScanInPlace) {
   Random random(68);
   for (const auto& [width, height] : kOddSizes) {
     for (const bool more : {false, true}) {

@@ -48,7 +48,7 @@ TEST(Centroid, IsTheTruncatedMeanOfObjectPixels) {
   EXPECT_EQ(y, 4 / 3);
   TestImage empty(4, 3);
   EXPECT_EQ(NuvBinImgCentroid(empty.data(), 4, 3, &x, &y), 0);
-  EXPECT_EQ(x, 5 / 3) << "left alone";
+  EXPECT_EQ(x, 5 / 3) << "unchanged";
 }
 
 TEST(PixelCounts, AgreeWithEachOther) {
@@ -63,7 +63,7 @@ TEST(PixelCounts, AgreeWithEachOther) {
               static_cast<double>(black) / (width * height));
   }
   TestImage flat(333, 100, 9);
-  EXPECT_EQ(NuvPixelsInGryImg(flat.data(), 333, 100, 9), 33300) << "more than bytes count";
+  EXPECT_EQ(NuvPixelsInGryImg(flat.data(), 333, 100, 9), 33300) << "more pixels than a byte can count";
   TestImage image(4, 4, 255);
   EXPECT_EQ(NuvPixelsInGryImg(image.data(), 4, 4, 255 + 256), 0);
   EXPECT_EQ(NuvGetWhitePixelsNum(image.data(), 4, 4, -9, -1, 0, 3), 0) << "left of the image";

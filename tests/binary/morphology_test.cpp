@@ -72,7 +72,7 @@ TEST(Growing3x3, IsTheRuleAppliedPixelByPixel) {
   }
 }
 
-TEST(Growing3x3, SeesNothingBelowTheLastRow) {
+TEST(Growing3x3, IgnoresALonePixelInTheLastRow) {
   // The form for regions visits the last row, too. A lone black pixel there does not grow in any strip.
   for (int32_t x : {4095, 8191, 8192}) {
     TestImage lone(12300, 4, 255);
@@ -97,7 +97,7 @@ TEST(Growing3x3, ToColorReplacesMarksAndExactValues) {
   EXPECT_EQ(white, draw({".777..", ".7#7..", ".77977", "...7#7", "#..777"}));
 }
 
-TEST(MaxSizeOfMinFilter, AddsUpWhatEachErosionTakes) {
+TEST(MaxSizeOfMinFilter, AddsTheSizesOfAllErosions) {
   const auto size_of = [](TestImage image) {
     TestImage tmp = image;
     TestImage work = image;
@@ -116,7 +116,7 @@ TEST(MaxSizeOfMinFilter, AddsUpWhatEachErosionTakes) {
   EXPECT_EQ(size_of(TestImage(3, 3, 255)), 2);
 }
 
-TEST(FillHolesByNearNeighbor, LooksRightLeftDownUpAtEachDistance) {
+TEST(FillHolesByNearNeighbor, SearchesRightLeftDownUpAtEachDistance) {
   TestImage image = draw({"..4..5", "...1.6", "......", "..32.."});
   TestImage mask = draw({"#####.", "######", "######", "######"});
   const auto filled = [&](int32_t max_distance) {

@@ -19,7 +19,7 @@ TestImage transposed(const TestImage& image) {
   return result;
 }
 
-TEST(RunLengths, RunsBeyondTheLastEntryCountInIt) {
+TEST(RunLengths, LongerRunsCountInTheLastEntry) {
   TestImage image = draw({"########", ".#.##..#"});
   std::vector<int32_t> count(4, 9);
   NuvRLXWhiteCount(image.data(), 8, 2, count.data(), 3);
@@ -30,7 +30,7 @@ TEST(RunLengths, RunsBeyondTheLastEntryCountInIt) {
   EXPECT_THAT(count, ElementsAre(0, 4, 4, 0));
 }
 
-TEST(RunDeletion, GoesByTheLengthOfTheRun) {
+TEST(RunDeletion, DependsOnTheLengthOfTheRun) {
   const TestImage image = draw({"#.##.###", "..#....#", "#.......", "##.#.###"});
   const auto changed = [&image](auto function, int32_t length, int32_t color) {
     TestImage result = image;
@@ -46,7 +46,7 @@ TEST(RunDeletion, GoesByTheLengthOfTheRun) {
   EXPECT_EQ(changed(NuvRLYWhiteDeleteShort, 1, 7), image);
 }
 
-TEST(MinOfRuns, CutsColumnLengthsToAByte) {
+TEST(MinOfRuns, KeepsTheLowByteOfColumnLengths) {
   TestImage image(3, 300, 255);
   NuvBinImgMarkMinOfRLXandRLY(image.data(), 3, 300);
   EXPECT_EQ(image, TestImage(3, 300, 3));
@@ -139,7 +139,7 @@ Runs runs_of(const std::vector<Record>& records, int32_t count) {
   return runs;
 }
 
-TEST(RunRegions, AreCollectedWholeButColumnsEndOneShort) {
+TEST(RunRegions, ColumnRunsThatReachTheLastRowAreOneShort) {
   TestImage image = draw({"........", ".#####.#", ".##.####", "........"});
   TestImage turned = transposed(image);
   std::vector<RLX> rows(9);
@@ -187,7 +187,8 @@ TEST(RunRegions, AreNumberedByConnection) {
     for (const RLX& r : records) {
       EXPECT_TRUE(r.y < 0 || image.at(r.x1, r.y) == 1 + r.ID);
     }
-    EXPECT_EQ(NuvPixelsInGryImg(image.data(), image.width, image.height, 255), 0) << "all runs are there";
+    EXPECT_EQ(NuvPixelsInGryImg(image.data(), image.width, image.height, 255), 0)
+        << "every white pixel belongs to a run";
     ASSERT_EQ(static_cast<int32_t>(numbers.size()), regions);
     EXPECT_TRUE(regions == 0 || *numbers.rbegin() == regions - 1);
   }

@@ -189,7 +189,7 @@ bool holds_memory(const Call& call) {
   return false;
 }
 
-TEST(Allocations, ThatFailGiveTheStatedResult) {
+TEST(Allocations, FailuresGiveTheStatedResult) {
   const std::map<std::string, Outcome> listed = outcomes();
   std::set<std::string> asking;
   for (const Call& call : all_calls()) {
@@ -206,13 +206,14 @@ TEST(Allocations, ThatFailGiveTheStatedResult) {
     }
     if (asks) asking.insert(name);
   }
-  for (const std::string& name : asking) EXPECT_EQ(outcomes().count(name), 1U) << name << " asks for memory";
+  for (const std::string& name : asking)
+    EXPECT_EQ(outcomes().count(name), 1U) << name << " allocates but is not listed";
   for (const auto& [name, outcome] : outcomes())
-    EXPECT_EQ(asking.count(name), 1U) << name << " asks for none";
+    EXPECT_EQ(asking.count(name), 1U) << name << " is listed but does not allocate";
 }
 
 // Each call requests more than the detector holds, in eight allocations.
-TEST(Allocations, ThatFailLeaveTheLineDetectorWithoutLines) {
+TEST(Allocations, FailuresLeaveTheLineDetectorWithoutLines) {
   std::vector<uint8_t> image(100);
   for (int n = 0; n < 8; ++n) {
     {
@@ -228,7 +229,7 @@ TEST(Allocations, ThatFailLeaveTheLineDetectorWithoutLines) {
   EXPECT_TRUE(NuvImgChainLines_Initialize(3000, 300, 0.9, 1, 10, 10, 5000));
 }
 
-TEST(Allocations, ThatFailLeaveTheHoughDetectorWithoutMemory) {
+TEST(Allocations, FailuresLeaveTheHoughDetectorWithoutMemory) {
   int32_t xs[] = {0, 1, 2, 3};
   int32_t ys[] = {0, 1, 2, 3};
   double abc[3];
@@ -247,7 +248,7 @@ TEST(Allocations, ThatFailLeaveTheHoughDetectorWithoutMemory) {
   EXPECT_TRUE(NuvHoughLines_Initialize(6000, 600));
 }
 
-TEST(Allocations, ThatFailLeaveNoListOfFiles) {
+TEST(Allocations, FailuresLeaveNoListOfFiles) {
   char list[] = "allocations_list.txt";
   std::ofstream(list, std::ios::binary) << "first\r\n" << std::string(300000, 'a') << "\r\n";
   char line[10];

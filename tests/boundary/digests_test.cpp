@@ -32,7 +32,7 @@ Rows listed_rows(const char* file_name) {
   Rows rows;
   for_each_line(std::string(NUV_BOUNDARY "/") + file_name, [&](const std::string& line) {
     const std::size_t tab = line.find('\t');
-    EXPECT_TRUE(rows.emplace(line.substr(0, tab), line.substr(tab + 1)).second) << "stands twice: " << line;
+    EXPECT_TRUE(rows.emplace(line.substr(0, tab), line.substr(tab + 1)).second) << "duplicate row: " << line;
   });
   return rows;
 }
@@ -67,7 +67,7 @@ std::string first_difference(const Call& call, Kind kind, const std::string& pre
          scene.description();
 }
 
-TEST(Calls, AreOfEveryExportOnce) {
+TEST(Calls, CoverEveryExportOnce) {
   Names signatures;
   for (const Call& call : all_calls()) signatures.insert(call.signature);
   Names listed;
@@ -77,7 +77,7 @@ TEST(Calls, AreOfEveryExportOnce) {
 
 // Intended changes are taken over from the files that this test writes to the directory that NUV_DIGESTS_TO
 // names.
-TEST(Digests, AreThoseOfEveryOtherMachine) {
+TEST(Digests, EqualTheListedOnes) {
   const Rows typical = listed_rows(kTypicalDigests);
   const Rows special = listed_rows(kSpecialDigests);
   const auto row_of = [](const Rows& rows, const std::string& name) {

@@ -8,8 +8,8 @@ namespace {
 using namespace calls;
 
 // Platforms draw different random numbers and round logarithms differently, so the new bytes are not part of
-// the checksum. It holds whether they stay between the least and the greatest old byte. Type 3 and flat
-// arrays need not.
+// the checksum. The checksum covers only whether they stay between the least and the greatest old byte. Type 3
+// and arrays of one value are exempt.
 void add_noise(Scene& s, void (*add)(uint8_t*, int32_t, double, uint32_t)) {
   const std::size_t size = counted(s);
   uint8_t* const data = s.noise(size);

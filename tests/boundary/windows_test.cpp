@@ -7,6 +7,6 @@
 
 #include "NuvImgSDK2014DLL.h"
 
-TEST(WindowsHeader, SharesItsRectangle) {
+TEST(WindowsHeader, DefinesTheRectangleOfTheLibrary) {
   EXPECT_EQ(NuvRectOverlapArea(RECT{0, 0, 9, 9}, RECT{5, 6, 20, 20}), 5 * 4);
 }

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using Bytes = std::vector<uint8_t>;
 
-TEST(Fields, AreTakenOutSplitAndWovenBack) {
+TEST(Fields, AreExtractedSplitAndInterleavedAgain) {
   Random random(41);
   for (const auto& [w, h] : kOddSizes) {
     for (int32_t channels : {1, 3}) {
@@ -31,7 +31,7 @@ TEST(Fields, AreTakenOutSplitAndWovenBack) {
       Bytes stacked = fields[0];
       stacked.insert(stacked.end(), fields[1].begin(), fields[1].end());
       EXPECT_EQ(split, stacked);
-      if (channels == 3) continue;  // RGB does not weave back without a shift
+      if (channels == 3) continue;  // RGB fields without a shift do not give the frame back
       TestImage woven(w, h);
       int32_t height = 0;
       NuvMergeOddEvenField(fields[1].data(), fields[0].data(), h / 2, (h + 1) / 2, w, false, 0, woven.data(),
@@ -42,7 +42,7 @@ TEST(Fields, AreTakenOutSplitAndWovenBack) {
   }
 }
 
-TEST(Fields, AreWovenWithAShift) {
+TEST(Fields, AreInterleavedWithAShift) {
   Bytes first = {1, 2, 3, 4, 5, 6};
   Bytes second = {11, 12, 13, 14, 15, 16};
   const auto woven = [&](bool rgb, int32_t shift) {

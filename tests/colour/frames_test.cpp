@@ -148,7 +148,7 @@ TEST(CameraFrames, AreConvertedPixelByPixel) {
   }
 }
 
-TEST(CameraFrames, TakeTheMeanChromaOfAUnit) {
+TEST(CameraFrames, ShareTheMeanChromaOfAUnit) {
   Random random(32);
   for (const Format& f : kFormats) {
     for (const auto& [w, h] : kEvenSizes) {
@@ -221,7 +221,7 @@ bool one_buffer(uint8_t* in, int32_t w, int32_t h, int32_t x1, int32_t x2, int32
   return F(in, w, h, x1, x2, y1, y2, out, out);
 }
 
-TEST(CameraFrames, AreRefusedByTheParitiesOfEachFunction) {
+TEST(CameraFrames, AreRefusedByTheParityRulesOfEachFunction) {
   const struct {
     int32_t multiples[6];  // width, height, x1, W, y1, H
     std::vector<Rectangle> functions;
@@ -260,11 +260,11 @@ TEST(CameraFrames, AreRefusedByTheParitiesOfEachFunction) {
       }
     }
   }
-  EXPECT_TRUE(NuvYUV420P2RGB(frame.data(), 4, 0, nullptr)) << "nothing is not refused";
+  EXPECT_TRUE(NuvYUV420P2RGB(frame.data(), 4, 0, nullptr)) << "an empty image is accepted";
   EXPECT_TRUE(NuvCopyYUV420PRect2RGB(frame.data(), 4, 4, 2, 1, 0, 3, nullptr));
 }
 
-TEST(PackedFrames, TakeOddRectanglesInWholeGroups) {
+TEST(PackedFrames, OddRectanglesAreCopiedInWholeGroups) {
   //             Cb  Y   Cr   Y   Cb  Y   Cr   Y
   Bytes frame = {10, 50, 128, 60, 20, 70, 138, 80,  //
                  30, 51, 118, 61, 40, 71, 128, 81};
@@ -274,7 +274,7 @@ TEST(PackedFrames, TakeOddRectanglesInWholeGroups) {
   out.assign(9, 77);
   NuvCopyCbYCrYRect2RedImg(frame.data(), 4, 2, 2, 2, 0, 1, out.data());
   EXPECT_THAT(out, ElementsAre(84, 94, 71, 81, 77, 77, 77, 77, 77));
-  // From an odd column on, the next Cb is read as Cr.
+  // In an odd column, the next Cb is read as Cr.
   NuvCopyCbYCrYRect2RedImgShrink2(frame.data(), 4, 2, 1, 2, 0, 1, out.data());
   EXPECT_EQ(out[0], red(60, 20));
   NuvCopyCbYCrYRect(frame.data(), 4, 2, 1, 2, 1, 1, out.data());

@@ -43,7 +43,7 @@ TEST(Gray, FollowsTheFormulas) {
   }
 }
 
-TEST(Channels, AreTakenApartAndPutTogether) {
+TEST(Channels, AreSplitAndJoined) {
   Random random(8);
   const int32_t width = 37;
   const int32_t height = 5;

@@ -63,10 +63,10 @@ TEST(TwoColourSplit, MarksTheNearerColour) {
   EXPECT_EQ(columns, 3);
   EXPECT_EQ(rows, 1);
   NuvCopyRGB2GryBinImg(rgb.data(), 3, 1, 2, 1, 0, 0, true, nullptr, nullptr, &columns, &rows);
-  EXPECT_EQ(columns, 0) << "all that an empty rectangle writes";
+  EXPECT_EQ(columns, 0) << "an empty rectangle writes only the two sizes";
 }
 
-TEST(RectangleAverage, TakesTheFirstPixelsOfARowForItsHits) {
+TEST(RectangleAverage, CountsHitsButReadsTheFirstPixelsOfTheRow) {
   //          pixel:  0           1           2
   Bytes rgb = {10, 20, 30, 40, 50, 60, 70, 80, 90};
   Bytes mask = {0, 0, 255};

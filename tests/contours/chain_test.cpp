@@ -46,12 +46,12 @@ TEST(ChainMeasures, OfASquare) {
 TEST(ChainMeasures, LineSimilarityFindsTheBar) {
   int32_t width = 0;
   int32_t length = 77;
-  EXPECT_EQ(NuvLineSimilarity(60, 32, 1, 7, &width, &length), 0) << "6 by 10 fits exactly";
+  EXPECT_EQ(NuvLineSimilarity(60, 32, 1, 7, &width, &length), 0) << "a bar of 6 by 10 fits exactly";
   EXPECT_EQ(width, 6);
   EXPECT_EQ(length, 10);
   EXPECT_EQ(NuvLineSimilarity(60, 32, 16, 20, &width, &length), 10000.0);
   EXPECT_EQ(width, 10000);
-  EXPECT_EQ(length, 10) << "left alone";
+  EXPECT_EQ(length, 10) << "unchanged";
   Square s;
   EXPECT_EQ(NuvLineSimilarity(s.x, s.y, s.data(), 8, 1, 3, &width, &length), 1.0);
   EXPECT_EQ(width, 2) << "area 8 against bars of 3, 4 and 3";
@@ -64,12 +64,12 @@ TEST(ChainMeasures, LineSimilarityFindsTheBar) {
   EXPECT_EQ(length, 69000);
 }
 
-TEST(ChainQueries, CountTheStartAsOftenAsTheyVisitIt) {
+TEST(ChainQueries, CountTheStartOncePerVisit) {
   Square s;
   TestImage image(5, 5, 9);
   EXPECT_EQ(NuvPixelsPassedByChain(image.data(), 5, s.x, s.y, s.data(), 8, 9), 9);
   EXPECT_EQ(NuvWhitePixlePassedByChain(image.data(), 5, s.x, s.y, s.data(), 8), 8);
-  EXPECT_EQ(NuvContourPosPoints(s.x, s.y, s.data(), 8, 1), 2) << "without the start";
+  EXPECT_EQ(NuvContourPosPoints(s.x, s.y, s.data(), 8, 1), 2) << "the start does not count";
   image.at(1, 1) = 4;
   EXPECT_TRUE(NuvHasPixelsOnChain(image.data(), 5, s.x, s.y, s.data(), 0, 4));
   EXPECT_FALSE(NuvHasPixelsOnChain(image.data(), 5, s.x, s.y, s.data(), 8, 5));
@@ -84,7 +84,8 @@ TEST(ChainQueries, PointsAndLines) {
     EXPECT_EQ(NuvIsVerticalLineIntersectContour(s.x, s.data(), 8, i), i >= 1 && i <= 3);
   }
   int32_t curve[] = {1, 2, 2, 4, 1};
-  EXPECT_TRUE(NuvIsVerticalLineIntersectContour(s.x, s.y, s.data(), 8, curve)) << "meets at (2, 1)";
+  EXPECT_TRUE(NuvIsVerticalLineIntersectContour(s.x, s.y, s.data(), 8, curve))
+      << "the curve meets the contour at (2, 1)";
   curve[1] = 0;
   EXPECT_FALSE(NuvIsVerticalLineIntersectContour(s.x, s.y, s.data(), 8, curve));
 }

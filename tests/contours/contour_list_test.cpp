@@ -45,11 +45,12 @@ TEST(GetContours, KeepsWhatModeAndLimitsAllow) {
 
 TEST(GetContours, ClearsTheBorderAndNeedsExactly255) {
   TestImage image = draw({"###", "###", "###"});
-  EXPECT_FALSE(get_contours(image)) << "one pixel is left of it";
+  EXPECT_FALSE(get_contours(image)) << "a single pixel remains, which has no chain";
   EXPECT_EQ(image, draw({"...", ".#.", "..."}));
   TestImage gray(5, 5, 128);
   EXPECT_FALSE(get_contours(gray));
-  EXPECT_EQ(gray, draw({".....", ".###.", ".###.", ".###.", "....."})) << "still made binary";
+  EXPECT_EQ(gray, draw({".....", ".###.", ".###.", ".###.", "....."}))
+      << "the image becomes binary all the same";
 }
 
 // The scan that steps over equal pixels finds what the plain scan finds, and restores the image.

@@ -85,7 +85,7 @@ TEST(Filling, OfLongChainsIsTheSame) {
             1498 * 1198);
 }
 
-TEST(Filling, TakesALonePixelByItself) {
+TEST(Filling, HandlesASinglePixel) {
   TestImage image(3, 3, 200);
   uint8_t none = 0;
   std::array<int32_t, 257> bins{};
@@ -101,7 +101,7 @@ TEST(Filling, TakesALonePixelByItself) {
   EXPECT_EQ(result.at(1, 1), 9);
 }
 
-TEST(Filling, KeepsClearOfTheReservedValues) {
+TEST(Filling, AvoidsTheReservedValues) {
   // With 1 and 7 reserved, the first five free values are 2 to 6. The base is 4, and 0 marks left edges.
   TestImage image = draw({".....", ".###.", ".#7#.", ".###.", "....."});
   TestImage copy = image;

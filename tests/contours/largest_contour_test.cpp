@@ -36,7 +36,7 @@ TEST(LargestContour, ByAreaAndByPerimeter) {
   EXPECT_THAT(found.box, ElementsAre(1, 3, 1, 3));
   EXPECT_EQ(found.x, 2);
   EXPECT_EQ(found.y, 2);
-  EXPECT_EQ(NuvPixelsInGryImg(image.data(), 12, 5, 255), 15) << "restored in the region";
+  EXPECT_EQ(NuvPixelsInGryImg(image.data(), 12, 5, 255), 15) << "the region is restored";
   found = largest(Nuv255RectWithMaxPerimeter, image, INT32_MIN, INT32_MAX, INT32_MIN, INT32_MAX);
   EXPECT_EQ(found.value, 10);
   EXPECT_THAT(found.box, ElementsAre(5, 10, 2, 2));
@@ -46,14 +46,15 @@ TEST(LargestContour, OutlinesTheRegionAndScansItsRowsByStep) {
   TestImage image(8, 8, 255);
   EXPECT_EQ(largest(Nuv255RectWithMaxArea, image, 3, 5, 3, 5).value, 9);
   for (int32_t i = 2; i <= 6; ++i) {
-    EXPECT_EQ(image.at(i, 2) | image.at(i, 6) | image.at(2, i) | image.at(6, i), 1) << "touched outline";
+    EXPECT_EQ(image.at(i, 2) | image.at(i, 6) | image.at(2, i) | image.at(6, i), 1)
+        << "the outline is cleared";
   }
   EXPECT_EQ(image.at(1, 1), 255);
   EXPECT_EQ(image.at(4, 4), 255);
 
   TestImage line = draw({".....", ".....", ".###.", ".....", "....."});
-  EXPECT_EQ(largest(Nuv255RectWithMaxArea, line, 0, 4, 1, 3, 2).value, 0) << "rows 1 and 3";
-  EXPECT_EQ(largest(Nuv255RectWithMaxArea, line, 0, 4, 1, 3, -5).value, 3) << "a step below 1 is 1";
+  EXPECT_EQ(largest(Nuv255RectWithMaxArea, line, 0, 4, 1, 3, 2).value, 0) << "only rows 1 and 3 are scanned";
+  EXPECT_EQ(largest(Nuv255RectWithMaxArea, line, 0, 4, 1, 3, -5).value, 3) << "a step below 1 counts as 1";
 }
 
 }  // namespace

@@ -99,7 +99,7 @@ TEST(SelectContours, ByAreaDrawsALongChainFromEveryPair) {
   EXPECT_EQ(b.result, plain);
 }
 
-TEST(RemoveRegions, GoesByTheEnclosedPixels) {
+TEST(RemoveRegions, DependsOnTheEnclosedPixels) {
   const auto expect = [](auto remove, int32_t min_area, int32_t max_area, int32_t count,
                          const TestImage& result) {
     Buffers b(scene());
@@ -118,7 +118,7 @@ TEST(RemoveRegions, GoesByTheEnclosedPixels) {
   expect(NuvRemoveBlackRegionsByArea, 10, 24, 0, scene());
 }
 
-TEST(LargestRegions, LeaveOutTheNth) {
+TEST(LargestRegions, ArePaintedIfLargerThanTheNth) {
   for (const auto& [n, painted] : {std::pair{0, 0}, {1, 0}, {2, 1}, {3, 2}, {1000000000, 2}}) {
     Buffers b(scene());
     EXPECT_EQ(Nuv255NRegionsWithMaxArea(b.image.data(), 14, 7, n, 4, b.result.data()), painted) << n;
@@ -126,7 +126,7 @@ TEST(LargestRegions, LeaveOutTheNth) {
   }
 }
 
-TEST(LargestHole, IsDrawn) {
+TEST(LargestHole, IsOutlined) {
   Buffers b(scene());
   EXPECT_EQ(NuvMarkMaxAreaHoleContour(b.image.data(), b.codes.data(), 14, 7, 99), 9);
   EXPECT_EQ(NuvPixelsInGryImg(b.image.data(), 14, 7, 99), 12);
@@ -139,7 +139,7 @@ TEST(LargestHole, IsDrawn) {
   EXPECT_EQ(NuvPixelsInGryImg(full.image.data(), 4, 4, 99), 8);
 }
 
-TEST(DeleteShortContour, TakesStartPixelsOfOthersToo) {
+TEST(DeleteShortContour, ClearsTheStartPixelsOfOtherContoursToo) {
   Buffers b(draw({"........", ".####...", ".####...", ".####...", "........"}));
   NuvDeleteShortContour(b.image.data(), b.codes.data(), 8, 5, 4, b.result.data());
   EXPECT_EQ(b.result, draw({"........", "..###...", ".####...", ".####...", "........"}));
@@ -149,7 +149,7 @@ TEST(DeleteShortContour, TakesStartPixelsOfOthersToo) {
   EXPECT_EQ(b.result, draw({"........", "........", "..##....", "........", "........"}));
 }
 
-TEST(Squares, AreFoundByShapeAndTheBestPlaceIsNotKept) {
+TEST(Squares, AreSelectedByShape) {
   TestImage image(60, 30);
   NuvFillGryRect(image.data(), 60, 30, 3, 13, 3, 13, 255);
   NuvFillGryRect(image.data(), 60, 30, 20, 40, 3, 8, 255);

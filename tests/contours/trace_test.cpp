@@ -34,7 +34,7 @@ TEST(Trace, WorkedChains) {
   }
 }
 
-TEST(Trace, MarksALonePixelAndItsNeighbours) {
+TEST(Trace, MarksASinglePixelAndItsNeighbours) {
   TestImage image = draw({"...", ".#.", "..."});
   EXPECT_TRUE(trace(image, 1, 1, true).codes.empty());
   EXPECT_EQ(image.at(1, 1), 254);

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Truncated, GoesTowardZeroAndSendsWhatDoesNotFitToTheMostNegative) {
+TEST(Truncated, RoundsTowardZeroAndMapsOverflowToTheMostNegative) {
   const std::pair<double, int32_t> cases[] = {
       {0.99, 0},
       {-1.5, -1},

@@ -42,16 +42,16 @@ TestImage degree_line(int32_t x0, int32_t y0, double degree) {
                [=](uint8_t* p, int32_t w, int32_t h) { NuvDrawDegreeLine(p, w, h, x0, y0, degree, 255); });
 }
 
-TEST(DegreeLine, RunsThroughItsPointWithoutIt) {
+TEST(DegreeLine, LeavesOutItsPoint) {
   EXPECT_EQ(degree_line(3, 2, 0), draw({".......", ".......", ".##.###", ".......", "......."}));
   EXPECT_EQ(degree_line(3, 2, 90), draw({".......", "...#...", ".......", "...#...", "...#..."}));
   EXPECT_EQ(degree_line(1, 0, 44), draw({"..#....", "...#...", "....#..", ".....#.", "......#"}))
       << "rows 0.97, 1.93, 2.90 ... truncated";
   EXPECT_EQ(degree_line(-3, 2, 0), draw({".......", ".......", "#######", ".......", "......."}))
-      << "from a point beside the image";
+      << "from a point outside the image";
 }
 
-TEST(EquationLines, RoundAsTheirFormsDo) {
+TEST(EquationLines, RoundAsTheirFormsPrescribe) {
   const auto kb = [](int32_t is_vertical, double k, double b) {
     return drawn(4, 4,
                  [=](uint8_t* p, int32_t w, int32_t h) { NuvDrawKBLine(p, w, h, is_vertical, k, b, 255); });
@@ -73,7 +73,7 @@ TEST(EquationLines, RoundAsTheirFormsDo) {
   };
   EXPECT_EQ(hough(2, 0), draw({"..#.", "..#.", "..#.", "..#."}));
   EXPECT_EQ(hough(2, 90), draw({"....", ".###", "#...", "...."}))
-      << "pi is a little short, so that the line sinks below 2 behind column 0";
+      << "the constant for pi is too small, so y falls below 2 after column 0";
   EXPECT_EQ(hough(1, 45), draw({".##.", "#...", "....", "...."})) << "by columns, 1.41 - x truncated";
   EXPECT_EQ(hough(1, 44), draw({".#..", "#...", "#...", "...."})) << "by rows, 1.39 - 0.97 y truncated";
   EXPECT_EQ(hough(0, 125), draw({"##..", "..#.", "...#", "...."})) << "by columns, 0.70 x";

@@ -26,7 +26,7 @@ TestImage drawn_channel(int32_t width, int32_t height, std::size_t channel, Draw
   return image;
 }
 
-TEST(Cross, StaysOffTwoLinesOfTheBorder) {
+TEST(Cross, LeavesOutABorderOfTwoPixels) {
   const auto cross = [](int32_t x, int32_t y) {
     return drawn(8, 7, [=](uint8_t* p, int32_t w, int32_t h) { NuvDrawGryCross(p, w, h, x, y, 3, 255); });
   };
@@ -36,7 +36,7 @@ TEST(Cross, StaysOffTwoLinesOfTheBorder) {
             draw({"........", "..###...", ".#......", ".#......", ".#......", "........", "........"}));
 }
 
-TEST(Cross, InColourHasItsLevelArmOnRowX) {
+TEST(Cross, InColourHasItsHorizontalArmInRowX) {
   const auto cross = [](uint8_t* p, int32_t w, int32_t h) { NuvDrawRGBCross(p, w, h, 4, 1, 5, 255, 0, 0); };
   EXPECT_EQ(drawn_channel(9, 6, 2, cross),
             draw({"....#....", "....#....", "....#....", "....#....", "..#####..", "........."}));
@@ -63,7 +63,7 @@ TEST(BlockArrow, IsSixLines) {
   EXPECT_EQ(left, of_lines(40, 35, {12, 0, 5, 15, 12, 34, 5, 15, 12, 0, 12, 34}));
 }
 
-TEST(Plot, BarsStandOnTheLastRowAndOnColumn0) {
+TEST(Plot, BarsBeginAtTheLastRowAndAtColumn0) {
   const auto plot_x = [](auto... a) { NuvDrawPrjX(a...); };  // both forms
   int32_t sums[] = {10, 20, 30, 40, 90};
   const auto columns = [&](auto plot, auto... range) {

@@ -31,7 +31,7 @@ TEST(Rectangle, FillsOnlyARegion) {
     EXPECT_EQ(rgb[3 * i + 2], image.pixels[i] != 0 ? 3 : 0);
 }
 
-TEST(Polygon, ClosesAndMovesTwoPointsInItsOwnWay) {
+TEST(Polygon, ClosesAndMovesTwoPointsByAnotherRule) {
   const auto polygon = [](int32_t n, int32_t dx, int32_t dy) {
     int32_t x[] = {1, 4, 4};
     int32_t y[] = {1, 1, 4};

@@ -47,7 +47,7 @@ const TestImage kOne = draw({"...##...", "..###...", "#####...", "...##...", "..
 const TestImage kTwo = draw({"..####..", ".##..##.", ".##..##.", ".....##.", "....##..", "...##...",
                              "..##....", ".##.....", ".######."});
 
-TEST(Digits, AreDrawnAndOthersPassedOver) {
+TEST(Digits, AreDrawnAndOtherCharactersSkipped) {
   char text[] = "1a-2";
   Bytes gray(30 * 20, 9);
   Bytes rgb(30 * 20 * 3, 9);
@@ -67,7 +67,7 @@ TEST(Digits, AreDrawnAndOthersPassedOver) {
   });
 }
 
-TEST(Digits, KeepToTheirLimits) {
+TEST(Digits, AreDrawnOnlyWithinTheirLimits) {
   // x up to width - cell - 1, y up to height - below. The returned x shows how many digits are drawn.
   const auto expect = [](int32_t cell, int32_t below, auto draw) {
     char text[] = "88";
@@ -147,15 +147,15 @@ TestImage glyph_at(const Bytes& font, std::size_t offset) {
   return image;
 }
 
-TEST_F(Hanzi, StandInTheFontInTheOrderOfTheirCodes) {
+TEST_F(Hanzi, AreReadFromTheFontByTheirCode) {
   const Bytes font = write_font(94 * 94 * 32);
   EXPECT_EQ(drawn("\xA1\xA1"), glyph_at(font, 0));
   EXPECT_EQ(drawn("\xB0\xA1"), glyph_at(font, 45120));
   EXPECT_EQ(drawn("\xFE\xFE"), glyph_at(font, 94 * 94 * 32 - 32));
-  EXPECT_EQ(drawn("\xB0"), glyph_at(font, (15 * 94 - 161) * 32)) << "paired with 0";
+  EXPECT_EQ(drawn("\xB0"), glyph_at(font, (15 * 94 - 161) * 32)) << "a single byte is paired with 0";
 }
 
-TEST_F(Hanzi, WithoutAGlyphRepeatTheOneBefore) {
+TEST_F(Hanzi, WithoutAGlyphRepeatTheGlyphBefore) {
   Bytes font = write_font(40);  // ends inside its second glyph
   EXPECT_EQ(drawn("Z"), TestImage(16, 16));
   EXPECT_EQ(drawn("\xF0\xF0"), TestImage(16, 16));
@@ -167,7 +167,7 @@ TEST_F(Hanzi, WithoutAGlyphRepeatTheOneBefore) {
            [&](std::size_t i, int32_t bit) { EXPECT_EQ(row.pixels[i], bit) << i; });
 }
 
-TEST_F(Hanzi, NeedAFontAndARowToBeginOn) {
+TEST_F(Hanzi, NeedAFontAndAValidFirstRow) {
   // y must be below height - margin.
   const auto expect = [&](int32_t margin, auto draw) {
     char text[] = "\xA1\xA1";
@@ -251,7 +251,7 @@ TEST_F(Hanzi, ComeFromTheProgramThatMakesTheFont) {
   EXPECT_EQ(drawn("\xFE\xFE"), TestImage(16, 16));
 
   ASSERT_EQ(std::system(make.c_str()), 0);
-  EXPECT_EQ(drawn("\xA1\xA1"), TestImage(16, 16)) << "the blank";
+  EXPECT_EQ(drawn("\xA1\xA1"), TestImage(16, 16)) << "the blank character";
   EXPECT_FALSE(drawn("\xBF\xDA") == TestImage(16, 16));
 }
 

@@ -13,18 +13,18 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 
-TEST(CrossPoints, AreDeletedOnCountsOfTheImageAsItCame) {
+TEST(CrossPoints, AreCountedBeforeAnyPixelChanges) {
   TestImage plus = draw({".......", "...#...", "...#...", ".#####.", "...#...", "...#...", "......."});
   NuvEdgeDeleteNoiseAndCrossPoints(plus.data(), 7, 7, 2);
   EXPECT_EQ(plus, draw({".......", "...#...", ".......", ".#...#.", ".......", "...#...", "......."}))
-      << "the arms beside the centre touch its other arms";
+      << "pixels beside the centre have more than two neighbours";
   TestImage border = draw({"###", "###", "###"});
   border.at(1, 1) = 128;
   NuvEdgeDeleteNoiseAndCrossPoints(border.data(), 3, 3, 8);
-  EXPECT_EQ(border, TestImage(3, 3)) << "128 goes, whatever its neighbours";
+  EXPECT_EQ(border, TestImage(3, 3)) << "a pixel of 128 is always deleted";
 }
 
-TEST(ShortContours, Go) {
+TEST(ShortContours, AreDeleted) {
   TestImage edges =
       draw({"..........", ".##.......", ".....####.", ".....#..#.", ".....####.", ".........."});
   TestImage expected = edges;
@@ -34,7 +34,7 @@ TEST(ShortContours, Go) {
   EXPECT_EQ(result, expected);
 }
 
-TEST(WeakPoints, Go) {
+TEST(WeakPoints, AreDeleted) {
   TestImage gray(5, 3);
   for (int32_t y = 0; y < 3; ++y) gray.at(3, y) = gray.at(4, y) = 40;
   TestImage edges(5, 3, 255);
@@ -89,7 +89,7 @@ TEST(ConnectEdge, EqualsThePlainForm) {
   }
 }
 
-TEST(ConnectEdge, TakesNoMoreThanAThousandEndPoints) {
+TEST(ConnectEdge, UsesAtMostAThousandEndPoints) {
   for (const int32_t ends : {999, 1000}) {
     // That many ends lie above (40, 40) at its right. One more, the last in raster order, lies below at its
     // left.
@@ -112,7 +112,7 @@ TEST(TwoEdgePoints, PerColumn) {
   EXPECT_THAT(second, ElementsAre(4, 0, 0));
   NuvExtractTwoEdgePointPerCol(image.data(), 3, 9, 0, 2, 0, 5, first, second);
   EXPECT_THAT(first, ElementsAre(1, 0, 4));
-  EXPECT_THAT(second, ElementsAre(1, 0, 4)) << "nothing far enough";
+  EXPECT_THAT(second, ElementsAre(1, 0, 4)) << "no second pixel is far enough from the first";
 }
 
 TEST(EdgePointsInRect, NeedMoreThanTenPixelsBetween) {
@@ -128,13 +128,13 @@ TEST(EdgePointsInRect, NeedMoreThanTenPixelsBetween) {
   bottom[2] = 33;
   NuvExtractEdgePointInRect(image.data(), 40, 0, 0, 39, 2, left.data(), right.data(), top.data(),
                             bottom.data());
-  EXPECT_THAT(left, ElementsAre(5, 5, 33)) << "an empty row takes what bottom holds";
+  EXPECT_THAT(left, ElementsAre(5, 5, 33)) << "a row of zeros receives the entry of pBottom";
   EXPECT_THAT(right, ElementsAre(5, 16, -1));
   EXPECT_EQ(top[5], 0);
   EXPECT_EQ(top[6], -1);
 }
 
-TEST(EdgePointsInCircle, AreThoseOfItsRowsAndColumns) {
+TEST(EdgePointsInCircle, AreFoundPerRowAndColumn) {
   TestImage image(41, 41);
   image.at(8, 20) = image.at(33, 20) = 9;
   image.at(1, 14) = 9;  // outside the ellipse
@@ -159,7 +159,7 @@ TEST(ThresholdByEdge, CountsVotesAroundEdges) {
   EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 1), 50);
   EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 2), 60);
   EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 4, 9, 0, 9, 2), 60)
-      << "the edge at x1 is out";
+      << "the edge pixel in column x1 does not vote";
 }
 
 TEST(LocalRange, EqualsThePlainWindows) {

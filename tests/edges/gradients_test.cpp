@@ -94,7 +94,7 @@ TEST(Gradients, FollowTheirFormulasAndClearTheirBand) {
   }
 }
 
-TEST(Robert, OfColourClearsBytesAsIfItWereGray) {
+TEST(Robert, OfColourClearsItsBorderAsIfTheImageWereGray) {
   TestImage rgb = draw({"............", "............", "1234##.32..."});
   TestImage colour = draw({"777777777777", "777777777777", "777777777777"});
   NuvRobertRGBImage2RGBRobert(rgb.data(), 4, 3, colour.data());
@@ -201,7 +201,8 @@ TEST(WindowGradients, LimitTheirSizes) {
   const TestImage source = noise(random, 20, 15);
   EXPECT_EQ(run(NuvGradientByPrewitt0, source, -3, 0), plain_prewitt(source, 1, 1, false));
   EXPECT_EQ(run(NuvGradientByPrewitt90, source, 0, -3), plain_prewitt(source, 1, 1, true));
-  EXPECT_EQ(run(NuvGradientByPrewitt, source, 63, 63), TestImage(20, 15)) << "only bands";
+  EXPECT_EQ(run(NuvGradientByPrewitt, source, 63, 63), TestImage(20, 15))
+      << "the cleared bands cover the image";
   const TestImage untouched(20, 15, kSentinel);
   EXPECT_EQ(run(NuvGradientByPrewitt, source, 63, 64), untouched);
   EXPECT_EQ(run(NuvGradientByPrewitt, source, -1, -1), untouched);

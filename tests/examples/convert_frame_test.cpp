@@ -17,7 +17,7 @@ class ConvertFrame : public HostTest {
   Picture picture(const std::string& name) const { return read_picture((dir_ / name).string()); }
 };
 
-TEST_F(ConvertFrame, ThereAndBackLosesOneGrayLevel) {
+TEST_F(ConvertFrame, ARoundTripLosesOneGrayLevel) {
   const Picture photograph = read_picture(NUV_PHOTOGRAPH);
   const int32_t w = photograph.width;
   for (const std::string format : {"cbycry", "420sp", "420p", "422p"}) {
@@ -41,7 +41,7 @@ TEST_F(ConvertFrame, ThereAndBackLosesOneGrayLevel) {
   }
 }
 
-TEST_F(ConvertFrame, SaysWhatDoesNotFit) {
+TEST_F(ConvertFrame, ReportsWhatDoesNotFit) {
   write("frame.yuv", std::vector<uint8_t>(23));
   EXPECT_THAT(run("frame.yuv -f 420p -W 4 -H 4").err,
               HasSubstr("frame.yuv: 23 bytes long; a 420p frame of 4x4 has 24"));

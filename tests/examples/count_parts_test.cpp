@@ -24,7 +24,7 @@ TEST_F(CountParts, CountsTheCoinsThatAPersonCounts) {
   EXPECT_EQ(read_picture((dir_ / "coins_parts.bmp").string()).channels, 3);
 }
 
-TEST_F(CountParts, TellsHolesAndDarkParts) {
+TEST_F(CountParts, ReportsHolesAndDarkParts) {
   // A dark frame with a light middle, and a dark square.
   Picture picture{40, 20, 1, std::vector<uint8_t>(800, 220)};
   const auto fill = [&picture](int32_t x1, int32_t x2, int32_t y1, int32_t y2, uint8_t value) {

@@ -51,7 +51,7 @@ TEST_F(Threshold, IsRightForLargePictures) {
   bins[9] = 1;
   const Histogram scaled = scaled_down(bins, 20000);
   EXPECT_EQ(scaled[7], 20000);
-  EXPECT_EQ(scaled[9], 1) << "still occupied";
+  EXPECT_EQ(scaled[9], 1) << "an occupied bin stays occupied";
 }
 
 TEST_F(Threshold, RefusesBadInput) {

@@ -113,7 +113,7 @@ TEST_F(BmpFile, ReadsBackWhatWasWrittenUnlessCutShort) {
   }
 }
 
-TEST_F(BmpFile, HeadersAreBelievedAsFarAsTheFileGoes) {
+TEST_F(BmpFile, SizesInHeadersAreComparedWithTheFile) {
   const struct {
     uint32_t offset;
     int32_t width, height;
@@ -145,7 +145,7 @@ TEST_F(BmpFile, HeadersAreBelievedAsFarAsTheFileGoes) {
   }
 }
 
-TEST_F(BmpFile, WhatCannotBeOpenedIsNullOrFalse) {
+TEST_F(BmpFile, FailsIfTheFileCannotBeOpened) {
   const Read missing = read(NuvRead8BitBmpFile2Img);
   EXPECT_FALSE(missing.pixels);
   EXPECT_EQ(missing.width, 0);

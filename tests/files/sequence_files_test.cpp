@@ -29,7 +29,7 @@ std::string got(Get get, int32_t size) {
   std::string name(static_cast<std::size_t>(size), 'x');
   const bool found = get(name.data(), size);
   const std::size_t end = std::min(name.find('\0'), name.size());
-  EXPECT_EQ(name.find_first_not_of('\0', end), std::string::npos) << "behind the name is 0";
+  EXPECT_EQ(name.find_first_not_of('\0', end), std::string::npos) << "the bytes after the name are 0";
   EXPECT_TRUE(found || end == 0);
   return found ? name.substr(0, end) : kNone;
 }
@@ -40,12 +40,12 @@ std::string line(int32_t index, int32_t size = 32) {
   return got([=](char* name, int32_t n) { return NuvSequenceFiles_GetFileName(index, name, n); }, size);
 }
 
-TEST_F(SequenceFiles, AreTheLinesThatEnd) {
+TEST_F(SequenceFiles, AreTheTerminatedLines) {
   ASSERT_TRUE(load("a.bmp\r\nb c.bmp  \r\n\r\n x\ry\nz\t\r\nlast"));
   const std::string lines[] = {"a.bmp", "b c.bmp", "", " x\ry\nz\t", kNone, kNone};
   for (const std::string& expected : lines) {
     EXPECT_EQ(next(), expected);
-    EXPECT_EQ(line(1), "b c.bmp") << "does not move the walk";
+    EXPECT_EQ(line(1), "b c.bmp") << "a lookup by index does not advance the walk";
   }
   for (int32_t i = 0; i < 6; ++i) EXPECT_EQ(line(i), lines[i]);
   EXPECT_EQ(line(-1), kNone);
@@ -54,7 +54,7 @@ TEST_F(SequenceFiles, AreTheLinesThatEnd) {
   EXPECT_EQ(next(), kNone);
 }
 
-TEST_F(SequenceFiles, SkipLinesThatDoNotFitBeforeTheirBlanksAreDropped) {
+TEST_F(SequenceFiles, SkipLinesThatDoNotFitWithTheirBlanks) {
   ASSERT_TRUE(load("four\r\nabc \r\nabc\r\n"));
   EXPECT_EQ(next(4), kNone);
   EXPECT_EQ(next(4), kNone);
@@ -66,7 +66,7 @@ TEST_F(SequenceFiles, SkipLinesThatDoNotFitBeforeTheirBlanksAreDropped) {
   EXPECT_EQ(name, 'x');
 }
 
-TEST_F(SequenceFiles, ServeTheListBeforeAfterOneThatCannotBeOpened) {
+TEST_F(SequenceFiles, KeepTheOldListIfTheNewOneCannotBeOpened) {
   ASSERT_TRUE(load("one\r\ntwo\r\n"));
   EXPECT_EQ(next(), "one");
   for (const std::string& name :
@@ -77,7 +77,7 @@ TEST_F(SequenceFiles, ServeTheListBeforeAfterOneThatCannotBeOpened) {
   }
   ASSERT_TRUE(load("x\r\n"));
   EXPECT_EQ(next(), "x");
-  EXPECT_EQ(next(), kNone) << "the longer list still behind it in memory does not count";
+  EXPECT_EQ(next(), kNone) << "no line of the longer list before is left";
   EXPECT_TRUE(load(""));
   EXPECT_EQ(line(0), kNone);
 }
@@ -85,7 +85,7 @@ TEST_F(SequenceFiles, ServeTheListBeforeAfterOneThatCannotBeOpened) {
 // Rules that hold only at the start of a process are tested in a process of their own.
 using SequenceFilesDeathTest = SequenceFiles;
 
-TEST_F(SequenceFilesDeathTest, AreNoneAtFirst) {
+TEST_F(SequenceFilesDeathTest, TheListIsEmptyAtFirst) {
   EXPECT_EXIT(
       {
         const bool none = next() == kNone && line(0) == kNone;

@@ -74,7 +74,8 @@ TEST(BoxFilters, WithoutLimitsAreTheSame) {
   TestImage source = random.gray(27, 8);
   TestImage result(27, 8);
   NuvGryAverageFilter(source.data(), 27, 8, 2, 70, result.data());
-  EXPECT_EQ(result, run(NuvGryAverageFilterFast, 1, source, 2, 3)) << "windows never grow beyond the image";
+  EXPECT_EQ(result, run(NuvGryAverageFilterFast, 1, source, 2, 3))
+      << "half sizes are limited to those that fit";
   NuvRGBAverageFilter(source.data(), 9, 8, 70, -2, result.data());
   EXPECT_EQ(result, run(NuvRGBAverageFilterFast, 3, source, 4, 0)) << "below 0 counts as 0";
   NuvGryAverageFilterByX(source.data(), 27, 8, -3, result.data());
@@ -92,7 +93,7 @@ TEST(BoxFilters, Limits) {
     const TestImage large(129 * channels, 129, 200);
     const TestImage most = run(box, channels, large, 63, 63);
     EXPECT_EQ(most.at(64 * channels, 64), shrinks ? 0 : 199);
-    EXPECT_EQ(most.at(62 * channels, 64), 199) << "a smaller window, or the mean of column 63";
+    EXPECT_EQ(most.at(62 * channels, 64), 199) << "a smaller window, or the repeated mean of column 63";
     run(box, channels, large, 64, 63, !shrinks);
   }
 }

@@ -136,7 +136,7 @@ TEST(Medians, EqualTheirPlainForms) {
   compare(200, 40, 15, 15);
 }
 
-TEST(Medians, TakeAnySize) {
+TEST(Medians, WorkForAnySize) {
   Random random(55);
   const Pixels pixels = random.bytes(12 * 9 + 5);
   EXPECT_EQ(run(NuvGryFastMedianFilter, pixels, 12, 9, 6, 1), TestImage(12, 9, kSentinel));

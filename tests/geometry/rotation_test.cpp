@@ -21,13 +21,13 @@ TestImage rotated(TestImage source, double angle) {
   return result;
 }
 
-TEST(Rotation, TakesThePixelLeftAbove) {
+TEST(Rotation, TruncatesToThePixelUpAndLeft) {
   EXPECT_EQ(rotated(draw({"123", "456"}), 0), draw({"123", "456"}));
   EXPECT_EQ(rotated(draw({"12", "34"}), 45), draw({".1", "31"}));  // cosine and sine are 724
-  EXPECT_EQ(rotated(draw({"123", "456"}), 180), draw({"211", "211"})) << "they are -1023 and 0";
+  EXPECT_EQ(rotated(draw({"123", "456"}), 180), draw({"211", "211"})) << "cosine and sine are -1023 and 0";
 }
 
-TEST(Rotation, TellsItsSize) {
+TEST(Rotation, ReturnsTheSize) {
   const TestImage turned = rotated(TestImage(640, 480, 1), 90);
   EXPECT_TRUE(turned.width == 480 && turned.height == 639);
   const TestImage none = rotated(TestImage(0, 5), 30);
@@ -36,13 +36,13 @@ TEST(Rotation, TellsItsSize) {
   EXPECT_TRUE(large.width > 70000 && large.height > 70000 && large.pixels.empty()) << "no result of 5 GB";
 }
 
-using CopyAndTell = bool (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, double, int32_t, uint8_t*, int32_t,
-                             int32_t);
+using CopyAndReport = bool (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, double, int32_t, uint8_t*,
+                               int32_t, int32_t);
 
 struct Form {
   int32_t channels;
   int32_t left_out;  // columns and rows that count as outside
-  CopyAndTell copy_and_tell;
+  CopyAndReport copy_and_report;
 };
 const Form kForms[] = {{1, 1, NuvCopyRectFromRotateCCS}, {3, 0, NuvRgbCopyRectFromRotateCCS}};
 
@@ -61,8 +61,8 @@ TEST(TurnedRectangle, EqualsThePlainForm) {
     const int32_t rows = random.between(1, 20);
     Bytes source = random.bytes(static_cast<std::size_t>(width * height * channels));
     Bytes result(static_cast<std::size_t>(columns * rows * channels));
-    const bool told = form.copy_and_tell(source.data(), width, height, x0, y0, angle, 256 + 9, result.data(),
-                                         columns, rows);
+    const bool reported = form.copy_and_report(source.data(), width, height, x0, y0, angle, 256 + 9,
+                                               result.data(), columns, rows);
 
     const int32_t cosine = truncated(std::cos(angle * 3.1415 / 180) * 65536);
     const int32_t sine = truncated(std::sin(angle * 3.1415 / 180) * 65536);
@@ -91,7 +91,7 @@ TEST(TurnedRectangle, EqualsThePlainForm) {
       }
       ASSERT_EQ(result[static_cast<std::size_t>(i)], expected) << angle;
     }
-    ASSERT_EQ(told, outside);
+    ASSERT_EQ(reported, outside);
   }
 }
 
@@ -102,8 +102,8 @@ TEST(TurnedAndShearedRectangle, TakesPixelsOfItsLines) {
     NuvCopyRectFromRotateAndShiftFast(source.data(), 5, 4, 0, 0, angle, shift_angle, result.data(), 3, 4);
     return result;
   };
-  EXPECT_EQ(of(0, 90), draw({"234", "789", "345", "891"})) << "place 1 of each line on";
-  EXPECT_EQ(of(0, 45), draw({"234", "789", "456", "12."})) << "4095/4096 of a place more in each";
+  EXPECT_EQ(of(0, 90), draw({"234", "789", "345", "891"})) << "each row begins at place 1 of its line";
+  EXPECT_EQ(of(0, 45), draw({"234", "789", "456", "12."})) << "each row begins 4095/4096 of a place later";
   EXPECT_EQ(of(180, 90), of(0, 90)) << "lines have no direction";
 }
 

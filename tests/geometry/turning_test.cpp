@@ -57,7 +57,7 @@ TEST(Turning, MovesEachPixelToItsPlace) {
       NuvReverseImg(source.data(), w, h, result.data());
       ASSERT_EQ(result, Bytes(source.rbegin(), source.rend()));
       NuvFlipHorizontal(result.data(), w, h);
-      ASSERT_EQ(result, flipped) << "half a turn and a mirror are the other mirror";
+      ASSERT_EQ(result, flipped) << "a half turn and one mirror equal the other mirror";
     }
   }
 }

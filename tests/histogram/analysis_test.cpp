@@ -39,7 +39,7 @@ TEST(GaussianSmooth, KeepsTheEndsAndAmplifiesTheMiddle) {
   EXPECT_EQ(smoothed[96], 0);
 }
 
-TEST(PeaksAndValleys, AreMarkedByTheirLastRiseOrFlat) {
+TEST(PeaksAndValleys, AreMarkedAtTheLastRiseOrFlat) {
   const std::pair<std::vector<int32_t>, std::vector<int32_t>> cases[] = {
       {{1, 5, 2}, {-1, -100, 100}},
       {{3, 3, 5, 5, 5, 2, 4}, {0, 0, 1, 100, 0, -100, 100}},
@@ -52,7 +52,7 @@ TEST(PeaksAndValleys, AreMarkedByTheirLastRiseOrFlat) {
   }
 }
 
-TEST(TwoPeaks, AreApartOrEqual) {
+TEST(TwoPeaks, AreFarEnoughApartOrEqual) {
   Bins h = bins({{0, 1}, {1, 1}, {39, 2}, {40, 9}, {41, 3}, {60, 7}, {200, 5}});
   int32_t first = -1;
   int32_t second = -1;
@@ -84,7 +84,7 @@ TEST(Equalising, SpreadsValuesByTheirCounts) {
   }
 }
 
-TEST(Normalization, GoesToTheCentreOfTheTargetsReached) {
+TEST(Normalization, MapsToTheCentreOfTheTargetBins) {
   const std::pair<Bins, std::vector<uint8_t>> cases[] = {
       {bins({{100, 2}, {150, 1}, {200, 1}}), {124, 124, 174, 200}},  // spans 100..149, 150..199 and 200
       {bins({}), {10, 10, 20, 30}},
@@ -133,7 +133,7 @@ TEST(EdgeModel, TakesTheTwoSidesOfAnEdge) {
   Bins h;
   NuvEdgeModelHistogram(image.data(), 40, 6, 2, 50, h.data(), marks.data());
   EXPECT_GT(h[200], 0);
-  EXPECT_EQ(h[200], h[60]) << "pairs";
+  EXPECT_EQ(h[200], h[60]) << "samples come in pairs";
   EXPECT_EQ(std::accumulate(h.begin(), h.end(), 0), h[200] + h[60]);
   EXPECT_EQ(marks.at(18, 3), 201) << "one end of the edge";
   // A rising edge gives at most one sample on each side of its middle.
@@ -142,7 +142,7 @@ TEST(EdgeModel, TakesTheTwoSidesOfAnEdge) {
   EXPECT_EQ(h[200] + h[60], 2 * 6);
 }
 
-TEST(MainGrayLevels, AreSpentWhereTheHistogramIs) {
+TEST(MainGrayLevels, AreDenserWhereTheHistogramHasPixels) {
   Bins h = run_of(0, 9, 1);
   std::fill(h.begin() + 200, h.begin() + 210, 1);
   std::vector<int32_t> table(256 + 16, -7);

@@ -19,7 +19,7 @@ TEST(HistogramCapture, CountsTheSelectedPixels) {
   int32_t left[] = {0, 1, 2};
   int32_t right[] = {4, 3, 2};
   NuvGetHistogramByLimited(image.data(), 4, 1, 2, left, right, got.data());
-  EXPECT_EQ(got, bins({{6, 1}, {7, 1}})) << "the right limit is left out";
+  EXPECT_EQ(got, bins({{6, 1}, {7, 1}})) << "the right limit is exclusive";
   NuvGetHistogramInRect(image.data(), 4, 2, 1, 0, 0, got.data());
   EXPECT_EQ(got, Bins{});
 }
@@ -96,7 +96,7 @@ TEST(OrderStatistics, TailsExceedTheTruncatedShare) {
 TEST(OrderStatistics, ModesRanksAndLimits) {
   Bins h = bins({{0, 5}, {7, 9}, {9, 9}});
   int32_t count = 0;
-  EXPECT_EQ(NuvGetMostInHistogram(h.data(), &count), 7) << "the lowest of equals";
+  EXPECT_EQ(NuvGetMostInHistogram(h.data(), &count), 7) << "ties go to the lowest";
   EXPECT_EQ(count, 9);
   Bins order;
   EXPECT_EQ(NuvHistogramOrder(h.data(), order.data()), 3);

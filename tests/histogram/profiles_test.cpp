@@ -13,7 +13,7 @@ Profile filled(int32_t n) {
   return Profile(static_cast<std::size_t>(n), -7);
 }
 
-TEST(SpreadProfiles, OfRectanglesClearAllOrLeaveTheirSurroundings) {
+TEST(SpreadProfiles, OfRectanglesClearOrKeepTheOtherEntries) {
   TestImage image = draw({"2468", "3319", "1517"});
   Profile columns = filled(4);
   Profile rows = filled(3);
@@ -39,7 +39,7 @@ TEST(SpreadProfiles, OfStripsOverlapAtTheEnd) {
   EXPECT_THAT(strips, Each(-7));
 }
 
-TEST(EdgeStrength, AnswersToVerticalEdgesAlone) {
+TEST(EdgeStrength, RespondsOnlyToVerticalEdges) {
   TestImage vertical = draw({"11119999", "11119999", "11119999", "11119999", "11119999"});
   TestImage horizontal = draw({"11111111", "11111111", "99999999", "99999999", "99999999"});
   Profile columns = filled(8);
@@ -47,15 +47,15 @@ TEST(EdgeStrength, AnswersToVerticalEdgesAlone) {
   EXPECT_THAT(columns, ElementsAre(0, 0, 0, 3 * 32, 3 * 32, 0, 0, 0));
   Profile rows = filled(5);
   NuvGryImgSobel90JustToPrjY(vertical.data(), 8, 5, rows.data());
-  EXPECT_THAT(rows, Each(2 * 32)) << "with the ends repeated";
+  EXPECT_THAT(rows, Each(2 * 32)) << "the values at the ends are repeated";
   NuvGryImgSobel90JustToPrjX(horizontal.data(), 8, 5, columns.data());
   EXPECT_THAT(columns, Each(0));
   rows = filled(5);
   NuvGryImgSobel90JustToPrjY(vertical.data(), 2, 5, rows.data());
-  EXPECT_THAT(rows, Each(0)) << "no interior";
+  EXPECT_THAT(rows, Each(0)) << "the image has no interior";
 }
 
-TEST(Projections, OfRectanglesClearAllOrTheirEntries) {
+TEST(Projections, OfRectanglesClearAllEntriesOrOnlyTheirOwn) {
   TestImage image = draw({"1111", "112.", "13..", "1111"});
   Profile columns = filled(4);
   Profile rows = filled(4);

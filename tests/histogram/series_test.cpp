@@ -45,7 +45,7 @@ TEST(MovingWindows, ReportTheCentreOfTheBest) {
   int32_t position = -1;
   EXPECT_TRUE(NuvDataMaxAvrAndPosInMovingWindow(data.data(), 6, 2, &best, &position));
   EXPECT_EQ(best, 2.5);
-  EXPECT_EQ(position, 0 + 2 / 2 + 1) << "half of the two ties on, which lie beyond lower sums";
+  EXPECT_EQ(position, 0 + 2 / 2 + 1) << "the first best window, half of the two later ties, W/2";
   EXPECT_FALSE(NuvDataMaxAvrAndPosInMovingWindow(data.data(), 6, 7, &best, &position));
   EXPECT_EQ(best, 0);
   EXPECT_EQ(position, 0);
@@ -54,13 +54,13 @@ TEST(MovingWindows, ReportTheCentreOfTheBest) {
   std::vector<double> real = {1, 1, 4, 1, 1, 1, 4, 1};
   EXPECT_TRUE(NuvDataMaxDevAndPosInMovingWindow(real.data(), 8, 3, &best, &position));
   EXPECT_EQ(best, std::sqrt(2.0));
-  EXPECT_EQ(position, 1) << "the first of equals";
+  EXPECT_EQ(position, 1) << "ties go to the first";
   EXPECT_TRUE(NuvDataMaxDifAndPosInMovingWindow(real.data(), 8, 2, &best, &position));
   EXPECT_EQ(best, 3);
   EXPECT_EQ(position, 1 + 1);
 }
 
-TEST(SeriesMeasures, OfTiesAndOfMeans) {
+TEST(SeriesMeasures, MaximaMeansAndSpreads) {
   Series data = {4, 9, 9, 2};
   EXPECT_EQ(NuvDataMaxDataPos(data.data(), 4), 1);
   EXPECT_EQ(NuvDataMaxDataValue(data.data(), 4), 9);
@@ -137,7 +137,7 @@ TEST(DeleteByWeight, KeepsWhatIsInRange) {
   EXPECT_THAT(weight, ElementsAre(5, 6, 0, 0));
 }
 
-TEST(FindPeaks, TellsThePlaceBehindEach) {
+TEST(FindPeaks, ReturnsThePositionAfterEachPeak) {
   std::vector<double> data = {0, 1, 5, 1, 0, 3, 0};
   double value[3];
   int32_t position[3];
@@ -148,10 +148,10 @@ TEST(FindPeaks, TellsThePlaceBehindEach) {
   EXPECT_EQ(position[1], 6);
   data = {2, 2, 1};
   EXPECT_TRUE(NuvDataFindPeaks(data.data(), 3, 9, value, position, 3));
-  EXPECT_THAT(position, ElementsAre(2, 0, 0)) << "nothing beats the first element; later it is blocked";
+  EXPECT_THAT(position, ElementsAre(2, 0, 0)) << "no element exceeds the first, which is blocked later";
   data = {0, 7, 7};
   EXPECT_TRUE(NuvDataFindPeaks(data.data(), 3, 1, value, position, 1));
-  EXPECT_EQ(position[0], 3) << "a plateau up to the end";
+  EXPECT_EQ(position[0], 3) << "the plateau reaches the end";
   EXPECT_FALSE(NuvDataFindPeaks(data.data(), 4097, 1, value, position, 3));
   EXPECT_THAT(value, Each(0));
 }

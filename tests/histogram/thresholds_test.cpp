@@ -13,7 +13,7 @@ namespace {
 using testing::Each;
 using testing::ElementsAre;
 
-TEST(Otsu, LeavesTheTopBinOut) {
+TEST(Otsu, LeavesOutTheTopBin) {
   const std::pair<std::map<int, int32_t>, int32_t> cases[] = {
       {{}, 0},
       {{{70, 5}, {90, 5}}, 0},
@@ -27,15 +27,15 @@ TEST(Otsu, LeavesTheTopBinOut) {
   }
 }
 
-TEST(ThresholdByRatio, ReachesTheShareWhereBinarisingExceedsIt) {
+TEST(ThresholdByRatio, ReachesTheShareAndBinarisingExceedsIt) {
   Bins h = bins({{10, 90}, {200, 10}});
-  EXPECT_EQ(NuvGetThresholdByRatio(h.data(), 0.10), 200) << "10 reaches 10";
+  EXPECT_EQ(NuvGetThresholdByRatio(h.data(), 0.10), 200) << "10 pixels reach a share of 10";
   EXPECT_EQ(NuvGetThresholdByRatio(h.data(), 0.11), 10);
   EXPECT_EQ(NuvGetThresholdByRatio(h.data(), 0), 255);
   EXPECT_EQ(NuvGetThresholdByRatio(h.data(), 2), -1);
   std::vector<uint8_t> pixels(90, 10);
   pixels.resize(100, 200);
-  EXPECT_EQ(NuvThresholdByRatio(pixels.data(), 10, 10, 0.10), 10) << "10 does not exceed 10";
+  EXPECT_EQ(NuvThresholdByRatio(pixels.data(), 10, 10, 0.10), 10) << "10 pixels do not exceed it";
 }
 
 TEST(DifferenceThreshold, IsThreeSigmaOfTheMedian) {
@@ -46,7 +46,7 @@ TEST(DifferenceThreshold, IsThreeSigmaOfTheMedian) {
   EXPECT_EQ(NuvGetDifImgThreshold(h.data()), static_cast<int32_t>(5.3 / 0.67 * 3 + 0.5));
 }
 
-TEST(DifferenceThreshold, FindsTheFirstValleyAndEndsWithoutANeighbour) {
+TEST(DifferenceThreshold, FindsTheFirstValleyWithFilledNeighbours) {
   struct Case {
     std::map<int, int32_t> counts;
     int32_t max, threshold;
@@ -65,12 +65,12 @@ TEST(DifferenceThreshold, FindsTheFirstValleyAndEndsWithoutANeighbour) {
   }
 }
 
-TEST(Clusters, FindTheirCentresInTheOrderOfTheirStart) {
+TEST(Clusters, KeepTheOrderOfTheirFirstCentres) {
   Bins h = bins({{10, 5}, {12, 5}, {100, 9}, {104, 9}, {200, 1}});
   double centres[4] = {-1, -1, -1, -1};
   EXPECT_TRUE(NuvClusterHistogram(h.data(), 3, 0.001, centres));
   // The centres start at 100 (the most frequent level), 104 and 200. The darkest levels join the first one
-  // and draw it to themselves.
+  // and move it down.
   EXPECT_NEAR(centres[0], 11, 0.5);
   EXPECT_NEAR(centres[1], 102, 0.5);
   EXPECT_EQ(centres[2], 200);
@@ -81,7 +81,8 @@ TEST(Clusters, FindTheirCentresInTheOrderOfTheirStart) {
   EXPECT_TRUE(NuvClusterHistogram(h.data(), 3, 0.001, few));
   EXPECT_THAT(few, ElementsAre(77, -1, -1));
   h = bins({{1, 3}, {90, 4}, {200, 7}});
-  EXPECT_TRUE(NuvClusterHistogram(h.data(), 2, -1, few)) << "ends for a limit that no move keeps";
+  EXPECT_TRUE(NuvClusterHistogram(h.data(), 2, -1, few))
+      << "the search ends although no move is below the limit";
   // From the second pass on the third centre is (212 + 228*p)/(p + 1), which moves by less than eps times
   // itself from p = 264906 on.
   h = bins({{86, 1}, {209, 1}, {212, 1}, {228, 1}});
@@ -89,7 +90,7 @@ TEST(Clusters, FindTheirCentresInTheOrderOfTheirStart) {
   EXPECT_NEAR(few[2], 228 - 16.0 / 264907, 1e-7);
 }
 
-TEST(Threshold, ComparesEveryFormAlike) {
+TEST(Threshold, AllFormsCompareTheSameWay) {
   TestImage image = draw({"1234", "5678", "1234"});
   TestImage result(4, 3, 7);
   NuvThresholdInRect(image.data(), 4, 1, 2, 0, 1, 3, result.data());
@@ -102,7 +103,7 @@ TEST(Threshold, ComparesEveryFormAlike) {
   EXPECT_EQ(image, draw({"3399", "9999", "3339"}));
 }
 
-TEST(ThresholdAndShrink, PacksMoreThanItTells) {
+TEST(ThresholdAndShrink, WritesMorePixelsThanTheReturnedSize) {
   TestImage source = draw({"1234", "5678", "9876", "5432"});
   std::vector<uint8_t> packed(5, 7);
   int32_t width = 0;
@@ -116,15 +117,15 @@ TEST(ThresholdAndShrink, PacksMoreThanItTells) {
   EXPECT_EQ(whole, draw({"...#", "####", "####", "##.."}));
 }
 
-TEST(RatioForms, RaiseAndTellTheirThresholdEachInItsWay) {
+TEST(RatioForms, AdjustAndReturnTheirThresholdsByDifferentRules) {
   const TestImage black(10, 10);
   TestImage image = black;
-  EXPECT_EQ(NuvThresholdByRatio(image.data(), 10, 10, 0.3), 1) << "black is spared";
+  EXPECT_EQ(NuvThresholdByRatio(image.data(), 10, 10, 0.3), 1) << "T = 0 is raised, so black stays black";
   EXPECT_EQ(image, black);
   EXPECT_EQ(NuvThresholdByRatio(image.data(), 10, 10, 0.5), 0);
   EXPECT_THAT(image.pixels, Each(255));
   image = black;
-  EXPECT_EQ(NuvThresholdByRatio(image.data(), 10, 10, 7.0), -1) << "clamped to 1";
+  EXPECT_EQ(NuvThresholdByRatio(image.data(), 10, 10, 7.0), -1) << "the ratio is clamped to 1";
   EXPECT_THAT(image.pixels, Each(255));
   image = black;
   NuvThresholdByPercent(image.data(), 10, 10, 49);
@@ -135,7 +136,8 @@ TEST(RatioForms, RaiseAndTellTheirThresholdEachInItsWay) {
   EXPECT_EQ(NuvThresholdByRatioAndMiniT(image.data(), 10, 10, 0.9, 12), 12);
   EXPECT_EQ(image, black);
   TestImage result(10, 10, 7);
-  EXPECT_EQ(NuvThresholdByRatio(image.data(), 10, 2, 5, 2, 5, 0.3, 12, result.data()), 0) << "as found";
+  EXPECT_EQ(NuvThresholdByRatio(image.data(), 10, 2, 5, 2, 5, 0.3, 12, result.data()), 0)
+      << "T as found, before it is raised";
   EXPECT_EQ(result.at(3, 3), 0);
   EXPECT_EQ(result.at(1, 3), 7);
 }

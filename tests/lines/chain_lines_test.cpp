@@ -71,11 +71,11 @@ TEST(ChainLines, FindTheSidesOfAQuadrilateral) {
   }
 }
 
-TEST(ChainLines, GiveAThinLineOnce) {
+TEST(ChainLines, ReportAThinLineOnce) {
   TestImage image(kSize, kSize, 40);
   for (int32_t x = 15; x < 85; ++x) image.at(x, 20 + x / 3) = 220;
   const auto segments = segments_of(image, 50);
-  EXPECT_EQ(segments.size(), 1U) << "the tracer walks it out and back";
+  EXPECT_EQ(segments.size(), 1U) << "the chain runs along the line and back";
 }
 
 TEST(ChainLines, RefuseImagesBeyondTheirSize) {
@@ -83,15 +83,15 @@ TEST(ChainLines, RefuseImagesBeyondTheirSize) {
   ASSERT_FALSE(segments_of(image, 60).empty());
   EXPECT_TRUE(NuvImgChainLines_Initialize(50, 50, 0.9, 1.0, 20, 60, 10));
   EXPECT_EQ(NuvImgChainLines_DoGryImg(image.data(), kSize, kSize, false), 0);
-  EXPECT_EQ(NuvImgChainLines_GetLines(), nullptr) << "the refused call's flag";
+  EXPECT_EQ(NuvImgChainLines_GetLines(), nullptr) << "the refused call had bFitLines = false";
   EXPECT_FALSE(next_code_line().found);
   std::vector<uint8_t> panels(6 * image.pixels.size(), 9);
   EXPECT_EQ(NuvImgChainLines_Debug(panels.data()), 0);
   EXPECT_EQ(*std::max_element(panels.begin() + 2 * kSize * kSize, panels.begin() + 3 * kSize * kSize), 0);
-  EXPECT_EQ(NuvImgChainLines_DoGryImg(image.data(), 65536, 65536, true), 0) << "0 pixels in 32 bits";
+  EXPECT_EQ(NuvImgChainLines_DoGryImg(image.data(), 65536, 65536, true), 0) << "65536*65536 is 0 in 32 bits";
 }
 
-TEST(ChainLines, GrowingMemoryDropsTheResults) {
+TEST(ChainLines, ReallocationDropsTheResults) {
   TestImage image = quadrilateral();
   std::vector<uint8_t> panels(6 * image.pixels.size());
   const auto has_lines_after = [&](int32_t side, int32_t max_lines) {
@@ -126,7 +126,7 @@ TEST(ChainLines, DebugPanelsShowEachStage) {
     ASSERT_EQ(panel(5)[i], panel(4)[i] != 0 ? 255 : panel(0)[i]);
   }
   const CodeLine line = next_code_line();
-  ASSERT_TRUE(line.found) << "fetching starts over";
+  ASSERT_TRUE(line.found) << "NuvImgChainLines_GetNxtCodeLine starts over";
   EXPECT_EQ(panel(2)[static_cast<std::size_t>(line.y[0] * kSize + line.x[0])], 254);
 }
 
@@ -142,7 +142,7 @@ std::vector<std::pair<int32_t, int32_t>> pieces_of_row(std::size_t n, int32_t mi
   return result;
 }
 
-TEST(ChainCutter, GivesAStraightChainUpToItsLastCode) {
+TEST(ChainCutter, ReturnsAStraightChainUpToItsLastCode) {
   EXPECT_THAT(pieces_of_row(20, 6), ElementsAre(std::pair(0, 19)));
   EXPECT_THAT(pieces_of_row(5, 6), ElementsAre());
   EXPECT_THAT(pieces_of_row(20, 21), ElementsAre());

@@ -69,12 +69,12 @@ TEST(HoughLineInImage, TriesTheBordersInTheirOrder) {
   }
 }
 
-TEST(KbLineInRectangle, ClampsEachCoordinateByItself) {
+TEST(KbLineInRectangle, ClampsEachCoordinateSeparately) {
   int32_t x[2];
   int32_t y[2];
   EXPECT_TRUE(NuvKBLineRectBoundary(100, 50, 10, 200, 0, 0, 0, 0.25, 2.4, x, y));
   EXPECT_THAT(x, ElementsAre(10, 99));
-  EXPECT_THAT(y, ElementsAre(5, 49)) << "4.9 rounds; 52.4 is clamped off the line";
+  EXPECT_THAT(y, ElementsAre(5, 49)) << "4.9 is rounded to 5, and 52.4 is clamped to 49";
   Ends e = kUntouched;
   NuvKBLineBeginEndPoint(100, 50, 0, 0, -3, 40, 1, 0.5, 1, &e[0], &e[1], &e[2], &e[3]);
   EXPECT_THAT(e, ElementsAre(0, 0, 21, 40));

@@ -66,7 +66,7 @@ TEST(FittingLine, MeasuresSpreadByItsOwnDivisor) {
   EXPECT_NEAR(f.greatest, 1.8 / norm, 1e-12);
 }
 
-TEST(FittingLineTwice, KeepsTheFirstFitWhateverTheOutlier) {
+TEST(FittingLineTwice, ReturnsTheFirstFitDespiteTheOutlier) {
   Points points{{0, 1, 2, 3}, {0, 0, 0, 60}};
   const Fit first = points.fit();
   Fit f;
@@ -78,7 +78,7 @@ TEST(FittingLineTwice, KeepsTheFirstFitWhateverTheOutlier) {
   EXPECT_EQ(same.work, std::vector<int32_t>(3, 100));
 }
 
-TEST(FittingLineTwiceByMean, DropsWhatLiesBeyondTheMeanResidual) {
+TEST(FittingLineTwiceByMean, DropsPointsBeyondTheMeanResidual) {
   Points points{{0, 10, 20, 30, 40, 50}, {5, 5, 5, 45, 5, 5}};
   Fit f;
   EXPECT_TRUE(points.by_mean(f));

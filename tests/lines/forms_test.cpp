@@ -17,7 +17,7 @@ struct Kb {
 };
 
 // In both forms a line through two random points contains them, and converting back gives the same line.
-TEST(KbForm, ThereAndBackOverAbc) {
+TEST(KbForm, RoundTripThroughAbc) {
   Random random(17);
   for (int i = 0; i < 2000; ++i) {
     const int32_t x1 = random.between(-50, 50);
@@ -41,7 +41,7 @@ TEST(KbForm, ThereAndBackOverAbc) {
   }
   Kb tie;
   NuvABCLine2KBLine(1, -1, 0, &tie.is_vertical, &tie.k, &tie.b);
-  EXPECT_EQ(tie.is_vertical, 0) << "at 45 degrees the other way from two points";
+  EXPECT_EQ(tie.is_vertical, 0) << "at 45 degrees, unlike NuvLineKBEquation";
 }
 
 TEST(HoughForm, OfTwoPoints) {
@@ -65,7 +65,7 @@ TEST(HoughForm, OfTwoPoints) {
   }
 }
 
-TEST(HoughForm, ThereAndBackOverAbc) {
+TEST(HoughForm, RoundTripThroughAbc) {
   for (const auto& [thro, theta] : {std::pair{20, 90}, {7, 30}, {-5, 120}, {40, 135}}) {
     double a = 0, b = 0, c = 0;
     NuvThroTheta2ABC(100, 50, thro, theta, &a, &b, &c);
@@ -118,7 +118,8 @@ TEST(Intersection, OfKbLinesForAllFlags) {
 TEST(Intersection, OfAbcAndHoughLines) {
   double x = 77;
   double y = 77;
-  EXPECT_FALSE(NuvPointOfIntersection(1.0, 2.0, 3.0, 2.0, 4.000001, 5.0, &x, &y)) << "a determinant of 1e-6";
+  EXPECT_FALSE(NuvPointOfIntersection(1.0, 2.0, 3.0, 2.0, 4.000001, 5.0, &x, &y))
+      << "a determinant of 1e-6 counts as parallel";
   EXPECT_EQ(x, 77);
   EXPECT_TRUE(NuvPointOfIntersection(1.0, 0.0, -3.0, 0.0, 1.0, -4.0, &x, &y));
   EXPECT_EQ(x, 3);
@@ -127,7 +128,7 @@ TEST(Intersection, OfAbcAndHoughLines) {
   EXPECT_NEAR(std::hypot(x, y), 50, 1e-5) << "at a right angle";
   EXPECT_FALSE(NuvPointOfIntersection(30, 45, 40, 45, &x, &y));
   EXPECT_EQ(x, 0);
-  EXPECT_TRUE(NuvPointOfIntersection(30, 0, 40, 180, &x, &y)) << "not taken for parallel";
+  EXPECT_TRUE(NuvPointOfIntersection(30, 0, 40, 180, &x, &y)) << "Theta 0 and 180 do not count as parallel";
   EXPECT_FALSE(NuvGetHoughLinePointX(10, 90, 5, &x));
   EXPECT_EQ(x, 0);
 }
@@ -137,10 +138,10 @@ TEST(Distances, AndSides) {
   EXPECT_EQ(NuvDistFromPoint3To2PLine(0, 0, 10, 0, 3, -4), 4);
   EXPECT_EQ(NuvDistFromPoint2KBLine(3, 7, 0, 0, 2), 5);
   EXPECT_EQ(NuvDistFromPoint2KBLine(3, 7, 1, 0, 2), 1);
-  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(0, 0, 10, 5, 4, 3), 1) << "below on the screen";
+  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(0, 0, 10, 5, 4, 3), 1) << "the point lies below the line";
   EXPECT_EQ(NuvWhichSideIsPoint3ToLine(0, 0, 10, 5, 4, 1), -1);
   EXPECT_EQ(NuvWhichSideIsPoint3ToLine(0, 0, 10, 5, 4, 2), 0);
-  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(3, 0, 3, 9, 5, 4), 1) << "right of a vertical line";
+  EXPECT_EQ(NuvWhichSideIsPoint3ToLine(3, 0, 3, 9, 5, 4), 1) << "the point lies right of a vertical line";
   // 100,000 * 50,000 wraps to 705,032,704: the products are 32-bit.
   EXPECT_EQ(NuvDistFromPoint3To2PLine(0, 100000, 50000, 100000, 0, 100000),
             std::fabs(-5e9 + 705032704.0) / 50000);

@@ -60,7 +60,7 @@ void expect_line(const Line& line, double strength, double thro, double theta) {
   EXPECT_EQ(line[5], theta);
 }
 
-TEST(HoughLines, ComeByTheNumberOfTheirPoints) {
+TEST(HoughLines, AreFoundInTheOrderOfTheirStrength) {
   ASSERT_TRUE(NuvHoughLines_Initialize(250, 200));
   Points p = row_and_column(20, 12);
   const Points before = p;
@@ -72,7 +72,7 @@ TEST(HoughLines, ComeByTheNumberOfTheirPoints) {
   expect_line(again, 20, 20, 90);
 
   EXPECT_EQ(strongest(p, 90, 91), again);
-  EXPECT_LT(strongest(p, 80, 90)[0], 20) << "the second Theta is left out";
+  EXPECT_LT(strongest(p, 80, 90)[0], 20) << "the end of the range is exclusive";
   bool mask[181] = {};
   const auto masked = [&] {
     return line_of(
@@ -80,12 +80,12 @@ TEST(HoughLines, ComeByTheNumberOfTheirPoints) {
   };
   EXPECT_EQ(masked(), kUntouched);
   mask[89] = mask[90] = true;
-  EXPECT_LT(masked()[0], 20) << "the highest Theta is left out";
+  EXPECT_LT(masked()[0], 20) << "the highest Theta of the mask is left out";
   mask[91] = true;
   EXPECT_EQ(masked(), again);
 }
 
-TEST(HoughLines, GetAVoteFromPointsBesideThem) {
+TEST(HoughLines, GetOneVoteFromEachPointBesideThem) {
   ASSERT_TRUE(NuvHoughLines_Initialize(250, 200));
   Points p = row_and_column(10, 0);
   for (std::size_t i = 0; i < 10; i += 2) p.y[i] = 22;
@@ -97,7 +97,7 @@ TEST(HoughLines, GetAVoteFromPointsBesideThem) {
   EXPECT_EQ(strongest(apart, 0, 1), kUntouched) << "two votes are not enough";
 }
 
-TEST(HoughLines, TakeThetasOfPoints) {
+TEST(HoughLines, UseTheThetasOfThePoints) {
   ASSERT_TRUE(NuvHoughLines_Initialize(250, 200));
   Points row = row_and_column(10, 0);
   int32_t theta[] = {90, 90, 85, 84, 95, 96, 90, 90, 90, 90};  // two are too far off
@@ -108,9 +108,9 @@ TEST(HoughLines, TakeThetasOfPoints) {
   expect_line(line, 6, 20, 90);
 }
 
-TEST(HoughLines, KeepTheirStateAsTold) {
+TEST(HoughLines, KeepStateBetweenCalls) {
   ASSERT_TRUE(NuvHoughLines_Initialize(100, 100));
-  EXPECT_EQ(next(5, 5), kUntouched) << "nothing found yet";
+  EXPECT_EQ(next(5, 5), kUntouched) << "no line has been found yet";
   Points pair{{30, 30}, {40, 40}};
   EXPECT_EQ(strongest(pair, 40, 40), kUntouched);
   EXPECT_EQ(strongest(pair, 0, 180)[0], 2);
@@ -129,7 +129,7 @@ TEST(HoughLines, KeepTheirStateAsTold) {
 
 // ---- key points ----
 
-TEST(KeyPoints, SplitAtTheFarthest) {
+TEST(KeyPoints, SplitAtTheFarthestPoint) {
   // A curve with corners at (10, 10) and (0, 30). Its points come from the bottom up.
   std::vector<int32_t> x, y;
   for (int32_t i = 40; i >= 0; --i) {
@@ -217,7 +217,7 @@ TEST(KeyPoints, EqualThePlainForm) {
   }
 }
 
-TEST(Poly4, GoesRoundTheDiagonal) {
+TEST(Poly4, HasADiagonalAndACornerOnEachSide) {
   std::vector<int32_t> x = {0, 5, 10, 10, 10, 5, 0, 0};
   std::vector<int32_t> y = {0, 0, 0, 5, 10, 10, 10, 5};
   std::vector<int32_t> px(4, -1), py(4, -1);
@@ -233,7 +233,7 @@ TEST(Poly4, GoesRoundTheDiagonal) {
   EXPECT_THAT(px, ElementsAre(0, 2, 4, 4));
 }
 
-TEST(Poly4, TakesTheFirstOfTheFarthestPairs) {
+TEST(Poly4, TiesGoToTheFirstPair) {
   // Points on small grids and on lines, so that pairs tie and points repeat, and points far apart.
   Random random(1);
   for (int32_t round = 0; round < 300; ++round) {

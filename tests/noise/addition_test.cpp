@@ -69,7 +69,7 @@ TEST(Noise, SaltAndPepperOfAFlatBufferIsBlackAndWhite) {
     black += v == 0 ? 1 : 0;
     white += v == 255 ? 1 : 0;
   }
-  EXPECT_LE(kCount - black - white, 30) << "6 are spared by and large";
+  EXPECT_LE(kCount - black - white, 30) << "about 6 bytes stay unchanged";
   EXPECT_NEAR(black, white, 0.02 * kCount);
 }
 
@@ -77,7 +77,8 @@ TEST(Noise, PoissonWrapsAndKeepsBlack) {
   seed(4);
   EXPECT_THAT(noisy(0, 1, kPoisson, 0, 0), Each(0));
   EXPECT_THAT(noisy(250, 1, kPoisson), Contains(testing::Le(40)));
-  EXPECT_THAT(noisy(50, -5, kPoisson, 50, 50), Contains(testing::Ne(50))) << "no range, and still it runs";
+  EXPECT_THAT(noisy(50, -5, kPoisson, 50, 50), Contains(testing::Ne(50)))
+      << "the strength becomes 0, but Poisson noise ignores it";
 }
 
 TEST(Noise, NoStrengthOrNoModelChangesNothing) {
@@ -86,7 +87,7 @@ TEST(Noise, NoStrengthOrNoModelChangesNothing) {
   EXPECT_THAT(noisy(9, -50, kGaussian, 9, 9), Each(9));
 }
 
-TEST(Noise, FollowsTheHostsSeedAndGoesOnWithoutIt) {
+TEST(Noise, FollowsTheSeedOfTheHost) {
   seed(5);
   const std::vector<uint8_t> first = noisy(128, 20, kGaussian);
   EXPECT_NE(noisy(128, 20, kGaussian), first);

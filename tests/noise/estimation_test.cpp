@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint8_t kSentinel = 77;
 
-TEST(NoiseEstimate, FollowsItsMask) {
+TEST(NoiseEstimate, EqualsThePlainConvolution) {
   Random random(56);
   const int mask[3][3] = {{1, -2, 1}, {-2, 4, -2}, {1, -2, 1}};
   for (const auto& [width, height] : kOddSizes) {
