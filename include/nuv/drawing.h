@@ -14,7 +14,7 @@
 /// A gray image has width*height bytes, an RGB image width*height*3. Nothing is drawn outside an image.
 ///
 /// A gray colour is the low byte of its argument. An RGB colour is given as r, g and b, and the low byte of
-/// each goes to the pixel: byte 0 = b, byte 1 = g, byte 2 = r.
+/// each is written: byte 0 = b, byte 1 = g, byte 2 = r.
 ///
 /// The forms of a line are those of nuv/lines.h. Angles are in degrees, with pi = 3.1415926. Coordinates that
 /// are computed truncate toward zero, so those between -1 and 0 are drawn at 0.

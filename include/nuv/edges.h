@@ -58,8 +58,8 @@ NUV_API void NuvRobertRGBImage2GryRobert(uint8_t* pRGBImg, int32_t width, int32_
 /// The value of a channel is min(|B - T| + |R - L|, 255).
 ///
 /// The border is cleared as if the image had one byte per pixel; only the row stride is that of an RGB image.
-/// After the interior is written, 0 goes to the first width bytes of the first and of the last row, and to
-/// bytes 0 and width-1 of each row. All other bytes of the border pixels are left alone.
+/// After the interior, 0 is written to the first width bytes of the first and of the last row, and to
+/// bytes 0 and width-1 of each row. All other bytes of the border pixels are unchanged.
 ///
 /// @param pResImg  receives an RGB image of width*height*3 bytes in another buffer
 NUV_API void NuvRobertRGBImage2RGBRobert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg);

@@ -1,8 +1,8 @@
 // Majority filters: a pixel becomes what most of its window is.
 //
 // Filters of 3x3 pixels count or add up the neighbours in bytes or 16 bits, row by row. The filter with a
-// growing window keeps column sums that rows enter and leave at either end; a prefix of them gives the windows
-// of any width.
+// growing window keeps column sums, to which rows are added and from which rows are subtracted. Their prefix
+// sums give the windows of any width.
 
 #include <algorithm>
 #include <array>

@@ -48,7 +48,8 @@ void count_lengths(Lines lines, int32_t* counts, int32_t max_length, ForRuns for
   }
 }
 
-// The lower threshold for going on keeps noise from cutting a run in two.
+// A run starts with a pixel of 201 or more and continues with pixels of 200 or more. The lower threshold keeps
+// noise from cutting a run in two.
 constexpr int32_t kRunStart = 201;
 constexpr int32_t kRunThreshold = 200;
 
@@ -128,7 +129,7 @@ NUV_ROW_KERNEL void count_down(const uint8_t* row, const uint8_t* above, uint8_t
 
 // One step up: the place of the last pixel of a run is the length of the run, and the pixels above it take over
 // that length. white_below is 255 where the pixel of the row below is white; lengths holds the lengths of the
-// runs there. Both are set to the present row.
+// runs there. Both are updated to the present row.
 NUV_ROW_KERNEL void take_lesser_length(const uint8_t* NUV_RESTRICT places, uint8_t* NUV_RESTRICT row,
                                        uint8_t* NUV_RESTRICT white_below, uint8_t* NUV_RESTRICT lengths,
                                        std::ptrdiff_t n) {

@@ -9,8 +9,8 @@
 namespace nuv {
 namespace {
 
-// Groups of four bytes for two pixels: Cb, Y, Cr, Y. The Cb and Cr of a pixel are those of a group that
-// starts with that pixel. From an odd column on, they come from bytes at which no group starts.
+// Groups of four bytes for two pixels: Cb, Y, Cr, Y. cb() and cr() address the group that starts with the
+// given pixel. No group starts in an odd column: there cb() addresses a Cr, and cr() the next Cb.
 struct CbYCrY {
   static constexpr int32_t kLumaStep = 2;
   static constexpr int32_t kChromaStep = 4;
@@ -30,7 +30,7 @@ constexpr Multiples kNoDemands = {1, 1, 1, 1, 1, 1};
 constexpr Multiples kFrameOnly = {2, 1, 1, 1, 1, 1};
 constexpr Multiples kRectangle = {1, 1, 2, 2, 1, 1};
 
-// Extends the region to the whole of a last group that it holds half.
+// Adds a column to a region that ends in the middle of a group.
 Region in_whole_groups(Region region) {
   if (!region.empty() && region.columns() % 2 != 0) ++region.x2;
   return region;

@@ -23,7 +23,7 @@ inline void clear_columns(GrayImage image, int32_t y, int32_t first, int32_t las
   for (int32_t x = std::max(first, 0); x <= std::min(last, image.width - 1); ++x) *image.at(x, y) = 0;
 }
 
-// Clears a band of that width along all four sides.
+// Clears a band of the given width along all four sides. An image of at most two bands is cleared as a whole.
 inline void clear_band(GrayImage image, int32_t band) {
   if (image.empty()) return;
   if (image.width <= 2 * band || image.height <= 2 * band) {

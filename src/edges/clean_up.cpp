@@ -41,8 +41,8 @@ NUV_ROW_KERNEL void mark_by_neighbours(const uint8_t* p, std::ptrdiff_t w, uint8
 constexpr std::ptrdiff_t kSpan = 1024;
 
 // Calls write(pixels, index of the first pixel in the image, out, n) for spans of the interior and copies out
-// over the span. Spans before it already hold their new pixels, so write() may read from its neighbours only
-// what no rewriting changes.
+// over the span. Spans before it already hold their new pixels, so write() may use only those
+// properties of neighbouring pixels that rewriting does not change.
 template <class Write>
 void rewrite_interior(GrayImage image, Write write) {
   const Region interior = image.interior();

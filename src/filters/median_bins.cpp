@@ -12,7 +12,7 @@
 // the rank is the index of the entry sought.
 //
 // A window needs the counts of all groups, but the values of one group only, the one that holds the median.
-// The values of a group are therefore updated only when they are needed: they then move to the present place.
+// The values of a group are therefore updated only when they are needed.
 //
 // The image is processed in strips of columns, so that the histograms stay in the nearer caches.
 

@@ -22,7 +22,7 @@ NUV_INLINE uint8_t middle(uint8_t a, uint8_t b) {
   return static_cast<uint8_t>((a & b) + ((a ^ b) >> 1));
 }
 
-// Writes the first n pixels of a row, each followed by the middle of it and the next.
+// Writes the first n pixels of a row, each followed by the mean of it and the next pixel, rounded down.
 NUV_ROW_KERNEL void double_gray_row(const uint8_t* NUV_RESTRICT in, std::ptrdiff_t n,
                                     uint8_t* NUV_RESTRICT out) {
   std::ptrdiff_t x = 0;

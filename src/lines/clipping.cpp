@@ -1,7 +1,7 @@
 // Lines cut to an image or to a rectangle.
 //
 // Each of the three image clippers is defined by its method. They differ at corners and at the last column,
-// so that they share no machine.
+// so they share no machine.
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-// An exchange sort in n log n.
+// The result of an exchange sort, computed in n log n.
 //
 // Results depend on the order in which the exchanges leave points of equal y, so this order is computed.
 //

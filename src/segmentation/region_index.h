@@ -1,6 +1,6 @@
 // Regions of an image, found by place.
 //
-// A pyramid of grids files each region by the box of its chain. The region goes to the lowest floor whose
+// A pyramid of grids files each region by the box of its chain. A region is filed on the lowest floor whose
 // cells are at least as large as the box, so it lies in four cells at most. A search for a point reads one
 // cell per floor. Cells keep the order of the lists of regions, smallest first. A second grid files regions
 // by their starts. The links are members of the regions. If the allocation of the cells fails, one cell holds
@@ -46,7 +46,7 @@ class ChainRows {
     for (std::size_t i = 0; i < rows; ++i) ends_[i + 1] += ends_[i];
     crossings_ = allocate<Crossing>(ends_[rows]);
     if (!crossings_) return;
-    // Each row is filled from its begin, which moves to its end.
+    // ends_[i] is the begin of row i here. Filling the row moves it to the end of the row.
     for_each_crossing(chain, [this](int32_t y, Crossing c) { crossings_[ends_[row(y)]++] = c; });
     for (std::size_t i = 0; i < rows; ++i) {
       Crossing* begin = crossings_.get() + (i == 0 ? 0 : ends_[i - 1]);
@@ -105,9 +105,9 @@ struct Node : RegionStruct {
   int64_t serial = 0;               // rises with each entry into a list
   Node* parent = nullptr;           // the region that parentID will name
   const Node* container = nullptr;  // the region that sameLevelParentID names
-  int32_t children = 0;             // number in the present level; the next member is the sum of their areas
-  int32_t children_area = 0;
-  RegionStruct* parts = nullptr;  // list of the regions that it splits into at the present level
+  int32_t children = 0;             // number of regions of the present level with this parent
+  int32_t children_area = 0;        // sum of their areas
+  RegionStruct* parts = nullptr;    // list of the regions that it splits into at the present level
   bool is_replaced = false;
   std::array<Node*, 4> in_cell{};  // links in the lists of its cells
   Node* in_start_cell = nullptr;
@@ -119,7 +119,7 @@ struct Node : RegionStruct {
 
   Node* next_node() const { return static_cast<Node*>(next); }
 
-  // Whether the point lies inside or on the region.
+  // Whether the point lies inside the region or on its contour.
   bool holds(int32_t x, int32_t y) {
     constexpr int32_t kLongChain = 100;
     constexpr int32_t kManyQuestions = 12;
@@ -128,8 +128,8 @@ struct Node : RegionStruct {
     if (N > kLongChain && ++questions == kManyQuestions) rows.build({{x0, y0}, pChainCode, N}, box);
     return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
-  // Whether the start of another region lies inside or on this one. The start is a pixel of the other
-  // component, and two components either are disjoint or one contains the other.
+  // Whether the start of another region lies inside this one or on its contour. The start is a pixel of the
+  // other component, and two components either are disjoint or one contains the other.
   bool holds_start_of(const Node& other) {
     if (component.contains(other.component)) return true;
     if (!has_holes && !other.component.contains(component)) return false;
