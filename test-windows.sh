@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the library for 32-bit and 64-bit Windows and runs the tests under Wine: ./test-windows.sh
-# It also checks that the DLL needs only libraries of Windows itself, and that find_lines gives the same bytes as here.
+# It also checks that the DLL needs only libraries of Windows itself, and that find_lines gives the same bytes as on Linux.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh

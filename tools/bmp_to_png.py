@@ -35,8 +35,8 @@ def with_palette(rows):
 
 
 def filtered(row, above, step, kind):
-    """A row as PNG filters it: 0 as it is, 1 minus the pixel at the left, 2 minus the one above, 4 minus the one
-    of those two and their corner that is nearest to the plane through the three."""
+    """A row as PNG filters it: 0 as it is, 1 minus the pixel at the left, 2 minus the one above, 4 minus one
+    of those two or the pixel above the left one, whichever is nearest to left + above - corner."""
     left = bytes(step) + row[:-step]
     corner = bytes(step) + above[:-step]
 
