@@ -149,7 +149,7 @@ TEST(DeleteShortContour, ClearsTheStartPixelsOfOtherContoursToo) {
   EXPECT_EQ(b.result, draw({"........", "........", "..##....", "........", "........"}));
 }
 
-TEST(Squares, AreSelectedByShape) {
+TEST(Squares, AreSelectedByShapeAndReplacedByLaterOnes) {
   TestImage image(60, 30);
   NuvFillGryRect(image.data(), 60, 30, 3, 13, 3, 13, 255);
   NuvFillGryRect(image.data(), 60, 30, 20, 40, 3, 8, 255);

@@ -35,7 +35,7 @@ TEST(ThresholdByRatio, ReachesTheShareAndBinarisingExceedsIt) {
   EXPECT_EQ(NuvGetThresholdByRatio(h.data(), 2), -1);
   std::vector<uint8_t> pixels(90, 10);
   pixels.resize(100, 200);
-  EXPECT_EQ(NuvThresholdByRatio(pixels.data(), 10, 10, 0.10), 10) << "10 pixels do not exceed it";
+  EXPECT_EQ(NuvThresholdByRatio(pixels.data(), 10, 10, 0.10), 10) << "10 pixels do not exceed a share of 10";
 }
 
 TEST(DifferenceThreshold, IsThreeSigmaOfTheMedian) {
