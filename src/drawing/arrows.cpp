@@ -1,8 +1,8 @@
 // Arrows.
 //
 // Arrows in the four directions share one drawing by coordinates along and across the axis: rows and columns
-// of an upright arrow, columns and rows of a level one. The places that are limited to the image differ, so
-// each direction computes its own.
+// of a vertical arrow, columns and rows of a horizontal one. The places that are limited to the image differ,
+// so each direction computes its own.
 
 #include <algorithm>
 #include <cmath>
@@ -128,7 +128,7 @@ void NuvGryImgDrawArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t
 
 void NuvRGBImgDrawArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t y1, int32_t x2,
                         int32_t y2, int32_t size, int32_t r, int32_t g, int32_t b) {
-  // Red and blue change places between the line and the cross.
+  // The line has red and blue exchanged, the cross has not.
   draw_line(RgbPen(pRGBImg, width, height, b, g, r), {x1, y1}, {x2, y2});
   const RgbPen pen(pRGBImg, width, height, r, g, b);
   const Region arms = arms_off_border(pen.image, x2, y2, size);

@@ -101,7 +101,7 @@ void NuvImgChainLines::drop_results() {
   next_run_ = 0;
 }
 
-// Whether the detector has memory, and the source has at most that many pixels.
+// Whether the detector has memory, and the source has at most the given number of pixels.
 bool NuvImgChainLines::source_fits(int32_t pixels) const {
   if (!has_memory() || source_.width < 0 || source_.height < 0) return false;
   return static_cast<int64_t>(source_.width) * source_.height <= pixels;
