@@ -93,8 +93,9 @@ struct FrameBlock {
     }
   }
 
-  alignas(64) uint8_t luma_room[kIsPacked ? kPlaneBlock : 1];
-  alignas(64) uint8_t chroma_room[kIsPacked ? kPlaneBlock : 1];
+  static constexpr std::size_t kRoomAlignment = kIsPacked ? 64 : 1;
+  alignas(kRoomAlignment) uint8_t luma_room[kIsPacked ? kPlaneBlock : 1];
+  alignas(kRoomAlignment) uint8_t chroma_room[kIsPacked ? kPlaneBlock : 1];
 };
 
 template <class Format>
