@@ -135,15 +135,15 @@ NUV_ROW_KERNEL Sum largest_of(const Sum* sums, std::ptrdiff_t n) {
 template <class Sum>
 Window brightest_window(GrayImage image, int32_t M, int32_t N) {
   const std::ptrdiff_t places = std::max(image.width - M, 1);
-  Buffer<Sum> columns = allocate<Sum>(static_cast<std::size_t>(image.width));
-  Buffer<Sum> rooms[] = {allocate<Sum>(static_cast<std::size_t>(image.width)),
-                         allocate<Sum>(static_cast<std::size_t>(image.width))};
+  const Buffer<Sum> columns = allocate<Sum>(static_cast<std::size_t>(image.width));
+  const Buffer<Sum> room = allocate<Sum>(static_cast<std::size_t>(image.width));
+  const Buffer<Sum> more_room = allocate<Sum>(static_cast<std::size_t>(image.width));
   Window best;
-  if (!columns || !rooms[0] || !rooms[1]) return best;
+  if (!columns || !room || !more_room) return best;
   std::fill_n(columns.get(), image.width, Sum{0});
   for (int32_t y = 0; y < N; ++y) add_row(columns.get(), image.row(y), image.width);
   for (int32_t y = 0; y < image.height - N; ++y) {
-    const Sum* sums = neighbour_sums<Sum>(columns.get(), places, M, 1, rooms[0].get(), rooms[1].get());
+    const Sum* sums = neighbour_sums<Sum>(columns.get(), places, M, 1, room.get(), more_room.get());
     const Sum most = largest_of(sums, places);
     if (most > best.sum)
       best = {most, {static_cast<int32_t>(std::find(sums, sums + places, most) - sums), y}};
