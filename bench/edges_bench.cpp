@@ -122,7 +122,7 @@ const Row two_points("NuvExtractTwoEdgePointPerCol/nuv", [] {
 });
 
 auto fine_work(int32_t width, int32_t height) {
-  const BenchPicture picture = gray_picture(width, height);
+  BenchPicture picture = gray_picture(width, height);
   return [picture, edges = picture, smoothed = LineVector<double>(picture.pixels.size())]() mutable {
     NuvShenJunEdgeFine(picture.data(), smoothed.data(), picture.width, picture.height, 0.25, 6, edges.data());
   };
