@@ -43,8 +43,8 @@ struct Tree {
   }
 };
 
-// Calls visit(region, depth) for all descendants of a region. Of the children of a region the largest comes
-// first.
+// Calls visit(region, depth) for all descendants of a region. It visits the children of a region in order of
+// falling area.
 template <class Visit>
 void walk(const Tree& tree, int32_t parent, int depth, const Visit& visit) {
   const auto found = tree.children.find(parent);

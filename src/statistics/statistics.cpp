@@ -129,7 +129,7 @@ NUV_ROW_KERNEL Sum largest_of(const Sum* sums, std::ptrdiff_t n) {
   return most;
 }
 
-// The brightest window of M by N pixels; ties go to the first one in reading order. Its sum is 0 if all
+// The brightest window of M by N pixels; ties go to the first one in raster order. Its sum is 0 if all
 // windows are black or if allocation fails. The last place of either axis is not tried, except column 0. Sum
 // must be wide enough for the sum of a window.
 template <class Sum>
