@@ -37,7 +37,7 @@ template <class Sum>
 bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, Sum threshold, Sum* columns,
                           uint8_t* result) {
   const std::ptrdiff_t width = image.width;
-  const Buffer<Sum> work = allocate<Sum>(2 * static_cast<uint64_t>(width));
+  const Buffer<Sum> work = allocate<Sum>(2 * int64_t{image.width});
   if (!work) return false;
   const GrayImage out{result, image.width, image.height};
   const int32_t last = image.height - 1 - n;
@@ -68,19 +68,18 @@ bool is_small(int32_t m, int32_t n) {
 // columns receives the column sums of the last 2 * n rows; it has width entries or is null.
 bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t threshold, uint32_t* columns,
                           uint8_t* result) {
-  const auto width = static_cast<std::size_t>(image.width);
   if (is_small(m, n)) {
-    const Buffer<uint16_t> small_columns = allocate<uint16_t>(width);
+    const Buffer<uint16_t> small_columns = allocate<uint16_t>(image.width);
     // No sum is above UINT16_MAX, so greater thresholds may be lowered to it.
     const auto small_threshold = static_cast<uint16_t>(std::min<uint32_t>(threshold, UINT16_MAX));
     if (!small_columns || !filter_whole_windows(image, m, n, small_threshold, small_columns.get(), result)) {
       return false;
     }
-    if (columns != nullptr) std::copy_n(small_columns.get(), width, columns);
+    if (columns != nullptr) std::copy_n(small_columns.get(), image.width, columns);
     return true;
   }
   if (columns != nullptr) return filter_whole_windows<uint32_t>(image, m, n, threshold, columns, result);
-  const Buffer<uint32_t> own = allocate<uint32_t>(width);
+  const Buffer<uint32_t> own = allocate<uint32_t>(image.width);
   return own && filter_whole_windows<uint32_t>(image, m, n, threshold, own.get(), result);
 }
 

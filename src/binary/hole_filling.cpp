@@ -54,9 +54,8 @@ class RowsBelow {
   explicit RowsBelow(GrayImage image)
       : image_(image),
         width_(image.width),
-        block_ends_(allocate<int32_t>((static_cast<uint64_t>(image.height - 1) / kBlock + 1) *
-                                      static_cast<uint64_t>(image.width))),
-        rows_(allocate<int32_t>(uint64_t{kBlock} * static_cast<uint64_t>(image.width))) {
+        block_ends_(allocate<int32_t>(((image.height - 1) / kBlock + 1) * int64_t{image.width})),
+        rows_(allocate<int32_t>(kBlock * int64_t{image.width})) {
     if (!allocated()) return;
     const int32_t last = (image.height - 1) / kBlock;
     std::fill_n(below_block(last), width_, kNoRow);
@@ -105,7 +104,7 @@ void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int32_t widt
   keep_masked(pGryImg, pMskImg, pResImg, image.size());
   if (maxDistance < 1) return;
   RowsBelow rows_below(image);
-  const Buffer<int32_t> rows_above = allocate<int32_t>(static_cast<uint64_t>(width));
+  const Buffer<int32_t> rows_above = allocate<int32_t>(width);
   if (!rows_below.allocated() || !rows_above) return;
   std::fill_n(rows_above.get(), width, kNoRowAbove);
 

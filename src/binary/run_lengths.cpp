@@ -150,8 +150,8 @@ NUV_ROW_KERNEL void take_lesser_length(const uint8_t* NUV_RESTRICT places, uint8
 void take_lesser_column_lengths(GrayImage image) {
   if (image.empty()) return;
   const std::ptrdiff_t w = image.width;
-  const Buffer<uint8_t> places = allocate<uint8_t>(static_cast<uint64_t>(image.size()));
-  const Buffer<uint8_t> below = allocate<uint8_t>(2 * static_cast<uint64_t>(w));
+  const Buffer<uint8_t> places = allocate<uint8_t>(image.size());
+  const Buffer<uint8_t> below = allocate<uint8_t>(2 * int64_t{w});
   if (!places || !below) {
     const Lines columns = columns_of(image);
     for (int32_t x = 0; x < columns.count; ++x) {
@@ -427,7 +427,7 @@ void NuvRLYDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int
                             int32_t maxLevel, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   clear_sides(image);
-  const auto pixels = static_cast<uint64_t>(image.size());
+  const int64_t pixels = image.size();
   const Buffer<uint8_t> turned = allocate<uint8_t>(2 * pixels);
   if (image.empty() || !turned) {
     keep_connected_runs(image, columns_of(image), minLength, maxLevel, pResImg);

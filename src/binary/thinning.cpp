@@ -100,8 +100,8 @@ class Thinning {
     std::ptrdiff_t objects = 1;  // one more than there are, so that no list is empty
     const uint8_t* end = image.pixels + image.size();
     for (const uint8_t* p = image.pixels; p < end; ++p) objects += *p;
-    pending_ = allocate<int32_t>(static_cast<std::size_t>(objects));
-    deleted_ = allocate<int32_t>(static_cast<std::size_t>(objects));
+    pending_ = allocate<int32_t>(objects);
+    deleted_ = allocate<int32_t>(objects);
   }
   bool allocated() const { return pending_ && deleted_; }
 

@@ -13,7 +13,7 @@ namespace {
 
 // Creates a node that owns a copy of the chain. Null if allocation fails.
 NUV_CONTOUR_STRUCT* new_contour(const uint8_t* codes, int32_t n) {
-  Buffer<uint8_t> chain = allocate<uint8_t>(static_cast<std::size_t>(n));
+  Buffer<uint8_t> chain = allocate<uint8_t>(n);
   if (!chain) return nullptr;
   auto* contour = new (std::nothrow) NUV_CONTOUR_STRUCT{};
   if (contour == nullptr) return nullptr;

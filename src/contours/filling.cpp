@@ -57,7 +57,7 @@ class SavedContour {
  public:
   SavedContour(GrayImage image, const Chain& chain) : image_(image), chain_(chain) {
     if (static_cast<std::size_t>(chain.n) > on_stack_.size()) {
-      on_heap_ = allocate<uint8_t>(static_cast<std::size_t>(chain.n));
+      on_heap_ = allocate<uint8_t>(chain.n);
       pixels_ = on_heap_.get();
     }
     if (pixels_ == nullptr) return;

@@ -206,7 +206,7 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
   if (image.empty()) return 0;
   // The sides keep their values, so the tracer works on a copy with a frame of background.
   const GrayImage framed{nullptr, width + 2, height + 2};
-  const Buffer<uint8_t> pixels = allocate<uint8_t>(static_cast<std::size_t>(framed.size()));
+  const Buffer<uint8_t> pixels = allocate<uint8_t>(framed.size());
   if (!pixels) return 0;
   const GrayImage copy{pixels.get(), framed.width, framed.height};
   clear_sides(copy);
@@ -281,7 +281,7 @@ int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32_t heigh
   int32_t limit = 0;
   bool known = N > regions;
   if (N >= 1 && !known) {
-    const Buffer<int32_t> areas = allocate<int32_t>(static_cast<std::size_t>(regions));
+    const Buffer<int32_t> areas = allocate<int32_t>(regions);
     known = areas != nullptr;
     if (known) {
       int32_t* end = areas.get();

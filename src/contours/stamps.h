@@ -97,7 +97,7 @@ class StampedChain {
   void add(Point place, const uint8_t* codes, int32_t n) {
     constexpr int32_t kShortChain = 256;
     if (may_wait_ && n > kShortChain && !places_) {
-      places_ = allocate<Point>(static_cast<std::size_t>(result_.size()));
+      places_ = allocate<Point>(result_.size());
       may_wait_ = places_ != nullptr;
     }
     if (may_wait_ && n > kShortChain) {

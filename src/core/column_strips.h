@@ -25,7 +25,7 @@ class ColumnStrip {
       : columns_(columns),
         // An odd number of cache lines per row keeps the rows of the buffer from sharing cache sets.
         step_(((columns.length / kLine + 1) | 1) * kLine),
-        buffer_(allocate<uint8_t>(static_cast<std::size_t>(step_) * kStripColumns)) {}
+        buffer_(allocate<uint8_t>(int64_t{step_} * kStripColumns)) {}
 
   // Loads the strip that starts with column first. If allocation failed, the result is the columns in the
   // image itself.

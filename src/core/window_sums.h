@@ -61,8 +61,8 @@ class ColumnSums {
  public:
   explicit ColumnSums(GrayImage image)
       : image_(image),
-        sums_(allocate<int32_t>(static_cast<std::size_t>(image.width))),
-        prefix_(allocate<int32_t>(static_cast<std::size_t>(image.width) + 1)) {
+        sums_(allocate<int32_t>(image.width)),
+        prefix_(allocate<int32_t>(int64_t{image.width} + 1)) {
     if (sums_) clear();
   }
 

@@ -103,8 +103,7 @@ struct HalfWindow {
   Buffer<uint32_t> before;
 
   explicit HalfWindow(int32_t width)
-      : counts(allocate<uint32_t>(static_cast<std::size_t>(width))),
-        before(allocate<uint32_t>(static_cast<std::size_t>(width) + 1)) {
+      : counts(allocate<uint32_t>(width)), before(allocate<uint32_t>(int64_t{width} + 1)) {
     if (counts) std::fill_n(counts.get(), width, 0);
   }
 
@@ -180,7 +179,7 @@ void mark_gaps(GrayImage edges, const uint8_t* mask, int32_t reach) {
   if (inner.empty()) return;
   HalfWindow upper(edges.width);
   HalfWindow lower(edges.width);
-  const Buffer<uint8_t> no_end_points = allocate<uint8_t>(static_cast<std::size_t>(edges.width));
+  const Buffer<uint8_t> no_end_points = allocate<uint8_t>(edges.width);
   if (!upper.allocated() || !lower.allocated() || !no_end_points) {
     mark_gaps_by_scanning(edges, mask, reach);
     return;

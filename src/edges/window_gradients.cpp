@@ -133,8 +133,7 @@ class PaddedPrefix {
   PaddedPrefix(int32_t width, int32_t padding)
       : width_(width),
         padding_(padding),
-        entries_(
-            allocate<int32_t>(static_cast<std::size_t>(width) + 1 + 2 * static_cast<std::size_t>(padding))) {
+        entries_(allocate<int32_t>(int64_t{width} + 1 + 2 * int64_t{padding})) {
     if (entries_) std::fill_n(entries_.get(), padding, 0);
   }
 
@@ -176,7 +175,7 @@ class DiagonalSums {
         leaving_(image.width, 2 * n + 1),
         entering_(image.width, 2 * n + 1) {
     for (Buffer<int32_t>& buffer : buffers_) {
-      buffer = allocate<int32_t>(static_cast<std::size_t>(size_));
+      buffer = allocate<int32_t>(size_);
       if (buffer) std::fill_n(buffer.get(), size_, 0);
     }
     allocated_ = leaving_.allocated() && entering_.allocated() && buffers_[0] && buffers_[1] && buffers_[2];
@@ -291,7 +290,7 @@ NUV_ROW_KERNEL void subtract_entries(int32_t* NUV_RESTRICT sums, const int32_t* 
 class WeightedRows : public ColumnSums {
  public:
   WeightedRows(GrayImage image, int32_t n)
-      : ColumnSums(image), rows_(2 * n + 1), n_(n), changes_(allocate<int32_t>(rows_ + uint64_t{1})) {
+      : ColumnSums(image), rows_(2 * n + 1), n_(n), changes_(allocate<int32_t>(int64_t{rows_} + 1)) {
     if (changes_) std::fill_n(changes_.get(), rows_ + 1, 0);
   }
 
@@ -334,8 +333,8 @@ class DiagonalPrefixes {
         reach_(2 * m + 2),
         count_(image.width - 2 * m + reach_),
         prefix_(image.width, 2 * reach_),
-        diagonals_(allocate<Diagonal>(2 * (2 * static_cast<uint64_t>(n) + 1))),
-        sums_(allocate<int32_t>(static_cast<std::size_t>(count_))) {
+        diagonals_(allocate<Diagonal>(2 * (2 * int64_t{n} + 1))),
+        sums_(allocate<int32_t>(count_)) {
     if (sums_) std::fill_n(sums_.get(), count_, 0);
   }
 

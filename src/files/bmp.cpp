@@ -51,7 +51,7 @@ class RowBlock {
   RowBlock(std::size_t row_bytes, int64_t height)
       : row_bytes_(row_bytes),
         rows_(std::clamp<std::size_t>(kBlockBytes / row_bytes, 1, static_cast<std::size_t>(height))),
-        bytes_(allocate<uint8_t>(static_cast<uint64_t>(row_bytes) * rows_)) {}
+        bytes_(allocate<uint8_t>(row_bytes * rows_)) {}
 
   bool allocated() const { return bytes_ != nullptr; }
   std::size_t rows() const { return rows_; }
@@ -99,7 +99,7 @@ uint8_t* read_bmp(const char* name, int32_t* width, int32_t* height) {
   if (!file_holds_rows(file.get(), offset, row_bytes, *height, BytesPerPixel == 1)) return nullptr;
   if (std::fseek(file.get(), static_cast<long>(offset), SEEK_SET) != 0) return nullptr;
 
-  Buffer<uint8_t> image = allocate<uint8_t>(static_cast<uint64_t>(row_bytes * *height));
+  Buffer<uint8_t> image = allocate<uint8_t>(row_bytes * *height);
   const auto wanted = static_cast<std::size_t>(row_bytes);
   const auto padding = static_cast<std::size_t>(padding_of(row_bytes));
   const RowBlock block(wanted + padding, *height);

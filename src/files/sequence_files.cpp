@@ -73,7 +73,7 @@ bool NuvSequenceFiles::hold(int32_t length) {
   if (length > capacity_) {
     capacity_ = 0;
     buffer_.reset();
-    buffer_ = allocate<char>(static_cast<std::size_t>(length));
+    buffer_ = allocate<char>(length);
     if (buffer_) capacity_ = length;
   }
   return buffer_ != nullptr;

@@ -47,7 +47,7 @@ class WindowSums {
  public:
   WindowSums(Image<Channels> image, int32_t m)
       : image_(image), m_(m), bytes_(static_cast<std::ptrdiff_t>(image.width) * Channels) {
-    for (Buffer<Sum>& buffer : buffers_) buffer = allocate<Sum>(static_cast<std::size_t>(bytes_));
+    for (Buffer<Sum>& buffer : buffers_) buffer = allocate<Sum>(bytes_);
     if (buffers_[0]) std::fill_n(buffers_[0].get(), bytes_, Sum{0});
   }
 
@@ -114,7 +114,7 @@ bool average_shrinking(Image<Channels> source, uint8_t* result, Window window,
                        uint32_t (*multiplier)(int64_t)) {
   const auto [m, n] = window;
   WindowSums<Channels, Sum> sums(source, m);
-  const Buffer<uint32_t> multipliers = allocate<uint32_t>(static_cast<std::size_t>(m) + 1);
+  const Buffer<uint32_t> multipliers = allocate<uint32_t>(int64_t{m} + 1);
   if (!sums.allocated() || !multipliers) return false;
   const int32_t last = source.height - 1;
   sums.add(0);

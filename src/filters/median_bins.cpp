@@ -189,7 +189,7 @@ class Strip {
   Strip(std::ptrdiff_t m, std::ptrdiff_t image_columns)
       : window_(2 * m + 1),
         columns_(std::min(std::max<std::ptrdiff_t>(6 * m, kLeastColumns), image_columns)),
-        memory_(allocate<Counts<Count>>(static_cast<std::size_t>(size()))) {}
+        memory_(allocate<Counts<Count>>(size())) {}
 
   bool allocated() const { return memory_ != nullptr; }
   // The number of windows in a row of the strip.
@@ -255,7 +255,7 @@ template <class Count>
 bool write_medians_counting_in(GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1,
                                int32_t y2) {
   Strip<Count> strip(m, source.width);
-  const Buffer<uint8_t> spare = allocate<uint8_t>(static_cast<std::size_t>(strip.places()));
+  const Buffer<uint8_t> spare = allocate<uint8_t>(strip.places());
   if (!strip.allocated() || !spare) return false;
   const std::ptrdiff_t places = source.width - 2 * static_cast<std::ptrdiff_t>(m);
   for (std::ptrdiff_t x = 0; x < places; x += strip.places()) {

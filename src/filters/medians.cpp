@@ -48,7 +48,7 @@ bool write_clipped_windows(GrayImage source, uint8_t* result, int32_t m, int32_t
 // called.
 template <class Write>
 void for_column_sums(GrayImage source, int32_t n, int32_t first_column, std::ptrdiff_t count, Write write) {
-  const Buffer<int32_t> sums = allocate<int32_t>(static_cast<std::size_t>(count));
+  const Buffer<int32_t> sums = allocate<int32_t>(count);
   if (!sums) return;
   std::fill_n(sums.get(), count, 0);
   int32_t top = 0;

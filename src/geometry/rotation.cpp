@@ -328,7 +328,7 @@ uint8_t* NuvRotateImgByCCS(uint8_t* pGryImg, int32_t width, int32_t height, doub
   *pResHeight = most.y - least.y + 1;
   const int64_t size = int64_t{*pResWidth} * *pResHeight;
   if (size > INT32_MAX) return nullptr;
-  Buffer<uint8_t> result = allocate<uint8_t>(static_cast<std::size_t>(size));
+  Buffer<uint8_t> result = allocate<uint8_t>(size);
   if (!result) return nullptr;
 
   const int32_t c2 = truncated(std::cos(-a) * kUnit);

@@ -109,7 +109,7 @@ void shrink_by_mean(Image<Channels> image, int32_t m, int32_t n, uint8_t* result
   const std::ptrdiff_t columns = image.width / m;
   const int32_t rows = image.height / n;
   const std::ptrdiff_t used = columns * m * Channels;
-  const Buffer<int32_t> buffer = allocate<int32_t>(static_cast<uint64_t>(used + columns * Channels));
+  const Buffer<int32_t> buffer = allocate<int32_t>(used + columns * Channels);
   if (!buffer) return;
   int32_t* sums = buffer.get();
   int32_t* totals = m > 1 ? sums + used : sums;

@@ -387,9 +387,9 @@ bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, doub
   BestWindow best;
   if (n >= W) {
     const int32_t count = n - W + 1;
-    const auto windows = allocate<WindowOfSquares>(static_cast<uint64_t>(count));
-    const auto room = allocate<CentredSums>(static_cast<uint64_t>(W));
-    const auto run_ends = allocate<int32_t>(static_cast<uint64_t>(n));
+    const auto windows = allocate<WindowOfSquares>(count);
+    const auto room = allocate<CentredSums>(W);
+    const auto run_ends = allocate<int32_t>(n);
     if (!windows || !room || !run_ends) return false;
     const double reached = bound_squares(pData, n, W, room.get(), windows.get());
     find_run_ends(pData, n, run_ends.get());
@@ -409,7 +409,7 @@ bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, doub
 
 bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDif, int32_t* pPos) {
   if (!start_window_search(N, W, pMaxDif, pPos)) return false;
-  const Buffer<int32_t> room = allocate<int32_t>(2 * static_cast<uint64_t>(N));
+  const Buffer<int32_t> room = allocate<int32_t>(2 * int64_t{N});
   if (!room) return false;
   SlidingExtreme<std::less<double>> least(pData, room.get());
   SlidingExtreme<std::greater<double>> most(pData, room.get() + N);

@@ -74,9 +74,9 @@ void NuvImgChainLines::allocate_for_pixels(int32_t pixels) {
   codes_.reset();
   point_x_.reset();
   point_y_.reset();
-  const auto n = static_cast<std::size_t>(pixels);
+  const int64_t n = pixels;
   edges_ = allocate<uint8_t>(n);
-  scratch_ = allocate<uint8_t>(n * sizeof(double));
+  scratch_ = allocate<uint8_t>(n * int64_t{sizeof(double)});
   codes_ = allocate<uint8_t>(2 * n);
   point_x_ = allocate<int32_t>(2 * n);
   point_y_ = allocate<int32_t>(2 * n);
@@ -89,10 +89,9 @@ void NuvImgChainLines::allocate_for_lines(int32_t lines) {
   pieces_.reset();
   runs_.reset();
   segments_.reset();
-  const auto n = static_cast<std::size_t>(lines);
-  pieces_ = allocate<Piece>(n);
-  runs_ = allocate<Run>(n);
-  segments_ = allocate<TAVI_LINE_SEGMENT>(n);
+  pieces_ = allocate<Piece>(lines);
+  runs_ = allocate<Run>(lines);
+  segments_ = allocate<TAVI_LINE_SEGMENT>(lines);
   if (pieces_ && runs_ && segments_) capacity_lines_ = lines;
 }
 

@@ -23,10 +23,9 @@ struct PointPair {
 class Diameter {
  public:
   Diameter(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y) {
-    const auto count = static_cast<std::size_t>(n);
     // hull_ takes the lower side from the left, then the upper side from the right.
-    order_ = allocate<int32_t>(count);
-    hull_ = allocate<int32_t>(2 * count);
+    order_ = allocate<int32_t>(n);
+    hull_ = allocate<int32_t>(2 * int64_t{n});
     if (allocated()) build_hull(n);
   }
   bool allocated() const { return order_ != nullptr && hull_ != nullptr; }

@@ -102,10 +102,9 @@ void order_class(const Member* members, int32_t n, int32_t smaller, CountTree& f
 
 void exchange_sort_by_y(int32_t* x, int32_t* y, int32_t n) {
   if (n < 2 || std::is_sorted(y, y + n)) return;
-  const auto count = static_cast<std::size_t>(n);
-  const Buffer<Member> members = n > kFew ? allocate<Member>(count) : nullptr;
-  const Buffer<int32_t> class_starts = n > kFew ? allocate<int32_t>(count) : nullptr;
-  const Buffer<int32_t> nodes = n > kFew ? allocate<int32_t>(count + 1) : nullptr;
+  const Buffer<Member> members = n > kFew ? allocate<Member>(n) : nullptr;
+  const Buffer<int32_t> class_starts = n > kFew ? allocate<int32_t>(n) : nullptr;
+  const Buffer<int32_t> nodes = n > kFew ? allocate<int32_t>(int64_t{n} + 1) : nullptr;
   if (!members || !class_starts || !nodes) {
     exchange(x, y, n);
     return;

@@ -103,9 +103,9 @@ bool FarthestPoints::build() {
   blocks_ = (n_ - 1) / kBlock + 1;
   levels_ = 1;
   while ((int64_t{1} << (levels_ - 1)) < blocks_) ++levels_;
-  const auto arrays = static_cast<uint64_t>(levels_) * kSides;
-  chains_ = allocate<int32_t>(arrays * static_cast<uint64_t>(n_));
-  lengths_ = allocate<int32_t>(arrays * static_cast<uint64_t>(blocks_));
+  const auto arrays = int64_t{levels_} * kSides;
+  chains_ = allocate<int32_t>(arrays * n_);
+  lengths_ = allocate<int32_t>(arrays * blocks_);
   if (!chains_ || !lengths_) return false;
   for (int32_t level = 0; level < levels_; ++level) {
     for (int32_t node = 0; first_of(level, node) < n_; ++node) build_chain(level, node);

@@ -96,7 +96,7 @@ bool NuvHoughLines::initialize(int32_t width, int32_t height) {
     accumulator_size_ = static_cast<int64_t>(std::sqrt(y * y + x * x) + 6.0) * kCapacityRows;
     accumulator_.reset();
     // One more cell, because a vote outside the last row is cast after it.
-    accumulator_ = allocate<int32_t>(static_cast<uint64_t>(accumulator_size_) + 1);
+    accumulator_ = allocate<int32_t>(accumulator_size_ + 1);
     capacity_area_ = accumulator_ ? size_x * size_y : 0;
     if (!accumulator_) accumulator_size_ = 0;
   }

@@ -88,7 +88,7 @@ int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t M, int32_t
     return std::max(N, 0);
   }
   if (M < 1) return 0;
-  const Buffer<Stretch> stretches = allocate<Stretch>(static_cast<std::size_t>(M));
+  const Buffer<Stretch> stretches = allocate<Stretch>(M);
   if (!stretches) return 0;
 
   copy(0, 0);

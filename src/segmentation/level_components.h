@@ -44,7 +44,7 @@ class LevelFlood {
       begins_[value] = ends_[value] = begin;
       begin += bins[value];
     }
-    waiting_ = allocate<int32_t>(static_cast<std::size_t>(begin));
+    waiting_ = allocate<int32_t>(begin);
   }
   bool allocated() const { return waiting_ != nullptr; }
 

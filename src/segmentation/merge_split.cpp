@@ -67,7 +67,7 @@ Region box_of_chain(GrayImage image, const Chain& chain) {
 
 // Creates a record with its own copy of the chain, not numbered yet. Null if allocation fails.
 Node* new_node(const Chain& chain, Region box, int32_t area, int32_t perimeter) {
-  Buffer<uint8_t> codes = allocate<uint8_t>(static_cast<std::size_t>(chain.n));
+  Buffer<uint8_t> codes = allocate<uint8_t>(chain.n);
   auto* node = codes ? new (std::nothrow) Node{} : nullptr;
   if (node == nullptr) return nullptr;
   std::copy_n(chain.codes, chain.n, codes.get());
@@ -275,9 +275,7 @@ class Overwritten {
 class Tracer {
  public:
   Tracer(GrayImage inverted, Census& census)
-      : image_(inverted),
-        census_(census),
-        codes_(allocate<uint8_t>(static_cast<std::size_t>(inverted.size()))) {}
+      : image_(inverted), census_(census), codes_(allocate<uint8_t>(inverted.size())) {}
   bool allocated() const { return codes_ != nullptr; }
   const uint8_t* codes() const { return codes_.get(); }
 

@@ -135,9 +135,9 @@ NUV_ROW_KERNEL Sum largest_of(const Sum* sums, std::ptrdiff_t n) {
 template <class Sum>
 Window brightest_window(GrayImage image, int32_t M, int32_t N) {
   const std::ptrdiff_t places = std::max(image.width - M, 1);
-  const Buffer<Sum> columns = allocate<Sum>(static_cast<std::size_t>(image.width));
-  const Buffer<Sum> room = allocate<Sum>(static_cast<std::size_t>(image.width));
-  const Buffer<Sum> more_room = allocate<Sum>(static_cast<std::size_t>(image.width));
+  const Buffer<Sum> columns = allocate<Sum>(image.width);
+  const Buffer<Sum> room = allocate<Sum>(image.width);
+  const Buffer<Sum> more_room = allocate<Sum>(image.width);
   Window best;
   if (!columns || !room || !more_room) return best;
   std::fill_n(columns.get(), image.width, Sum{0});
