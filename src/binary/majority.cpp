@@ -67,18 +67,14 @@ NUV_LOAD_BOUND_ROW_KERNEL void four_white_row(const uint8_t* p, std::ptrdiff_t w
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = sum_around(p, w) > kFourWhite ? 255 : 0;
 }
 
-bool is_inside(Region region, int32_t x, int32_t y) {
-  return x >= region.x1 && x <= region.x2 && y >= region.y1 && y <= region.y2;
-}
-
 // Whether an interior pixel is considered: a white pixel must lie in the region, and a black one must have a
 // white neighbour there.
 bool is_looked_at(GrayImage image, Region region, int32_t x, int32_t y) {
-  if (*image.at(x, y) != 0) return is_inside(region, x, y);
+  if (*image.at(x, y) != 0) return region.contains(x, y);
   for (std::size_t d = 0; d < 8; ++d) {
     const int32_t nx = x + kDx[d];
     const int32_t ny = y + kDy[d];
-    if (is_inside(region, nx, ny) && *image.at(nx, ny) != 0) return true;
+    if (region.contains(nx, ny) && *image.at(nx, ny) != 0) return true;
   }
   return false;
 }
@@ -161,10 +157,7 @@ void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint
 void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                            int32_t y1, int32_t y2, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
-  const Region inner = image.interior();
-  write_majority(
-      image, {std::max(x1, inner.x1), std::min(x2, inner.x2), std::max(y1, inner.y1), std::min(y2, inner.y2)},
-      pResImg);
+  write_majority(image, image.interior().intersected({x1, x2, y1, y2}), pResImg);
 }
 
 void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N, double ratioX,
@@ -204,7 +197,7 @@ void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int
            [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) { four_white_row(row, width, out, n); });
   for (int32_t y = interior.y1; y <= interior.y2; ++y) {
     for (int32_t x = interior.x1; x <= interior.x2; ++x) {
-      if (is_inside(unasked, x, y)) x = unasked.x2 + 1;
+      if (unasked.contains(x, y)) x = unasked.x2 + 1;
       uint8_t& result = pResImg[image.at(x, y) - pBinImg];
       if (result != 0 && !is_looked_at(image, looked_at, x, y)) result = 0;
     }

@@ -226,8 +226,8 @@ void grow_region(GrayImage source, uint8_t* result, Region region, const Growth&
   });
   // The width limits the rows as well as the columns.
   const int32_t limit = source.width - 2;
-  const Region visited{std::max(region.x1, 1), std::min(region.x2 + 1, limit), std::max(region.y1, 1),
-                       std::min({region.y2 + 1, limit, source.height - 1})};
+  const Region visited = Region{region.x1, region.x2 + 1, region.y1, region.y2 + 1}.intersected(
+      {1, limit, 1, std::min(limit, source.height - 1)});
   grow(source, result, visited, Rows::kOfResult, growth);
 }
 

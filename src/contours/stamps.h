@@ -134,7 +134,7 @@ class StampedChain {
   void for_each_step(const Chain& chain, Region places, Visit visit) const {
     const Region reach{-places.x2, result_.width - 1 - places.x1, -places.y2, result_.height - 1 - places.y1};
     walk_start_and_ends(chain, [&](Point p) {
-      if (p.x >= reach.x1 && p.x <= reach.x2 && p.y >= reach.y1 && p.y <= reach.y2) visit(p);
+      if (reach.contains(p.x, p.y)) visit(p);
     });
   }
 

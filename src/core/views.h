@@ -34,12 +34,15 @@ struct Region {
   int32_t columns() const { return x2 - x1 + 1; }
   int32_t rows() const { return y2 - y1 + 1; }
   bool empty() const { return x1 > x2 || y1 > y2; }
+  bool contains(int32_t x, int32_t y) const { return x >= x1 && x <= x2 && y >= y1 && y <= y2; }
 
-  // The part of the region that lies in an image. The lower ends are only raised and the upper ends only
-  // lowered, so a region beside the image becomes empty.
+  // The part of the region that lies in another one. The lower ends are only raised and the upper ends only
+  // lowered, so the part is empty if the regions share no pixel.
+  Region intersected(Region other) const {
+    return {std::max(x1, other.x1), std::min(x2, other.x2), std::max(y1, other.y1), std::min(y2, other.y2)};
+  }
   Region clamped_to(int32_t width, int32_t height) const {
-    return {std::max(x1, 0), std::min(x2, std::max(width, 0) - 1), std::max(y1, 0),
-            std::min(y2, std::max(height, 0) - 1)};
+    return intersected({0, std::max(width, 0) - 1, 0, std::max(height, 0) - 1});
   }
 };
 

@@ -35,8 +35,7 @@ void draw_cross(const Pen& pen, int32_t column, int32_t row, Region arms) {
 // The extents of arms of length size around a point, without the two outer lines of the image.
 template <int Channels>
 Region arms_off_border(Image<Channels> image, int32_t x, int32_t y, int32_t size) {
-  return {std::max(2, x - size), std::min(image.width - 3, x + size), std::max(2, y - size),
-          std::min(image.height - 3, y + size)};
+  return image.interior(2).intersected({x - size, x + size, y - size, y + size});
 }
 
 }  // namespace nuv

@@ -247,10 +247,8 @@ void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pRes
 
 void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                   int32_t y2, uint8_t* pResImg) {
-  const Region inner = GrayImage{pGryImg, width, height}.interior(2);
-  const Region region{std::max(x1, inner.x1), std::min(x2, inner.x2), std::max(y1, inner.y1),
-                      std::min(y2, inner.y2)};
-  write_region({pGryImg, width, height}, pResImg, region, prewitt_90_row);
+  const GrayImage image{pGryImg, width, height};
+  write_region(image, pResImg, image.interior(2).intersected({x1, x2, y1, y2}), prewitt_90_row);
 }
 
 void NuvGradient0ByPrewitt5x5(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {

@@ -69,14 +69,11 @@ int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t height, int3
   const int32_t shift = truncated(-(A / B) * dist);
   const Point offset = line.by_rows() ? Point{dist, -shift} : Point{shift, -dist};
 
-  const auto in_range = [columns](int32_t x, int32_t y) {
-    return x >= columns.x1 && x <= columns.x2 && y >= columns.y1 && y <= columns.y2;
-  };
   SideBySide sides;
   walk_abc_line(width, height, columns, line, [&](int32_t x, int32_t y) {
     const Point p1{x + offset.x, y + offset.y};
     const Point p2{x - offset.x, y - offset.y};
-    if (!in_range(x, y) || !in_range(p1.x, p1.y) || !in_range(p2.x, p2.y)) return;
+    if (!columns.contains(x, y) || !columns.contains(p1.x, p1.y) || !columns.contains(p2.x, p2.y)) return;
     sides.add(*image.at(p1.x, p1.y), *image.at(p2.x, p2.y));
     if (!bMark) return;
     *image.at(x, y) = 255;
