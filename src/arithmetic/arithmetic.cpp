@@ -16,7 +16,7 @@ namespace nuv {
 namespace {
 
 std::ptrdiff_t bytes_of(int32_t width, int32_t height, bool is_rgb = false) {
-  return GrayImage{nullptr, width, height}.size() * (is_rgb ? 3 : 1);
+  return GrayImage{nullptr, width, height}.size() * channels_of(is_rgb);
 }
 
 // ---- operations ----

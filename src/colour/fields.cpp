@@ -8,8 +8,8 @@
 namespace nuv {
 namespace {
 
-std::ptrdiff_t bytes_of(int32_t pixels, bool rgb) {
-  return static_cast<std::ptrdiff_t>(pixels) * (rgb ? 3 : 1);
+std::ptrdiff_t bytes_of(int32_t pixels, bool is_rgb) {
+  return std::ptrdiff_t{pixels} * channels_of(is_rgb);
 }
 
 // Copies every second row from row first on to consecutive rows, and returns the end of the last one.

@@ -71,6 +71,11 @@ struct Image {
 using GrayImage = Image<1>;
 using RgbImage = Image<3>;
 
+// The bytes per pixel of an image that is RGB or gray.
+constexpr int32_t channels_of(bool is_rgb) {
+  return is_rgb ? 3 : 1;
+}
+
 // Copies and fills of whole images. If n is 0 the pointers may be null, which std::memcpy and std::memset do
 // not allow.
 inline void copy_bytes(uint8_t* to, const uint8_t* from, std::ptrdiff_t n) {

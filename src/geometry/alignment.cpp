@@ -106,7 +106,7 @@ int32_t NuvShiftImg2BasedImg1(uint8_t* pImg1, uint8_t* pImg2, uint8_t* pResImg, 
   const GrayImage image{pImg1, width, height};
   if (image.empty()) return result;
 
-  const int32_t channels = bRGB ? 3 : 1;
+  const int32_t channels = channels_of(bRGB);
   if (maxDX >= 0 && maxDY >= 0 && rect.left <= rect.right && rect.top <= rect.bottom) {
     const Search search(pImg1, pImg2, static_cast<std::ptrdiff_t>(width) * channels, rect, channels);
     const Search::Trial best = search.best(maxDX, maxDY);

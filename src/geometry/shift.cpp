@@ -72,7 +72,7 @@ void NuvShiftXPerRowFast(uint8_t* pGryImg, int32_t width, int32_t height, double
 void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, int32_t dx, int32_t dy,
                    uint8_t* pResImg) {
   if (GrayImage{pImg, width, height}.empty()) return;
-  const int64_t channels = bRGB ? 3 : 1;
+  const int64_t channels = channels_of(bRGB);
   const std::ptrdiff_t row_bytes = width * channels;
   const auto free_bytes =
       static_cast<std::ptrdiff_t>(std::min(std::abs(int64_t{dx}) * channels, int64_t{row_bytes}));

@@ -68,7 +68,7 @@ using namespace nuv;
 
 void NuvFlipVertical(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pResImg) {
   if (GrayImage{pImg, width, height}.empty()) return;
-  const std::ptrdiff_t row_bytes = static_cast<std::ptrdiff_t>(width) * (bRGB ? 3 : 1);
+  const std::ptrdiff_t row_bytes = std::ptrdiff_t{width} * channels_of(bRGB);
   for (int32_t y = 0; y < height; ++y) {
     std::memcpy(pResImg + (height - 1 - y) * row_bytes, pImg + y * row_bytes,
                 static_cast<std::size_t>(row_bytes));
@@ -77,7 +77,7 @@ void NuvFlipVertical(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, ui
 
 void NuvFlipVertical(uint8_t* pImg, int32_t width, int32_t height, bool bRGB) {
   if (GrayImage{pImg, width, height}.empty()) return;
-  const std::ptrdiff_t row_bytes = static_cast<std::ptrdiff_t>(width) * (bRGB ? 3 : 1);
+  const std::ptrdiff_t row_bytes = std::ptrdiff_t{width} * channels_of(bRGB);
   for (int32_t y = 0; y < height / 2; ++y) {
     uint8_t* row = pImg + y * row_bytes;
     std::swap_ranges(row, row + row_bytes, pImg + (height - 1 - y) * row_bytes);
