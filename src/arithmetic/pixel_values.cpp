@@ -19,7 +19,6 @@
 #include "core/views.h"
 #include "core/window_sums.h"
 #include "nuv/arithmetic.h"
-#include "nuv/histogram.h"
 
 namespace nuv {
 namespace {
@@ -157,17 +156,13 @@ void NuvSetPixelsTo255(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, 
 void NuvGryImgNormalize(uint8_t* pGryImg, int32_t width, int32_t height, int32_t avr, int32_t dev) {
   const GrayImage image{pGryImg, width, height};
   if (image.empty()) return;
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
-  map_bytes(normalising_table(bins, width * height, avr, dev), pGryImg, image.size());
+  map_bytes(normalising_table(histogram_of(image), width * height, avr, dev), pGryImg, image.size());
 }
 
 void NuvGryImg4Bit(uint8_t* pGryImg, int32_t width, int32_t height) {
   const GrayImage image{pGryImg, width, height};
   if (image.empty()) return;
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
-  map_bytes(sixteen_levels_table(bins, width * height), pGryImg, image.size());
+  map_bytes(sixteen_levels_table(histogram_of(image), width * height), pGryImg, image.size());
 }
 
 void NuvCorrectPixelsGryValueByRow(uint8_t* pGryImg, int32_t width, int32_t height, double ratio) {

@@ -83,9 +83,7 @@ Histogram distances_to_run_ends(GrayImage image) {
     const uint8_t* row = image.row(y);
     for_white_runs(rows[y], [&](int32_t first, int32_t last) { counter.add(row + first, last - first + 1); });
   }
-  Histogram bins;
-  counter.store_to(bins.data());
-  return bins;
+  return counter.counts();
 }
 
 int32_t largest_value(const Histogram& bins) {

@@ -55,4 +55,24 @@ void ByteCounter::store_to(int32_t* bins) const {
   }
 }
 
+Histogram ByteCounter::counts() const {
+  Histogram bins;
+  store_to(bins.data());
+  return bins;
+}
+
+Histogram histogram_of(GrayImage image) {
+  ByteCounter counter;
+  counter.add(image.pixels, image.size());
+  return counter.counts();
+}
+
+Histogram histogram_of(GrayImage image, Region region) {
+  ByteCounter counter;
+  if (!region.empty()) {
+    for (int32_t y = region.y1; y <= region.y2; ++y) counter.add(image.at(region.x1, y), region.columns());
+  }
+  return counter.counts();
+}
+
 }  // namespace nuv

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/views.h"
+
 namespace nuv {
 
 constexpr int32_t kBins = 256;
@@ -21,10 +23,15 @@ class ByteCounter {
   // Counts the bytes whose mask byte is not 0.
   void add_masked(const uint8_t* bytes, const uint8_t* mask, std::ptrdiff_t count);
   void store_to(int32_t* bins) const;
+  Histogram counts() const;
 
  private:
   std::array<Histogram, 8> tables_{};
 };
+
+// The counts of the pixels of an image or of a region, which must lie in the image.
+Histogram histogram_of(GrayImage image);
+Histogram histogram_of(GrayImage image, Region region);
 
 // Counts the bytes of one small window after another. The values of a small window lie close together, so
 // only the bins from the least to the greatest value are read and cleared.

@@ -1,5 +1,7 @@
 // Histogram capture. One counter counts the bytes that each function selects.
 
+#include <algorithm>
+
 #include "core/byte_counter.h"
 #include "core/views.h"
 #include "nuv/histogram.h"
@@ -7,20 +9,13 @@
 using namespace nuv;
 
 void NuvGetHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pHistogram) {
-  ByteCounter counter;
-  counter.add(pGryImg, GrayImage{pGryImg, width, height}.size());
-  counter.store_to(pHistogram);
+  std::copy_n(histogram_of({pGryImg, width, height}).begin(), kBins, pHistogram);
 }
 
 void NuvGetHistogramInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
                            int32_t* pHistogram) {
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
-  const Region region{x1, x2, y1, y2};
-  ByteCounter counter;
-  if (!region.empty()) {
-    for (int32_t y = y1; y <= y2; ++y) counter.add(image.at(x1, y), region.columns());
-  }
-  counter.store_to(pHistogram);
+  std::copy_n(histogram_of(image, {x1, x2, y1, y2}).begin(), kBins, pHistogram);
 }
 
 void NuvGetHistogramByMasked(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t x1, int32_t x2,

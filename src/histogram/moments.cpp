@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "core/arithmetic.h"
+#include "core/byte_counter.h"
 #include "core/views.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
@@ -62,8 +63,7 @@ int32_t NuvGetImageAvrAndDev(int32_t* pHistogram, double* pAvr, double* pDev) {
 }
 
 int32_t NuvGetImageAvrAndDev(uint8_t* pGryImg, int32_t width, int32_t height, double* pAvr, double* pDev) {
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
+  Histogram bins = histogram_of({pGryImg, width, height});
   return NuvGetImageAvrAndDev(bins.data(), pAvr, pDev);
 }
 

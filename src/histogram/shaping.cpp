@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/arithmetic.h"
+#include "core/byte_counter.h"
 #include "core/point_pass.h"
 #include "core/views.h"
 #include "histogram/histogram.h"
@@ -84,8 +85,7 @@ void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t height) {
   const GrayImage image{pGryImg, width, height};
   const int32_t area = width * height;
   if (image.empty() || area == 0) return;
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
+  const Histogram bins = histogram_of(image);
   ByteTable table;
   int32_t count = 0;
   for (int32_t v = 0; v < kBins; ++v) {
@@ -98,8 +98,7 @@ void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t height) {
 void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t height) {
   const GrayImage image{pGryImg, width, height};
   if (image.empty()) return;
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
+  const Histogram bins = histogram_of(image);
   const auto occupied =
       static_cast<int32_t>(std::count_if(bins.begin(), bins.end(), [](int32_t count) { return count != 0; }));
   if (occupied == 0) return;
@@ -114,8 +113,7 @@ void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t heigh
 void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pTargetHistogram) {
   const GrayImage image{pGryImg, width, height};
   if (image.empty()) return;
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
+  const Histogram bins = histogram_of(image);
   Spans spans;
   if (!match_spans(bins.data(), pTargetHistogram, kBins, spans)) return;
   map_by_spans(image, bins, spans, [](int32_t low, int32_t high) { return (high + low) / 2; });

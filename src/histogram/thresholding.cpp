@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "core/arithmetic.h"
+#include "core/byte_counter.h"
 #include "core/row_kernel.h"
 #include "core/views.h"
 #include "histogram/histogram.h"
@@ -53,8 +54,8 @@ void binarise(GrayImage source, Region region, uint8_t* result, TwoLevels levels
 }
 
 // The threshold that leaves at most share pixels above it.
-int32_t threshold_for_share(const int32_t* bins, int32_t share) {
-  return first_from_above(bins, share, Reach::kExceeds);
+int32_t threshold_for_share(const Histogram& bins, int32_t share) {
+  return first_from_above(bins.data(), share, Reach::kExceeds);
 }
 
 struct RatioThreshold {
@@ -65,22 +66,19 @@ struct RatioThreshold {
   int32_t raised_from_black() const { return spares_black && found == 0 ? 1 : found; }
 };
 
-RatioThreshold threshold_for_ratio(const int32_t* bins, int32_t pixels, double ratio) {
+RatioThreshold threshold_for_ratio(const Histogram& bins, int32_t pixels, double ratio) {
   if (ratio < 0) ratio = 0;
   if (ratio > 1) ratio = 1;
   return {threshold_for_share(bins, truncated(pixels * ratio)), ratio < 0.5};
 }
 
 RatioThreshold threshold_for_ratio(GrayImage image, double ratio) {
-  Histogram bins;
-  NuvGetHistogram(image.pixels, image.width, image.height, bins.data());
-  return threshold_for_ratio(bins.data(), image.width * image.height, ratio);
+  return threshold_for_ratio(histogram_of(image), image.width * image.height, ratio);
 }
 
 RatioThreshold threshold_for_ratio(uint8_t* pixels, int32_t width, Region region, double ratio) {
-  Histogram bins;
-  NuvGetHistogramInRect(pixels, width, region.x1, region.x2, region.y1, region.y2, bins.data());
-  return threshold_for_ratio(bins.data(), region.columns() * region.rows(), ratio);
+  const Histogram bins = histogram_of(image_of_any_height<1>(pixels, width), region);
+  return threshold_for_ratio(bins, region.columns() * region.rows(), ratio);
 }
 
 }  // namespace
@@ -129,10 +127,9 @@ void NuvThresholdAndShrink(uint8_t* pGryImg, int32_t width, int32_t height, int3
 }
 
 void NuvThresholdByPercent(uint8_t* pGryImg, int32_t width, int32_t height, int32_t percent) {
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
   const int32_t share = width * height * percent / 100;
-  const RatioThreshold threshold{threshold_for_share(bins.data(), share), percent < 50};
+  const RatioThreshold threshold{threshold_for_share(histogram_of({pGryImg, width, height}), share),
+                                 percent < 50};
   NuvThreshold(pGryImg, width, height, threshold.raised_from_black());
 }
 

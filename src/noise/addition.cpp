@@ -12,7 +12,6 @@
 #include "core/arithmetic.h"
 #include "core/buffer.h"
 #include "core/byte_counter.h"
-#include "nuv/histogram.h"
 #include "nuv/noise.h"
 
 namespace nuv {
@@ -122,9 +121,7 @@ using namespace nuv;
 void Brindlemar2008AddNoise(uint8_t* pImg, int32_t N, double noise, uint32_t type) {
   NuvSeedRandomOnce();
   if (noise == 0 || N <= 0 || type > 4) return;
-  Histogram bins;
-  NuvGetHistogram(pImg, N, 1, bins.data());
-  const Range range = range_of(bins);
+  const Range range = range_of(histogram_of({pImg, N, 1}));
   if (noise < 0) noise = (range.high - range.low) * noise / -100.0;
 
   Samples samples;

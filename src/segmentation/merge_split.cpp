@@ -191,9 +191,8 @@ class Components {
     }
     std::memcpy(work, image.pixels, static_cast<std::size_t>(image.size()));
     map_bytes(values, work, image.size());
-    Histogram bins;
-    NuvGetHistogram(work, image.width, image.height, bins.data());
-    LevelFlood flood({work, image.width, image.height}, bins);
+    const GrayImage mapped{work, image.width, image.height};
+    LevelFlood flood(mapped, histogram_of(mapped));
     complete_ = flood.allocated();
     if (!complete_) return;
     flood.run([&](LevelComponent c) {
@@ -524,7 +523,7 @@ constexpr int32_t kNoLevel = 256;
 
 // The first value of the inverted image with more than min_pixels pixels of its value or below. Pixels of 0,
 // which are white in the source, do not count.
-int32_t start_level(const int32_t* bins, int32_t min_pixels) {
+int32_t start_level(const Histogram& bins, int32_t min_pixels) {
   int32_t sum = 0;
   for (int32_t value = 1; value < kBins; ++value) {
     sum += bins[value];
@@ -605,10 +604,8 @@ RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, i
   const GrayImage binary{pTmpImg, width, height};
   if (inverted.empty()) return nullptr;
   NuvInvertGryValue(pGryImg, width, height);
-  Histogram bins;
-  NuvGetHistogram(pGryImg, width, height, bins.data());
   Census census{truncated(std::sqrt(static_cast<double>(minArea))), minArea};
-  const int32_t start = start_level(bins.data(), census.min_codes);
+  const int32_t start = start_level(histogram_of(inverted), census.min_codes);
   clear_sides(inverted);
   if (start == kNoLevel) return nullptr;
   mark_second_lines(binary, static_cast<uint8_t>(start));

@@ -201,8 +201,7 @@ int32_t NuvGryRectAvr(uint8_t* pGryImg, int32_t width, int32_t /*height*/, int32
 void NuvGryMinMaxInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
                         double ratio, int32_t* pMin, int32_t* pMax) {
   const Region region{x1, x2, y1, y2};
-  Histogram bins;
-  NuvGetHistogramInRect(pGryImg, width, x1, x2, y1, y2, bins.data());
+  const Histogram bins = histogram_of(image_of_any_height<1>(pGryImg, width), region);
   const int32_t ignored = truncated(region.columns() * ratio * region.rows());
   *pMin = first_from_below(bins, ignored);
   *pMax = std::max(first_from_above(bins.data(), ignored, Reach::kExceeds), 0);
