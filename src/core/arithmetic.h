@@ -30,8 +30,11 @@ inline uint8_t low_byte(int32_t value) {
   return static_cast<uint8_t>(value);
 }
 
-// The pi of most angles, 2 parts in 10^8 too small. Results are defined with this value.
+// The values of pi. Each formula has its own, and results are defined with it. kPi is that of most angles.
 constexpr double kPi = 3.1415926;
+constexpr double kPiTo5Decimals = 3.14159;
+constexpr double kPiTo4Decimals = 3.1415;
+constexpr double kPiTo2Decimals = 3.14;
 
 inline double radians(double degrees, double pi = kPi) {
   return degrees * pi / 180.0;

@@ -269,8 +269,8 @@ struct TurnedRectangle {
   TurnedRectangle(int32_t x, int32_t y, double angle)
       : x0(x * 65536),
         y0(y * 65536),
-        cosine(truncated(std::cos(radians(angle, 3.1415)) * 65536)),
-        sine(truncated(std::sin(radians(angle, 3.1415)) * 65536)) {}
+        cosine(truncated(std::cos(radians(angle, kPiTo4Decimals)) * 65536)),
+        sine(truncated(std::sin(radians(angle, kPiTo4Decimals)) * 65536)) {}
 
   Walk row(int32_t j) const { return {x0 - j * sine, y0 + j * cosine, cosine, sine}; }
 };
@@ -373,7 +373,7 @@ void NuvCopyRectFromRotateAndShiftFast(uint8_t* pGryImg, int32_t width, int32_t 
   if (source.empty() || result.empty()) return;
   const double turn = angle > 90 ? -(180 - angle) : angle;
   const TurnedRectangle rectangle(x0, y0, turn);
-  const int32_t step = truncated(-std::tan(radians(-turn + shiftAngle - 90, 3.14159)) * 4096);
+  const int32_t step = truncated(-std::tan(radians(-turn + shiftAngle - 90, kPiTo5Decimals)) * 4096);
   for (int32_t j = 0; j < resHeight; ++j) {
     const int32_t first = ((j * step) >> 12) + 1;
     take_along<16>(source, rectangle.row(j).after(first), result.row(j), resWidth);

@@ -9,10 +9,6 @@
 namespace nuv {
 namespace {
 
-// The conversion from two points to Hough form has a coarser pi than the rest of the library. Its results are
-// defined with it.
-constexpr double kCoarsePi = 3.14;
-
 // The mean position of some points; not a number if there are none.
 class Centroid {
  public:
@@ -92,11 +88,11 @@ double NuvTwoPoints2ThroTheta(double x1, double y1, double x2, double y2, int32_
   const double thro = std::fabs(cross) / length;
   *pThro = truncated(cross * dx <= 0 ? -thro : thro);
   if (std::fabs(dx) > std::fabs(dy)) {
-    *pTheta = truncated(degrees(std::atan(dy / dx), kCoarsePi) + 90.0);
+    *pTheta = truncated(degrees(std::atan(dy / dx), kPiTo2Decimals) + 90.0);
   } else if (dx * dy > 0) {
-    *pTheta = truncated(180.0 - degrees(std::atan(dx / dy), kCoarsePi));
+    *pTheta = truncated(180.0 - degrees(std::atan(dx / dy), kPiTo2Decimals));
   } else {
-    *pTheta = truncated(std::atan(dx / dy) * -180.0 / kCoarsePi);
+    *pTheta = truncated(std::atan(dx / dy) * -180.0 / kPiTo2Decimals);
   }
   return length;
 }
