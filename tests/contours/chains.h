@@ -12,6 +12,14 @@
 constexpr int32_t kStepX[] = {1, 1, 0, -1, -1, -1, 0, 1};
 constexpr int32_t kStepY[] = {0, -1, -1, -1, 0, 1, 1, 1};
 
+// The 3 by 3 square from (1, 1).
+struct Square {
+  std::vector<uint8_t> codes = {6, 6, 0, 0, 2, 2, 4, 4};
+  int32_t x = 1;
+  int32_t y = 1;
+  uint8_t* data() { return codes.data(); }
+};
+
 struct TracedChain {
   int32_t x = 0;
   int32_t y = 0;

@@ -167,11 +167,4 @@ TEST(Squares, AreSelectedByShapeAndReplacedByLaterOnes) {
   EXPECT_THAT(centres(1), ElementsAre(50, -1, -1));
 }
 
-TEST(ContourMean, CountsTheStartTwice) {
-  TestImage image(5, 5, 100);
-  uint8_t square[] = {6, 0, 2, 4};
-  EXPECT_EQ(NuvContourGryAvr(image.data(), 5, 1, 1, square, 4), 125.0);
-  EXPECT_EQ(NuvContourGryAvr(image.data(), 5, 1, 1, square, 0), 100.0);
-}
-
 }  // namespace

@@ -1,16 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "NuvImgSDK2014DLL.h"
+#include "drawing/drawn.h"
 #include "images.h"
 
 namespace {
-
-template <class Draw>
-TestImage drawn(int32_t width, int32_t height, Draw draw_into) {
-  TestImage image(width, height);
-  draw_into(image.data(), width, height);
-  return image;
-}
 
 TestImage line(int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
   return drawn(7, 7, [=](uint8_t* p, int32_t w, int32_t h) { NuvGryLine(p, w, h, x1, y1, x2, y2, 255); });
