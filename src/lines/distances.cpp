@@ -4,18 +4,11 @@
 #include <cmath>
 #include <utility>
 
-#include "core/arithmetic.h"
+#include "lines/line_equations.h"
 #include "nuv/lines.h"
 
 namespace nuv {
 namespace {
-
-constexpr double kParallelDeterminant = 1e-05;
-
-double axis_angle(double slope) {
-  const double angle = degrees(std::atan(slope));
-  return angle < 0 ? angle + 180.0 : angle;
-}
 
 struct Range {
   int32_t low;
@@ -45,8 +38,8 @@ double NuvDistBetweenPoint12(double x1, double y1, double x2, double y2) {
 }
 
 double NuvDistFromPoint2KBLine(int32_t x, int32_t y, int32_t isVertical, double k, double b) {
-  const double residual = isVertical == 0 ? x * k - y + b : x - y * k - b;
-  return std::fabs(residual) / std::sqrt(k * k + 1);
+  const KbLine line{isVertical, k, b};
+  return line.residual({x, y}) / line.norm();
 }
 
 double NuvDistFromPoint3To2PLine(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t x3, int32_t y3) {
@@ -74,18 +67,18 @@ int32_t NuvWhichSideIsPoint3ToLine(int32_t x1, int32_t y1, int32_t x2, int32_t y
 double Nuv2PLineAngleDegree2AxisX(double x1, double y1, double x2, double y2) {
   const double dx = x1 - x2;
   const double dy = y1 - y2;
-  if (std::fabs(dx) <= std::fabs(dy)) return 90.0 - degrees(std::atan(dy == 0 ? 0.0 : dx / dy));
-  return axis_angle(dx == 0 ? 0.0 : dy / dx);
+  if (std::fabs(dx) <= std::fabs(dy)) return angle_of_slope(true, dy == 0 ? 0.0 : dx / dy);
+  return angle_of_slope(false, dx == 0 ? 0.0 : dy / dx);
 }
 
 double NuvABCLineAngleDegree2AxisX(double A, double B, double /*C*/) {
   const double angle =
-      std::fabs(B) <= std::fabs(A) ? 90.0 - degrees(std::atan(-(B / A))) : axis_angle(-(A / B));
+      std::fabs(B) <= std::fabs(A) ? angle_of_slope(true, -(B / A)) : angle_of_slope(false, -(A / B));
   return angle >= 180.0 ? angle - 180.0 : angle;
 }
 
 double NuvABCLineIntersectAngleDegree(double A1, double B1, double C1, double A2, double B2, double C2) {
-  if (std::fabs(A1 * B2 - B1 * A2) < kParallelDeterminant) return 0.0;
+  if (are_parallel(determinant_of(A1, B1, A2, B2))) return 0.0;
   const double between =
       std::fabs(NuvABCLineAngleDegree2AxisX(A1, B1, C1) - NuvABCLineAngleDegree2AxisX(A2, B2, C2));
   const double other = 180.0 - between;

@@ -4,38 +4,25 @@
 // first fit.
 
 #include <cmath>
-#include <type_traits>
 
 #include "contours/chain.h"
 #include "core/arithmetic.h"
+#include "lines/line_equations.h"
 #include "nuv/lines.h"
 
 namespace nuv {
 namespace {
 
-struct Fit {
-  int32_t is_vertical;
-  double k;
-  double b;
-  double angle;
-
-  // The residual along the minor axis.
-  double residual(Point p) const {
-    return std::fabs(is_vertical == 0 ? p.x * k - p.y + b : p.x - p.y * k - b);
-  }
-  double norm() const { return std::sqrt(k * k + 1); }
-
-  void store_to(int32_t* is_vertical_out, double* k_out, double* b_out, double* angle_out) const {
-    *is_vertical_out = is_vertical;
-    *k_out = k;
-    *b_out = b;
-    *angle_out = angle;
-  }
-};
+void store(const KbLine& line, int32_t* is_vertical, double* k, double* b, double* angle) {
+  *is_vertical = line.is_vertical;
+  *k = line.k;
+  *b = line.b;
+  *angle = angle_of_slope(line.is_vertical != 0, line.k);
+}
 
 // Fits the points that for_points(visit) visits. Sum is the type that coordinates are summed in.
 template <class Sum, class ForPoints>
-Fit fit_line(ForPoints for_points) {
+KbLine fit_line(ForPoints for_points) {
   Sum sum_x = 0;
   Sum sum_y = 0;
   int32_t n = 0;
@@ -56,20 +43,10 @@ Fit fit_line(ForPoints for_points) {
     syy += dy * dy;
     sxy += dx * dy;
   });
-  Fit fit{};
-  if (syy < sxx) {
-    fit.is_vertical = 0;
-    fit.k = sxy / sxx;
-    fit.b = my - fit.k * mx;
-    const double slope = degrees(std::atan(fit.k));
-    fit.angle = slope < 0 ? slope + 180.0 : slope;
-  } else {
-    fit.is_vertical = 1;
-    fit.k = sxy / syy;
-    fit.b = mx - fit.k * my;
-    fit.angle = 90.0 - degrees(std::atan(fit.k));
-  }
-  return fit;
+  const bool is_vertical = !(syy < sxx);
+  const double k = sxy / (is_vertical ? syy : sxx);
+  const double b = is_vertical ? mx - k * my : my - k * mx;
+  return {is_vertical ? 1 : 0, k, b};
 }
 
 // The points of two arrays at the places i for which keep(i) holds.
@@ -86,13 +63,17 @@ auto all_points(const int32_t* x, const int32_t* y, int32_t n) {
   return points_where(x, y, n, [](int32_t) { return true; });
 }
 
+// What NuvFittingLineTwice() leaves in the work array of its caller.
+constexpr int32_t kKept = 1;
+constexpr int32_t kLeftOut = 100;
+
 struct Misfit {
   double deviation;
   double greatest_distance;
 };
 
 template <class ForPoints>
-Misfit misfit_of(const Fit& fit, int32_t n, ForPoints for_points) {
+Misfit misfit_of(const KbLine& fit, int32_t n, ForPoints for_points) {
   double greatest = 0.0;
   double sum_of_squares = 0.0;
   for_points([&](Point p) {
@@ -108,8 +89,8 @@ Misfit misfit_of(const Fit& fit, int32_t n, ForPoints for_points) {
 template <class ForPoints>
 void fit_and_measure(int32_t n, ForPoints for_points, int32_t* pIsVertical, double* pK, double* pB,
                      double* pAngle, double* pDev, double* pMaxDist) {
-  const Fit fit = fit_line<double>(for_points);
-  fit.store_to(pIsVertical, pK, pB, pAngle);
+  const KbLine fit = fit_line<double>(for_points);
+  store(fit, pIsVertical, pK, pB, pAngle);
   const Misfit misfit = misfit_of(fit, n, for_points);
   *pDev = misfit.deviation;
   *pMaxDist = misfit.greatest_distance;
@@ -134,39 +115,37 @@ void NuvFittingLine(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_
 
 void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N, int32_t* pIsVertical, double* pK,
                        double* pB, double* pAngle) {
-  fit_line<double>(points_where(pX, pY, N, [pMask](int32_t i) {
-    return pMask[i];
-  })).store_to(pIsVertical, pK, pB, pAngle);
+  const auto kept = points_where(pX, pY, N, [pMask](int32_t i) { return pMask[i]; });
+  store(fit_line<double>(kept), pIsVertical, pK, pB, pAngle);
 }
 
 bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
                          double* pK, double* pB, double* pAngle) {
   if (N < 3) return false;
-  const Fit first = fit_line<int32_t>(all_points(pX, pY, N));
-  first.store_to(pIsVertical, pK, pB, pAngle);
+  const KbLine first = fit_line<int32_t>(all_points(pX, pY, N));
+  store(first, pIsVertical, pK, pB, pAngle);
 
   // A point passes if one of the two comparisons holds. Every finite residual therefore passes.
   const double gate = first.norm();
-  int32_t kept = 0;
+  int32_t count = 0;
   for (int32_t i = 0; i < N; ++i) {
     const double d = pX[i] - pY[i] * first.k - first.b;
     const bool keep = gate > d || gate > -d;
-    pWork[i] = keep ? 1 : 100;
-    kept += keep;
+    pWork[i] = keep ? kKept : kLeftOut;
+    count += keep;
   }
-  if (kept * 2 < N) return false;
-  if (kept * 3 > N * 2 + 2) return true;
-  fit_line<int32_t>(points_where(pX, pY, N, [pWork](int32_t i) {
-    return pWork[i] < 2;
-  })).store_to(pIsVertical, pK, pB, pAngle);
+  if (count * 2 < N) return false;
+  if (count * 3 > N * 2 + 2) return true;
+  const auto kept = points_where(pX, pY, N, [pWork](int32_t i) { return pWork[i] == kKept; });
+  store(fit_line<int32_t>(kept), pIsVertical, pK, pB, pAngle);
   return true;
 }
 
 bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
                                double* pK, double* pB, double* pAngle) {
   if (N < 3) return false;
-  const Fit first = fit_line<int32_t>(all_points(pX, pY, N));
-  first.store_to(pIsVertical, pK, pB, pAngle);
+  const KbLine first = fit_line<int32_t>(all_points(pX, pY, N));
+  store(first, pIsVertical, pK, pB, pAngle);
 
   int32_t sum = 0;
   for (int32_t i = 0; i < N; ++i) {
@@ -174,11 +153,10 @@ bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t
     sum += pWork[i];
   }
   const int32_t mean = sum / N;
-  int32_t kept = 0;
-  for (int32_t i = 0; i < N; ++i) kept += pWork[i] <= mean;
-  if (kept < 2) return false;
-  fit_line<int32_t>(points_where(pX, pY, N, [=](int32_t i) {
-    return pWork[i] <= mean;
-  })).store_to(pIsVertical, pK, pB, pAngle);
+  int32_t count = 0;
+  for (int32_t i = 0; i < N; ++i) count += pWork[i] <= mean;
+  if (count < 2) return false;
+  const auto kept = points_where(pX, pY, N, [=](int32_t i) { return pWork[i] <= mean; });
+  store(fit_line<int32_t>(kept), pIsVertical, pK, pB, pAngle);
   return true;
 }

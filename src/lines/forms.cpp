@@ -4,6 +4,7 @@
 
 #include "contours/chain.h"
 #include "core/arithmetic.h"
+#include "lines/line_equations.h"
 #include "nuv/lines.h"
 
 namespace nuv {
@@ -48,8 +49,7 @@ void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* 
 void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical, double* pK,
                        double* pB, double* pAngle) {
   NuvLineKBEquation(x1, y1, x2, y2, pIsVertical, pK, pB);
-  const double slope = degrees(std::atan(*pK));
-  *pAngle = *pIsVertical != 0 ? 90.0 - slope : slope < 0 ? slope + 180.0 : slope;
+  *pAngle = angle_of_slope(*pIsVertical != 0, *pK);
 }
 
 double NuvGetLineB(int32_t isVertical, double k, int32_t x, int32_t y) {

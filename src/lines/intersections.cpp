@@ -3,12 +3,12 @@
 #include <cmath>
 
 #include "core/arithmetic.h"
+#include "lines/line_equations.h"
 #include "nuv/lines.h"
 
 namespace nuv {
 namespace {
 
-constexpr double kParallelDeterminant = 1e-05;
 constexpr double kNoCosine = 1e-05;
 constexpr double kSmallCosine = 1e-06;
 
@@ -43,8 +43,8 @@ bool NuvPointOfIntersection(int32_t isVertical1, double k1, double b1, int32_t i
 
 bool NuvPointOfIntersection(double A1, double B1, double C1, double A2, double B2, double C2, double* pX,
                             double* pY) {
-  const double determinant = A1 * B2 - B1 * A2;
-  if (std::fabs(determinant) < kParallelDeterminant) return false;
+  const double determinant = determinant_of(A1, B1, A2, B2);
+  if (are_parallel(determinant)) return false;
   *pY = -((A1 * C2 - C1 * A2) / determinant);
   *pX = -((C1 * B2 - B1 * C2) / determinant);
   return true;
