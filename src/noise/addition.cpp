@@ -39,7 +39,10 @@ void NuvSeedRandomOnce() {
 
 // ---- samples ----
 
-// A generator of uniform samples: a counter with a large odd step, whose bits are mixed.
+// A generator of uniform samples: a counter whose bits are mixed. The step is 2^64 divided by the golden ratio,
+// as in G. L. Steele, D. Lea and C. H. Flood, Fast splittable pseudorandom number generators, 2014. The shifts
+// and factors of the mixer are D. Stafford's variant 13, which they name. Its last shift changes only bits that
+// no sample uses, and is left out.
 class Samples {
  public:
   Samples() {
@@ -48,15 +51,19 @@ class Samples {
 
   // uniform() is from 0 to 32767; share() is from 0 to 1.
   int32_t uniform() {
-    state_ += 0x9E3779B97F4A7C15;
+    state_ += kStep;
     uint64_t bits = state_;
-    bits = (bits ^ bits >> 30) * 0xBF58476D1CE4E5B9;
-    bits = (bits ^ bits >> 27) * 0x94D049BB133111EB;
+    bits = (bits ^ bits >> 30) * kFactor1;
+    bits = (bits ^ bits >> 27) * kFactor2;
     return static_cast<int32_t>(bits >> 49);
   }
   double share() { return static_cast<double>(uniform()) / kMostSample; }
 
  private:
+  static constexpr uint64_t kStep = 0x9E3779B97F4A7C15;
+  static constexpr uint64_t kFactor1 = 0xBF58476D1CE4E5B9;
+  static constexpr uint64_t kFactor2 = 0x94D049BB133111EB;
+
   uint64_t state_ = 0;
 };
 
@@ -73,12 +80,14 @@ double NuvGaussianRandom(Samples& samples) {
 
 // ---- models ----
 
+enum NoiseModel : uint32_t { kGaussian, kUniform, kSaltAndPepper, kPoisson, kRician };
+
 // The least and the greatest value of a buffer. Most models clamp their results to this range.
 struct Range {
   int32_t low;
   int32_t high;
 
-  uint8_t held(double value) const {
+  uint8_t clamped(double value) const {
     if (value > high) value = high;
     if (!(value >= low)) value = low;  // also if it is not a number
     return low_byte(truncated(value));
@@ -94,7 +103,8 @@ Range range_of(const Histogram& bins) {
 
 uint8_t poisson(uint8_t mean, Samples& samples) {
   if (mean == 0) return 0;
-  if (mean > 100)
+  constexpr uint8_t kGreatestCounted = 100;  // above it the normal distribution is near enough
+  if (mean > kGreatestCounted)
     return low_byte(truncated(std::sqrt(static_cast<double>(mean)) * NuvGaussianRandom(samples) + mean));
   // Counts how many waiting times -log(share) fit into an interval of length mean: the count is Poisson.
   // Their sum exceeds the interval when the product of the shares falls below exp(-mean).
@@ -120,21 +130,21 @@ using namespace nuv;
 
 void Brindlemar2008AddNoise(uint8_t* pImg, int32_t N, double noise, uint32_t type) {
   NuvSeedRandomOnce();
-  if (noise == 0 || N <= 0 || type > 4) return;
+  if (noise == 0 || N <= 0 || type > kRician) return;
   const Range range = range_of(histogram_of({pImg, N, 1}));
   if (noise < 0) noise = (range.high - range.low) * noise / -100.0;
 
   Samples samples;
   switch (type) {
-    case 0:
-      replace_each(pImg, N, [&](uint8_t v) { return range.held(v + NuvGaussianRandom(samples) * noise); });
+    case kGaussian:
+      replace_each(pImg, N, [&](uint8_t v) { return range.clamped(v + NuvGaussianRandom(samples) * noise); });
       break;
-    case 1:
+    case kUniform:
       replace_each(pImg, N, [&](uint8_t v) {
-        return range.held(v + (1 - samples.uniform() * 2.0 / kMostSample) * noise);
+        return range.clamped(v + (1 - samples.uniform() * 2.0 / kMostSample) * noise);
       });
       break;
-    case 2: {
+    case kSaltAndPepper: {
       const Range grains = range.low == range.high ? Range{0, kBins - 1} : range;
       replace_each(pImg, N, [&](uint8_t v) {
         if (!(samples.share() * 100 < noise)) return v;
@@ -142,15 +152,15 @@ void Brindlemar2008AddNoise(uint8_t* pImg, int32_t N, double noise, uint32_t typ
       });
       break;
     }
-    case 3:
+    case kPoisson:
       replace_each(pImg, N, [&](uint8_t v) { return poisson(v, samples); });
       break;
-    default:
+    case kRician:
       replace_each(pImg, N, [&](uint8_t v) {
         const double a = v / std::sqrt(2.0);
         const double x = NuvGaussianRandom(samples) * noise + a;
         const double y = NuvGaussianRandom(samples) * noise + a;
-        return range.held(std::sqrt(x * x + y * y));
+        return range.clamped(std::sqrt(x * x + y * y));
       });
   }
 }
