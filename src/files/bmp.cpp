@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "core/buffer.h"
+#include "core/views.h"
 #include "files/file.h"
 #include "nuv/files.h"
 
@@ -99,22 +100,23 @@ uint8_t* read_bmp(const char* name, int32_t* width, int32_t* height) {
   if (!file_holds_rows(file.get(), offset, row_bytes, *height, BytesPerPixel == 1)) return nullptr;
   if (std::fseek(file.get(), static_cast<long>(offset), SEEK_SET) != 0) return nullptr;
 
-  Buffer<uint8_t> image = allocate<uint8_t>(row_bytes * *height);
+  Buffer<uint8_t> pixels = allocate<uint8_t>(row_bytes * *height);
   const auto wanted = static_cast<std::size_t>(row_bytes);
   const auto padding = static_cast<std::size_t>(padding_of(row_bytes));
   const RowBlock block(wanted + padding, *height);
-  if (!image || !block.allocated()) return nullptr;
-  for (int64_t y = *height; y > 0;) {
+  if (!pixels || !block.allocated()) return nullptr;
+  const Image<BytesPerPixel> image{pixels.get(), *width, *height};
+  for (int32_t y = *height; y > 0;) {
     const auto rows = std::min<std::size_t>(block.rows(), static_cast<std::size_t>(y));
     const std::size_t needed = rows * (wanted + padding);
     const std::size_t given = std::fread(block.row(0), 1, needed, file.get());
     // The padding of the last row may be missing from a colour image.
     if (given + (BytesPerPixel == 1 ? 0 : padding) < needed) return nullptr;
     for (std::size_t i = 0; i < rows; ++i) {
-      std::memcpy(&image[static_cast<std::size_t>(--y) * wanted], block.row(i), wanted);
+      std::memcpy(image.row(--y), block.row(i), wanted);
     }
   }
-  return image.release();
+  return pixels.release();
 }
 
 // ---- writing ----
@@ -164,20 +166,21 @@ uint32_t stated_file_size(uint32_t width, uint32_t height, bool has_palette) {
 }
 
 template <int BytesPerPixel>
-bool write_bmp(const uint8_t* pixels, int32_t width, int32_t height, const char* name,
-               const Palette* palette) {
+bool write_bmp(Image<BytesPerPixel> image, const char* name, const Palette* palette) {
   const File file = open_file(name, "w+b");
   if (!file) return false;
   const bool has_palette = palette != nullptr;
 
+  const auto width = static_cast<uint32_t>(image.width);
+  const auto height = static_cast<uint32_t>(image.height);
   HeaderWriter header;
   header.put16(0x4D42);  // "BM"
-  header.put32(stated_file_size(static_cast<uint32_t>(width), static_cast<uint32_t>(height), has_palette));
+  header.put32(stated_file_size(width, height, has_palette));
   header.put32(0);
   header.put32(kHeaderBytes + (has_palette ? sizeof(Palette) : 0));
   header.put32(40);
-  header.put32(static_cast<uint32_t>(width));
-  header.put32(static_cast<uint32_t>(height));
+  header.put32(width);
+  header.put32(height);
   header.put16(1);
   header.put16(8 * BytesPerPixel);
 
@@ -185,16 +188,16 @@ bool write_bmp(const uint8_t* pixels, int32_t width, int32_t height, const char*
   writer.write(header.bytes(), 14);
   writer.write(header.bytes() + 14, 40);
   if (has_palette) writer.write(palette->data(), sizeof(Palette));
-  if (width <= 0 || height <= 0) return writer.good();
+  if (image.empty()) return writer.good();
 
-  const std::size_t row_bytes = static_cast<std::size_t>(width) * BytesPerPixel;
+  const std::size_t row_bytes = static_cast<std::size_t>(image.width) * BytesPerPixel;
   const auto padding = static_cast<std::size_t>(padding_of(static_cast<int64_t>(row_bytes)));
-  const RowBlock block(row_bytes + padding, height);
+  const RowBlock block(row_bytes + padding, image.height);
   if (!block.allocated()) return false;
-  for (int64_t y = height; y > 0;) {
+  for (int32_t y = image.height; y > 0;) {
     const auto rows = std::min<std::size_t>(block.rows(), static_cast<std::size_t>(y));
     for (std::size_t i = 0; i < rows; ++i) {
-      const uint8_t* row = pixels + static_cast<std::size_t>(--y) * row_bytes;
+      const uint8_t* row = image.row(--y);
       std::memcpy(block.row(i), row, row_bytes);
       // Padding repeats the first byte of the last pixel.
       std::memset(block.row(i) + row_bytes, row[row_bytes - BytesPerPixel], padding);
@@ -222,13 +225,13 @@ uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t*
 
 bool NuvWrite8BitImg2BmpFile(uint8_t* pGryImg, int32_t width, int32_t height, const char* pFileName) {
   const Palette palette = gray_palette();
-  return write_bmp<1>(pGryImg, width, height, pFileName, &palette);
+  return write_bmp<1>({pGryImg, width, height}, pFileName, &palette);
 }
 
 bool NuvWrite8BitImg2BmpFileMarkColor(uint8_t* pGryImg, int32_t width, int32_t height,
                                       const char* pFileName) {
   const Palette palette = mark_palette();
-  return write_bmp<1>(pGryImg, width, height, pFileName, &palette);
+  return write_bmp<1>({pGryImg, width, height}, pFileName, &palette);
 }
 
 uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight) {
@@ -236,5 +239,5 @@ uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t
 }
 
 bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t height, const char* pFileName) {
-  return write_bmp<3>(pRGBImg, width, height, pFileName, nullptr);
+  return write_bmp<3>({pRGBImg, width, height}, pFileName, nullptr);
 }

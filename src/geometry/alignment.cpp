@@ -15,19 +15,16 @@
 namespace nuv {
 namespace {
 
+struct Trial {
+  Point shift;
+  int32_t mean;
+};
+
+template <int Channels>
 class Search {
  public:
-  Search(const uint8_t* img1, const uint8_t* img2, std::ptrdiff_t row_bytes, tagRECT rect, int32_t channels)
-      : row_bytes_(row_bytes), channels_(channels), area_(rect, channels) {
-    const std::ptrdiff_t corner = rect.top * row_bytes + static_cast<std::ptrdiff_t>(rect.left) * channels;
-    img1_ = img1 + corner;
-    img2_ = img2 + corner;
-  }
-
-  struct Trial {
-    Point shift;
-    int32_t mean;
-  };
+  Search(Image<Channels> image1, Image<Channels> image2, tagRECT rect)
+      : image1_(image1), image2_(image2), corner_{rect.left, rect.top}, area_(rect, Channels) {}
 
   Trial best(int32_t max_dx, int32_t max_dy) const {
     Trial best = likely(max_dx, max_dy);
@@ -47,9 +44,9 @@ class Search {
   static constexpr int32_t kSparse = 16;
 
   int32_t row_difference(Point shift, int32_t row) const {
-    const std::ptrdiff_t there = row * row_bytes_;
-    const std::ptrdiff_t moved = shift.y * row_bytes_ + static_cast<std::ptrdiff_t>(shift.x) * channels_;
-    return sum_of_differences(img1_ + there, img2_ + there + moved, area_.row_bytes);
+    const Point place{corner_.x, corner_.y + row};
+    return sum_of_differences(image1_.at(place.x, place.y), image2_.at(place.x + shift.x, place.y + shift.y),
+                              area_.row_bytes);
   }
 
   // The sum of a trial. Returns nothing as soon as the sum has reached the limit and the rows to come cannot
@@ -82,10 +79,9 @@ class Search {
     return {likely, area_.mean(sum)};
   }
 
-  const uint8_t* img1_;
-  const uint8_t* img2_;
-  std::ptrdiff_t row_bytes_;
-  int32_t channels_;
+  Image<Channels> image1_;
+  Image<Channels> image2_;
+  Point corner_;
   ComparedArea area_;
 };
 
@@ -101,22 +97,22 @@ int32_t NuvShiftImg2BasedImg1(uint8_t* pImg1, uint8_t* pImg2, uint8_t* pResImg, 
   rect.right = std::min(rect.right, width - maxDX - 1);
   rect.top = std::max(maxDY, rect.top);
   rect.bottom = std::min(rect.bottom, height - maxDY - 1);
-  int32_t result = (rect.right - rect.left + 1) * (rect.bottom - rect.top + 1) * (bRGB ? 765 : 255);
+  int32_t result = (rect.right - rect.left + 1) * (rect.bottom - rect.top + 1) * 255 * channels_of(bRGB);
   *pDX = *pDY = 0;
   const GrayImage image{pImg1, width, height};
   if (image.empty()) return result;
 
-  const int32_t channels = channels_of(bRGB);
   if (maxDX >= 0 && maxDY >= 0 && rect.left <= rect.right && rect.top <= rect.bottom) {
-    const Search search(pImg1, pImg2, static_cast<std::ptrdiff_t>(width) * channels, rect, channels);
-    const Search::Trial best = search.best(maxDX, maxDY);
+    const Trial best =
+        bRGB ? Search<3>({pImg1, width, height}, {pImg2, width, height}, rect).best(maxDX, maxDY)
+             : Search<1>({pImg1, width, height}, {pImg2, width, height}, rect).best(maxDX, maxDY);
     if (best.mean < result) {
       result = best.mean;
       *pDX = best.shift.x;
       *pDY = best.shift.y;
     }
   }
-  copy_bytes(pResImg, pImg1, image.size() * channels);
+  copy_bytes(pResImg, pImg1, image.size() * channels_of(bRGB));
   NuvImageShift(pImg2, width, height, bRGB, -*pDX, -*pDY, pResImg);
   return result;
 }

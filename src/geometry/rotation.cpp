@@ -316,29 +316,25 @@ uint8_t* NuvRotateImgByCCS(uint8_t* pGryImg, int32_t width, int32_t height, doub
   const auto turned = [=](int32_t x, int32_t y) {
     return Point{(x * c - y * s) >> 10, (x * s + y * c) >> 10};
   };
-  const Point corners[] = {turned(0, 0), turned(width - 1, 0), turned(width - 1, height - 1),
-                           turned(0, height - 1)};
-  Point least = corners[0];
-  Point most = corners[0];
-  for (Point p : corners) {
-    least = {std::min(least.x, p.x), std::min(least.y, p.y)};
-    most = {std::max(most.x, p.x), std::max(most.y, p.y)};
+  Region box = Region::of(turned(0, 0));
+  for (int32_t x : {0, width - 1}) {
+    for (int32_t y : {0, height - 1}) box.take_in(turned(x, y));
   }
-  *pResWidth = most.x - least.x + 1;
-  *pResHeight = most.y - least.y + 1;
+  *pResWidth = box.columns();
+  *pResHeight = box.rows();
   const int64_t size = int64_t{*pResWidth} * *pResHeight;
   if (size > INT32_MAX) return nullptr;
-  Buffer<uint8_t> result = allocate<uint8_t>(size);
-  if (!result) return nullptr;
+  Buffer<uint8_t> pixels = allocate<uint8_t>(size);
+  if (!pixels) return nullptr;
+  const GrayImage result{pixels.get(), *pResWidth, *pResHeight};
 
   const int32_t c2 = truncated(std::cos(-a) * kUnit);
   const int32_t s2 = truncated(std::sin(-a) * kUnit);
-  for (int32_t y = least.y; y <= most.y; ++y) {
-    const Walk row{least.x * c2 - y * s2, least.x * s2 + y * c2, c2, s2};
-    take_along<10>(image, row, result.get() + static_cast<std::ptrdiff_t>(y - least.y) * *pResWidth,
-                   *pResWidth);
+  for (int32_t y = box.y1; y <= box.y2; ++y) {
+    const Walk row{box.x1 * c2 - y * s2, box.x1 * s2 + y * c2, c2, s2};
+    take_along<10>(image, row, result.row(y - box.y1), result.width);
   }
-  return result.release();
+  return pixels.release();
 }
 
 void NuvCopyRectFromRotateCCS(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x0, int32_t y0,

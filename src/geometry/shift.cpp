@@ -23,7 +23,7 @@ NUV_ROW_KERNEL void blend_row(const uint8_t* NUV_RESTRICT in, uint8_t* NUV_RESTR
 
 // Shifts row y by shift/4096 pixels to the left. Columns below 0 are the pixels before the row in memory.
 // Pixels that would be read or written outside the image are left out.
-void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, uint8_t* result) {
+void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, GrayImage result) {
   const int32_t whole = shift >> 12;
   const int32_t weight = interpolated ? shift & (kUnit - 1) : 0;
   const int64_t row = int64_t{y} * source.width;
@@ -35,11 +35,11 @@ void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, ui
     const int64_t place = (static_cast<int32_t>(x) * kUnit + shift) >> 12;
     const int64_t next = std::min(end, x + (1 << 19) - place);
     const int64_t first = std::max({x, -row, x - (row + place)});
-    const int64_t behind = std::min(next, x + last_read + 1 - (row + place));
-    if (first < behind) {
+    const int64_t readable_end = std::min(next, x + last_read + 1 - (row + place));
+    if (first < readable_end) {
       const uint8_t* in = source.pixels + row + place + (first - x);
-      uint8_t* out = result + row + first;
-      const auto n = static_cast<std::ptrdiff_t>(behind - first);
+      uint8_t* out = result.at(static_cast<int32_t>(first), y);
+      const auto n = static_cast<std::ptrdiff_t>(readable_end - first);
       if (weight != 0) {
         blend_row(in, out, n, weight);
       } else {
@@ -50,10 +50,31 @@ void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, ui
   }
 }
 
-void shift_rows(GrayImage source, double k, bool interpolated, uint8_t* result) {
+void shift_rows(GrayImage source, double k, bool interpolated, GrayImage result) {
   if (source.empty()) return;
   const int32_t step = truncated(k * kUnit);
   for (int32_t y = 0; y < source.height; ++y) shift_row(source, y, y * step, interpolated, result);
+}
+
+// A row of the result that has no row in the source is shifted in place.
+template <int Channels>
+void shift_image(Image<Channels> source, int32_t dx, int32_t dy, Image<Channels> result) {
+  if (source.empty()) return;
+  const auto free = static_cast<int32_t>(std::min<int64_t>(std::abs(int64_t{dx}), source.width));
+  const int32_t kept = source.width - free;
+  const auto bytes = [](int32_t pixels) { return static_cast<std::size_t>(pixels) * Channels; };
+  for (int32_t y = 0; y < source.height; ++y) {
+    const int64_t from = int64_t{y} - dy;
+    const uint8_t* row =
+        from >= 0 && from < source.height ? source.row(static_cast<int32_t>(from)) : result.row(y);
+    if (dx < 0) {
+      std::memmove(result.row(y), row + bytes(free), bytes(kept));
+      std::memset(result.at(kept, y), 0, bytes(free));
+    } else {
+      std::memmove(result.at(free, y), row, bytes(kept));
+      std::memset(result.row(y), 0, bytes(free));
+    }
+  }
 }
 
 }  // namespace
@@ -62,32 +83,18 @@ void shift_rows(GrayImage source, double k, bool interpolated, uint8_t* result) 
 using namespace nuv;
 
 void NuvShiftXPerRowFine(uint8_t* pGryImg, int32_t width, int32_t height, double k, uint8_t* pResImg) {
-  shift_rows({pGryImg, width, height}, k, true, pResImg);
+  shift_rows({pGryImg, width, height}, k, true, {pResImg, width, height});
 }
 
 void NuvShiftXPerRowFast(uint8_t* pGryImg, int32_t width, int32_t height, double k, uint8_t* pResImg) {
-  shift_rows({pGryImg, width, height}, k, false, pResImg);
+  shift_rows({pGryImg, width, height}, k, false, {pResImg, width, height});
 }
 
 void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, int32_t dx, int32_t dy,
                    uint8_t* pResImg) {
-  if (GrayImage{pImg, width, height}.empty()) return;
-  const int64_t channels = channels_of(bRGB);
-  const std::ptrdiff_t row_bytes = width * channels;
-  const auto free_bytes =
-      static_cast<std::ptrdiff_t>(std::min(std::abs(int64_t{dx}) * channels, int64_t{row_bytes}));
-  const auto kept_bytes = static_cast<std::size_t>(row_bytes - free_bytes);
-  for (int32_t y = 0; y < height; ++y) {
-    const int64_t source_row = int64_t{y} - dy;
-    uint8_t* result = pResImg + y * row_bytes;
-    const bool falls_free = source_row < 0 || source_row >= height;
-    const uint8_t* source = falls_free ? result : pImg + static_cast<std::ptrdiff_t>(source_row) * row_bytes;
-    if (dx < 0) {
-      std::memmove(result, source + free_bytes, kept_bytes);
-      std::memset(result + kept_bytes, 0, static_cast<std::size_t>(free_bytes));
-    } else {
-      std::memmove(result + free_bytes, source, kept_bytes);
-      std::memset(result, 0, static_cast<std::size_t>(free_bytes));
-    }
+  if (bRGB) {
+    shift_image<3>({pImg, width, height}, dx, dy, {pResImg, width, height});
+  } else {
+    shift_image<1>({pImg, width, height}, dx, dy, {pResImg, width, height});
   }
 }

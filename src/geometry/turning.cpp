@@ -42,14 +42,14 @@ NUV_ROW_KERNEL void copy_reversed(const uint8_t* NUV_RESTRICT from, std::ptrdiff
 // ---- quarter turns ----
 
 template <int PixelBytes>
-void turn_quarter(Image<PixelBytes> image, bool clockwise, uint8_t* result) {
+void turn_quarter(Image<PixelBytes> image, bool clockwise, uint8_t* result_pixels) {
   if (image.empty()) return;
+  const Image<PixelBytes> result{result_pixels, image.height, image.width};
   const std::ptrdiff_t source_step = static_cast<std::ptrdiff_t>(image.width) * PixelBytes;
-  const std::ptrdiff_t result_step = static_cast<std::ptrdiff_t>(image.height) * PixelBytes;
+  const std::ptrdiff_t result_step = static_cast<std::ptrdiff_t>(result.width) * PixelBytes;
   const Transposition t =
-      clockwise ? Transposition{{image.row(image.height - 1), -source_step}, {result, result_step}}
-                : Transposition{{image.pixels, source_step},
-                                {result + (image.width - std::ptrdiff_t{1}) * result_step, -result_step}};
+      clockwise ? Transposition{{image.row(image.height - 1), -source_step}, {result.pixels, result_step}}
+                : Transposition{{image.pixels, source_step}, {result.row(result.height - 1), -result_step}};
   t.move_all<PixelBytes>(image.width, image.height);
 }
 
