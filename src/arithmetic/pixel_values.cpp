@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "contours/marks.h"
 #include "core/arithmetic.h"
 #include "core/borders.h"
 #include "core/byte_counter.h"
@@ -32,7 +33,7 @@ NUV_INLINE uint8_t white_if_odd(uint8_t v) {
   return (v & 1) != 0 ? 255 : v;
 }
 NUV_INLINE uint8_t clear_of_marks(uint8_t v) {
-  return greater(lesser(v, 250), 1);
+  return greater(lesser(v, kGreatestUnreserved), 1);
 }
 
 template <uint8_t (*Rule)(uint8_t)>
@@ -89,18 +90,18 @@ ByteTable gain_table(double gain) {
   return table;
 }
 
-// v times a gain in 1024ths. The values above 250 are reserved for the marks of contours.
-NUV_INLINE uint8_t lit(uint8_t v, int32_t gain) {
+// v times a gain in 1024ths. The result stays below the values that are reserved for marks.
+NUV_INLINE uint8_t scaled(uint8_t v, int32_t gain) {
   const int32_t value = v * gain >> 10;
-  return static_cast<uint8_t>(value > 250 ? 250 : value);
+  return static_cast<uint8_t>(value > kGreatestUnreserved ? kGreatestUnreserved : value);
 }
 
-NUV_ROW_KERNEL void light(uint8_t* pixels, int32_t gain, std::ptrdiff_t n) {
-  for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = lit(pixels[i], gain);
+NUV_ROW_KERNEL void scale(uint8_t* pixels, int32_t gain, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = scaled(pixels[i], gain);
 }
-NUV_ROW_KERNEL void light_each(uint8_t* NUV_RESTRICT pixels, const int32_t* NUV_RESTRICT gains,
+NUV_ROW_KERNEL void scale_each(uint8_t* NUV_RESTRICT pixels, const int32_t* NUV_RESTRICT gains,
                                std::ptrdiff_t n) {
-  for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = lit(pixels[i], gains[i]);
+  for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = scaled(pixels[i], gains[i]);
 }
 
 constexpr int32_t kMostLines = 4096;
@@ -197,7 +198,7 @@ int32_t NuvLightCorretPerRow(uint8_t* pGryImg, int32_t width, int32_t height) {
   LineGains gains(height);
   for (int32_t y = 0; y < height; ++y) gains.entries()[y] = sum_of_bytes(image.row(y), width);
   const int32_t mean = gains.from_sums();
-  for (int32_t y = 0; y < height; ++y) light(image.row(y), gains.entries()[y], width);
+  for (int32_t y = 0; y < height; ++y) scale(image.row(y), gains.entries()[y], width);
   return mean / width;
 }
 
@@ -207,7 +208,7 @@ int32_t NuvLightCorretPerCol(uint8_t* pGryImg, int32_t width, int32_t height) {
   LineGains gains(width);
   for (int32_t y = 0; y < height; ++y) add_row(gains.entries(), image.row(y), width);
   const int32_t mean = gains.from_sums();
-  for (int32_t y = 0; y < height; ++y) light_each(image.row(y), gains.entries(), width);
+  for (int32_t y = 0; y < height; ++y) scale_each(image.row(y), gains.entries(), width);
   return mean / height;
 }
 

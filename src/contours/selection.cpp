@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "contours/chain.h"
+#include "contours/marks.h"
 #include "contours/stamps.h"
 #include "contours/trace.h"
 #include "core/arithmetic.h"
@@ -20,9 +21,6 @@
 
 namespace nuv {
 namespace {
-
-// A mark that occurs neither in traced images nor in results.
-constexpr int32_t kRightEdge = 128;
 
 NUV_ROW_KERNEL void contours_to_white(uint8_t* pixels, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = pixels[i] == kTracedContour ? 255 : 0;
@@ -49,16 +47,16 @@ bool lies_in(int32_t value, int32_t min, int32_t max) {
   return value >= min && value <= max;
 }
 
-// The rows of a scan, and its limit of background.
+// The rows of a scan, and the limit below which the pixel before an outer contour lies.
 struct Scan {
   int32_t first_row;
   int32_t step;
-  uint8_t background;
+  uint8_t background_limit;
 };
-constexpr Scan kEveryRow{1, 1, kBackground};
+constexpr Scan kEveryRow{1, 1, kBackgroundLimit};
 
 Scan every_nth_row(int32_t first_row, int32_t step) {
-  return {first_row, std::max(step, 1), kNarrowBackground};
+  return {first_row, std::max(step, 1), kNarrowBackgroundLimit};
 }
 
 template <class Action>
@@ -77,23 +75,23 @@ void for_contours(GrayImage image, uint8_t* codes, Scan scan, Action action) {
   for_scanned_rows(image, scan, [&](int32_t y) {
     scan_row_for_contours(
         image, y, 1, image.width - 1, [&](ContourStart start) { action(trace(image, codes, start)); },
-        scan.background);
+        scan.background_limit);
   });
 }
 
 // Fills, in a copy of the image, the contours of one kind that enclose min_area to max_area pixels. Returns
 // their number.
-int32_t fill_by_area(GrayImage image, uint8_t* codes, uint8_t* result, bool outer, int32_t min_area,
+int32_t fill_by_area(GrayImage image, uint8_t* codes, GrayImage result, bool outer, int32_t min_area,
                      int32_t max_area, int32_t fill) {
   if (image.empty()) return 0;
   int32_t count = 0;
   clear_sides(image);
-  copy_bytes(result, image.pixels, image.size());
+  copy_bytes(result.pixels, image.pixels, image.size());
   for_contours(image, codes, kEveryRow, [&](Traced contour) {
     if (contour.start.is_outer != outer) return;
     if (!lies_in(NuvRealPixelsEnclosed(codes, contour.n), min_area, max_area)) return;
     // The rim of an object is part of it. The rim of a hole is not.
-    NuvFillingContour(result, image.width, contour.start.x, contour.start.y, codes, contour.n, outer,
+    NuvFillingContour(result.pixels, result.width, contour.start.x, contour.start.y, codes, contour.n, outer,
                       kRightEdge, fill);
     ++count;
   });
@@ -183,7 +181,7 @@ int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t w
   StampedChain stamps({pResImg, width, height}, pResImg != pBinImg);
   for_scanned_rows(image, scan, [&](int32_t y) {
     scan_row_for_pairs(image, y, 1, width - 1, [&](int32_t x, uint8_t pixel, uint8_t left) {
-      const bool is_outer = starts_outer(pixel, left, scan.background);
+      const bool is_outer = starts_outer(pixel, left, scan.background_limit);
       const Point start{pixel == 255 ? x : x - 1, y};
       if (is_outer || starts_inner(pixel, left)) {
         stamps.draw(pChainCode, n);
@@ -216,9 +214,9 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
 
   const int32_t size = width * height;
   int32_t used = 0;  // the chains lie one after the other
-  const auto trace_behind = [&](ContourStart start) {
+  const auto trace_to = [&](int32_t place, ContourStart start) {
     // A sink leaves the last byte of its capacity free.
-    ChainSink chain(pChainCode + used, std::min(size, size - used + 1));
+    ChainSink chain(pChainCode + place, std::min(size, size - place + 1));
     trace_contour(copy.at(start.x, start.y), copy.width, start.is_outer,
                   [&chain](uint8_t code) { chain(code); });
     return chain;
@@ -229,11 +227,11 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
   int32_t best_n = 0;
   for (int32_t y = 2; y <= height; ++y) {
     scan_row_for_contours(copy, y, 1, width, [&](ContourStart start) {
-      ChainSink chain = trace_behind(start);
+      ChainSink chain = trace_to(used, start);
       if (chain.cut()) {
         // The marks are objects, too, so the contour can be traced again, to the start of the buffer.
         used = 0;
-        chain = trace_behind(start);
+        chain = trace_to(used, start);
       }
       const int32_t n = chain.count();
       const int32_t area = start.is_outer ? 0 : NuvRealPixelsEnclosed(pChainCode + used, n);
@@ -246,11 +244,8 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
       used += n;
     });
   }
-  if (best_n > 0) {
-    // Later chains may have overwritten it.
-    used = best_place;
-    trace_behind(best);
-  }
+  // Later chains may have overwritten the best one.
+  if (best_n > 0) trace_to(best_place, best);
   for (int32_t y = 0; y < height; ++y) {
     std::memcpy(image.row(y), copy.at(1, y + 1), static_cast<std::size_t>(width));
   }
@@ -302,12 +297,14 @@ int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32_t heigh
 
 int32_t NuvRemoveBlackRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
                                     int32_t minArea, int32_t maxArea, uint8_t* pResImg) {
-  return fill_by_area({pBinImg, width, height}, pChainCode, pResImg, false, minArea, maxArea, 255);
+  return fill_by_area({pBinImg, width, height}, pChainCode, {pResImg, width, height}, false, minArea, maxArea,
+                      255);
 }
 
 int32_t NuvRemoveWhiteRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
                                     int32_t minArea, int32_t maxArea, uint8_t* pResImg) {
-  return fill_by_area({pBinImg, width, height}, pChainCode, pResImg, true, minArea, maxArea, 0);
+  return fill_by_area({pBinImg, width, height}, pChainCode, {pResImg, width, height}, true, minArea, maxArea,
+                      0);
 }
 
 void NuvDeleteShortContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,

@@ -1,4 +1,4 @@
-// The tracer, the scan that finds where contours start, and the values that mark an image.
+// The tracer, and the scan that finds where contours start.
 
 #ifndef NUV_CONTOURS_TRACE_H
 #define NUV_CONTOURS_TRACE_H
@@ -8,15 +8,11 @@
 #include <cstdint>
 #include <cstring>
 
+#include "contours/marks.h"
 #include "core/neighbours.h"
 #include "core/views.h"
 
 namespace nuv {
-
-// The tracer takes values below this for background.
-constexpr uint8_t kObject = 2;
-constexpr uint8_t kTouchedBackground = 1;
-constexpr uint8_t kTracedContour = 254;
 
 // Where the search for the next contour pixel begins after a step in direction d. The neighbours in the
 // directions before it have been examined from the previous pixel.
@@ -51,9 +47,9 @@ void follow_contour(Pixel* start, int32_t width, bool is_outer, IsObject is_obje
       // Back at the start. The search from here covers seven directions. The walk goes on if one of those
       // after the way back holds an object.
       const unsigned way_back = (c + 4) & 7;
-      const unsigned looked_at = ((way_back - first) & 7) + 1;
+      const unsigned examined = ((way_back - first) & 7) + 1;
       c = (way_back + 1) & 7;
-      if (looked_at >= 7 || !search(p, c, 7 - looked_at)) return;
+      if (examined >= 7 || !search(p, c, 7 - examined)) return;
       store(static_cast<uint8_t>(c));
       p += offset[c];
     }
@@ -64,10 +60,10 @@ void follow_contour(Pixel* start, int32_t width, bool is_outer, IsObject is_obje
 // Traces the contour from start and marks it, handing each code to store().
 template <class Store>
 void trace_contour(uint8_t* start, int32_t width, bool is_outer, Store store) {
-  start[is_outer ? -1 : 1] = kTouchedBackground;
+  start[is_outer ? -1 : 1] = kExaminedBackground;
   const auto is_object = [](uint8_t& pixel) {
-    if (pixel >= kObject) return true;
-    pixel = kTouchedBackground;
+    if (pixel >= kLeastObject) return true;
+    pixel = kExaminedBackground;
     return false;
   };
   const auto mark = [](uint8_t& pixel) { pixel = kTracedContour; };
@@ -122,38 +118,33 @@ void scan_row_for_pairs(GrayImage image, int32_t y, int32_t first, int32_t last,
 // The modes of NuvGetContours that leave contours out.
 enum ContourMode : int32_t { kOuterOnly = 1, kInnerOnly = 2 };
 
-// Limits of background at the left of the start of an outer contour: values below them count. The narrow
-// limit admits only 0 and the background mark of the tracer.
-constexpr uint8_t kBackground = 10;
-constexpr uint8_t kNarrowBackground = 2;
-
 // Whether a pair of neighbours starts an untraced contour. A pixel of exactly 255 after background starts the
 // outer contour of an object. A pixel of exactly 0 after an object pixel starts the contour of a hole, at the
 // object pixel.
-inline bool starts_outer(uint8_t pixel, uint8_t left, uint8_t background = kBackground) {
-  return pixel == 255 && left < background;
+inline bool starts_outer(uint8_t pixel, uint8_t left, uint8_t background_limit = kBackgroundLimit) {
+  return pixel == 255 && left < background_limit;
 }
 inline bool starts_inner(uint8_t pixel, uint8_t left) {
-  return pixel == 0 && left > 250;
+  return pixel == 0 && left > kGreatestUnreserved;
 }
 
 // The index of the first of n pixels at which a contour starts, or n. Also reads the pixel before the first.
-std::ptrdiff_t first_start(const uint8_t* pixels, std::ptrdiff_t n, uint8_t background);
+std::ptrdiff_t first_start(const uint8_t* pixels, std::ptrdiff_t n, uint8_t background_limit);
 
 // The contour scan of one row: calls action(ContourStart) where an untraced contour starts. The action traces
 // the contour, and the scan reads its marks.
 template <class Action>
 void scan_row_for_contours(GrayImage image, int32_t y, int32_t first, int32_t last, Action action,
-                           uint8_t background = kBackground) {
+                           uint8_t background_limit = kBackgroundLimit) {
   for (int32_t x = first; x <= last; ++x) {
-    x += static_cast<int32_t>(first_start(image.at(x, y), last - x + 1, background));
+    x += static_cast<int32_t>(first_start(image.at(x, y), last - x + 1, background_limit));
     if (x > last) return;
     const bool is_outer = *image.at(x, y) == 255;
     action(ContourStart{is_outer ? x : x - 1, y, is_outer});
   }
 }
 
-// Makes the region of a traced image binary again: values below 50 become 0, all others 255.
+// Makes the region of a traced image binary again.
 void restore_binary(GrayImage image, Region region);
 
 }  // namespace nuv

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <limits>
 
+#include "contours/marks.h"
 #include "contours/trace.h"
 #include "nuv/contours.h"
 #include "nuv/drawing.h"
@@ -22,7 +23,7 @@ namespace nuv {
 namespace {
 
 constexpr int32_t kShortestPiece = 6;
-constexpr uint8_t kSpent = kTouchedBackground;
+constexpr uint8_t kSpent = kExaminedBackground;
 
 // With these settings both edge detectors apply the same filter. The integer detector is faster, and the
 // exact one serves low thresholds.
@@ -46,7 +47,7 @@ class Nearness {
 };
 
 void copy_clipped(const uint8_t* source, std::size_t n, uint8_t* panel) {
-  std::transform(source, source + n, panel, [](uint8_t v) { return std::min<uint8_t>(v, 250); });
+  std::transform(source, source + n, panel, [](uint8_t v) { return std::min(v, kGreatestUnreserved); });
 }
 
 }  // namespace
@@ -106,14 +107,14 @@ bool NuvImgChainLines::source_fits(int32_t pixels) const {
   return static_cast<int64_t>(source_.width) * source_.height <= pixels;
 }
 
-void NuvImgChainLines::find_edges(uint8_t* edges) {
+void NuvImgChainLines::find_edges(GrayImage edges) {
   const int32_t threshold = settings_.gradient_threshold;
   if (threshold >= kLeastFastThreshold) {
     NuvShenJunEdgeFast(source_.pixels, scratch_.get(), source_.width, source_.height, kEdgeShift, threshold,
-                       edges);
+                       edges.pixels);
   } else {
     NuvShenJunEdgeFine(source_.pixels, reinterpret_cast<double*>(scratch_.get()), source_.width,
-                       source_.height, kEdgeWeight, threshold, edges);
+                       source_.height, kEdgeWeight, threshold, edges.pixels);
   }
 }
 
@@ -123,10 +124,10 @@ int32_t NuvImgChainLines::detect(GrayImage image, bool fit_lines) {
   n_lines_ = 0;
   if (!source_fits(init_pixels_)) return 0;
 
-  find_edges(edges_.get());
+  const GrayImage edges{edges_.get(), image.width, image.height};
+  find_edges(edges);
   next_run_ = 0;
   point_cursor_ = 0;
-  const GrayImage edges{edges_.get(), image.width, image.height};
   const auto follow = [&](ContourStart start) {
     const int32_t n = NuvTraceContour(edges.pixels, edges.width, start.x, start.y, codes_.get(),
                                       2 * image.width * image.height, start.is_outer);
@@ -228,13 +229,13 @@ int32_t NuvImgChainLines::show(uint8_t* panels) {
 
   copy_clipped(source_.pixels, n, panel(0).pixels);
   std::memset(panel(1).pixels, 0, n);
-  if (source_fits(capacity_pixels_)) find_edges(panel(1).pixels);
+  if (source_fits(capacity_pixels_)) find_edges(panel(1));
   std::memset(panel(2).pixels, 0, n);
   int32_t* x = nullptr;
   int32_t* y = nullptr;
   int32_t count = 0;
   while (next_run(&x, &y, &count)) {
-    for (int32_t i = 0; i < count; ++i) *panel(2).at(x[i], y[i]) = 254;
+    for (int32_t i = 0; i < count; ++i) *panel(2).at(x[i], y[i]) = kTracedContour;
   }
   next_run_ = 0;
 

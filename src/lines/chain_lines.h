@@ -40,7 +40,7 @@ class NuvImgChainLines {
   bool has_memory() const { return capacity_pixels_ > 0 && capacity_lines_ > 0; }
   bool source_fits(int32_t pixels) const;
   void drop_results();
-  void find_edges(uint8_t* edges);
+  void find_edges(GrayImage edges);
   void process_chain(Point start, int32_t n);
   bool is_spent(const Piece& piece) const;
   void record_fitted(const Piece& piece);
