@@ -14,13 +14,13 @@ namespace {
 template <int From, int To, class Copy>
 void paste(Image<From> source, Image<To> target, int32_t x, int32_t y, Copy copy) {
   if (source.empty() || target.empty()) return;
-  const auto behind = [](int32_t first, int32_t count, int32_t size) {
+  const auto end_of = [](int32_t first, int32_t count, int32_t size) {
     return static_cast<int32_t>(std::min<int64_t>(int64_t{first} + count, size));
   };
   const int32_t first = std::max(x, 0);
-  const int32_t end = behind(x, source.width, target.width);
+  const int32_t end = end_of(x, source.width, target.width);
   if (first >= end) return;
-  for (int32_t row = std::max(y, 0); row < behind(y, source.height, target.height); ++row) {
+  for (int32_t row = std::max(y, 0); row < end_of(y, source.height, target.height); ++row) {
     copy(source.at(first - x, row - y), target.at(first, row), end - first);
   }
 }

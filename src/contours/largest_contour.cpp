@@ -16,16 +16,16 @@ struct Size {
 };
 
 int32_t largest_contour(GrayImage image, uint8_t* codes, Region region, int32_t y_step,
-                        int32_t Size::*compared, tagRECT* rect, int32_t* center_x, int32_t* center_y) {
+                        int32_t Size::*compared, tagRECT* rect, int32_t* centre_x, int32_t* centre_y) {
   *rect = {0, 0, 0, 0};
   if (image.empty()) return 0;
   // Callers pass the limits of the type to mean the whole image, so a step past them must not wrap.
-  const auto before = [](int32_t end) { return end > 0 ? end - 1 : 0; };
-  const auto behind = [](int32_t end, int32_t size) { return end < size - 1 ? end + 1 : size - 1; };
-  const int32_t left = before(region.x1);
-  const int32_t right = behind(region.x2, image.width);
-  const int32_t top = before(region.y1);
-  const int32_t bottom = behind(region.y2, image.height);
+  const auto one_before = [](int32_t end) { return end > 0 ? end - 1 : 0; };
+  const auto one_after = [](int32_t end, int32_t size) { return end < size - 1 ? end + 1 : size - 1; };
+  const int32_t left = one_before(region.x1);
+  const int32_t right = one_after(region.x2, image.width);
+  const int32_t top = one_before(region.y1);
+  const int32_t bottom = one_after(region.y2, image.height);
   // The clear border that the tracer needs.
   walk_outline(image, ordered_within(image, {left, right, top, bottom}),
                [=](int32_t x, int32_t y) { *image.at(x, y) = 0; });
@@ -41,7 +41,7 @@ int32_t largest_contour(GrayImage image, uint8_t* codes, Region region, int32_t 
     if (size.*compared <= best) return;
     best = size.*compared;
     NuvContourRect(start.x, start.y, codes, n, &box.left, &box.right, &box.top, &box.bottom);
-    NuvContourCenter(start.x, start.y, codes, n, center_x, center_y);
+    NuvContourCenter(start.x, start.y, codes, n, centre_x, centre_y);
   };
   for (int64_t y = static_cast<int64_t>(top) + 1; y < bottom; y += std::max(y_step, 1)) {
     scan_row_for_contours(image, static_cast<int32_t>(y), left + 1, right - 1, measure);

@@ -10,9 +10,9 @@ namespace nuv {
 namespace {
 
 // Moves the centre of a gray cross off the border. Returns whether the image has an interior.
-bool move_inside(GrayImage image, Point* center) {
+bool move_inside(GrayImage image, Point* centre) {
   if (image.width < 3 || image.height < 3) return false;
-  *center = {std::clamp(center->x, 1, image.width - 2), std::clamp(center->y, 1, image.height - 2)};
+  *centre = {std::clamp(centre->x, 1, image.width - 2), std::clamp(centre->y, 1, image.height - 2)};
   return true;
 }
 
@@ -32,18 +32,18 @@ void NuvDrawRGBCross(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x,
 void NuvDrawGryCross(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y, int32_t size,
                      uint8_t color) {
   const GrayPen pen(pGryImg, width, height, color);
-  Point center{x, y};
-  if (!move_inside(pen.image, &center)) return;
-  draw_cross(pen, center.x, center.y, arms_off_border(pen.image, center.x, center.y, size));
+  Point centre{x, y};
+  if (!move_inside(pen.image, &centre)) return;
+  draw_cross(pen, centre.x, centre.y, arms_off_border(pen.image, centre.x, centre.y, size));
 }
 
 void NuvDrawGryCrossShadow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                            int32_t size, uint8_t color) {
   const GrayPen shadow(pGryImg, width, height, 0);
-  Point center{x, y};
-  if (!move_inside(shadow.image, &center)) return;
-  const Region arms = arms_off_border(shadow.image, center.x, center.y, size);
-  draw_cross(shadow, center.x - 1, center.y - 1, arms);
-  draw_cross(shadow, center.x + 1, center.y + 1, arms);
-  draw_cross(GrayPen(pGryImg, width, height, color), center.x, center.y, arms);
+  Point centre{x, y};
+  if (!move_inside(shadow.image, &centre)) return;
+  const Region arms = arms_off_border(shadow.image, centre.x, centre.y, size);
+  draw_cross(shadow, centre.x - 1, centre.y - 1, arms);
+  draw_cross(shadow, centre.x + 1, centre.y + 1, arms);
+  draw_cross(GrayPen(pGryImg, width, height, color), centre.x, centre.y, arms);
 }

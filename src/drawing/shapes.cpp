@@ -40,8 +40,8 @@ class EllipseArc {
 
   // The row at step columns from the centre, whose row is cy.
   int32_t row_at(int32_t cy, int32_t step) const {
-    const double from_center = step;
-    const double d = std::sqrt(half_axis_ * half_axis_ - from_center * from_center);
+    const double from_centre = step;
+    const double d = std::sqrt(half_axis_ * half_axis_ - from_centre * from_centre);
     return truncated(cy - d * flattening_);
   }
 

@@ -81,7 +81,7 @@ struct FixedPoint {
   using Stretched = uint8_t;
   struct Place {
     int32_t whole;
-    uint16_t behind;  // the distance from the whole place
+    uint16_t fraction;  // the distance from the whole place
   };
 
   // The places of the result pixels along one axis: size places, over a source of that length.
@@ -103,7 +103,7 @@ struct FixedPoint {
     void set(int32_t i, int32_t left, int32_t right, Place place) {
       left_.set(i, left);
       right_.set(i, right);
-      weights_[i] = place.behind;
+      weights_[i] = place.fraction;
     }
     void prepare(int32_t n, int32_t row_bytes) {
       left_.prepare(n, row_bytes);
@@ -120,7 +120,7 @@ struct FixedPoint {
   };
 
   static void mix(const Stretched* above, const Stretched* below, Place place, uint8_t* out, int32_t n) {
-    mix_rows(above, below, place.behind, out, n);
+    mix_rows(above, below, place.fraction, out, n);
   }
 };
 
@@ -130,8 +130,8 @@ struct DoublePrecision {
   using Stretched = double;
   struct Place {
     int32_t whole;
-    double before;  // weight of the whole place
-    double behind;  // weight of the next place
+    double weight_of_whole;
+    double weight_of_next;
   };
 
   class Axis {
@@ -154,8 +154,9 @@ struct DoublePrecision {
     void stretch(const uint8_t* row, Stretched* out, int32_t n) const {
       for (int32_t i = 0; i < n; ++i) {
         const Column& c = columns_[i];
-        out[i] =
-            c.left == c.right ? row[c.left] : row[c.left] * c.place.before + row[c.right] * c.place.behind;
+        out[i] = c.left == c.right
+                     ? row[c.left]
+                     : row[c.left] * c.place.weight_of_whole + row[c.right] * c.place.weight_of_next;
       }
     }
 
@@ -170,7 +171,7 @@ struct DoublePrecision {
 
   static void mix(const Stretched* above, const Stretched* below, Place place, uint8_t* out, int32_t n) {
     for (int32_t i = 0; i < n; ++i) {
-      out[i] = low_byte(truncated(place.behind * below[i] + place.before * above[i]));
+      out[i] = low_byte(truncated(place.weight_of_next * below[i] + place.weight_of_whole * above[i]));
     }
   }
 };

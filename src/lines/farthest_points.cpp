@@ -82,7 +82,7 @@ FarthestPoints::Found FarthestPoints::scan(int32_t low, int32_t high) const {
 int32_t FarthestPoints::first_of(int32_t level, int32_t node) const {
   return static_cast<int32_t>(std::min((int64_t{node} * kBlock) << level, int64_t{n_}));
 }
-int32_t FarthestPoints::behind_of(int32_t level, int32_t node) const {
+int32_t FarthestPoints::end_of(int32_t level, int32_t node) const {
   return static_cast<int32_t>(std::min(((int64_t{node} + 1) * kBlock) << level, int64_t{n_}));
 }
 
@@ -134,7 +134,7 @@ void FarthestPoints::build_chain(int32_t level, int32_t node) {
       chain[length++] = p;
     };
     if (level == 0) {
-      for (int32_t p = first_of(0, node); p < behind_of(0, node); ++p) add(p);
+      for (int32_t p = first_of(0, node); p < end_of(0, node); ++p) add(p);
     } else {
       for (int32_t child : {2 * node, 2 * node + 1}) {
         const int32_t first = first_of(level - 1, child);
@@ -171,23 +171,23 @@ int64_t FarthestPoints::greatest_in(int32_t level, int32_t node, const Chord& ch
   return greatest;
 }
 
-// Updates best with the points first..behind - 1 that lie in the node.
-void FarthestPoints::search_node(int32_t level, int32_t node, int32_t first, int32_t behind,
-                                 const Chord& chord, Best& best) const {
+// Updates best with the points first to end - 1 that lie in the node.
+void FarthestPoints::search_node(int32_t level, int32_t node, int32_t first, int32_t end, const Chord& chord,
+                                 Best& best) const {
   const int32_t node_first = first_of(level, node);
-  const int32_t node_behind = behind_of(level, node);
-  if (node_first >= behind || node_behind <= first) return;
-  if (first <= node_first && node_behind <= behind) {
+  const int32_t node_end = end_of(level, node);
+  if (node_first >= end || node_end <= first) return;
+  if (first <= node_first && node_end <= end) {
     const int64_t value = greatest_in(level, node, chord);
     if (value > best.value) best = {value, level, node, -1};
   } else if (level == 0) {
-    for (int32_t p = std::max(first, node_first); p < std::min(behind, node_behind); ++p) {
+    for (int32_t p = std::max(first, node_first); p < std::min(end, node_end); ++p) {
       const int64_t value = std::abs(chord.at(x_[p], y_[p]));
       if (value > best.value) best = {value, 0, node, p};
     }
   } else {
-    search_node(level - 1, 2 * node, first, behind, chord, best);
-    search_node(level - 1, 2 * node + 1, first, behind, chord, best);
+    search_node(level - 1, 2 * node, first, end, chord, best);
+    search_node(level - 1, 2 * node + 1, first, end, chord, best);
   }
 }
 

@@ -30,12 +30,12 @@ class FarthestPoints {
   bool build();
   void build_chain(int32_t level, int32_t node);
   int64_t greatest_in(int32_t level, int32_t node, const Chord& chord) const;
-  void search_node(int32_t level, int32_t node, int32_t first, int32_t behind, const Chord& chord,
+  void search_node(int32_t level, int32_t node, int32_t first, int32_t end, const Chord& chord,
                    Best& best) const;
   int32_t first_with(int64_t value, int32_t level, int32_t node, const Chord& chord) const;
 
   int32_t first_of(int32_t level, int32_t node) const;
-  int32_t behind_of(int32_t level, int32_t node) const;
+  int32_t end_of(int32_t level, int32_t node) const;
   int32_t* chain_at(int32_t level, int32_t side, int32_t first) const;
   int32_t& length_at(int32_t level, int32_t side, int32_t node) const;
 

@@ -40,8 +40,8 @@ NUV_ROW_KERNEL void vote_places(const int32_t* x, const int32_t* y, int32_t cosi
 
 NUV_ROW_KERNEL void weigh(const int32_t* votes, int32_t* NUV_RESTRICT counts, std::ptrdiff_t n) {
   const int32_t* before = votes - 1;
-  const int32_t* behind = votes + 1;
-  for (std::ptrdiff_t i = 0; i < n; ++i) counts[i] = 2 * votes[i] + before[i] + behind[i];
+  const int32_t* after = votes + 1;
+  for (std::ptrdiff_t i = 0; i < n; ++i) counts[i] = 2 * votes[i] + before[i] + after[i];
 }
 
 // Turns the single votes of a row into counts.
@@ -117,14 +117,14 @@ void NuvHoughLines::vote_row(HoughPoints points, const Space& space, int32_t the
   std::array<int32_t, kBlock> places;
   const auto t = static_cast<std::size_t>(theta);
   int32_t* row = row_of(space, theta);
-  const int32_t behind = row[space.n_thro];
+  const int32_t cell_after = row[space.n_thro];
   for (int32_t first = 0; first < points.n; first += kBlock) {
     const int32_t n = std::min(kBlock, points.n - first);
     vote_places(points.x + first, points.y + first, cos_table_[t], sin_table_[t], space.n_thro, places.data(),
                 n);
     for (int32_t i = 0; i < n; ++i) ++row[places[static_cast<std::size_t>(i)]];
   }
-  row[space.n_thro] = behind;
+  row[space.n_thro] = cell_after;
 }
 
 // Runs a transform. vote(points, space) casts the votes, and box is the bounding box of the points.
@@ -270,7 +270,7 @@ struct Outputs {
   }
 };
 
-int32_t told(int32_t strength, const Outputs& outputs) {
+int32_t write_if_found(int32_t strength, const Outputs& outputs) {
   if (strength != 0) outputs.write(hough_lines.line());
   return strength;
 }
@@ -286,19 +286,19 @@ bool NuvHoughLines_Initialize(int32_t width, int32_t height) {
 
 int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, int32_t Theta1, int32_t Theta2, double* pA,
                          double* pB, double* pC, int32_t* pThro, int32_t* pTheta) {
-  return told(hough_lines.transform({pX, pY, N}, Theta1, Theta2), {pA, pB, pC, pThro, pTheta});
+  return write_if_found(hough_lines.transform({pX, pY, N}, Theta1, Theta2), {pA, pB, pC, pThro, pTheta});
 }
 
 int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, bool* pThetaMask, double* pA, double* pB,
                          double* pC, int32_t* pThro, int32_t* pTheta) {
-  return told(hough_lines.transform({pX, pY, N}, pThetaMask), {pA, pB, pC, pThro, pTheta});
+  return write_if_found(hough_lines.transform({pX, pY, N}, pThetaMask), {pA, pB, pC, pThro, pTheta});
 }
 
 int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t* pPointTheta, bool* pPointMask, int32_t N,
                          int32_t dTheta, double* pA, double* pB, double* pC, int32_t* pThro,
                          int32_t* pTheta) {
-  return told(hough_lines.transform({pX, pY, N}, pPointTheta, pPointMask, dTheta),
-              {pA, pB, pC, pThro, pTheta});
+  return write_if_found(hough_lines.transform({pX, pY, N}, pPointTheta, pPointMask, dTheta),
+                        {pA, pB, pC, pThro, pTheta});
 }
 
 int32_t NuvHoughLines_GetNextLine(int32_t dThro, int32_t dTheta, double* pA, double* pB, double* pC,
@@ -306,7 +306,7 @@ int32_t NuvHoughLines_GetNextLine(int32_t dThro, int32_t dTheta, double* pA, dou
   if (!hough_lines.is_searching()) return 0;
   const Outputs outputs{pA, pB, pC, pThro, pTheta};
   outputs.write({});
-  return told(hough_lines.next(dThro, dTheta), outputs);
+  return write_if_found(hough_lines.next(dThro, dTheta), outputs);
 }
 
 void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t height, int32_t color) {
