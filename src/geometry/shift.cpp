@@ -31,7 +31,8 @@ void shift_row(GrayImage source, int32_t y, int32_t shift, bool interpolated, Gr
   int64_t x = shift > 0 ? 0 : whole + 2;
   const int64_t end = shift > 0 ? int64_t{source.width} - whole - 1 : source.width;
   while (x < end) {
-    // The position wraps at next. Up to there the places read are consecutive.
+    // The 32-bit product wraps at column next, where the place reaches 2^19. Before it the places follow each
+    // other.
     const int64_t place = (static_cast<int32_t>(x) * kUnit + shift) >> 12;
     const int64_t next = std::min(end, x + (1 << 19) - place);
     const int64_t first = std::max({x, -row, x - (row + place)});

@@ -12,7 +12,7 @@ namespace nuv {
 namespace {
 
 // Sums over the pairs of samples at the two sides of a line.
-class SideBySide {
+class SidePairs {
  public:
   void add(uint8_t gray1, uint8_t gray2) {
     const int32_t d = std::abs(gray1 - gray2);
@@ -69,7 +69,7 @@ int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t height, int3
   const int32_t shift = truncated(-(A / B) * dist);
   const Point offset = line.by_rows() ? Point{dist, -shift} : Point{shift, -dist};
 
-  SideBySide sides;
+  SidePairs sides;
   walk_abc_line(width, height, columns, line, [&](int32_t x, int32_t y) {
     const Point p1{x + offset.x, y + offset.y};
     const Point p2{x - offset.x, y - offset.y};

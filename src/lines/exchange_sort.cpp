@@ -2,16 +2,18 @@
 //
 // Results depend on the order in which the exchanges leave points of equal y, so this order is computed.
 //
-// Round i of the exchanges carries the point at place i along the places after it. Where the carried point
-// meets a smaller one, it is put down, and the smaller one is carried on. The point carried last goes to
-// place i. The points of one y form a class. A round acts on the members of a class that stand before the
-// first smaller point: the first of them moves after the others. That smaller point then no longer stands
-// before the rest of the class. The members thus form a queue. Each smaller point turns the queue by one, and
-// the members that follow it join the end of the queue.
+// Round i of the exchanges carries the point at place i along the places after it. At each smaller point it
+// puts the carried point down there and carries the smaller one on. The points of one y form a class. When a
+// round carries a member of a class, the member therefore lands where the next smaller point was, after all
+// members before that point.
 //
-// The turns are undone from the last to the first. The places of a class in the result are free slots on a
-// ring. Each turn that is undone moves the start of the ring. Each member, the last one first, takes the free
-// slot before the start. A tree of sums finds a free slot by its rank, and counts the smaller points before a
+// So a queue gives the order of a class. Read the places from the first to the last. A member of the class
+// joins the end of the queue. A smaller point moves the head of the queue to its end. After the last place,
+// the queue holds the class in the order of the result.
+//
+// The code runs this backwards. The places of a class in the result are free slots on a ring. Undoing a move
+// of the head turns the ring by one slot. Undoing a join, of the last member first, gives the member the free
+// slot before the head. A tree of sums finds a free slot by its rank, and counts the smaller points before a
 // member.
 
 #include "lines/exchange_sort.h"

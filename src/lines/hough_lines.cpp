@@ -110,7 +110,8 @@ int32_t* NuvHoughLines::row_of(const Space& space, int32_t theta) {
   return accumulator_.get() + static_cast<std::ptrdiff_t>(theta - space.theta_base) * space.n_thro;
 }
 
-// Casts the votes of all points in the row of one Theta. Votes outside the row are undone at its end.
+// Casts the votes of all points in the row of one Theta. Votes outside the row go to the cell after it, which
+// gets its value back.
 void NuvHoughLines::vote_row(HoughPoints points, const Space& space, int32_t theta) {
   if (theta < 0 || theta >= kThetas) return;
   constexpr int32_t kBlock = 512;
