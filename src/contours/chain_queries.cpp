@@ -1,4 +1,4 @@
-// Queries of a chain: pixels under it, points on it and in it, lines across it.
+// Queries of a chain: the pixels on it, points on it and in it, lines across it.
 
 #include "contours/chain.h"
 #include "contours/crossings.h"
@@ -28,6 +28,14 @@ bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, 
   const GrayImage image = image_of_any_height<1>(pGryImg, width);
   const auto matches = [&](Point p) { return *image.at(p.x, p.y) == gry; };
   return matches({x, y}) || any_end({{x, y}, pChainCode, N}, matches);
+}
+
+double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                        int32_t N) {
+  const GrayImage image = image_of_any_height<1>(pGryImg, width);
+  double sum = 0.0;
+  walk_start_and_ends({{x, y}, pChainCode, N}, [&](Point p) { sum += *image.at(p.x, p.y); });
+  return N < 1 ? sum : sum / N;
 }
 
 int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine) {

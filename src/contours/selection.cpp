@@ -254,14 +254,6 @@ int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t
   return best_area;
 }
 
-double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
-                        int32_t N) {
-  const GrayImage image = image_of_any_height<1>(pGryImg, width);
-  double sum = 0.0;
-  walk_start_and_ends({{x, y}, pChainCode, N}, [&](Point p) { sum += *image.at(p.x, p.y); });
-  return N < 1 ? sum : sum / N;
-}
-
 int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32_t height, int32_t N,
                                   int32_t minPerimeter, uint8_t* pResImg) {
   NUV_CONTOUR_STRUCT* contours = NuvGetContours(pBinImg, pResImg, width, height, minPerimeter, 0, kOuterOnly);
