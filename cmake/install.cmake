@@ -1,10 +1,11 @@
-# The installed package: headers, library, and the files that find_package and pkg-config read.
+# The installed package: headers, library, licence, and the files that find_package and pkg-config read.
 
 include(CMakePackageConfigHelpers)
 
 install(TARGETS NuvImgSDK2014DLL EXPORT NuvImgSDK2014DLLTargets)
 install(FILES ${PROJECT_SOURCE_DIR}/include/NuvImgSDK2014DLL.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/nuv DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/NuvImgSDK2014DLL)
 install(EXPORT NuvImgSDK2014DLLTargets
@@ -16,7 +17,7 @@ configure_package_config_file(
   INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(
   ${PROJECT_BINARY_DIR}/NuvImgSDK2014DLLConfigVersion.cmake
-  COMPATIBILITY SameMinorVersion)
+  COMPATIBILITY ${NUV_COMPATIBILITY})
 install(FILES
   ${PROJECT_BINARY_DIR}/NuvImgSDK2014DLLConfig.cmake
   ${PROJECT_BINARY_DIR}/NuvImgSDK2014DLLConfigVersion.cmake
@@ -24,6 +25,10 @@ install(FILES
 
 set(pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH NUV_PC_TO_INCLUDE /${pc_dir} /${CMAKE_INSTALL_INCLUDEDIR})
+set(NUV_PC_DEFINITION "")
+if(NUV_LIBRARY_TYPE STREQUAL "STATIC")
+  set(NUV_PC_DEFINITION " -DNUV_STATIC")
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/NuvImgSDK2014DLL.pc.in
   ${PROJECT_BINARY_DIR}/NuvImgSDK2014DLL.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/NuvImgSDK2014DLL.pc DESTINATION ${pc_dir})

@@ -23,7 +23,7 @@ need_packages() {
 
 build_packages=(g++ cmake ninja-build libcli11-dev)
 font_packages=(python3 unifont)
-test_packages=(libgtest-dev libgmock-dev binutils pkgconf "${font_packages[@]}")
+test_packages=(libgtest-dev libgmock-dev binutils git pkgconf "${font_packages[@]}")
 style_packages=(git clang clang-format clang-tidy doxygen)
 bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev)
 # Tests for other platforms build GoogleTest from its sources.

@@ -6,8 +6,11 @@
 /// @def NUV_API
 /// Marks a function that the shared library exports.
 ///
-/// Only the build of the library itself defines NUV_BUILDING_LIBRARY.
-#if defined(_WIN32)
+/// Only the build of the library itself defines NUV_BUILDING_LIBRARY. Hosts of the static library define
+/// NUV_STATIC; the installed package does it for them.
+#if defined(NUV_STATIC)
+#define NUV_API
+#elif defined(_WIN32)
 #if defined(NUV_BUILDING_LIBRARY)
 #define NUV_API __declspec(dllexport)
 #else

@@ -1,3 +1,4 @@
+// A host that needs no more than C++11.
 #include <NuvImgSDK2014DLL.h>
 
 #include <cstdio>

@@ -1,0 +1,28 @@
+# The number in the SONAME and the package file agree: a host that was built with one version gets a newer one under the
+# same SONAME exactly if find_package accepts it.
+cmake_minimum_required(VERSION 3.25)
+include(CMakePackageConfigHelpers)
+include(${NUV_DIR}/cmake/compatibility.cmake)
+
+foreach(pair "0.1.0 0.1.7" "0.1.7 0.2.0" "0.9.0 1.0.0" "1.0.0 1.4.2" "1.4.2 2.0.0" "9.0.0 10.0.0" "10.1.0 11.0.0")
+  string(REGEX MATCH "^(.*) (.*)$" pair ${pair})
+  set(built_with ${CMAKE_MATCH_1})
+  set(installed ${CMAKE_MATCH_2})
+  nuv_compatibility(${built_with} soversion_then rule)
+  nuv_compatibility(${installed} soversion_now rule)
+  set(PACKAGE_VERSION_COMPATIBLE OFF)
+  write_basic_package_version_file(${WORK_DIR}/version.cmake
+    VERSION ${installed} COMPATIBILITY ${rule} ARCH_INDEPENDENT)
+  string(REGEX MATCH "^([0-9]+)\\.([0-9]+)" PACKAGE_FIND_VERSION ${built_with})
+  set(PACKAGE_FIND_VERSION ${built_with})
+  set(PACKAGE_FIND_VERSION_MAJOR ${CMAKE_MATCH_1})
+  set(PACKAGE_FIND_VERSION_MINOR ${CMAKE_MATCH_2})
+  include(${WORK_DIR}/version.cmake)
+  set(same_soname OFF)
+  if(soversion_then STREQUAL soversion_now)
+    set(same_soname ON)
+  endif()
+  if(PACKAGE_VERSION_COMPATIBLE AND NOT same_soname OR same_soname AND NOT PACKAGE_VERSION_COMPATIBLE)
+    message(FATAL_ERROR "${built_with} and ${installed}: find_package and the SONAME disagree")
+  endif()
+endforeach()
