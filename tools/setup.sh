@@ -24,6 +24,7 @@ need_packages() {
 build_packages=(g++ cmake ninja-build libcli11-dev)
 font_packages=(python3 unifont)
 test_packages=(libgtest-dev libgmock-dev binutils git pkgconf "${font_packages[@]}")
+bindings_packages=(gcc mono-mcs mono-runtime fp-compiler rustc)
 style_packages=(git clang clang-format clang-tidy doxygen)
 bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev)
 # Tests for other platforms build GoogleTest from its sources.

@@ -36,12 +36,15 @@ file(GLOB_RECURSE pc ${prefix}/*/NuvImgSDK2014DLL.pc)
 cmake_path(GET pc PARENT_PATH pkg_config_dir)
 set(ENV{PKG_CONFIG_PATH} ${pkg_config_dir})
 run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${CONSUMER_DIR} -B ${WORK_DIR}/build -DREADME_DIR=${WORK_DIR}/readme
+  -DNUV_DIR=${NUV_DIR}
   -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 
 # CMake writes the place of the library into the programs, so they need no further setting.
-run(${WORK_DIR}/build/by_cmake)
-run(${WORK_DIR}/build/by_pkg_config)
+foreach(way by_cmake by_pkg_config)
+  run(${WORK_DIR}/build/cpp_${way})
+  run(${WORK_DIR}/build/c_${way} ${NUV_DIR}/examples/data/camera.bmp OUTPUT_QUIET)
+endforeach()
 execute_process(COMMAND ${WORK_DIR}/build/your_host WORKING_DIRECTORY ${WORK_DIR}/readme
   OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
 if(NOT output MATCHES "object at \\([0-9]+, [0-9]+\\), area [0-9]+, perimeter [0-9]+\n")
