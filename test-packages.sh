@@ -41,7 +41,7 @@ export DEBIAN_FRONTEND=noninteractive
 apt-get update -qq
 apt-get install -y -qq --no-install-recommends ./*.deb
 dpkg --audit
-nuv-find-lines --csv camera.bmp lines.bmp >lines.csv
+nuv-find-lines --csv camera.bmp >lines.csv
 apt-get install -y -qq --no-install-recommends g++ pkgconf cmake make
 
 g++ host.cpp $(pkg-config --cflags --libs NuvImgSDK2014DLL) -o host

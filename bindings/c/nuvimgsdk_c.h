@@ -3587,8 +3587,8 @@ NUV_C_API void NuvImgRotate90DegreeCCS(uint8_t* pImg, int32_t width, int32_t hei
 /// @param angle                  degrees
 /// @param pResWidth, pResHeight  receive the size of the result, also if allocation fails; 0 for an image
 ///                               without pixels
-/// @return *pResWidth * *pResHeight bytes from new[], to be released with nuv_free; null if allocation fails,
-///         if the result would have more than 2^31-1 bytes, or for an image without pixels
+/// @return *pResWidth * *pResHeight bytes, to be released with nuv_free; null if allocation fails, if the
+///         result would have more than 2^31-1 bytes, or for an image without pixels
 /// @note The sine of 90 degrees is truncated to 1023. That turn gives one row fewer than the source has
 ///       columns, and loses one more row for every further 1024 columns.
 NUV_C_API uint8_t* NuvRotateImgByCCS(uint8_t* pGryImg, int32_t width, int32_t height, double angle,

@@ -28,7 +28,7 @@ string(REGEX MATCHALL "[^\r\n]+" segments "${output}")
 list(SORT segments)
 
 # The columns of find_lines are found by their names. It prints the segments in another order.
-execute_process(COMMAND ${FIND_LINES} --csv ${picture} ${WORK_DIR}/lines.bmp
+execute_process(COMMAND ${FIND_LINES} --csv ${picture} WORKING_DIRECTORY ${WORK_DIR}
   OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^\r\n]+" lines "${output}")
 list(POP_FRONT lines head)

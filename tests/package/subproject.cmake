@@ -1,6 +1,7 @@
 # Puts this project into a parent project in two ways: from its directory, as a static library, and fetched from a
 # repository, as a shared one. With several build types, the commands that compile the library are checked: they use -O3
-# in every type but Debug. The last -O option counts. The Debug build is finished, and its host runs.
+# in every type but Debug. The last -O option counts. The Debug build is finished, and its host runs. The static library is
+# installed and used, too.
 function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -35,7 +36,9 @@ function(check_parent name)
 endfunction()
 
 file(REMOVE_RECURSE ${WORK_DIR})
-check_parent(directory -DNUV_DIR=${NUV_DIR} -DBUILD_SHARED_LIBS=OFF)
+check_parent(directory -DNUV_DIR=${NUV_DIR} -DBUILD_SHARED_LIBS=OFF -DNUV_BUILD_C_LIBRARY=ON)
+run(${CMAKE_COMMAND} -DBUILD_DIR=${WORK_DIR}/directory -DNUV_DIR=${NUV_DIR} -DWORK_DIR=${WORK_DIR}/installed
+  -DCXX=${CXX} -DGENERATOR=${GENERATOR} -P ${CMAKE_CURRENT_LIST_DIR}/consumer.cmake)
 
 # The sources as they are now, which may differ from the last commit.
 set(repository ${WORK_DIR}/repository)

@@ -1,5 +1,5 @@
 # Installs a build tree into a scratch prefix, then configures, builds and runs the consumers against it:
-# cmake -D BUILD_DIR=... -D CONSUMER_DIR=... -D NUV_DIR=... -D WORK_DIR=... -D CXX=... -D GENERATOR=... -P run.cmake
+# cmake -D BUILD_DIR=... -D NUV_DIR=... -D WORK_DIR=... -D CXX=... -D GENERATOR=... -P consumer.cmake
 function(run)
   execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -35,7 +35,7 @@ file(COPY_FILE ${NUV_DIR}/examples/data/coins.bmp ${WORK_DIR}/readme/part.bmp)
 file(GLOB_RECURSE pc ${prefix}/*/NuvImgSDK2014DLL.pc)
 cmake_path(GET pc PARENT_PATH pkg_config_dir)
 set(ENV{PKG_CONFIG_PATH} ${pkg_config_dir})
-run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${CONSUMER_DIR} -B ${WORK_DIR}/build -DREADME_DIR=${WORK_DIR}/readme
+run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${CMAKE_CURRENT_LIST_DIR} -B ${WORK_DIR}/build -DREADME_DIR=${WORK_DIR}/readme
   -DNUV_DIR=${NUV_DIR}
   -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
