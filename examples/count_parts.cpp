@@ -40,10 +40,6 @@ struct Part {
   const NUV_CONTOUR_STRUCT* contour = nullptr;
 };
 
-Picture blank_like(const Picture& gray) {
-  return {gray.width, gray.height, 1, std::vector<uint8_t>(gray.pixels.size())};
-}
-
 // Evens out light that changes across the picture. The result is 128 plus the difference of each pixel from the
 // mean of its surroundings.
 Picture flattened(Picture& gray, int32_t half_size) {

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
+#include "marks.h"
 #include "picture.h"
 
 namespace {
@@ -28,20 +29,7 @@ struct Photographs {
   Picture coins;   // 384x303
 };
 
-struct Colour {
-  uint8_t b, g, r;
-};
-
 // ---- Panels -----------------------------------------------------------------------------------------------
-
-Picture blank(int32_t width, int32_t height, int32_t channels = 1, uint8_t value = 0) {
-  return {width, height, channels,
-          std::vector<uint8_t>(static_cast<std::size_t>(width) * height * channels, value)};
-}
-
-Picture blank_like(const Picture& picture) {
-  return blank(picture.width, picture.height);
-}
 
 Picture resized(Picture gray, int32_t width, int32_t height) {
   Picture result = blank(width, height);
@@ -111,15 +99,6 @@ Picture below(std::vector<Picture> panels) {
 }
 
 // ---- Colours and chains -----------------------------------------------------------------------------------
-
-// A colour of the wheel in degrees: 0 is red, 120 green, 240 blue.
-Colour hue(double degrees) {
-  const auto channel = [degrees](double peak) {
-    const double distance = std::fabs(std::remainder(degrees - peak, 360.0)) / 60.0;
-    return static_cast<uint8_t>(255 * std::clamp(2.0 - distance, 0.0, 1.0));
-  };
-  return {channel(240), channel(120), channel(0)};
-}
 
 // Consecutive numbers get colours that lie far apart on the wheel.
 Colour colour_of_number(int32_t number) {

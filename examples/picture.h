@@ -1,4 +1,4 @@
-// Pictures for the examples, read from BMP files and written to them.
+// Pictures for the hosts: read from PNG, JPEG, BMP, PGM and PPM files, and written as PNG or BMP files.
 
 #ifndef NUV_EXAMPLES_PICTURE_H
 #define NUV_EXAMPLES_PICTURE_H
@@ -20,21 +20,40 @@ struct Picture {
 // An error with a file. The message is one line that names the file and the reason.
 struct PictureError : std::runtime_error {
   PictureError(const std::string& file, const std::string& reason)
-      : std::runtime_error(file + ": " + reason) {}
+      : std::runtime_error((file == "-" ? "standard input" : file) + ": " + reason) {}
 };
 
-// Reads an 8-bit or 24-bit BMP file. The readers of the library do not check signature, depth and compression,
-// so this function checks the header first.
+// The bytes of a file, or of standard input if the name is "-". Throws if there are more than most bytes.
+std::vector<uint8_t> read_file(const std::string& file, uint64_t most);
+
+// Writes a file, or standard output if the name is "-". A file that cannot be completed is removed.
+void write_file(const std::vector<uint8_t>& bytes, const std::string& file);
+
+// Reads a picture; the name "-" is standard input. Alpha is dropped, and a palette is applied. The picture is
+// gray if the file is gray, or if its palette is.
 Picture read_picture(const std::string& file);
 
-// Throws if the result file is the file of the picture.
-void check_result(const std::string& picture, const std::string& result);
+// The picture in the bytes of a file. The name is for error messages only.
+Picture decoded_picture(const std::vector<uint8_t>& bytes, const std::string& file);
 
-// Writes an 8-bit or 24-bit BMP file. A file that cannot be completed is removed.
-void write_picture(Picture& picture, const std::string& file);
+// Writes a BMP file if the name ends in .bmp, and else a PNG file; the name "-" is standard output.
+void write_picture(const Picture& picture, const std::string& file);
+
+// Whether the ending of the name is that of a picture which read_picture reads.
+bool is_picture_name(const std::string& file);
+
+// The ending of the name in small letters, with its dot: ".png".
+std::string ending_of(const std::string& file);
+
+Picture blank(int32_t width, int32_t height, int32_t channels = 1, uint8_t value = 0);
+// A black gray picture of the same size.
+Picture blank_like(const Picture& picture);
 
 Picture to_gray(Picture& picture);
 Picture to_colour(Picture& picture);
+
+// Throws if the result file is the file of the picture.
+void check_result(const std::string& picture, const std::string& result);
 
 using Histogram = std::array<int32_t, 256>;
 

@@ -26,10 +26,6 @@ struct Options {
   int32_t clusters = 3;
 };
 
-Picture blank_like(const Picture& gray) {
-  return {gray.width, gray.height, 1, std::vector<uint8_t>(gray.pixels.size())};
-}
-
 void print_numbers(Histogram bins) {
   double average = 0;
   double deviation = 0;

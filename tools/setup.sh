@@ -21,7 +21,7 @@ need_packages() {
     "${missing[@]}" >&2
 }
 
-build_packages=(g++ cmake ninja-build libcli11-dev)
+build_packages=(g++ cmake ninja-build libcli11-dev libstb-dev nlohmann-json3-dev)
 font_packages=(python3 unifont)
 test_packages=(libgtest-dev libgmock-dev binutils git pkgconf "${font_packages[@]}")
 bindings_packages=(gcc mono-mcs mono-runtime fp-compiler rustc)
