@@ -34,12 +34,11 @@ bool fits(GrayImage image, int32_t m, int32_t n) {
 // Leaves the column sums of the last 2 * n rows in columns, which has width entries. If allocation fails,
 // nothing is written and the result is false.
 template <class Sum>
-bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, Sum threshold, Sum* columns,
-                          uint8_t* result) {
+bool filter_whole_windows(GrayImage image, GrayImage result, int32_t m, int32_t n, Sum threshold,
+                          Sum* columns) {
   const std::ptrdiff_t width = image.width;
   const Buffer<Sum> work = allocate<Sum>(2 * int64_t{image.width});
   if (!work) return false;
-  const GrayImage out{result, image.width, image.height};
   const int32_t last = image.height - 1 - n;
   const int32_t windows = image.width - 2 * m;
   std::fill_n(columns, width, Sum{0});
@@ -47,15 +46,15 @@ bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, Sum threshold, 
   for (int32_t y = n; y <= last; ++y) {
     if (y > n) exchange_rows(columns, image.row(y + n), image.row(y - n - 1), width);
     const Sum* sums = neighbour_sums(columns, windows, 2 * m + 1, 1, work.get(), work.get() + width);
-    uint8_t* row = out.row(y);
+    uint8_t* row = result.row(y);
     threshold_sums(sums, threshold, row + m, windows);
     std::memset(row, row[m], static_cast<std::size_t>(m));
     std::memset(row + m + windows, row[m + windows - 1], static_cast<std::size_t>(m));
   }
   subtract_row(columns, image.row(last - n), width);
   for (int32_t y = 0; y < n; ++y) {
-    std::memcpy(out.row(y), out.row(n), static_cast<std::size_t>(width));
-    std::memcpy(out.row(last + 1 + y), out.row(last), static_cast<std::size_t>(width));
+    std::memcpy(result.row(y), result.row(n), static_cast<std::size_t>(width));
+    std::memcpy(result.row(last + 1 + y), result.row(last), static_cast<std::size_t>(width));
   }
   return true;
 }
@@ -66,21 +65,21 @@ bool is_small(int32_t m, int32_t n) {
 }
 
 // columns receives the column sums of the last 2 * n rows; it has width entries or is null.
-bool filter_whole_windows(GrayImage image, int32_t m, int32_t n, uint32_t threshold, uint32_t* columns,
-                          uint8_t* result) {
+bool filter_whole_windows(GrayImage image, GrayImage result, int32_t m, int32_t n, uint32_t threshold,
+                          uint32_t* columns) {
   if (is_small(m, n)) {
     const Buffer<uint16_t> small_columns = allocate<uint16_t>(image.width);
     // No sum is above UINT16_MAX, so greater thresholds may be lowered to it.
     const auto small_threshold = static_cast<uint16_t>(std::min<uint32_t>(threshold, UINT16_MAX));
-    if (!small_columns || !filter_whole_windows(image, m, n, small_threshold, small_columns.get(), result)) {
+    if (!small_columns || !filter_whole_windows(image, result, m, n, small_threshold, small_columns.get())) {
       return false;
     }
     if (columns != nullptr) std::copy_n(small_columns.get(), image.width, columns);
     return true;
   }
-  if (columns != nullptr) return filter_whole_windows<uint32_t>(image, m, n, threshold, columns, result);
+  if (columns != nullptr) return filter_whole_windows<uint32_t>(image, result, m, n, threshold, columns);
   const Buffer<uint32_t> own = allocate<uint32_t>(image.width);
-  return own && filter_whole_windows<uint32_t>(image, m, n, threshold, own.get(), result);
+  return own && filter_whole_windows<uint32_t>(image, result, m, n, threshold, own.get());
 }
 
 // ---- shrinking windows ----
@@ -119,8 +118,8 @@ void threshold_sums_signed(const Sum* sums, int32_t threshold, uint8_t* out, std
 // A window reaches equally far up and down, and equally far left and right, but not beyond the image. Sum must
 // hold the sum of every window.
 template <class Sum>
-void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int32_t n, int32_t threshold,
-                            ApplyMask apply, uint8_t* result) {
+void remove_mask_and_filter(GrayImage image, GrayImage mask, GrayImage result, int32_t m, int32_t n,
+                            int32_t threshold, ApplyMask apply) {
   const int32_t width = image.width;
   const int32_t height = image.height;
   std::array<uint8_t, kMaxMaskedWidth> masked;
@@ -129,8 +128,7 @@ void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int
   std::array<Sum, kMaxMaskedWidth> more_work;
   std::fill_n(columns.begin(), width, Sum{0});
   const auto masked_row = [&](int32_t y) {
-    const uint8_t* row = image.row(y);
-    apply(row, mask + (row - image.pixels), masked.data(), width);
+    apply(image.row(y), mask.row(y), masked.data(), width);
     return masked.data();
   };
 
@@ -143,7 +141,7 @@ void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int
     while (first < y - reach) subtract_row(columns.data(), masked_row(first++), width);
 
     const int32_t rows = 2 * reach + 1;
-    uint8_t* out = result + (image.row(y) - image.pixels);
+    uint8_t* out = result.row(y);
     auto at_left = static_cast<int32_t>(columns[0]);
     auto at_right = static_cast<int32_t>(columns[width - 1]);
     for (int32_t x = 0; x < m; ++x) {
@@ -162,16 +160,16 @@ void remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int
   }
 }
 
-bool remove_mask_and_filter(GrayImage image, const uint8_t* mask, int32_t m, int32_t n, int32_t threshold,
-                            ApplyMask apply, uint8_t* result) {
+bool remove_mask_and_filter(GrayImage image, GrayImage mask, GrayImage result, int32_t m, int32_t n,
+                            int32_t threshold, ApplyMask apply) {
   if (image.width > kMaxMaskedWidth) return false;
   if (image.empty()) return true;
   m = std::clamp(m, 0, (image.width - 1) / 2);
   n = std::clamp(n, 0, (image.height - 1) / 2);
   if (is_small(m, n)) {
-    remove_mask_and_filter<uint16_t>(image, mask, m, n, threshold, apply, result);
+    remove_mask_and_filter<uint16_t>(image, mask, result, m, n, threshold, apply);
   } else {
-    remove_mask_and_filter<int32_t>(image, mask, m, n, threshold, apply, result);
+    remove_mask_and_filter<int32_t>(image, mask, result, m, n, threshold, apply);
   }
   return true;
 }
@@ -185,24 +183,24 @@ void NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M,
                      uint32_t threshold, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   if (!fits(image, M, N)) return;
-  filter_whole_windows(image, M, N, threshold, pSum, pResImg);
+  filter_whole_windows(image, {pResImg, width, height}, M, N, threshold, pSum);
 }
 
 bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
                      uint32_t threshold, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
   if (!fits(image, M, N)) return true;
-  return filter_whole_windows(image, M, N, threshold, nullptr, pResImg);
+  return filter_whole_windows(image, {pResImg, width, height}, M, N, threshold, nullptr);
 }
 
 bool NuvBinImgRemoveMskAndFilter(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t M,
                                  int32_t N, int32_t threshold, uint8_t* pResImg) {
-  return remove_mask_and_filter({pBinImg, width, height}, pMskImg, M, N, threshold, apply_complement,
-                                pResImg);
+  return remove_mask_and_filter({pBinImg, width, height}, {pMskImg, width, height}, {pResImg, width, height},
+                                M, N, threshold, apply_complement);
 }
 
 bool NuvBinImgRemoveMskAndFilterUseLUT(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                        int32_t M, int32_t N, int32_t threshold, uint8_t* pResImg) {
-  return remove_mask_and_filter({pBinImg, width, height}, pMskImg, M, N, threshold, apply_upper_half,
-                                pResImg);
+  return remove_mask_and_filter({pBinImg, width, height}, {pMskImg, width, height}, {pResImg, width, height},
+                                M, N, threshold, apply_upper_half);
 }

@@ -100,6 +100,8 @@ using namespace nuv;
 void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                 int32_t maxDistance, uint8_t* pResImg) {
   const GrayImage image{pGryImg, width, height};
+  const GrayImage masks{pMskImg, width, height};
+  const GrayImage result{pResImg, width, height};
   if (image.empty()) return;
   keep_masked(pGryImg, pMskImg, pResImg, image.size());
   if (maxDistance < 1) return;
@@ -112,8 +114,8 @@ void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int32_t widt
   const uint8_t* last = nullptr;  // the last pixel that is not 0 before the present run, in this row or above
   for (int32_t y = 0; y < height; ++y) {
     const uint8_t* row = image.row(y);
-    const uint8_t* mask = pMskImg + (row - pGryImg);
-    uint8_t* out = pResImg + (row - pGryImg);
+    const uint8_t* mask = masks.row(y);
+    uint8_t* out = result.row(y);
     const int32_t* below = rows_below.of(y);
     const int32_t* above = rows_above.get();
     for_black_runs(rows_of(image)[y], [&](int32_t run_first, int32_t run_last) {

@@ -39,7 +39,7 @@ NUV_LOAD_BOUND_ROW_KERNEL void majority_row(const uint8_t* p, std::ptrdiff_t w, 
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = count_around(p, w, 1) >= 5 ? 255 : 0;
 }
 
-void write_majority(GrayImage image, Region region, uint8_t* result) {
+void write_majority(GrayImage image, GrayImage result, Region region) {
   for_rows(image, result, region, [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) {
     majority_row(row, image.width, out, n);
   });
@@ -149,20 +149,22 @@ Region window_rows(int32_t y, int32_t n, int32_t height) {
 using namespace nuv;
 
 void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  clear_sides({pResImg, width, height});
   const GrayImage image{pBinImg, width, height};
-  write_majority(image, image.interior(), pResImg);
+  const GrayImage result{pResImg, width, height};
+  clear_sides(result);
+  write_majority(image, result, image.interior());
 }
 
 void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                            int32_t y1, int32_t y2, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
-  write_majority(image, image.interior().intersected({x1, x2, y1, y2}), pResImg);
+  write_majority(image, {pResImg, width, height}, image.interior().intersected({x1, x2, y1, y2}));
 }
 
 void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N, double ratioX,
                         double ratioY, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
+  const GrayImage result{pResImg, width, height};
   if (image.empty()) return;
   MovingRows sums(image);
   if (!sums.allocated()) return;
@@ -172,20 +174,20 @@ void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t
     if ((m < 1 && n < 1) || m > (width - 1) / 2) continue;
     m = std::max(m, 0);
     n = std::clamp(n, 0, height);
-    uint8_t* out = pResImg + (image.row(y) - pBinImg);
 
     const Region window = window_rows(y, n, height);
     sums.move_to(window.y1, window.y2);
     const int32_t* prefix = sums.prefix();
     const int32_t half_white = window.rows() * (2 * m + 1) * 127;
-    threshold_windows(prefix, 2 * m + 1, half_white, out + m, width - 2 * m - 1);
-    majority_at_sides(image.row(y), width, m, out);
+    threshold_windows(prefix, 2 * m + 1, half_white, result.at(m, y), width - 2 * m - 1);
+    majority_at_sides(image.row(y), width, m, result.row(y));
   }
 }
 
 void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int32_t height,
                                             uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
+  const GrayImage result{pResImg, width, height};
   fill_bytes(pResImg, 0, image.size());
   const Region looked_at = image.interior(2);
   if (image.empty() || looked_at.empty()) return;
@@ -193,13 +195,13 @@ void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int
   // considered. So only the pixels on both sides of the region's border are tested.
   const Region interior = image.interior();
   const Region unasked = image.interior(3);
-  for_rows(image, pResImg, interior,
+  for_rows(image, result, interior,
            [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) { four_white_row(row, width, out, n); });
   for (int32_t y = interior.y1; y <= interior.y2; ++y) {
     for (int32_t x = interior.x1; x <= interior.x2; ++x) {
       if (unasked.contains(x, y)) x = unasked.x2 + 1;
-      uint8_t& result = pResImg[image.at(x, y) - pBinImg];
-      if (result != 0 && !is_looked_at(image, looked_at, x, y)) result = 0;
+      uint8_t& value = *result.at(x, y);
+      if (value != 0 && !is_looked_at(image, looked_at, x, y)) value = 0;
     }
   }
 }
@@ -207,15 +209,16 @@ void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int
 int32_t NuvThresholdAndMedFilter3x3(uint8_t* pGryImg, int32_t width, int32_t height, int32_t threshold,
                                     uint8_t* pResImg) {
   const GrayImage image{pGryImg, width, height};
+  const GrayImage result{pResImg, width, height};
   if (image.empty()) return 0;
-  clear_sides({pResImg, width, height});
+  clear_sides(result);
   for (int32_t y = 1; y < height - 1 && width > 2; ++y) {
-    const uint8_t* row = image.at(1, y);
-    uint8_t* out = pResImg + (row - pGryImg);
+    uint8_t* out = result.at(1, y);
     if (threshold > 255) {
       std::memset(out, 0, static_cast<std::size_t>(width - 2));
     } else {
-      threshold_and_majority_row(row, width, static_cast<uint8_t>(std::max(threshold, 0)), out, width - 2);
+      threshold_and_majority_row(image.at(1, y), width, static_cast<uint8_t>(std::max(threshold, 0)), out,
+                                 width - 2);
     }
   }
   return NuvPixelsInGryImg(pResImg, width, height, 255);

@@ -151,13 +151,15 @@ enum class Rows { kOfSource, kOfResult };
 // Changes the neighbours of the visited pixels that grow. Visited pixels must lie in the image, but not in its
 // first row or its first or last column. Result and source may be the same image, because rows are packed two
 // blocks before they are changed.
-void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Growth& growth) {
+void grow(GrayImage source, GrayImage result, Region visited, Rows rows, const Growth& growth) {
   if (visited.empty()) return;
   const Region grown = Region{visited.x1 - 1, visited.x2 + 1, visited.y1 - 1, visited.y2 + 1}.clamped_to(
       source.width, source.height);
   const int32_t blocks = (grown.rows() - 1) / kPacked + 1;
   const auto row_of = [=](std::ptrdiff_t block, int32_t bit) { return grown.y1 + block * kPacked + bit; };
-  const auto pixels_at = [=](std::ptrdiff_t y) { return source.pixels + y * source.width; };
+  const auto pixel = [](GrayImage image, std::ptrdiff_t x, std::ptrdiff_t y) {
+    return image.pixels + y * image.width + x;
+  };
   StripRow absent;  // stands for rows below the last one; no pixel has the value
   absent.fill(growth.value ^ 255);
   Blocks seen;
@@ -178,7 +180,7 @@ void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Gr
       RowsToPack to_pack;
       for (int32_t bit = 0; bit < kPacked; ++bit) {
         const std::ptrdiff_t y = row_of(block, bit);
-        to_pack[bit] = y <= grown.y2 ? pixels_at(y) + first - 1 : absent.data();
+        to_pack[bit] = y <= grown.y2 ? pixel(source, first - 1, y) : absent.data();
       }
       pack(to_pack, growth.value, seen.of(block) + place - 1, count + 2);
     };
@@ -200,8 +202,8 @@ void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Gr
     const auto change_rows = [&](int32_t block) {
       growing.find_beside(block, 2, n, changed.data());
       for (int32_t bit = 0; bit < kPacked && row_of(block, bit) <= grown.y2; ++bit) {
-        const uint8_t* from = pixels_at(row_of(block, bit)) + strip;
-        uint8_t* to = result + (from - source.pixels);
+        const uint8_t* from = pixel(source, strip, row_of(block, bit));
+        uint8_t* to = pixel(result, strip, row_of(block, bit));
         if (rows == Rows::kOfResult) {
           std::memcpy(held.data(), to, static_cast<std::size_t>(n));
           from = held.data();
@@ -218,7 +220,7 @@ void grow(GrayImage source, uint8_t* result, Region visited, Rows rows, const Gr
 }
 
 // Only the copy is confined to the region. The column right of it and the row below it are visited, too.
-void grow_region(GrayImage source, uint8_t* result, Region region, const Growth& growth) {
+void grow_region(GrayImage source, GrayImage result, Region region, const Growth& growth) {
   if (source.empty()) return;
   region = region.clamped_to(source.width, source.height);
   for_rows(source, result, region, [](const uint8_t* from, uint8_t* to, std::ptrdiff_t n) {
@@ -232,13 +234,13 @@ void grow_region(GrayImage source, uint8_t* result, Region region, const Growth&
 }
 
 void grow_to_color(GrayImage image, uint8_t color, const Growth& growth) {
-  grow(image, image.pixels, image.interior(), Rows::kOfResult, growth);
+  grow(image, image, image.interior(), Rows::kOfResult, growth);
   replace_mark(image.pixels, image.size(), color);
 }
 
-void grow_whole(GrayImage source, uint8_t* result, const Growth& growth) {
+void grow_whole(GrayImage source, GrayImage result, const Growth& growth) {
   if (source.interior().empty()) {
-    copy_bytes(result, source.pixels, source.size());
+    copy_bytes(result.pixels, source.pixels, source.size());
   } else {
     grow(source, result, source.interior(), Rows::kOfSource, growth);
   }
@@ -250,12 +252,12 @@ void grow_whole(GrayImage source, uint8_t* result, const Growth& growth) {
 using namespace nuv;
 
 void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  grow_whole({pBinImg, width, height}, pResImg, kBlackBesideBlack);
+  grow_whole({pBinImg, width, height}, {pResImg, width, height}, kBlackBesideBlack);
 }
 
 void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                            int32_t y1, int32_t y2, uint8_t* pResImg) {
-  grow_region({pBinImg, width, height}, pResImg, {x1, x2, y1, y2}, kBlackBesideBlack);
+  grow_region({pBinImg, width, height}, {pResImg, width, height}, {x1, x2, y1, y2}, kBlackBesideBlack);
 }
 
 void NuvBinImgMinFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color) {
@@ -263,12 +265,12 @@ void NuvBinImgMinFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t heigh
 }
 
 void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  grow_whole({pBinImg, width, height}, pResImg, kWhiteBesideBlack);
+  grow_whole({pBinImg, width, height}, {pResImg, width, height}, kWhiteBesideBlack);
 }
 
 void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                            int32_t y1, int32_t y2, uint8_t* pResImg) {
-  grow_region({pBinImg, width, height}, pResImg, {x1, x2, y1, y2}, kWhiteBesideBlack);
+  grow_region({pBinImg, width, height}, {pResImg, width, height}, {x1, x2, y1, y2}, kWhiteBesideBlack);
 }
 
 void NuvBinImgMaxFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color) {

@@ -188,15 +188,10 @@ NUV_ROW_KERNEL void find_starts(const uint8_t* row, uint8_t* NUV_RESTRICT starts
 
 // ---- kept ----
 
-// The line of the result at the same place as a line of the source.
-Line same_place(Line line, const GrayImage& source, uint8_t* result) {
-  return {result + (line.start - source.pixels), line.count, line.stride};
-}
-
-void mark_short_columns(GrayImage image, Region region, int32_t threshold, int32_t max_length,
-                        uint8_t* result) {
+void mark_short_columns(GrayImage image, GrayImage result, Region region, int32_t threshold,
+                        int32_t max_length) {
   const Lines columns = columns_of(image, region);
-  const Lines result_columns = columns_of({result, image.width, image.height}, region);
+  const Lines result_columns = columns_of(result, region);
   ColumnStrip pixels(columns);
   ColumnStrip marks(result_columns);
   for (int32_t x = 0; x < columns.count; x += kStripColumns) {
@@ -222,29 +217,27 @@ uint8_t first_level(Line levels, int32_t first, int32_t last) {
   return 0;
 }
 
+// Writes the levels of the runs of lines that cover an image. levels are the lines of the result.
+//
 // A long run has level 1. A short run has the level of the first run that it touches in the line before it,
 // plus 1, if that is not above max_level. A first pass goes through the lines in rising order. A second pass
 // goes back and overwrites the levels of the first.
-void keep_connected_runs(GrayImage image, Lines lines, int32_t min_length, int32_t max_level,
-                         uint8_t* result) {
+void keep_connected_runs(Lines lines, int32_t min_length, int32_t max_level, GrayImage result, Lines levels) {
   max_level = std::min(max_level, kMaxLevel);
   const auto set_levels = [=](int32_t i, int32_t before) {
-    const Line line = lines[i];
-    const Line levels = same_place(line, image, result);
-    const Line levels_before = same_place(lines[before], image, result);
-    for_white_runs(line, [=](int32_t first, int32_t last) {
+    for_white_runs(lines[i], [=](int32_t first, int32_t last) {
       if (last - first + 1 >= min_length) {
-        levels.fill(first, last, 1);
+        levels[i].fill(first, last, 1);
         return;
       }
-      const uint8_t level = first_level(levels_before, first, last);
-      if (level != 0 && level < max_level) levels.fill(first, last, static_cast<uint8_t>(level + 1));
+      const uint8_t level = first_level(levels[before], first, last);
+      if (level != 0 && level < max_level) levels[i].fill(first, last, static_cast<uint8_t>(level + 1));
     });
   };
-  fill_bytes(result, 0, image.size());
+  fill_bytes(result.pixels, 0, result.size());
   for (int32_t i = 1; i < lines.count; ++i) set_levels(i, i - 1);
   for (int32_t i = lines.count - 2; i >= 0; --i) set_levels(i, i + 1);
-  NuvThreshold(result, image.width, image.height, 1);
+  NuvThreshold(result.pixels, result.width, result.height, 1);
 }
 
 }  // namespace
@@ -347,6 +340,7 @@ void NuvBinImgMarkMinOfRLXandRLY(uint8_t* pBinImg, int32_t width, int32_t height
 void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t height, int32_t X,
                          uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
+  const GrayImage result{pResImg, width, height};
   if (image.empty()) return;
   const int32_t half = std::clamp((((X + 1) / 2) * 2 + 1) / 2, 0, (width - 1) / 2);
   // Results are low bytes of counts, so bytes suffice for the sums. The work space has room for four rows of
@@ -354,7 +348,7 @@ void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t
   uint8_t* starts = reinterpret_cast<uint8_t*>(pBuf);
   for (int32_t y = 0; y < height; ++y) {
     const uint8_t* row = image.row(y);
-    uint8_t* out = pResImg + (row - pBinImg);
+    uint8_t* out = result.row(y);
     starts[0] = 0;
     find_starts(row + 1, starts + 1, width - 1);
 
@@ -381,12 +375,13 @@ void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t
 void NuvRLXWhiteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minTop, int32_t minBottom,
                      uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
-  const Lines inner = rows_of(image, {1, width - 2, 1, height - 2});
+  const Region interior{1, width - 2, 1, height - 2};
+  const Lines inner = rows_of(image, interior);
+  const Lines marks = rows_of({pResImg, width, height}, interior);
   for (int32_t i = 0; i < inner.count; ++i) {
     const int32_t min_length = limit_at(i + 1, height - 1, minTop, minBottom);
-    const Line marks = same_place(inner[i], image, pResImg);
     for_white_runs(inner[i], [=](int32_t first, int32_t last) {
-      if (last - first + 1 >= min_length) marks.fill(first, last, 255);
+      if (last - first + 1 >= min_length) marks[i].fill(first, last, 255);
     });
   }
 }
@@ -394,7 +389,7 @@ void NuvRLXWhiteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t mi
 void NuvRLYWhiteShort(uint8_t* pGryImg, int32_t width, int32_t height, int32_t threshold, int32_t maxLength,
                       uint8_t* pResImg) {
   const GrayImage image{pGryImg, width, height};
-  mark_short_columns(image, image.whole(), threshold, maxLength, pResImg);
+  mark_short_columns(image, {pResImg, width, height}, image.whole(), threshold, maxLength);
 }
 
 bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,
@@ -404,13 +399,14 @@ bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t
   const GrayImage thin{pTmpImg, width, height};
   fill_bytes(pTmpImg, 0, image.size());
   // The last column and the first row have no strokes.
-  mark_short_columns(image, {0, width - 2, 0, height - 1}, threshold, maxLength, pTmpImg);
-  const Lines rows = rows_of(thin, {0, width - 1, 1, height - 1});
+  mark_short_columns(image, thin, {0, width - 2, 0, height - 1}, threshold, maxLength);
+  const Region below_first{0, width - 1, 1, height - 1};
+  const Lines rows = rows_of(thin, below_first);
+  const Lines marks = rows_of({pResImg, width, height}, below_first);
   for (int32_t i = 0; i < rows.count; ++i) {
     const int32_t min_length = limit_at(i + 1, height, minTop, minBottom);
-    const Line marks = same_place(rows[i], thin, pResImg);
     for_white_runs(rows[i], [=](int32_t first, int32_t last) {
-      if (last - first + 1 >= min_length) marks.fill(first, last, 255);
+      if (last - first + 1 >= min_length) marks[i].fill(first, last, 255);
     });
   }
   return true;
@@ -419,23 +415,25 @@ bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t
 void NuvRLXDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                             int32_t maxLevel, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
+  const GrayImage result{pResImg, width, height};
   clear_sides(image);
-  keep_connected_runs(image, rows_of(image), minLength, maxLevel, pResImg);
+  keep_connected_runs(rows_of(image), minLength, maxLevel, result, rows_of(result));
 }
 
 void NuvRLYDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                             int32_t maxLevel, uint8_t* pResImg) {
   const GrayImage image{pBinImg, width, height};
+  const GrayImage result{pResImg, width, height};
   clear_sides(image);
   const int64_t pixels = image.size();
   const Buffer<uint8_t> turned = allocate<uint8_t>(2 * pixels);
   if (image.empty() || !turned) {
-    keep_connected_runs(image, columns_of(image), minLength, maxLevel, pResImg);
+    keep_connected_runs(columns_of(image), minLength, maxLevel, result, columns_of(result));
     return;
   }
   const GrayImage columns{turned.get(), height, width};
-  uint8_t* kept = turned.get() + pixels;
+  const GrayImage kept{turned.get() + pixels, height, width};
   Transposition{{pBinImg, width}, {columns.pixels, height}}.move_all<1>(width, height);
-  keep_connected_runs(columns, rows_of(columns), minLength, maxLevel, kept);
-  Transposition{{kept, height}, {pResImg, width}}.move_all<1>(height, width);
+  keep_connected_runs(rows_of(columns), minLength, maxLevel, kept, rows_of(kept));
+  Transposition{{kept.pixels, height}, {pResImg, width}}.move_all<1>(height, width);
 }

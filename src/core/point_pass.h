@@ -29,11 +29,10 @@ void for_rows(GrayImage image, Region region, RowMap row_map) {
 // Applies row_map(pixels, results, count) to each row of a region, which must lie in the image. results is
 // the same place in a result of the image's size.
 template <class RowMap>
-void for_rows(GrayImage image, uint8_t* result, Region region, RowMap row_map) {
+void for_rows(GrayImage image, GrayImage result, Region region, RowMap row_map) {
   if (image.empty() || region.empty()) return;
   for (int32_t y = region.y1; y <= region.y2; ++y) {
-    uint8_t* row = image.at(region.x1, y);
-    row_map(row, result + (row - image.pixels), static_cast<std::ptrdiff_t>(region.columns()));
+    row_map(image.at(region.x1, y), result.at(region.x1, y), static_cast<std::ptrdiff_t>(region.columns()));
   }
 }
 

@@ -38,31 +38,29 @@ NUV_ROW_KERNEL void mark_by_neighbours(const uint8_t* p, std::ptrdiff_t w, uint8
   }
 }
 
-constexpr std::ptrdiff_t kSpan = 1024;
+constexpr int32_t kSpan = 1024;
 
-// Calls write(pixels, index of the first pixel in the image, out, n) for spans of the interior and copies out
-// over the span. Spans before it already hold their new pixels, so write() may use only those
-// properties of neighbouring pixels that rewriting does not change.
+// Calls write(x, y, out, n) for spans of n pixels of the interior, which begin at (x, y), and copies out over
+// the span. Spans before it already hold their new pixels, so write() may use only those properties of
+// neighbouring pixels that rewriting does not change.
 template <class Write>
 void rewrite_interior(GrayImage image, Write write) {
   const Region interior = image.interior();
   uint8_t out[kSpan];
   for (int32_t y = interior.y1; y <= interior.y2; ++y) {
-    for (std::ptrdiff_t x = interior.x1; x <= interior.x2; x += kSpan) {
-      const std::ptrdiff_t n = std::min(kSpan, interior.x2 + 1 - x);
-      uint8_t* pixels = image.row(y) + x;
-      write(pixels, pixels - image.pixels, out, n);
-      std::memcpy(pixels, out, static_cast<std::size_t>(n));
+    for (int32_t x = interior.x1; x <= interior.x2; x += std::min(kSpan, interior.x2 + 1 - x)) {
+      const int32_t n = std::min(kSpan, interior.x2 + 1 - x);
+      write(x, y, out, n);
+      std::memcpy(image.at(x, y), out, static_cast<std::size_t>(n));
     }
   }
 }
 
 // A mark is not 0, so it does not change the counts of the pixels around it.
 void mark_interior(GrayImage image, uint8_t least, uint8_t most, uint8_t mark) {
-  rewrite_interior(image,
-                   [=](const uint8_t* pixels, std::ptrdiff_t /*place*/, uint8_t* out, std::ptrdiff_t n) {
-                     mark_by_neighbours(pixels, image.width, least, most, mark, out, n);
-                   });
+  rewrite_interior(image, [=](int32_t x, int32_t y, uint8_t* out, std::ptrdiff_t n) {
+    mark_by_neighbours(image.at(x, y), image.width, least, most, mark, out, n);
+  });
 }
 
 NUV_ROW_KERNEL void delete_marked(uint8_t* pixels, std::ptrdiff_t n) {
@@ -162,19 +160,19 @@ bool is_between_first_end_points(GrayImage edges, int32_t x, int32_t y, int32_t 
   return false;
 }
 
-void mark_gaps_by_scanning(GrayImage edges, const uint8_t* mask, int32_t reach) {
+void mark_gaps_by_scanning(GrayImage edges, GrayImage mask, int32_t reach) {
   const Region inner = edges.interior(reach);
   for (int32_t y = inner.y1; y <= inner.y2; ++y) {
     for (int32_t x = inner.x1; x <= inner.x2; ++x) {
-      uint8_t* p = edges.at(x, y);
-      const bool is_candidate = mask[p - edges.pixels] != 0 && *p == 0;
-      if (is_candidate && is_between_first_end_points(edges, x, y, reach)) *p = kGap;
+      uint8_t& pixel = *edges.at(x, y);
+      const bool is_candidate = *mask.at(x, y) != 0 && pixel == 0;
+      if (is_candidate && is_between_first_end_points(edges, x, y, reach)) pixel = kGap;
     }
   }
 }
 
 // Marking a gap changes no end point, so the order of the pixels does not matter.
-void mark_gaps(GrayImage edges, const uint8_t* mask, int32_t reach) {
+void mark_gaps(GrayImage edges, GrayImage mask, int32_t reach) {
   const Region inner = edges.interior(reach);
   if (inner.empty()) return;
   HalfWindow upper(edges.width);
@@ -201,11 +199,11 @@ void mark_gaps(GrayImage edges, const uint8_t* mask, int32_t reach) {
     upper.sum_up(edges.width);
     lower.sum_up(edges.width);
     for (std::ptrdiff_t first = inner.x1; first <= inner.x2; first += kSpan) {
-      const std::ptrdiff_t n = std::min(kSpan, inner.x2 + 1 - first);
+      const std::ptrdiff_t n = std::min<std::ptrdiff_t>(kSpan, inner.x2 + 1 - first);
       uint8_t* row = edges.row(y) + first;
       const uint32_t* above = upper.before.get() + first;
       const uint32_t* below = lower.before.get() + first;
-      find_gaps(row, mask + (row - edges.pixels), above, below, reach, gaps, n);
+      find_gaps(row, mask.row(y) + first, above, below, reach, gaps, n);
       for (std::ptrdiff_t x = 0; may_overflow && x < n; ++x) {
         if (gaps[x] == 0) continue;
         const uint32_t in_window =
@@ -251,10 +249,11 @@ void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int32_t width
                               int32_t minGrd) {
   if (minGrd <= 0) return;
   const auto least = static_cast<int16_t>(std::min(minGrd, kMostGradient + 1));
-  rewrite_interior({pEdgeImg, width, height},
-                   [=](const uint8_t* edges, std::ptrdiff_t place, uint8_t* out, std::ptrdiff_t n) {
-                     keep_strong(edges, pGryImg + place, width, least, out, n);
-                   });
+  const GrayImage edges{pEdgeImg, width, height};
+  const GrayImage gray{pGryImg, width, height};
+  rewrite_interior(edges, [=](int32_t x, int32_t y, uint8_t* out, std::ptrdiff_t n) {
+    keep_strong(edges.at(x, y), gray.at(x, y), width, least, out, n);
+  });
 }
 
 void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t gapLength) {
@@ -262,5 +261,5 @@ void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width, int32_t 
   mark_interior(edges, 0, 1, kEndPoint);
   const int32_t reach = gapLength / 2 + 1;
   if (reach < 1) return;  // the windows are empty
-  mark_gaps(edges, pMskImg, reach);
+  mark_gaps(edges, {pMskImg, width, height}, reach);
 }

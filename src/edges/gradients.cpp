@@ -143,7 +143,7 @@ NUV_ROW_KERNEL void prewitt_0_5x5_row(const uint8_t* p, std::ptrdiff_t w, uint8_
 using RowKernel = void(const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::ptrdiff_t n);
 
 // Writes the region of the result, which must lie in the interior.
-void write_region(GrayImage source, uint8_t* result, Region region, RowKernel kernel) {
+void write_region(GrayImage source, GrayImage result, Region region, RowKernel kernel) {
   for_rows(source, result, region,
            [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) { kernel(row, source.width, out, n); });
 }
@@ -151,19 +151,19 @@ void write_region(GrayImage source, uint8_t* result, Region region, RowKernel ke
 // Writes the interior as one run from its first pixel to its last, so that the kernel starts once per image
 // and not once per row. The run crosses the border between two rows; clear_band() zeroes what it wrote there.
 // A short head brings the results of the long call to an aligned address.
-void write_interior(GrayImage source, uint8_t* result, int32_t band, RowKernel kernel) {
+void write_interior(GrayImage source, GrayImage result, int32_t band, RowKernel kernel) {
   constexpr std::ptrdiff_t kAlignment = 64;
   const Region inner = source.interior(band);
   if (!source.empty() && !inner.empty()) {
-    const std::ptrdiff_t first = source.at(inner.x1, inner.y1) - source.pixels;
-    const std::ptrdiff_t n = source.at(inner.x2, inner.y2) - source.pixels - first + 1;
-    const auto misaligned =
-        static_cast<std::ptrdiff_t>(-reinterpret_cast<uintptr_t>(result + first) % kAlignment);
+    const uint8_t* first = source.at(inner.x1, inner.y1);
+    uint8_t* out = result.at(inner.x1, inner.y1);
+    const std::ptrdiff_t n = source.at(inner.x2, inner.y2) - first + 1;
+    const auto misaligned = static_cast<std::ptrdiff_t>(-reinterpret_cast<uintptr_t>(out) % kAlignment);
     const std::ptrdiff_t head = std::min(misaligned, n);
-    kernel(source.pixels + first, source.width, result + first, head);
-    kernel(source.pixels + first + head, source.width, result + first + head, n - head);
+    kernel(first, source.width, out, head);
+    kernel(first + head, source.width, out + head, n - head);
   }
-  clear_band({result, source.width, source.height}, band);
+  clear_band(result, band);
 }
 
 // Calls write(p, offset, n) for each interior row: p points to its first interior byte in the source, offset
@@ -184,11 +184,11 @@ void for_interior_rows(RgbImage source, Write write) {
 using namespace nuv;
 
 void NuvRobert(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 1, robert_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 1, robert_row);
 }
 
 void NuvRobertByMask(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 1,
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 1,
                  [](const uint8_t* p, std::ptrdiff_t w, uint8_t* out, std::ptrdiff_t n) {
                    robert_sum_row(p, 1, w, out, n);
                  });
@@ -218,39 +218,40 @@ void NuvRobertRGBImage2RGBRobert(uint8_t* pRGBImg, int32_t width, int32_t height
 }
 
 void NuvGryImgSobel(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 1, sobel_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 1, sobel_row);
 }
 
 void NuvGryImgSobel90Just(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 1, sobel_90_just_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 1, sobel_90_just_row);
 }
 
 void NuvGryImgSobel0Just(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 1, sobel_0_just_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 1, sobel_0_just_row);
 }
 
 void NuvGryImgSobel0(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 1, sobel_0_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 1, sobel_0_row);
 }
 
 void NuvGryImgSobel90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 1, sobel_90_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 1, sobel_90_row);
 }
 
 void NuvGradient5x5ByPrewitt0_90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 2, prewitt_0_90_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 2, prewitt_0_90_row);
 }
 
 void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 2, prewitt_90_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 2, prewitt_90_row);
 }
 
 void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                   int32_t y2, uint8_t* pResImg) {
   const GrayImage image{pGryImg, width, height};
-  write_region(image, pResImg, image.interior(2).intersected({x1, x2, y1, y2}), prewitt_90_row);
+  write_region(image, {pResImg, width, height}, image.interior(2).intersected({x1, x2, y1, y2}),
+               prewitt_90_row);
 }
 
 void NuvGradient0ByPrewitt5x5(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  write_interior({pGryImg, width, height}, pResImg, 2, prewitt_0_5x5_row);
+  write_interior({pGryImg, width, height}, {pResImg, width, height}, 2, prewitt_0_5x5_row);
 }

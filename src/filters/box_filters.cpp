@@ -110,7 +110,7 @@ void write_growing(const Sum* columns, const uint32_t* multipliers, int32_t coun
 
 // A window that does not fit shrinks equally on both sides and stays centred.
 template <int Channels, class Sum>
-bool average_shrinking(Image<Channels> source, uint8_t* result, Window window,
+bool average_shrinking(Image<Channels> source, Image<Channels> result, Window window,
                        uint32_t (*multiplier)(int64_t)) {
   const auto [m, n] = window;
   WindowSums<Channels, Sum> sums(source, m);
@@ -123,7 +123,7 @@ bool average_shrinking(Image<Channels> source, uint8_t* result, Window window,
     if (rows < n || y == n) {
       for (int32_t x = 0; x <= m; ++x) multipliers[x] = multiplier(Window{x, rows}.area());
     }
-    uint8_t* out = result + (source.row(y) - source.pixels);
+    uint8_t* out = result.row(y);
     const std::ptrdiff_t last_pixel = static_cast<std::ptrdiff_t>(source.width - 1) * Channels;
     for (int c = 0; c < Channels; ++c) {
       write_growing<Channels>(sums.columns() + c, multipliers.get(), m, out + c);
@@ -144,12 +144,11 @@ bool average_shrinking(Image<Channels> source, uint8_t* result, Window window,
 }
 
 template <int Channels>
-bool average_shrinking(uint8_t* pixels, int32_t width, int32_t height, int32_t M, int32_t N, uint8_t* result,
+bool average_shrinking(Image<Channels> source, Image<Channels> result, int32_t M, int32_t N,
                        uint32_t (*multiplier)(int64_t)) {
-  const Image<Channels> source{pixels, width, height};
   if (source.empty()) return true;
   // No centred window reaches farther than half of the image.
-  const Window window{std::clamp(M, 0, (width - 1) / 2), std::clamp(N, 0, (height - 1) / 2)};
+  const Window window{std::clamp(M, 0, (source.width - 1) / 2), std::clamp(N, 0, (source.height - 1) / 2)};
   return with_sums_for(window, [=](auto sum) {
     return average_shrinking<Channels, decltype(sum)>(source, result, window, multiplier);
   });
@@ -182,20 +181,19 @@ void copy_row(Image<Channels> image, int32_t from, int32_t to) {
 }
 
 template <int Channels>
-bool average_replicating(uint8_t* pixels, int32_t width, int32_t height, Window window, uint8_t* result) {
-  const Image<Channels> source{pixels, width, height};
-  const Image<Channels> target{result, width, height};
+bool average_replicating(Image<Channels> source, Image<Channels> result, Window window) {
   if (source.empty()) return true;
   const auto [m, n] = window;
-  if (m <= (width - 1) / 2 && n <= (height - 1) / 2) {
+  const int32_t height = source.height;
+  if (m <= (source.width - 1) / 2 && n <= (height - 1) / 2) {
     const bool done = with_sums_for(window, [=](auto sum) {
-      return average_full_windows<Channels, decltype(sum)>(source, target, window);
+      return average_full_windows<Channels, decltype(sum)>(source, result, window);
     });
     if (!done) return false;
   }
   const int32_t rows = std::min(n, height);
-  for (int32_t i = 0; i < rows; ++i) copy_row(target, n, i);
-  for (int32_t i = 0; i < rows; ++i) copy_row(target, height - n - 1, height - n + i);
+  for (int32_t i = 0; i < rows; ++i) copy_row(result, n, i);
+  for (int32_t i = 0; i < rows; ++i) copy_row(result, height - n - 1, height - n + i);
   return true;
 }
 
@@ -219,42 +217,44 @@ using namespace nuv;
 
 void NuvGryAverageFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                          uint8_t* pResImg) {
-  average_shrinking<1>(pGryImg, width, height, M, N, pResImg, reciprocal);
+  average_shrinking<1>({pGryImg, width, height}, {pResImg, width, height}, M, N, reciprocal);
 }
 
 bool NuvGryAverageFilterFast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                              uint8_t* pResImg) {
   return within_limits(width, M, N) &&
-         average_shrinking<1>(pGryImg, width, height, M, N, pResImg, reciprocal_below_limit);
+         average_shrinking<1>({pGryImg, width, height}, {pResImg, width, height}, M, N,
+                              reciprocal_below_limit);
 }
 
 bool NuvGryAverageFilterFastNonBoundary(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                         uint8_t* pResImg) {
-  return width <= kMaxWidth &&
-         average_replicating<1>(pGryImg, width, height, {std::max(M, 0), std::max(N, 0)}, pResImg);
+  return width <= kMaxWidth && average_replicating<1>({pGryImg, width, height}, {pResImg, width, height},
+                                                      {std::max(M, 0), std::max(N, 0)});
 }
 
 void NuvGryAverageFilterByX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, uint8_t* pResImg) {
-  average_replicating<1>(pGryImg, width, height, {absolute(M), 0}, pResImg);
+  average_replicating<1>({pGryImg, width, height}, {pResImg, width, height}, {absolute(M), 0});
 }
 
 void NuvGryAverageFilterByY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t N, uint8_t* pResImg) {
-  average_replicating<1>(pGryImg, width, height, {0, absolute(N)}, pResImg);
+  average_replicating<1>({pGryImg, width, height}, {pResImg, width, height}, {0, absolute(N)});
 }
 
 void NuvRGBAverageFilter(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
                          uint8_t* pResImg) {
-  average_shrinking<3>(pRGBImg, width, height, M, N, pResImg, reciprocal);
+  average_shrinking<3>({pRGBImg, width, height}, {pResImg, width, height}, M, N, reciprocal);
 }
 
 bool NuvRGBAverageFilterFast(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
                              uint8_t* pResImg) {
   return within_limits(width, M, N) &&
-         average_shrinking<3>(pRGBImg, width, height, M, N, pResImg, reciprocal_below_limit);
+         average_shrinking<3>({pRGBImg, width, height}, {pResImg, width, height}, M, N,
+                              reciprocal_below_limit);
 }
 
 bool NuvRGBAverageFilterFastNonBoundary(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                         uint8_t* pResImg) {
-  return width <= kMaxWidth &&
-         average_replicating<3>(pRGBImg, width, height, {std::max(M, 0), std::max(N, 0)}, pResImg);
+  return width <= kMaxWidth && average_replicating<3>({pRGBImg, width, height}, {pResImg, width, height},
+                                                      {std::max(M, 0), std::max(N, 0)});
 }

@@ -48,12 +48,12 @@ void fold(At at, uint8_t* out, std::ptrdiff_t n) {
 }
 
 template <class Extreme, int Places>
-void along_rows(GrayImage source, uint8_t* result) {
+void along_rows(GrayImage source, GrayImage result) {
   constexpr int32_t kReach = Places / 2;
   if (source.empty()) return;
   // The image is processed as one long row. Pixels whose window crossed into another row are then rewritten.
   if (source.size() >= Places) {
-    fold<Extreme, Places>([=](int i) { return source.pixels + i; }, result + kReach,
+    fold<Extreme, Places>([=](int i) { return source.pixels + i; }, result.pixels + kReach,
                           source.size() - 2 * kReach);
   }
   const auto write = [=](int32_t x, int32_t y) {
@@ -61,7 +61,7 @@ void along_rows(GrayImage source, uint8_t* result) {
     for (int32_t i = std::max(x - kReach, 0); i <= std::min(x + kReach, source.width - 1); ++i) {
       value = Extreme{}(value, *source.at(i, y));
     }
-    result[source.at(x, y) - source.pixels] = value;
+    *result.at(x, y) = value;
   };
   for (int32_t y = 0; y < source.height; ++y) {
     for (int32_t x = 0; x < std::min(kReach, source.width); ++x) write(x, y);
@@ -71,11 +71,11 @@ void along_rows(GrayImage source, uint8_t* result) {
 
 // The window of row y starts at row y + first. Rows after last_row are not read.
 template <class Extreme, int Places>
-void along_columns(GrayImage source, int32_t first, int32_t last_row, uint8_t* result) {
+void along_columns(GrayImage source, int32_t first, int32_t last_row, GrayImage result) {
   if (source.empty()) return;
   for (int32_t y = 0; y < source.height; ++y) {
     const auto row = [=](int i) { return source.row(std::clamp(y + first + i, 0, last_row)); };
-    fold<Extreme, Places>(row, result + (source.row(y) - source.pixels), source.width);
+    fold<Extreme, Places>(row, result.row(y), source.width);
   }
 }
 
@@ -85,33 +85,33 @@ void along_columns(GrayImage source, int32_t first, int32_t last_row, uint8_t* r
 using namespace nuv;
 
 void NuvGryImgMaxFilter3xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_rows<Greatest, 3>({pGryImg, width, height}, pResImg);
+  along_rows<Greatest, 3>({pGryImg, width, height}, {pResImg, width, height});
 }
 
 void NuvGryImgMaxFilter5xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_rows<Greatest, 5>({pGryImg, width, height}, pResImg);
+  along_rows<Greatest, 5>({pGryImg, width, height}, {pResImg, width, height});
 }
 
 void NuvGryImgMaxFilter3xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_columns<Greatest, 3>({pGryImg, width, height}, -1, height - 1, pResImg);
+  along_columns<Greatest, 3>({pGryImg, width, height}, -1, height - 1, {pResImg, width, height});
 }
 
 void NuvGryImgMaxFilter5xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_columns<Greatest, 5>({pGryImg, width, height}, -2, height - 1, pResImg);
+  along_columns<Greatest, 5>({pGryImg, width, height}, -2, height - 1, {pResImg, width, height});
 }
 
 void NuvGryImgMinFilter3xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_rows<Least, 3>({pGryImg, width, height}, pResImg);
+  along_rows<Least, 3>({pGryImg, width, height}, {pResImg, width, height});
 }
 
 void NuvGryImgMinFilter5xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_rows<Least, 5>({pGryImg, width, height}, pResImg);
+  along_rows<Least, 5>({pGryImg, width, height}, {pResImg, width, height});
 }
 
 void NuvGryImgMinFilter3xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_columns<Least, 3>({pGryImg, width, height}, -1, height - 1, pResImg);
+  along_columns<Least, 3>({pGryImg, width, height}, -1, height - 1, {pResImg, width, height});
 }
 
 void NuvGryImgMinFilter5xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
-  along_columns<Least, 5>({pGryImg, width, height}, -3, std::max(height - 2, 0), pResImg);
+  along_columns<Least, 5>({pGryImg, width, height}, -3, std::max(height - 2, 0), {pResImg, width, height});
 }

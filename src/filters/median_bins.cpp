@@ -226,7 +226,7 @@ class Strip {
 
 // Writes the medians of rows y1..y2 of a strip, whose first window starts at column x.
 template <class Count>
-void write_strip(Strip<Count>& strip, GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1,
+void write_strip(Strip<Count>& strip, GrayImage source, GrayImage result, int32_t m, int32_t n, int32_t y1,
                  int32_t y2, int32_t x, std::ptrdiff_t places, uint8_t* spare) {
   const std::ptrdiff_t columns = places + 2 * static_cast<std::ptrdiff_t>(m);
   strip.clear();
@@ -242,7 +242,7 @@ void write_strip(Strip<Count>& strip, GrayImage source, uint8_t* result, int32_t
     const int64_t area = static_cast<int64_t>(last_in - first_in + 1) * (2 * static_cast<int64_t>(m) + 1);
     const auto lower = static_cast<Count>((area + 1) / 2);
     const auto upper = static_cast<Count>(area / 2 + 1);
-    uint8_t* out = result + (source.at(x + m, y) - source.pixels);
+    uint8_t* out = result.at(x + m, y);
     strip.write_ranked(upper, out, places);
     if (lower == upper) continue;
     uint8_t value = x == 0 ? out[0] : out[-1];
@@ -252,7 +252,7 @@ void write_strip(Strip<Count>& strip, GrayImage source, uint8_t* result, int32_t
 }
 
 template <class Count>
-bool write_medians_counting_in(GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1,
+bool write_medians_counting_in(GrayImage source, GrayImage result, int32_t m, int32_t n, int32_t y1,
                                int32_t y2) {
   Strip<Count> strip(m, source.width);
   const Buffer<uint8_t> spare = allocate<uint8_t>(strip.places());
@@ -267,7 +267,7 @@ bool write_medians_counting_in(GrayImage source, uint8_t* result, int32_t m, int
 
 }  // namespace
 
-bool write_medians(GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1, int32_t y2) {
+bool write_medians(GrayImage source, GrayImage result, int32_t m, int32_t n, int32_t y1, int32_t y2) {
   const int64_t rows = std::min<int64_t>(2 * static_cast<int64_t>(n) + 1, source.height);
   const int64_t area = rows * (2 * static_cast<int64_t>(m) + 1);
   if (area <= UINT8_MAX) return write_medians_counting_in<uint8_t>(source, result, m, n, y1, y2);

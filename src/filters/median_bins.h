@@ -15,7 +15,7 @@ namespace nuv {
 // median is the upper one. At each further place it is the previous median, clamped to the range of the two.
 //
 // If allocation fails, nothing is written and the result is false.
-bool write_medians(GrayImage source, uint8_t* result, int32_t m, int32_t n, int32_t y1, int32_t y2);
+bool write_medians(GrayImage source, GrayImage result, int32_t m, int32_t n, int32_t y1, int32_t y2);
 
 }  // namespace nuv
 

@@ -25,18 +25,18 @@ Network* network_for(int32_t m, int32_t n) {
 
 // Writes the medians of all windows that lie in the image; at least one must. The m pixels at both sides of
 // these rows may be written as well, with meaningless values.
-bool write_full_windows(GrayImage source, uint8_t* result, int32_t m, int32_t n) {
+bool write_full_windows(GrayImage source, GrayImage result, int32_t m, int32_t n) {
   const int32_t y2 = source.height - 1 - n;
   Network* network = network_for(m, n);
   if (network == nullptr) return write_medians(source, result, m, n, n, y2);
-  const std::ptrdiff_t first = source.at(m, n) - source.pixels;
-  const std::ptrdiff_t last = source.at(source.width - 1 - m, y2) - source.pixels;
-  network(source.pixels + first, source.width, result + first, last - first + 1);
+  const uint8_t* first = source.at(m, n);
+  const uint8_t* last = source.at(source.width - 1 - m, y2);
+  network(first, source.width, result.at(m, n), last - first + 1);
   return true;
 }
 
 // Writes the medians of all rows, with windows clipped at top and bottom.
-bool write_clipped_windows(GrayImage source, uint8_t* result, int32_t m, int32_t n) {
+bool write_clipped_windows(GrayImage source, GrayImage result, int32_t m, int32_t n) {
   const int32_t last = source.height - 1;
   if (network_for(m, n) == nullptr || 2 * n > last) return write_medians(source, result, m, n, 0, last);
   return write_full_windows(source, result, m, n) && write_medians(source, result, m, n, 0, n - 1) &&
@@ -105,7 +105,7 @@ void NuvGryImgMedianBoundary0(uint8_t* pGryImg, int32_t width, int32_t height, i
   const int32_t m = std::max(M, 1);
   const int32_t n = std::max(N, 1);
   const bool any = !source.empty() && m <= (width - 1) / 2 && n <= (height - 1) / 2;
-  if (!any || !write_full_windows(source, pResImg, m, n)) {
+  if (!any || !write_full_windows(source, result, m, n)) {
     clear_rows(result, 0, height - 1);
     return;
   }
@@ -120,11 +120,12 @@ void NuvGryImgMedianBoundary0(uint8_t* pGryImg, int32_t width, int32_t height, i
 void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                             uint8_t* pResImg) {
   const GrayImage source{pGryImg, width, height};
+  const GrayImage result{pResImg, width, height};
   const int32_t m = std::max(M, 0);
   if (source.empty() || m > (width - 1) / 2) return;
   // A window that is clipped at both ends is the same for every larger n.
   const int32_t n = std::clamp(N, 0, height - 1);
-  if (!write_clipped_windows(source, pResImg, m, n)) return;
-  write_left_means(source, {pResImg, width, height}, m, n);
-  write_right_means(source, {pResImg, width, height}, m, n);
+  if (!write_clipped_windows(source, result, m, n)) return;
+  write_left_means(source, result, m, n);
+  write_right_means(source, result, m, n);
 }

@@ -43,6 +43,6 @@ void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T,
   // No difference exceeds 255, and below 0 no neighbour counts.
   const auto t = static_cast<int16_t>(std::clamp(T, -1, 255));
   const GrayImage source{pGryImg, width, height};
-  for_rows(source, pResImg, source.interior(),
+  for_rows(source, {pResImg, width, height}, source.interior(),
            [=](const uint8_t* p, uint8_t* out, std::ptrdiff_t n) { zed_row(p, width, t, out, n); });
 }

@@ -41,15 +41,14 @@ struct TwoLevels {
   }
 };
 
-void binarise(GrayImage source, uint8_t* result, TwoLevels levels) {
-  levels.apply(source.pixels, result, source.size());
+void binarise(GrayImage source, GrayImage result, TwoLevels levels) {
+  levels.apply(source.pixels, result.pixels, source.size());
 }
 
-void binarise(GrayImage source, Region region, uint8_t* result, TwoLevels levels) {
+void binarise(GrayImage source, GrayImage result, Region region, TwoLevels levels) {
   if (region.empty()) return;
   for (int32_t y = region.y1; y <= region.y2; ++y) {
-    const uint8_t* row = source.at(region.x1, y);
-    levels.apply(row, result + (row - source.pixels), region.columns());
+    levels.apply(source.at(region.x1, y), result.at(region.x1, y), region.columns());
   }
 }
 
@@ -91,11 +90,12 @@ void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T) {
 }
 
 void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg) {
-  binarise({pGryImg, width, height}, pResImg, {T});
+  binarise({pGryImg, width, height}, {pResImg, width, height}, {T});
 }
 
 void NuvThreshold2V1V2(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t v1, int32_t v2) {
-  binarise({pGryImg, width, height}, pGryImg, {T, low_byte(v1), low_byte(v2)});
+  const GrayImage image{pGryImg, width, height};
+  binarise(image, image, {T, low_byte(v1), low_byte(v2)});
 }
 
 void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
@@ -105,7 +105,8 @@ void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2,
 
 void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
                         int32_t T, uint8_t* pResImg) {
-  binarise(image_of_any_height<1>(pGryImg, width), {x1, x2, y1, y2}, pResImg, {T});
+  binarise(image_of_any_height<1>(pGryImg, width), image_of_any_height<1>(pResImg, width), {x1, x2, y1, y2},
+           {T});
 }
 
 void NuvThresholdAndShrink(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t step,

@@ -41,7 +41,7 @@ using namespace nuv;
 double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg) {
   uint32_t sum = 0;
   const GrayImage source{pGryImg, width, height};
-  for_rows(source, pResImg, source.interior(),
+  for_rows(source, {pResImg, width, height}, source.interior(),
            [&sum, width](const uint8_t* p, uint8_t* out, std::ptrdiff_t n) {
              sum += energy_row(p, width, out, n);
            });
