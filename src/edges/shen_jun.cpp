@@ -27,17 +27,17 @@
 namespace nuv {
 namespace {
 
-constexpr int32_t kRowsAbreast = 16;
+constexpr int32_t kRowsPerGroup = 16;
 constexpr int32_t kBlock = 16;
 
 // The starts of a group of rows. A group that is not full repeats its last row.
 template <class T>
-using Rows = std::array<T*, kRowsAbreast>;
+using Rows = std::array<T*, kRowsPerGroup>;
 
 template <class T>
 Rows<T> rows_from(T* first, std::ptrdiff_t width, int32_t count) {
   Rows<T> rows{};
-  for (int32_t r = 0; r < kRowsAbreast; ++r) rows[r] = first + std::min(r, count - 1) * width;
+  for (int32_t r = 0; r < kRowsPerGroup; ++r) rows[r] = first + std::min(r, count - 1) * width;
   return rows;
 }
 
@@ -48,27 +48,27 @@ Rows<T> rows_from(T* first, std::ptrdiff_t width, int32_t count) {
 template <class T, class Step>
 NUV_INLINE void smooth_along_rows(const uint8_t* const* in, T* const* out, std::ptrdiff_t width, Step step) {
   constexpr int32_t kPadding = 1;
-  T block[kRowsAbreast][kBlock + kPadding];
-  T running[kRowsAbreast]{};
+  T block[kRowsPerGroup][kBlock + kPadding];
+  T running[kRowsPerGroup]{};
   const auto move_on = [&](std::ptrdiff_t i) {
-    for (int32_t r = 0; r < kRowsAbreast; ++r) block[r][i] = running[r] = step(block[r][i], running[r]);
+    for (int32_t r = 0; r < kRowsPerGroup; ++r) block[r][i] = running[r] = step(block[r][i], running[r]);
   };
   const auto store = [&](std::ptrdiff_t x, std::ptrdiff_t n) {
-    for (int32_t r = 0; r < kRowsAbreast; ++r) std::copy_n(block[r], n, out[r] + x);
+    for (int32_t r = 0; r < kRowsPerGroup; ++r) std::copy_n(block[r], n, out[r] + x);
   };
   for (std::ptrdiff_t x = 0; x < width; x += kBlock) {
     const std::ptrdiff_t n = std::min<std::ptrdiff_t>(kBlock, width - x);
-    for (int32_t r = 0; r < kRowsAbreast; ++r) std::copy_n(in[r] + x, n, block[r]);
+    for (int32_t r = 0; r < kRowsPerGroup; ++r) std::copy_n(in[r] + x, n, block[r]);
     // The first pixel of a row keeps its value, and so does the last one on the way back.
     if (x == 0) {
-      for (int32_t r = 0; r < kRowsAbreast; ++r) running[r] = block[r][0];
+      for (int32_t r = 0; r < kRowsPerGroup; ++r) running[r] = block[r][0];
     }
     for (std::ptrdiff_t i = x == 0 ? 1 : 0; i < n; ++i) move_on(i);
     store(x, n);
   }
   for (std::ptrdiff_t x = (width - 1) / kBlock * kBlock; x >= 0; x -= kBlock) {
     const std::ptrdiff_t n = std::min<std::ptrdiff_t>(kBlock, width - x);
-    for (int32_t r = 0; r < kRowsAbreast; ++r) std::copy_n(out[r] + x, n, block[r]);
+    for (int32_t r = 0; r < kRowsPerGroup; ++r) std::copy_n(out[r] + x, n, block[r]);
     for (std::ptrdiff_t i = x + n == width ? n - 2 : n - 1; i >= 0; --i) move_on(i);
     store(x, n);
   }
@@ -130,8 +130,8 @@ void smooth(GrayImage source, T* smoothed, Step step, Finished finished) {
   const std::ptrdiff_t width = source.width;
   const auto row_of = [=](int32_t y) { return smoothed + y * width; };
   std::copy_n(source.row(0), width, row_of(0));
-  for (int32_t top = 1; top < source.height; top += kRowsAbreast) {
-    const int32_t count = std::min(kRowsAbreast, source.height - top);
+  for (int32_t top = 1; top < source.height; top += kRowsPerGroup) {
+    const int32_t count = std::min(kRowsPerGroup, source.height - top);
     const Rows<const uint8_t> in = rows_from<const uint8_t>(source.row(top), width, count);
     const Rows<T> out = rows_from(row_of(top), width, count);
     smooth_along_rows(in.data(), out.data(), width, step);
@@ -186,7 +186,7 @@ NUV_INLINE void store_columns(uint8_t* const* rows, std::ptrdiff_t x, int32_t co
 }
 
 template <int Shift>
-NUV_INLINE void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out, std::ptrdiff_t width) {
+NUV_ROW_KERNEL void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out, std::ptrdiff_t width) {
   // Only the last block of a row can be narrower than the others.
   const auto columns_at = [width](std::ptrdiff_t x) {
     return static_cast<int32_t>(std::min<std::ptrdiff_t>(kBlock, width - x));
@@ -219,13 +219,14 @@ NUV_INLINE void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out,
 }
 
 template <int Shift>
-NUV_INLINE void smooth_down(uint8_t* NUV_RESTRICT row, const uint8_t* NUV_RESTRICT above, std::ptrdiff_t n) {
+NUV_ROW_KERNEL void smooth_down(uint8_t* NUV_RESTRICT row, const uint8_t* NUV_RESTRICT above,
+                                std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) row[x] = step_of_complements<Shift>(row[x], above[x]);
 }
 
 // The row below is finished, so its complements are turned back into values.
 template <int Shift>
-NUV_INLINE void smooth_up(uint8_t* NUV_RESTRICT row, uint8_t* NUV_RESTRICT below, std::ptrdiff_t n) {
+NUV_ROW_KERNEL void smooth_up(uint8_t* NUV_RESTRICT row, uint8_t* NUV_RESTRICT below, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
     row[x] = step_of_complements<Shift>(row[x], below[x]);
     below[x] = static_cast<uint8_t>(~below[x]);
@@ -236,71 +237,43 @@ NUV_ROW_KERNEL void complement_row(const uint8_t* in, uint8_t* out, std::ptrdiff
   for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = static_cast<uint8_t>(~in[x]);
 }
 
-// The passes for a shift that is known at run time.
-NUV_ROW_KERNEL void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out, std::ptrdiff_t width,
-                                      int32_t shift) {
-  switch (shift) {
-    case 1:
-      return smooth_along_rows<1>(in, out, width);
-    case 2:
-      return smooth_along_rows<2>(in, out, width);
-    default:
-      return smooth_along_rows<3>(in, out, width);
-  }
-}
-
-NUV_ROW_KERNEL void smooth_down(uint8_t* row, const uint8_t* above, std::ptrdiff_t n, int32_t shift) {
-  switch (shift) {
-    case 1:
-      return smooth_down<1>(row, above, n);
-    case 2:
-      return smooth_down<2>(row, above, n);
-    default:
-      return smooth_down<3>(row, above, n);
-  }
-}
-
-NUV_ROW_KERNEL void smooth_up(uint8_t* row, uint8_t* below, std::ptrdiff_t n, int32_t shift) {
-  switch (shift) {
-    case 1:
-      return smooth_up<1>(row, below, n);
-    case 2:
-      return smooth_up<2>(row, below, n);
-    default:
-      return smooth_up<3>(row, below, n);
-  }
-}
-
-void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
+template <int Shift>
+void smooth_by_shift(GrayImage source, uint8_t* smoothed) {
   const GrayImage target{smoothed, source.width, source.height};
   const std::ptrdiff_t width = source.width;
   complement_row(source.row(0), target.row(0), width);
-  for (int32_t top = 1; top < source.height; top += kRowsAbreast) {
-    const int32_t rows = std::min(kRowsAbreast, source.height - top);
+  for (int32_t top = 1; top < source.height; top += kRowsPerGroup) {
+    const int32_t rows = std::min(kRowsPerGroup, source.height - top);
     const Rows<const uint8_t> in = rows_from<const uint8_t>(source.row(top), width, rows);
     const Rows<uint8_t> out = rows_from(target.row(top), width, rows);
-    smooth_along_rows(in.data(), out.data(), width, shift);
-    for (int32_t r = 0; r < rows; ++r) smooth_down(out[r], out[r] - width, width, shift);
+    smooth_along_rows<Shift>(in.data(), out.data(), width);
+    for (int32_t r = 0; r < rows; ++r) smooth_down<Shift>(out[r], out[r] - width, width);
   }
-  for (int32_t y = source.height - 2; y >= 0; --y) smooth_up(target.row(y), target.row(y + 1), width, shift);
+  for (int32_t y = source.height - 2; y >= 0; --y) smooth_up<Shift>(target.row(y), target.row(y + 1), width);
   complement_row(target.row(0), target.row(0), width);
 }
 
 #else
 
+template <int Shift>
 struct ShiftStep {
-  int32_t shift;
-
   NUV_INLINE uint8_t operator()(int32_t sample, int32_t running) const {
-    return static_cast<uint8_t>(((sample - running) >> shift) + running);
+    return static_cast<uint8_t>(((sample - running) >> Shift) + running);
   }
 };
 
-void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
-  smooth(source, smoothed, ShiftStep{shift}, [](int32_t) {});
+template <int Shift>
+void smooth_by_shift(GrayImage source, uint8_t* smoothed) {
+  smooth(source, smoothed, ShiftStep<Shift>{}, [](int32_t) {});
 }
 
 #endif
+
+void smooth_by_shift(GrayImage source, uint8_t* smoothed, int32_t shift) {
+  if (shift <= 1) return smooth_by_shift<1>(source, smoothed);
+  if (shift == 2) return smooth_by_shift<2>(source, smoothed);
+  return smooth_by_shift<3>(source, smoothed);
+}
 
 // ---- the edge test ----
 
@@ -391,8 +364,7 @@ bool for_edge_pixels(const Span& span, Action action) {
 }
 
 template <class T>
-void draw_edges(GrayImage source, int32_t y, const T* smoothed, int32_t threshold, uint8_t* result) {
-  const GrayImage edges{result, source.width, source.height};
+void draw_edges(GrayImage source, int32_t y, const T* smoothed, int32_t threshold, GrayImage edges) {
   std::memset(edges.row(y), 0, static_cast<std::size_t>(source.width));
   for_edge_spans(source, y, smoothed, threshold, [=](const Span& span) {
     std::memcpy(edges.at(span.x, span.y), span.edges, static_cast<std::size_t>(span.n));
@@ -402,12 +374,12 @@ void draw_edges(GrayImage source, int32_t y, const T* smoothed, int32_t threshol
 
 // Tests each row while the rows around it are still in the caches.
 template <class T, class Step>
-void draw_edges_of_smoothed(GrayImage source, T* smoothed, Step step, int32_t threshold, uint8_t* result) {
+void draw_edges_of_smoothed(GrayImage source, T* smoothed, Step step, int32_t threshold, GrayImage edges) {
   if (source.empty()) return;
   smooth(source, smoothed, step, [=](int32_t y) {
-    if (y + 1 < source.height) draw_edges(source, y + 1, smoothed, threshold, result);
+    if (y + 1 < source.height) draw_edges(source, y + 1, smoothed, threshold, edges);
   });
-  draw_edges(source, 0, smoothed, threshold, result);
+  draw_edges(source, 0, smoothed, threshold, edges);
 }
 
 }  // namespace
@@ -418,10 +390,11 @@ using namespace nuv;
 void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, double a0,
                        int32_t grdThreshold, uint8_t* pResImg) {
   const GrayImage source{pGryImg, width, height};
+  const GrayImage edges{pResImg, width, height};
   if (std::fabs(a0) <= SmallTruncatingStep::kGreatestWeight) {
-    draw_edges_of_smoothed(source, pTmpImg, SmallTruncatingStep{a0}, grdThreshold, pResImg);
+    draw_edges_of_smoothed(source, pTmpImg, SmallTruncatingStep{a0}, grdThreshold, edges);
   } else {
-    draw_edges_of_smoothed(source, pTmpImg, TruncatingStep{a0}, grdThreshold, pResImg);
+    draw_edges_of_smoothed(source, pTmpImg, TruncatingStep{a0}, grdThreshold, edges);
   }
 }
 
@@ -429,15 +402,15 @@ void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32
                         int32_t grdThreshold, uint8_t* pResImg) {
   const GrayImage source{pGryImg, width, height};
   if (source.empty()) return;
-  smooth_by_shift(source, pTmpImg, std::clamp(shift, 1, 3));
-  for (int32_t y = 0; y < height; ++y) draw_edges(source, y, pTmpImg, grdThreshold, pResImg);
+  smooth_by_shift(source, pTmpImg, shift);
+  for (int32_t y = 0; y < height; ++y) draw_edges(source, y, pTmpImg, grdThreshold, {pResImg, width, height});
 }
 
 int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, int32_t shift,
                            int32_t grdThreshold, int32_t* pX, int32_t* pY, int32_t maxN) {
   const GrayImage source{pGryImg, width, height};
   if (source.empty()) return 0;
-  smooth_by_shift(source, pTmpImg, std::clamp(shift, 1, 3));
+  smooth_by_shift(source, pTmpImg, shift);
   int32_t count = 0;
   const auto store = [&](const Span& span) {
     return for_edge_pixels(span, [&](int32_t x) {
@@ -470,5 +443,6 @@ int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, in
 
 void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t width, int32_t height, double a0,
                         int32_t grdThreshold, uint8_t* pResImg) {
-  draw_edges_of_smoothed({pGryImg, width, height}, pTmpImg, FineStep{a0}, grdThreshold, pResImg);
+  draw_edges_of_smoothed({pGryImg, width, height}, pTmpImg, FineStep{a0}, grdThreshold,
+                         {pResImg, width, height});
 }
