@@ -12,6 +12,7 @@
 #include "core/row_kernel.h"
 #include "core/runs.h"
 #include "core/views.h"
+#include "histogram/histogram.h"
 #include "nuv/binary.h"
 #include "nuv/histogram.h"
 
@@ -86,12 +87,6 @@ Histogram distances_to_run_ends(GrayImage image) {
   return counter.counts();
 }
 
-int32_t largest_value(const Histogram& bins) {
-  int32_t value = kBins - 1;
-  while (value >= 0 && bins[static_cast<std::size_t>(value)] == 0) --value;
-  return value;
-}
-
 }  // namespace
 }  // namespace nuv
 
@@ -105,7 +100,7 @@ int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, uint8_t* pW
   for (;;) {
     copy_bytes(pTmpImg, pWorkImg, work.size());
     Histogram bins = distances_to_run_ends(work);
-    const int32_t largest = largest_value(bins);
+    const int32_t largest = last_occupied(bins.data());
     if (largest < 0) return *pSize -= 1;
     if (largest == 1) return *pSize += 1;
 

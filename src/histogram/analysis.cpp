@@ -133,10 +133,8 @@ using namespace nuv;
 
 int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t /*nIgnored*/, double sigma, double cutoff,
                                    int32_t* pResHistogram) {
-  int32_t first = 0;
-  while (first < kBins && pHistogram[first] == 0) ++first;
-  int32_t last = kBins - 1;
-  while (last > first && pHistogram[last] == 0) --last;
+  const int32_t first = first_occupied(pHistogram);
+  const int32_t last = last_occupied(pHistogram);
   std::copy_n(pHistogram, kBins, pResHistogram);
   if (first == kBins) return 0;
 

@@ -11,7 +11,7 @@
 namespace nuv {
 namespace {
 
-// The index of the most frequent of n levels; ties go to the first.
+// The index of the most frequent of n gray values; ties go to the first.
 int32_t most_frequent(const std::array<int32_t, kBins>& levels, int32_t n, const int32_t* bins) {
   int32_t best = 0;
   for (int32_t p = 1; p < n; ++p) {
@@ -20,13 +20,13 @@ int32_t most_frequent(const std::array<int32_t, kBins>& levels, int32_t n, const
   return best;
 }
 
-// Clusters of the gray levels. The sums of a cluster are never cleared between passes. Its centre therefore
+// Clusters of the gray values. The sums of a cluster are never cleared between passes. Its centre therefore
 // moves less from pass to pass, and that ends the passes.
 class Clusters {
  public:
   Clusters(const int32_t* bins, double* centres, int32_t k) : bins_(bins), centres_(centres), k_(k) {}
 
-  // Makes one pass over the levels. Returns whether a centre has moved by more than eps relative to its new
+  // Makes one pass over the gray values. Returns whether a centre has moved by more than eps relative to its new
   // place.
   bool pass(double eps) {
     std::array<double, kBins> before{};
@@ -55,7 +55,7 @@ class Clusters {
     return best;
   }
 
-  // Moves the centre at once, so that the next level is compared with its new place.
+  // Moves the centre at once, so that the next gray value is compared with its new place.
   void join(int32_t j, int32_t v) {
     count_[j] += bins_[v];
     sum_[j] += bins_[v] * v;
@@ -82,11 +82,8 @@ int32_t most_passes(double eps) {
 using namespace nuv;
 
 int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize) {
-  int32_t lo = 0;
-  while (lo < nSize && pHistogram[lo] == 0) ++lo;
-  if (lo >= nSize) return 0;
-  int32_t hi = nSize - 1;
-  while (hi > lo && pHistogram[hi] == 0) --hi;
+  const int32_t lo = first_occupied(pHistogram, nSize);
+  const int32_t hi = last_occupied(pHistogram, nSize);
   if (lo >= hi) return 0;
 
   // Bin hi is left out of all sums.
@@ -118,7 +115,7 @@ int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize) {
 }
 
 int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio) {
-  return first_from_above(pHistogram, truncated(total(pHistogram) * ratio), Reach::kReaches);
+  return walk_down(pHistogram, truncated(total(pHistogram) * ratio), Reach::kReaches).value;
 }
 
 void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t* pMaxT) {
@@ -133,14 +130,11 @@ void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t
 
 int32_t NuvGetDifImgThreshold(int32_t* pHistogram) {
   const int32_t half = truncated(total(pHistogram) * 0.5 + 0.5);
-  int32_t sum = 0;
-  int32_t i = 0;
-  for (; i < kBins; ++i) {
-    sum += pHistogram[i];
-    if (sum >= half) break;
+  const auto [value, count] = walk_up(pHistogram, half, Reach::kReaches);
+  double median = value;
+  if (count > half && value > 0 && value < kBins) {
+    median -= static_cast<double>(count - half) / pHistogram[value];
   }
-  double median = i;
-  if (sum > half && i > 0 && i < kBins) median -= static_cast<double>(sum - half) / pHistogram[i];
   return truncated(median / 0.67 * 3.0 + 0.5);
 }
 

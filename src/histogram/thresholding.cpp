@@ -54,7 +54,7 @@ void binarise(GrayImage source, GrayImage result, Region region, TwoLevels level
 
 // The threshold that leaves at most share pixels above it.
 int32_t threshold_for_share(const Histogram& bins, int32_t share) {
-  return first_from_above(bins.data(), share, Reach::kExceeds);
+  return walk_down(bins.data(), share, Reach::kExceeds).value;
 }
 
 struct RatioThreshold {

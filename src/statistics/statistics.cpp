@@ -109,14 +109,6 @@ double deviation(const WindowBins& window) {
   return std::sqrt(squares / window.count());
 }
 
-// The first value, counted up from 0, at which the running count exceeds a limit; 256 if it never does.
-int32_t first_from_below(const Histogram& bins, int32_t limit) {
-  int32_t sum = 0;
-  int32_t v = 0;
-  while (v < kBins && (sum += bins[v]) <= limit) ++v;
-  return v;
-}
-
 struct Window {
   int64_t sum = 0;
   Point corner{};
@@ -203,8 +195,8 @@ void NuvGryMinMaxInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2,
   const Region region{x1, x2, y1, y2};
   const Histogram bins = histogram_of(image_of_any_height<1>(pGryImg, width), region);
   const int32_t ignored = truncated(region.columns() * ratio * region.rows());
-  *pMin = first_from_below(bins, ignored);
-  *pMax = std::max(first_from_above(bins.data(), ignored, Reach::kExceeds), 0);
+  *pMin = walk_up(bins.data(), ignored, Reach::kExceeds).value;
+  *pMax = std::max(walk_down(bins.data(), ignored, Reach::kExceeds).value, 0);
 }
 
 double NuvMaxBrightRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N, int32_t* pX,
