@@ -34,7 +34,7 @@ struct Rectangle {
 using Convert = bool (*)(uint8_t*, int32_t, int32_t, uint8_t*);
 using Cut = bool (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*);
 
-// Copies the gray levels of any rectangle.
+// Copies the gray values of any rectangle.
 template <void (*Copy)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)>
 bool cut_gray(uint8_t* frame, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
               uint8_t* gray) {
@@ -205,7 +205,7 @@ int main(int argc, char** argv) try {
   app.add_option("-r,--rectangle", options.rectangle,
                  "X1 X2 Y1 Y2: convert only this part; both ends are included")
       ->expected(4);
-  app.add_flag("-g,--gray", options.gray, "gray levels only");
+  app.add_flag("-g,--gray", options.gray, "gray values only");
   CLI11_PARSE(app, argc, argv);
   run(options);
   return 0;

@@ -206,7 +206,7 @@ int main(int argc, char** argv) try {
   app.add_option("result", options.result,
                  "BMP file to write (default: PICTURE_parts.bmp in the current directory)");
   app.add_option("-t,--threshold", options.threshold,
-                 "gray level from which a pixel belongs to a part (default: Otsu's)")
+                 "gray value from which a pixel belongs to a part (default: Otsu's)")
       ->check(CLI::Range(0, 255));
   app.add_flag("-d,--dark", options.dark, "parts are darker than the background");
   app.add_option(

@@ -135,7 +135,7 @@ int main(int argc, char** argv) try {
   app.add_option("result", options.result,
                  "BMP file to write (default: PICTURE_lines.bmp in the current directory)");
   app.add_option("-t,--threshold", options.threshold,
-                 "least step in gray level of an edge, 1 to 255; below 8 the exact edge filter is used")
+                 "least step in gray value of an edge, 1 to 255; below 8 the exact edge filter is used")
       ->capture_default_str()
       ->check(CLI::Range(1, 255));
   app.add_option("-l,--min-length", options.min_length,

@@ -537,8 +537,8 @@ Histogram scaled_down(Histogram bins, int32_t most_pixels) {
 }
 
 int32_t otsu_threshold(Picture& gray) {
-  constexpr int32_t kMostPixels = 8000000;  // 31 bits hold their sum at level 255
+  constexpr int32_t kMostPixels = 8000000;  // 31 bits hold their sum at gray value 255
   Histogram bins = scaled_down(histogram_of(gray), kMostPixels);
-  // The library returns the highest level of the dark class.
+  // The library returns the highest gray value of the dark class.
   return NuvGetOtsuThreshold(bins.data(), 256) + 1;
 }

@@ -63,7 +63,7 @@ Histogram histogram_of(Picture& gray);
 // sums of the library over a histogram have 32 bits, which the histogram of a large picture would exceed.
 Histogram scaled_down(Histogram bins, int32_t most_pixels);
 
-// The least gray level of the bright class by Otsu's method.
+// The least gray value of the bright class by Otsu's method.
 int32_t otsu_threshold(Picture& gray);
 
 #endif

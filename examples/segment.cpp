@@ -1,6 +1,6 @@
 // Segments a photograph into a tree of dark regions.
 //
-// There is no threshold to choose. Gray levels fall one by one, and a region that splits becomes a parent or is
+// There is no threshold to choose. A level falls step by step, and a region that splits becomes a parent or is
 // replaced by its parts.
 
 #include <CLI/CLI.hpp>
@@ -118,7 +118,7 @@ int main(int argc, char** argv) try {
   app.add_option("-a,--min-area", options.min_area, "least area of a region in pixels")
       ->capture_default_str()
       ->check(CLI::PositiveNumber);
-  app.add_option("-g,--min-gray", options.min_gray, "the lowest gray level considered")
+  app.add_option("-g,--min-gray", options.min_gray, "the lowest level considered")
       ->capture_default_str()
       ->check(CLI::Range(0, 255));
   app.add_option(

@@ -1,7 +1,7 @@
 // Chooses a gray threshold for a photograph and applies it.
 //
 // There are four methods, each based on a histogram: Otsu's threshold, a share of the pixels, the noise of a
-// difference image, and clusters of gray levels.
+// difference image, and clusters of gray values.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -138,7 +138,7 @@ int main(int argc, char** argv) try {
                  "BMP file for the histogram (default: PICTURE_histogram.bmp in the current directory)");
   app.add_option("-m,--method", options.method,
                  "otsu: two classes; ratio: the brightest share; difference: steps above the noise; kmeans: "
-                 "clusters of gray levels")
+                 "clusters of gray values")
       ->capture_default_str()
       ->check(CLI::IsMember({"otsu", "ratio", "difference", "kmeans"}));
   app.add_option("-r,--ratio", options.ratio, "share of the pixels that become white, for ratio")

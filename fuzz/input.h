@@ -41,7 +41,7 @@ class Input {
   int32_t number() { return flag() ? any<int8_t>() : any<int32_t>(); }
   double real() { return flag() ? any<int16_t>() / 64.0 : any<double>(); }
 
-  // Gray levels from the data, which is repeated until it fills them.
+  // Gray values from the data, which is repeated until it fills them.
   std::vector<uint8_t> bytes(std::size_t count) {
     std::vector<uint8_t> result(count);
     for (std::size_t i = 0; i < count; ++i) result[i] = size_ == 0 ? 0 : data_[i % size_];

@@ -53,8 +53,8 @@ NUV_API void NuvExtractMaxRGB2GryImg(uint8_t* pRGBImg, int32_t width, int32_t he
 ///
 /// Single bytes of RGB pixels: selected, replaced, combined, interleaved.
 ///
-/// channel is the number of the byte: 0 for blue, 1 for green, 2 for red. It is not tested. A gray image has
-/// width*height bytes, an RGB image three times as many.
+/// channel is the number of the byte: 0 for blue, 1 for green, 2 for red. It is not tested unless an entry
+/// says otherwise. A gray image has width*height bytes, an RGB image three times as many.
 /// @{
 
 /// Copies one channel of an RGB image to a gray image.
@@ -72,14 +72,15 @@ NUV_API void NuvExtractOneChannelFromRGB(uint8_t* pRGBImg, int32_t width, int32_
 NUV_API void NuvSelectRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t channel, uint8_t* pGryImg);
 
-/// Writes a gray image over one channel of an RGB image.
+/// Writes a gray image over one channel of an RGB image. Nothing is written for a channel outside 0..2.
 ///
 /// @param pRGBImg  RGB image, changed in place; the other two channels are kept
 /// @param pGryImg  gray image, read
 NUV_API void NuvReplaceOneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                        uint8_t* pGryImg);
 
-/// Combines one channel of an RGB image with a gray image by bitwise OR.
+/// Combines one channel of an RGB image with a gray image by bitwise OR. Nothing is written for a channel
+/// outside 0..2.
 ///
 /// @param pRGBImg  RGB image, changed in place; the other two channels are kept
 /// @param pGryImg  gray image, read

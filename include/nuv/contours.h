@@ -282,6 +282,20 @@ NUV_API int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, int3
 NUV_API bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
                                  int32_t N, int32_t gry);
 
+/// Computes the mean gray value along a chain, with the start counted twice.
+///
+/// The sum runs over the start pixel and the ends of all N steps, and is divided by N. An empty chain gives
+/// its start pixel.
+///
+/// @param pGryImg     gray image, read only
+/// @param width       columns of the image
+/// @param x, y        start point
+/// @param pChainCode  the chain, read only
+/// @param N           number of codes
+/// @return the sum divided by N
+NUV_API double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                                int32_t N);
+
 /// Counts the points of a chain in image row yLine.
 ///
 /// It visits the ends of the first N-1 steps, so the start does not count. x is not read.
@@ -540,20 +554,6 @@ NUV_API int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, i
 /// @return the area; 0 without a hole. If allocation fails, nothing is done and the result is 0
 NUV_API int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
                                           int32_t height, int32_t color);
-
-/// Computes the mean gray value along a chain, with the start counted twice.
-///
-/// The sum runs over the start pixel and the ends of all N steps, and is divided by N. An empty chain gives
-/// its start pixel.
-///
-/// @param pGryImg     gray image, read only
-/// @param width       columns of the image
-/// @param x, y        start point
-/// @param pChainCode  the chain, read only
-/// @param N           number of codes
-/// @return the sum divided by N
-NUV_API double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
-                                int32_t N);
 
 /// Paints the regions that are larger than the Nth largest one.
 ///

@@ -197,7 +197,7 @@ NUV_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// - pTmpImg is work space with one entry per pixel. It is overwritten and holds T on return.
 /// - pResImg receives 255 on edge pixels and 0 elsewhere, also in the border. It has width*height bytes, in
 ///   another buffer than the other two.
-/// - grdThreshold is in gray levels. At 0 or below the step condition always holds, above 255 it never does.
+/// - grdThreshold is in gray values. At 0 or below the step condition always holds, above 255 it never does.
 ///
 /// An image less than 3 pixels wide or high has no interior and so no edges.
 ///
@@ -246,7 +246,7 @@ NUV_API int32_t NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t w
 
 /// Finds Shen-Jun edges with a floating-point coefficient on a work image of double.
 ///
-/// step is (new - old)*a0 + old in double precision, without rounding to gray levels.
+/// step is (new - old)*a0 + old in double precision, without rounding to gray values.
 ///
 /// @param pTmpImg  work space of width*height double
 /// @param a0       weight of the new sample, above 0 and at most 1
@@ -291,7 +291,7 @@ NUV_API void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t
 ///
 /// @param pEdgeImg  edge image, changed in place
 /// @param pGryImg   gray image of the same size in another buffer; read only
-/// @param minGrd    least gradient of the pixels that stay, in gray levels
+/// @param minGrd    least gradient of the pixels that stay, in gray values
 NUV_API void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int32_t width, int32_t height,
                                       int32_t minGrd);
 
@@ -372,9 +372,9 @@ NUV_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_
                                          int32_t ry, int32_t* pLeft, int32_t* pRight, int32_t* pTop,
                                          int32_t* pBottom);
 
-/// Returns the gray level that most edge pixels vote for as a threshold.
+/// Returns the gray value that most edge pixels vote for as a threshold.
 ///
-/// Each edge pixel strictly inside the region votes for every level of a range. The range is made of its own
+/// Each edge pixel strictly inside the region votes for every gray value of a range. The range is made of its own
 /// gray value c and the extremes lo and hi of c and seven samples, at these offsets (dx, dy):
 ///
 ///     (1,0)  (2,-1)  (2,-2)  (1,-3)  (0,-3)  (-1,-2)  (-1,-1)
@@ -383,13 +383,13 @@ NUV_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_
 /// @param pEdgeImg        edge image of the same size; not 0 on edge pixels
 /// @param x1, x2, y1, y2  region
 /// @param mode            1 votes for lo..c, 2 for c..hi, any other value for lo..hi
-/// @return the level with most votes; ties go to the lowest. 0 without an edge pixel
+/// @return the gray value with most votes; ties go to the lowest. 0 without an edge pixel
 NUV_API int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width, int32_t x1,
                                       int32_t x2, int32_t y1, int32_t y2, int32_t mode);
 
-/// Computes the range of gray levels around each pixel, and the histogram of the ranges.
+/// Computes the range of gray values around each pixel, and the histogram of the ranges.
 ///
-/// The range is the largest minus the smallest level in a window of 2M + 1 columns by 2N + 1 rows. With
+/// The range is the largest minus the smallest gray value in a window of 2M + 1 columns by 2N + 1 rows. With
 /// top = max(y - N, 0), the window of row y has rows top..top+2N, cut short at the bottom of the image. Its
 /// columns are the first of these that applies, without those outside the image:
 ///
@@ -409,14 +409,14 @@ NUV_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t heig
 
 /// @defgroup edges_histogram The histogram at edges
 ///
-/// Counts the gray levels at both sides of edges.
+/// Counts the gray values at both sides of edges.
 /// @{
 
-/// Computes the histogram of the gray levels at the two sides of edges.
+/// Computes the histogram of the gray values at the two sides of edges.
 ///
 /// It shows object and ground without the ramp between them. Edge pixels are those whose local range, as
 /// computed by NuvEdgeTripeDetection with half sizes M and 1, is at least T. Each run start..end of edge
-/// pixels in a row is sampled. G(x) is the gray level in column x of that row, W = 2M + 1, and divisions
+/// pixels in a row is sampled. G(x) is the gray value in column x of that row, W = 2M + 1, and divisions
 /// truncate:
 ///
 /// - If G(start) - G(end) >= T, pixels are sampled in pairs, left - k and right + k for k = 0, 1, 2, ... They
@@ -430,7 +430,7 @@ NUV_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t heig
 ///   than T is sampled together with the middle.
 ///
 /// @param M           half width of the window; below 0 counts as 0
-/// @param T           threshold of ranges and differences, in gray levels
+/// @param T           threshold of ranges and differences, in gray values
 /// @param pHistogram  receives 256 bins
 /// @param pResImg     receives 200 on edge pixels and 0 elsewhere, each increased by 1 per sample taken,
 ///                    width*height bytes in another buffer. Later runs of a row are found in it as the

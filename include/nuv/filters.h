@@ -188,7 +188,7 @@ NUV_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t hei
 /// Weighted means that smooth noise and spare edges.
 /// @{
 
-/// Smooths noise below a given level and spares edges.
+/// Smooths noise below a given strength and spares edges.
 ///
 /// An interior pixel c becomes c + (sum >> 3), where sum adds up the contributions of its eight neighbours n.
 /// With a = |n - c|, a neighbour contributes
@@ -200,7 +200,7 @@ NUV_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t hei
 /// The low 8 bits are stored. Results near 0 and 255 can wrap around, because a neighbour just beyond T
 /// contributes nearly 2T. The border is not written.
 ///
-/// @param T  level of the noise, in gray levels. At 0 or less the interior pixels are copied; at 255 or more
+/// @param T  strength of the noise, in gray values. At 0 or less the interior pixels are copied; at 255 or more
 ///           all neighbours count in full
 NUV_API void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg);
 

@@ -202,7 +202,7 @@ NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 
 /// @defgroup histogram_threshold_selection Threshold selection
 ///
-/// Gray levels that divide the pixels of a histogram into classes.
+/// Gray values that divide the pixels of a histogram into classes.
 /// @{
 
 /// Returns Otsu's threshold, computed without the highest occupied bin.
@@ -225,7 +225,7 @@ NUV_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 /// @see N. Otsu, A threshold selection method from gray-level histograms, 1979
 NUV_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 
-/// Returns the level at and above which a share of the pixels lies.
+/// Returns the gray value at and above which a share of the pixels lies.
 ///
 /// The result is the first value, from 255 downward, at which the cumulative count reaches
 /// c = truncate(N*ratio).
@@ -236,7 +236,7 @@ NUV_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 ///         count never reaches c
 NUV_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
 
-/// Computes the levels k standard deviations below and above the mean.
+/// Computes the gray values k standard deviations below and above the mean.
 ///
 ///     minT = truncate(avr - k*dev)    or 0 where the difference is negative
 ///     maxT = truncate(avr + k*dev)    or 255 where the sum is greater
@@ -245,7 +245,7 @@ NUV_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
 ///
 /// @param pHistogram    256 bins
 /// @param k             number of standard deviations
-/// @param pMinT, pMaxT  receive the levels
+/// @param pMinT, pMaxT  receive the gray values
 NUV_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t* pMaxT);
 
 /// Returns a noise threshold of three sigma, from a histogram of absolute differences.
@@ -275,15 +275,15 @@ NUV_API int32_t NuvGetDifImgThreshold(int32_t* pHistogram);
 /// @return whether there is a valley
 NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_t maxT, int32_t* pThreshold);
 
-/// Clusters the gray levels by one-dimensional k-means, weighted by the counts.
+/// Clusters the gray values by one-dimensional k-means, weighted by the counts.
 ///
-/// The updates are sequential. In each pass, every occupied level from 0 upward joins the nearest centre;
+/// The updates are sequential. In each pass, every occupied gray value from 0 upward joins the nearest centre;
 /// ties go to the centre of the lowest index. That centre moves at once to the mean of all pixels that have
 /// joined it. Its sums are never cleared between passes.
 ///
-/// There are K = min(nClusters, n) centres, where n is the number of occupied levels. The first centre starts
-/// at the most frequent level. Each further one starts n/K places (truncated) after the one before it in the
-/// list of occupied levels, which continues at the lowest level after the highest.
+/// There are K = min(nClusters, n) centres, where n is the number of occupied gray values. The first centre starts
+/// at the most frequent one. Each further one starts n/K places (truncated) after the one before it in the
+/// list of occupied gray values, which continues at the lowest after the highest.
 ///
 /// Passes end when no centre has moved by more than eps relative to its new place. For a new place of 0, the
 /// old place is compared with eps instead. If no pass meets this condition, the last one is number
@@ -613,7 +613,7 @@ NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryI
 /// number. A not-a-number reaches no ratio.
 ///
 /// @param pHistogram             256 bins
-/// @param T                      level between the two modes, 1 to 255; any other leaves one side without
+/// @param T                      gray value between the two modes, 1 to 255; any other leaves one side without
 ///                               bins
 /// @param M                      length of the window in bins; a negative M counts as 0
 /// @param minDist                least distance between the peaks, in bins

@@ -436,7 +436,7 @@ NUV_API bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWork,
 /// @param maxDeviation     greatest mean distance of the path from its chord, in pixels; 1 is typical
 /// @param minLength        least length of a chain, in codes, and of a stretch, in pixels of path; raised to
 ///                         6 if smaller. A stretch at the end of its chain gives up one code after that test
-/// @param grdThreshold     least gray-level step of an edge; raised to 1 if smaller
+/// @param grdThreshold     least step in gray value of an edge; raised to 1 if smaller
 /// @param maxLines         capacity, of lines and of stretches per chain; more are dropped
 /// @return false if allocation failed, nothing was ever allocated, or width*height exceeds INT32_MAX
 NUV_API bool NuvImgChainLines_Initialize(int32_t width, int32_t height, double minStraightness,

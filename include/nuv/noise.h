@@ -27,7 +27,7 @@
 /// @param pGryImg  gray image of width*height bytes, not changed
 /// @param pResImg  another buffer of the same size. It receives min(d^2/36, 250), rounded down, at the
 ///                 interior pixels: the energy of the noise there. The border is not written
-/// @return the estimate in gray levels; not a number if width or height is 2, and 0 for other images without
+/// @return the estimate in gray values; not a number if width or height is 2, and 0 for other images without
 ///         interior pixels
 /// @see J. Immerkaer, Fast noise variance estimation, 1996
 NUV_API double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
@@ -62,7 +62,7 @@ NUV_API double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t he
 ///
 /// @param pImg   N bytes, read and written
 /// @param N      number of bytes; 0 or less changes nothing
-/// @param noise  strength: percent for type 2, gray levels for the others. A negative strength is a
+/// @param noise  strength: percent for type 2, gray values for the others. A negative strength is a
 ///               percentage of the range of the bytes: it is first replaced by ((hi - lo)*noise)/-100. If
 ///               that is 0, only type 3 changes bytes
 /// @param type   model of the noise, 0 to 4

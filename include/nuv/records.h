@@ -86,7 +86,7 @@ struct RegionStruct {
   uint8_t* pChainCode;        ///< N direction codes 0..7, owned by the record
   int32_t area;               ///< by NuvAreaAndPerimeter at the level that made the record; never changes
   int32_t perimeter;          ///< by NuvAreaAndPerimeter at the same level
-  int32_t gry;                ///< gray level that made the record; the region's pixels are darker
+  int32_t gry;                ///< level that made the record; the region's pixels are darker
   int32_t sameLevelParentID;  ///< without meaning in a result
   int32_t ID;                 ///< number of the record, unique in the result, in the order of creation
   int32_t parentID;           ///< ID of the region around it, which comes later in the list; -1 if none

@@ -15,7 +15,7 @@
 
 /// Builds the tree of the dark regions of an image.
 ///
-/// The gray level falls one by one, down to minGry. The first level is the highest gray level g such that
+/// A threshold level falls one by one, down to minGry. The first level is the highest gray value g such that
 /// more than sqrt(minArea) pixels have a value from g to 254. The regions of a level are the outer contours
 /// of the pixels that are darker. A region has more than sqrt(minArea) codes, and its area, as computed by
 /// NuvAreaAndPerimeter, is at least minArea. Codes are those of its chain, as described in @ref contours.

@@ -101,7 +101,7 @@ NUV_API int32_t NuvImgDifferenceInRect(uint8_t* pImg1, uint8_t* pImg2, bool bRGB
 ///
 /// @param pMskImg  mask of the size of the image; pixels that are not 0 count
 /// @param M, N     size of the windows in columns and rows
-/// @return the noise level in gray levels; 0 if M or N is below 1
+/// @return the noise level in gray values; 0 if M or N is below 1
 NUV_API int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                     int32_t M, int32_t N);
 

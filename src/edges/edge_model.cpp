@@ -1,4 +1,4 @@
-// The histogram of the gray levels at the two sides of edges.
+// The histogram of the gray values at the two sides of edges.
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // Edges reduced to points and numbers: the strongest pixels of rows and columns, and a threshold voted for by
-// the gray levels around edge pixels.
+// the gray values around edge pixels.
 
 #include <algorithm>
 #include <array>
@@ -260,7 +260,7 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
                               int32_t y1, int32_t y2, int32_t mode) {
   const GrayImage gray = image_of_any_height<1>(pGryImg, width);
   const GrayImage edges = image_of_any_height<1>(pEdgeImg, width);
-  // Entry v is the votes for level v minus those for v - 1, so a vote for a range changes two entries.
+  // Entry v is the votes for gray value v minus those for v - 1, so a vote for a range changes two entries.
   std::array<int32_t, kBins + 1> steps{};
   for (int32_t y = y1 + 1; y < y2; ++y) {
     for (int32_t x = x1 + 1; x < x2; ++x) {

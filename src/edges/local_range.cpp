@@ -1,4 +1,4 @@
-// The local range of gray levels.
+// The local range of gray values.
 //
 // The extremes of a window are taken in two steps: first those of each column over the rows of the window,
 // then those of its columns. The extremes of a stretch of columns come from doubling: those of two columns,

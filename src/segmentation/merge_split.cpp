@@ -1,4 +1,4 @@
-// Merge-split segmentation: the tree of dark regions over falling gray levels.
+// Merge-split segmentation: the tree of dark regions over falling threshold levels.
 //
 // Each level gives a list of regions: the outer contours of the pixels that are darker. A region of the tree
 // that holds one of them has shrunk. A region that holds several has split, and the parts enter the tree,
