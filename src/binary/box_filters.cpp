@@ -132,12 +132,12 @@ void remove_mask_and_filter(GrayImage image, GrayImage mask, GrayImage result, i
     return masked.data();
   };
 
-  // The column sums hold the rows first to behind - 1.
+  // The column sums hold the rows first to end - 1.
   int32_t first = 0;
-  int32_t behind = 0;
+  int32_t end = 0;
   for (int32_t y = 0; y < height; ++y) {
     const int32_t reach = std::min({y, n, height - 1 - y});
-    while (behind <= y + reach) add_row(columns.data(), masked_row(behind++), width);
+    while (end <= y + reach) add_row(columns.data(), masked_row(end++), width);
     while (first < y - reach) subtract_row(columns.data(), masked_row(first++), width);
 
     const int32_t rows = 2 * reach + 1;

@@ -48,8 +48,8 @@ void write_majority(GrayImage image, GrayImage result, Region region) {
 NUV_LOAD_BOUND_ROW_KERNEL void threshold_and_majority_row(const uint8_t* p, std::ptrdiff_t w, uint8_t t,
                                                           uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
-    const uint8_t in_company = count_around(p, w, t) >= 4 ? 255 : 0;
-    out[x] = *p >= t ? in_company : 0;
+    const uint8_t majority = count_around(p, w, t) >= 4 ? 255 : 0;
+    out[x] = *p >= t ? majority : 0;
   }
 }
 
@@ -69,7 +69,7 @@ NUV_LOAD_BOUND_ROW_KERNEL void four_white_row(const uint8_t* p, std::ptrdiff_t w
 
 // Whether an interior pixel is considered: a white pixel must lie in the region, and a black one must have a
 // white neighbour there.
-bool is_looked_at(GrayImage image, Region region, int32_t x, int32_t y) {
+bool is_considered(GrayImage image, Region region, int32_t x, int32_t y) {
   if (*image.at(x, y) != 0) return region.contains(x, y);
   for (std::size_t d = 0; d < 8; ++d) {
     const int32_t nx = x + kDx[d];
@@ -110,8 +110,8 @@ int32_t half_size(int32_t y, int32_t height, int32_t half, double ratio) {
 
 NUV_ROW_KERNEL void threshold_windows(const int32_t* prefix, std::ptrdiff_t span, int32_t threshold,
                                       uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  const int32_t* behind = prefix + span;
-  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = behind[x] - prefix[x] > threshold ? 255 : 0;
+  const int32_t* ends = prefix + span;
+  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = ends[x] - prefix[x] > threshold ? 255 : 0;
 }
 
 // In the first m columns, thresholds the sum of the 2 * m + 1 pixels of the row that begin with the pixel; in
@@ -189,19 +189,19 @@ void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int
   const GrayImage image{pBinImg, width, height};
   const GrayImage result{pResImg, width, height};
   fill_bytes(pResImg, 0, image.size());
-  const Region looked_at = image.interior(2);
-  if (image.empty() || looked_at.empty()) return;
+  const Region considered = image.interior(2);
+  if (image.empty() || considered.empty()) return;
   // A pixel with such a sum has a white neighbour. If the pixel and all its neighbours lie in the region, it is
   // considered. So only the pixels on both sides of the region's border are tested.
   const Region interior = image.interior();
-  const Region unasked = image.interior(3);
+  const Region untested = image.interior(3);
   for_rows(image, result, interior,
            [=](const uint8_t* row, uint8_t* out, std::ptrdiff_t n) { four_white_row(row, width, out, n); });
   for (int32_t y = interior.y1; y <= interior.y2; ++y) {
     for (int32_t x = interior.x1; x <= interior.x2; ++x) {
-      if (unasked.contains(x, y)) x = unasked.x2 + 1;
+      if (untested.contains(x, y)) x = untested.x2 + 1;
       uint8_t& value = *result.at(x, y);
-      if (value != 0 && !is_looked_at(image, looked_at, x, y)) value = 0;
+      if (value != 0 && !is_considered(image, considered, x, y)) value = 0;
     }
   }
 }

@@ -39,12 +39,12 @@ NUV_ROW_KERNEL void pack(const RowsToPack& rows, uint8_t value, uint8_t* NUV_RES
   }
 }
 
-// Sets the bits of the pixels with a set pixel above or below. The packed rows before and behind supply the
+// Sets the bits of the pixels with a set pixel above or below. The packed rows before and after supply the
 // pixels above the first and below the last bit.
-NUV_ROW_KERNEL void beside_in_column(const uint8_t* before, const uint8_t* block, const uint8_t* behind,
+NUV_ROW_KERNEL void beside_in_column(const uint8_t* before, const uint8_t* block, const uint8_t* after,
                                      uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
-    out[x] = static_cast<uint8_t>(before[x] >> 7 | block[x] << 1 | block[x] >> 1 | behind[x] << 7);
+    out[x] = static_cast<uint8_t>(before[x] >> 7 | block[x] << 1 | block[x] >> 1 | after[x] << 7);
   }
 }
 // Sets the bits of the pixels with a set neighbour. column is the result of the kernel above. Both inputs are
@@ -97,8 +97,8 @@ NUV_ROW_KERNEL void mark_black(const uint8_t* bits, uint8_t bit, const uint8_t* 
 }
 using ChangeRow = void(const uint8_t* bits, uint8_t bit, const uint8_t* from, uint8_t* to, std::ptrdiff_t n);
 
-NUV_ROW_KERNEL void replace_mark(uint8_t* pixels, std::ptrdiff_t n, uint8_t color) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) pixels[x] = pixels[x] == kMark ? color : pixels[x];
+NUV_ROW_KERNEL void replace_mark(uint8_t* pixels, std::ptrdiff_t n, uint8_t colour) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) pixels[x] = pixels[x] == kMark ? colour : pixels[x];
 }
 
 // ---- the forms ----
@@ -162,7 +162,7 @@ void grow(GrayImage source, GrayImage result, Region visited, Rows rows, const G
   };
   StripRow absent;  // stands for rows below the last one; no pixel has the value
   absent.fill(growth.value ^ 255);
-  Blocks seen;
+  Blocks matching;
   Blocks growing;
   StripRow changed;
   StripRow held;
@@ -174,7 +174,7 @@ void grow(GrayImage source, GrayImage result, Region visited, Rows rows, const G
     const std::ptrdiff_t first = std::max<std::ptrdiff_t>(strip - 1, visited.x1);
     const std::ptrdiff_t place = first - strip + 2;
     const std::ptrdiff_t count = std::min<std::ptrdiff_t>(strip + n, visited.x2) - first + 1;
-    seen.clear();
+    matching.clear();
     growing.clear();
     const auto pack_rows = [&](int32_t block) {
       RowsToPack to_pack;
@@ -182,7 +182,7 @@ void grow(GrayImage source, GrayImage result, Region visited, Rows rows, const G
         const std::ptrdiff_t y = row_of(block, bit);
         to_pack[bit] = y <= grown.y2 ? pixel(source, first - 1, y) : absent.data();
       }
-      pack(to_pack, growth.value, seen.of(block) + place - 1, count + 2);
+      pack(to_pack, growth.value, matching.of(block) + place - 1, count + 2);
     };
     const auto find_growing = [&](int32_t block) {
       uint8_t visited_rows = 0;
@@ -192,11 +192,11 @@ void grow(GrayImage source, GrayImage result, Region visited, Rows rows, const G
       }
       uint8_t* out = growing.of(block) + place;
       if (growth.only_beside) {
-        seen.find_beside(block, place, count, out);
+        matching.find_beside(block, place, count, out);
       } else {
         std::fill_n(out, count, uint8_t{255});
       }
-      keep_set(seen.of(block) + place, growth.flipped, visited_rows, out, in_steps(count));
+      keep_set(matching.of(block) + place, growth.flipped, visited_rows, out, in_steps(count));
       out[count] = out[count + 1] = 0;
     };
     const auto change_rows = [&](int32_t block) {
@@ -233,9 +233,9 @@ void grow_region(GrayImage source, GrayImage result, Region region, const Growth
   grow(source, result, visited, Rows::kOfResult, growth);
 }
 
-void grow_to_color(GrayImage image, uint8_t color, const Growth& growth) {
+void grow_to_colour(GrayImage image, uint8_t colour, const Growth& growth) {
   grow(image, image, image.interior(), Rows::kOfResult, growth);
-  replace_mark(image.pixels, image.size(), color);
+  replace_mark(image.pixels, image.size(), colour);
 }
 
 void grow_whole(GrayImage source, GrayImage result, const Growth& growth) {
@@ -261,7 +261,7 @@ void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int3
 }
 
 void NuvBinImgMinFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color) {
-  grow_to_color({pBinImg, width, height}, color, kBlackMarks255);
+  grow_to_colour({pBinImg, width, height}, color, kBlackMarks255);
 }
 
 void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg) {
@@ -274,5 +274,5 @@ void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, int3
 }
 
 void NuvBinImgMaxFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color) {
-  grow_to_color({pBinImg, width, height}, color, k255MarksBlack);
+  grow_to_colour({pBinImg, width, height}, color, k255MarksBlack);
 }

@@ -18,8 +18,8 @@
 namespace nuv {
 namespace {
 
-NUV_ROW_KERNEL void keep_accompanied(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
-                                     std::ptrdiff_t n) {
+NUV_ROW_KERNEL void delete_isolated_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
+                                        std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t beside = p[-w - 1] | p[-w] | p[-w + 1] | p[-1] | p[1] | p[w - 1] | p[w] | p[w + 1];
     // A load under the condition would prevent vector code.
@@ -122,7 +122,7 @@ void NuvBinImgDeleteIsolatedPoints(uint8_t* pBinImg, int32_t width, int32_t heig
   std::array<uint8_t, kBlock> kept;
   for (uint8_t* p = first + 1; p < last; p += kBlock) {
     const std::ptrdiff_t n = std::min(kBlock, last - p);
-    keep_accompanied(p, w, kept.data(), n);
+    delete_isolated_row(p, w, kept.data(), n);
     std::memcpy(p, kept.data(), static_cast<std::size_t>(n));
   }
   if (is_isolated(last)) *last = 0;

@@ -92,11 +92,11 @@ RunMeasures no_runs(int32_t least) {
 // ---- removed ----
 
 template <class ForRuns, class Test>
-void recolor_runs(Lines lines, int32_t color, ForRuns for_runs, Test is_recolored) {
+void recolour_runs(Lines lines, int32_t colour, ForRuns for_runs, Test is_recoloured) {
   for (int32_t i = 0; i < lines.count; ++i) {
     const Line line = lines[i];
     for_runs(line, [=](int32_t first, int32_t last) {
-      if (is_recolored(last - first + 1)) line.fill(first, last, low_byte(color));
+      if (is_recoloured(last - first + 1)) line.fill(first, last, low_byte(colour));
     });
   }
 }
@@ -108,10 +108,10 @@ auto shorter_than(int32_t length) {
   return [=](int32_t run) { return run < length; };
 }
 
-NUV_ROW_KERNEL void recolor_isolated(const uint8_t* NUV_RESTRICT above, const uint8_t* NUV_RESTRICT below,
-                                     uint8_t* NUV_RESTRICT row, std::ptrdiff_t n, uint8_t color) {
+NUV_ROW_KERNEL void recolour_isolated(const uint8_t* NUV_RESTRICT above, const uint8_t* NUV_RESTRICT below,
+                                      uint8_t* NUV_RESTRICT row, std::ptrdiff_t n, uint8_t colour) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
-    const uint8_t alone = (above[x] | below[x]) == 0 ? color : row[x];
+    const uint8_t alone = (above[x] | below[x]) == 0 ? colour : row[x];
     row[x] = row[x] != 0 ? alone : 0;
   }
 }
@@ -286,32 +286,33 @@ int32_t NuvRLYWhiteCount(uint8_t* pGryImg, int32_t width, int32_t height, int32_
 
 void NuvRLXWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
                            uint8_t color) {
-  recolor_runs(rows_of({pBinImg, width, height}), color, WhiteRuns(), longer_than(maxLength));
+  recolour_runs(rows_of({pBinImg, width, height}), color, WhiteRuns(), longer_than(maxLength));
 }
 
 void NuvRLXWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                             int32_t color) {
-  recolor_runs(rows_of({pBinImg, width, height}), color, WhiteRuns(), shorter_than(minLength));
+  recolour_runs(rows_of({pBinImg, width, height}), color, WhiteRuns(), shorter_than(minLength));
 }
 
 void NuvRLXBlackDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                             int32_t color) {
   // Runs begin after the first column and end before the last one.
   const Lines inner_rows = rows_of({pBinImg, width, height}, {1, width - 2, 0, height - 1});
-  recolor_runs(inner_rows, color, BlackRuns(), shorter_than(minLength));
+  recolour_runs(inner_rows, color, BlackRuns(), shorter_than(minLength));
 }
 
 void NuvRLYWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
                            int32_t color) {
-  change_column_strips(columns_of({pBinImg, width, height}),
-                       [=](Lines strip) { recolor_runs(strip, color, WhiteRuns(), longer_than(maxLength)); });
+  change_column_strips(columns_of({pBinImg, width, height}), [=](Lines strip) {
+    recolour_runs(strip, color, WhiteRuns(), longer_than(maxLength));
+  });
 }
 
 void NuvRLYWhiteDeleteIsolated(uint8_t* pBinImg, int32_t width, int32_t height, int32_t color) {
   const GrayImage image{pBinImg, width, height};
   if (image.empty()) return;
   for (int32_t y = 1; y < height - 1; ++y) {
-    recolor_isolated(image.row(y - 1), image.row(y + 1), image.row(y), width, low_byte(color));
+    recolour_isolated(image.row(y - 1), image.row(y + 1), image.row(y), width, low_byte(color));
   }
 }
 
@@ -322,7 +323,7 @@ void NuvRLYWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int
     return;
   }
   change_column_strips(columns_of({pBinImg, width, height}), [=](Lines strip) {
-    recolor_runs(strip, color, WhiteRuns(), shorter_than(minLength));
+    recolour_runs(strip, color, WhiteRuns(), shorter_than(minLength));
   });
 }
 

@@ -48,7 +48,7 @@ int32_t before_run(Line line, int32_t i) {
   while (i > 0 && line[i] != 0) --i;
   return i;
 }
-int32_t behind_run(Line line, int32_t i) {
+int32_t after_run(Line line, int32_t i) {
   while (i < line.count - 1 && line[i] != 0) ++i;
   return i;
 }
@@ -83,7 +83,7 @@ int32_t get_runs(Lines lines, int32_t number, Search search, Record* records, in
   int32_t count = 0;
   for (int32_t i = 0; i < lines.count; ++i) {
     const Line line = lines[i];
-    const int32_t end = behind_run(line, search.last);
+    const int32_t end = after_run(line, search.last);
     const Line searched{line.start, end + 1, line.stride};
     const Line kept{line.start, end + 1 - search.short_by, line.stride};
     for (int32_t place = before_run(line, search.first); place <= end; ++place) {
@@ -111,7 +111,7 @@ int32_t grow_run(Lines lines, Run run, int32_t step, int32_t last_line, Record* 
     const int32_t middle = (run.first + run.last) >> 1;
     if (middle < 0 || middle >= line.count || line[middle] == 0) break;
     const int32_t left = before_run(line, middle);
-    const int32_t right = behind_run(line, middle);
+    const int32_t right = after_run(line, middle);
     const int32_t length = right - left;
     if (length == 0) break;
     const int64_t change = std::abs(static_cast<int64_t>(length) - length_before);
@@ -145,11 +145,11 @@ int32_t grow_all(Record* records, int32_t count, int32_t n, int32_t first_line, 
 // ---- drawing ----
 
 template <class Record>
-void draw_runs(Lines lines, const Record* records, int32_t n, int32_t color) {
+void draw_runs(Lines lines, const Record* records, int32_t n, int32_t colour) {
   for (int32_t i = 0; i < n; ++i) {
     const Run run = run_of(records[i]);
     if (run.line < 0 || run.line >= lines.count) continue;
-    lines[run.line].fill(std::max(run.first, 0), std::min(run.last, lines.length - 1), low_byte(color));
+    lines[run.line].fill(std::max(run.first, 0), std::min(run.last, lines.length - 1), low_byte(colour));
   }
 }
 
@@ -342,11 +342,13 @@ int32_t NuvRLXReginsGetAndGrow(uint8_t* pBinImg, int32_t width, int32_t height, 
   const int32_t count = NuvRLXRegionsGet(pBinImg, width, height, x1, x2, y1, y2, pRLX, N);
   return grow_all(
       pRLX, count, N, y1, y2,
-      [=](Run run, RLX* records, int32_t room) {
-        return NuvRLXRegionsGrowByYInc(pBinImg, width, height, run.line, run.first, run.last, records, room);
+      [=](Run run, RLX* records, int32_t capacity) {
+        return NuvRLXRegionsGrowByYInc(pBinImg, width, height, run.line, run.first, run.last, records,
+                                       capacity);
       },
-      [=](Run run, RLX* records, int32_t room) {
-        return NuvRLXRegionsGrowByYDec(pBinImg, width, height, run.line, run.first, run.last, records, room);
+      [=](Run run, RLX* records, int32_t capacity) {
+        return NuvRLXRegionsGrowByYDec(pBinImg, width, height, run.line, run.first, run.last, records,
+                                       capacity);
       });
 }
 
@@ -355,11 +357,13 @@ int32_t NuvRLYReginsGetAndGrow(uint8_t* pBinImg, int32_t width, int32_t height, 
   const int32_t count = NuvRLYRegionsGet(pBinImg, width, height, x1, x2, y1, y2, pRLY, N);
   return grow_all(
       pRLY, count, N, x1, x2,
-      [=](Run run, RLY* records, int32_t room) {
-        return NuvRLYRegionsGrowByXInc(pBinImg, width, height, run.line, run.first, run.last, records, room);
+      [=](Run run, RLY* records, int32_t capacity) {
+        return NuvRLYRegionsGrowByXInc(pBinImg, width, height, run.line, run.first, run.last, records,
+                                       capacity);
       },
-      [=](Run run, RLY* records, int32_t room) {
-        return NuvRLYRegionsGrowByXDec(pBinImg, width, height, run.line, run.first, run.last, records, room);
+      [=](Run run, RLY* records, int32_t capacity) {
+        return NuvRLYRegionsGrowByXDec(pBinImg, width, height, run.line, run.first, run.last, records,
+                                       capacity);
       });
 }
 

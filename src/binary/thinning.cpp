@@ -42,9 +42,9 @@ constexpr bool all_three(int neighbours, int a, int b, int c) {
   return has(neighbours, a) && has(neighbours, b) && has(neighbours, c);
 }
 
-enum Fate : uint8_t { kDeletedByFirst = 1, kDeletedBySecond = 2, kDeletedByCleanUp = 4 };
+enum DeletedBy : uint8_t { kDeletedByFirst = 1, kDeletedBySecond = 2, kDeletedByCleanUp = 4 };
 
-constexpr uint8_t fate(int neighbours) {
+constexpr uint8_t deleted_by(int neighbours) {
   int count = 0;
   for (int d = 0; d < 8; ++d) count += has(neighbours, d) ? 1 : 0;
   uint8_t result = 0;
@@ -63,24 +63,24 @@ constexpr uint8_t fate(int neighbours) {
   return result;
 }
 
-constexpr std::array<uint8_t, 256> make_fates() {
-  std::array<uint8_t, 256> fates{};
-  for (int i = 0; i < 256; ++i) fates[static_cast<std::size_t>(i)] = fate(i);
-  return fates;
+constexpr std::array<uint8_t, 256> make_deleted_by() {
+  std::array<uint8_t, 256> table{};
+  for (int i = 0; i < 256; ++i) table[static_cast<std::size_t>(i)] = deleted_by(i);
+  return table;
 }
-constexpr std::array<uint8_t, 256> kFates = make_fates();
+constexpr std::array<uint8_t, 256> kDeletedBy = make_deleted_by();
 
 // ---- iterations ----
 
 // During the iterations a pixel is 0, or 1 plus twice the number of passes that have yet to test it.
 constexpr uint8_t kObject = 1;
-constexpr uint8_t kOneLook = 2;
-constexpr uint8_t kTwoLooks = 4;
+constexpr uint8_t kOneTest = 2;
+constexpr uint8_t kTwoTests = 4;
 
 NUV_ROW_KERNEL void to_object(const uint8_t* in, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = in[i] != 0 ? kObject : 0;
 }
-NUV_ROW_KERNEL void drop_looks(uint8_t* pixels, std::ptrdiff_t n) {
+NUV_ROW_KERNEL void clear_test_counts(uint8_t* pixels, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] &= kObject;
 }
 
@@ -111,18 +111,18 @@ class Thinning {
       for_white_runs({image_.row(y), image_.width, 1}, [&](int32_t first, int32_t last) {
         for (int32_t x = first; x <= last; ++x) {
           uint8_t* p = image_.at(x, y);
-          if (neighbours_of(p, offsets_) != 255) look_twice(p);
+          if (neighbours_of(p, offsets_) != 255) test_twice(p);
         }
       });
     }
   }
 
   // Returns the number of deleted pixels.
-  std::ptrdiff_t pass(Fate fate) {
+  std::ptrdiff_t pass(DeletedBy step) {
     std::ptrdiff_t deletions = 0;
     for (std::ptrdiff_t i = 0; i < pending_count_; ++i) {
       uint8_t* p = image_.pixels + pending_[i];
-      if ((kFates[neighbours_of(p, offsets_)] & fate) != 0) deleted_[deletions++] = pending_[i];
+      if ((kDeletedBy[neighbours_of(p, offsets_)] & step) != 0) deleted_[deletions++] = pending_[i];
     }
     for (std::ptrdiff_t i = 0; i < deletions; ++i) image_.pixels[deleted_[i]] = 0;
 
@@ -130,23 +130,23 @@ class Thinning {
     for (std::ptrdiff_t i = 0; i < pending_count_; ++i) {
       uint8_t& pixel = image_.pixels[pending_[i]];
       if (pixel == 0) continue;
-      pixel = static_cast<uint8_t>(pixel - kOneLook);
-      if (pixel >= kOneLook) pending_[kept++] = pending_[i];
+      pixel = static_cast<uint8_t>(pixel - kOneTest);
+      if (pixel >= kOneTest) pending_[kept++] = pending_[i];
     }
     pending_count_ = kept;
     for (std::ptrdiff_t i = 0; i < deletions; ++i) {
       uint8_t* p = image_.pixels + deleted_[i];
       for (std::ptrdiff_t offset : offsets_) {
-        if (p[offset] != 0) look_twice(p + offset);
+        if (p[offset] != 0) test_twice(p + offset);
       }
     }
     return deletions;
   }
 
  private:
-  void look_twice(uint8_t* p) {
-    if (*p < kOneLook) pending_[pending_count_++] = static_cast<int32_t>(p - image_.pixels);
-    *p = kObject | kTwoLooks;
+  void test_twice(uint8_t* p) {
+    if (*p < kOneTest) pending_[pending_count_++] = static_cast<int32_t>(p - image_.pixels);
+    *p = kObject | kTwoTests;
   }
 
   GrayImage image_;
@@ -163,7 +163,7 @@ void clean_up(GrayImage image) {
     for_white_runs({image.row(y), image.width, 1}, [&](int32_t first, int32_t last) {
       for (int32_t x = first; x <= last; ++x) {
         uint8_t* p = image.at(x, y);
-        if ((kFates[neighbours_of(p, offsets)] & kDeletedByCleanUp) != 0) *p = 0;
+        if ((kDeletedBy[neighbours_of(p, offsets)] & kDeletedByCleanUp) != 0) *p = 0;
       }
     });
   }
@@ -188,7 +188,7 @@ int32_t NuvBinImgThin(uint8_t* pBinImg, uint8_t* pTmpImg, int32_t width, int32_t
     const bool by_second = thinning.pass(kDeletedBySecond) != 0;
     deleted = by_first || by_second;
   }
-  drop_looks(pResImg, image.size());
+  clear_test_counts(pResImg, image.size());
   copy_bytes(pTmpImg, pResImg, image.size());
   NuvThreshold(pResImg, width, height, kObject);
   clean_up(image);

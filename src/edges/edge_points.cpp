@@ -67,7 +67,7 @@ Two strongest_two_in_row(GrayImage image, int32_t y, int32_t x1, int32_t x2) {
 // number within a block fits in a byte.
 
 constexpr int32_t kStrip = 1024;
-constexpr int32_t kRowsABlock = 255;
+constexpr int32_t kRowsPerBlock = 255;
 
 // A stretch of rows for each column of a strip, from first to end - 1.
 struct Stretches {
@@ -82,7 +82,7 @@ struct BlockStretches {
 
   void cut(const Stretches& stretches, int32_t top, int32_t n) {
     const auto in_block = [=](int32_t y) {
-      return static_cast<uint8_t>(std::clamp<int64_t>(int64_t{y} - top, 0, kRowsABlock));
+      return static_cast<uint8_t>(std::clamp<int64_t>(int64_t{y} - top, 0, kRowsPerBlock));
     };
     for (int32_t i = 0; i < n; ++i) {
       first[i] = in_block(stretches.first[i]);
@@ -130,8 +130,8 @@ void strongest_in_columns(GrayImage image, int32_t x, int32_t n, const Stretches
   std::array<uint8_t, kStrip> places;
   BlockStretches searched_in_block;
   BlockStretches gaps_in_block;
-  for (int32_t top = y1; top < y_end; top += kRowsABlock) {
-    const int32_t rows = std::min(kRowsABlock, y_end - top);
+  for (int32_t top = y1; top < y_end; top += kRowsPerBlock) {
+    const int32_t rows = std::min(kRowsPerBlock, y_end - top);
     searched_in_block.cut(searched, top, n);
     gaps_in_block.cut(gaps, top, n);
     most.fill(0);
@@ -205,10 +205,10 @@ struct PairsOfPoints {
 
 // The stretch that an ellipse covers across one axis, at an offset from the centre along the other. along and
 // across are the half axes. If along is 0, the stretch is empty.
-Ends ellipse_ends(int32_t center, int32_t offset, int32_t along, int32_t across) {
+Ends ellipse_ends(int32_t centre, int32_t offset, int32_t along, int32_t across) {
   const double half = along;
   const double d = std::sqrt(along * along - static_cast<double>(offset) * offset) * (across / half);
-  const Ends ends{truncated(center - d + 0.5), truncated(center + 0.5 + d)};
+  const Ends ends{truncated(centre - d + 0.5), truncated(centre + 0.5 + d)};
   if (ends.low == kNoInteger || ends.high == kNoInteger) return {0, -1};
   return ends;
 }
@@ -265,16 +265,16 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
   for (int32_t y = y1 + 1; y < y2; ++y) {
     for (int32_t x = x1 + 1; x < x2; ++x) {
       if (*edges.at(x, y) == 0) continue;
-      const uint8_t center = *gray.at(x, y);
-      uint8_t low = center;
-      uint8_t high = center;
+      const uint8_t centre = *gray.at(x, y);
+      uint8_t low = centre;
+      uint8_t high = centre;
       for (const Point& sample : kSamples) {
         const uint8_t value = *gray.at(x + sample.x, y + sample.y);
         low = std::min(low, value);
         high = std::max(high, value);
       }
-      ++steps[mode == kBrightSide ? center : low];
-      --steps[(mode == kDarkSide ? center : high) + 1];
+      ++steps[mode == kBrightSide ? centre : low];
+      --steps[(mode == kDarkSide ? centre : high) + 1];
     }
   }
   Histogram votes;

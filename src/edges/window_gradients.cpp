@@ -70,8 +70,8 @@ NUV_INLINE uint8_t at_most_255(int32_t v) {
 
 // The sum of 2m + 1 columns around each of n places, the first of which is column m.
 NUV_ROW_KERNEL void whole_window_row(const int32_t* prefix, int32_t m, uint8_t* NUV_RESTRICT out, int32_t n) {
-  const int32_t* behind = prefix + 2 * m + 1;
-  for (int32_t k = 0; k < n; ++k) out[k] = at_most_255(magnitude(behind[k] - prefix[k]));
+  const int32_t* end = prefix + 2 * m + 1;
+  for (int32_t k = 0; k < n; ++k) out[k] = at_most_255(magnitude(end[k] - prefix[k]));
 }
 
 // The m columns left of each of n places minus the m columns right of it. The first place is column m.
@@ -91,9 +91,8 @@ struct HalfSizes {
   int32_t m;
   int32_t n;
 
-  HalfSizes(int32_t m_asked, int32_t n_asked, GrayImage image)
-      : m(std::clamp(m_asked, 1, std::max(image.width, 1))),
-        n(std::clamp(n_asked, 1, std::max(image.height, 1))) {}
+  HalfSizes(int32_t M, int32_t N, GrayImage image)
+      : m(std::clamp(M, 1, std::max(image.width, 1))), n(std::clamp(N, 1, std::max(image.height, 1))) {}
 };
 
 // Clears the border rows of the two one-direction forms: the first n rows, and the n rows that end one row
@@ -151,9 +150,9 @@ class PaddedPrefix {
   Buffer<int32_t> entries_;
 };
 
-NUV_ROW_KERNEL void slide_diagonal(const int32_t* NUV_RESTRICT from, const int32_t* out_of,
-                                   const int32_t* into, int32_t* NUV_RESTRICT to, int32_t n) {
-  for (int32_t i = 0; i < n; ++i) to[i] = from[i] - out_of[i] + into[i];
+NUV_ROW_KERNEL void slide_diagonal(const int32_t* NUV_RESTRICT from, const int32_t* leaving,
+                                   const int32_t* entering, int32_t* NUV_RESTRICT to, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) to[i] = from[i] - leaving[i] + entering[i];
 }
 
 // Sums of row prefixes along the two diagonals of the window, for m not below n. With P_r the prefix of row r
@@ -249,12 +248,12 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
     const int32_t* falling = diagonals.falling();
     uint8_t* out = result.at(m, y);
     for (int32_t k = 0; k < places; ++k) {
-      // The window has the columns k to behind - 1, whose sum is all[behind] - all[k].
-      const int32_t behind = k + 2 * m + 1;
-      const int32_t d1 = vertical[behind] - vertical[k];
-      const int32_t d2 = all[k + m] - all[k] - (all[behind] - all[k + m + 1]);
-      const int32_t d3 = rising[k] - all[k] - (all[behind] - rising[k + 1]);
-      const Sides sides{falling[k] - all[k], all[behind] - falling[k + 1]};
+      // The window has the columns k to end - 1, whose sum is all[end] - all[k].
+      const int32_t end = k + 2 * m + 1;
+      const int32_t d1 = vertical[end] - vertical[k];
+      const int32_t d2 = all[k + m] - all[k] - (all[end] - all[k + m + 1]);
+      const int32_t d3 = rising[k] - all[k] - (all[end] - rising[k + 1]);
+      const Sides sides{falling[k] - all[k], all[end] - falling[k + 1]};
       out[k] = directions.value(d1, d2, d3, sides);
     }
     if (y + 1 >= source.height - n) return;
@@ -473,9 +472,9 @@ void four_directions_of_high_windows(GrayImage source, GrayImage result, int32_t
     const int32_t* right_sums = falling_right.sums();
     uint8_t* out = result.at(m, y);
     for (int32_t k = 0; k < places; ++k) {
-      const int32_t behind = k + columns;
-      const int32_t d1 = vertical[behind] - vertical[k];
-      const int32_t d2 = all[k + m] - all[k] - (all[behind] - all[k + m + 1]);
+      const int32_t end = k + columns;
+      const int32_t d1 = vertical[end] - vertical[k];
+      const int32_t d2 = all[k + m] - all[k] - (all[end] - all[k + m + 1]);
       const int32_t d3 = rising_right_end[k] - rising_left_end[k] + rising_sums[k];
       const Sides sides{left_right_end[k] - left_left_end[k] + left_sums[k],
                         right_right_end[k] - right_sums[k]};

@@ -75,21 +75,21 @@ template <class Beats>
 class SlidingExtreme {
  public:
   // room has one entry per element of the data.
-  SlidingExtreme(const double* data, int32_t* room) : data_(data), kept_(room) {}
+  SlidingExtreme(const double* data, int32_t* room) : data_(data), candidates_(room) {}
 
   void take_in(int32_t i) {
     if (std::isnan(data_[i])) return;
-    while (end_ > begin_ && !Beats()(data_[kept_[end_ - 1]], data_[i])) --end_;
-    kept_[end_++] = i;
+    while (end_ > begin_ && !Beats()(data_[candidates_[end_ - 1]], data_[i])) --end_;
+    candidates_[end_++] = i;
   }
   void start_at(int32_t first) {
-    while (begin_ < end_ && kept_[begin_] < first) ++begin_;
+    while (begin_ < end_ && candidates_[begin_] < first) ++begin_;
   }
-  double value() const { return data_[kept_[begin_]]; }
+  double value() const { return data_[candidates_[begin_]]; }
 
  private:
   const double* data_;
-  int32_t* kept_;
+  int32_t* candidates_;
   int32_t begin_ = 0;
   int32_t end_ = 0;
 };
@@ -460,12 +460,12 @@ bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double* pPeakVa
       }
     }
     // The plateau is followed upward only. The position returned is the one after it.
-    int32_t told = position;
-    while (told < N && !blocked[told] && pData[told] == value) ++told;
+    int32_t after_plateau = position;
+    while (after_plateau < N && !blocked[after_plateau] && pData[after_plateau] == value) ++after_plateau;
     pPeakValue[k] = value;
-    pPeakPos[k] = told;
-    const int64_t begin = std::max<int64_t>(int64_t{told} - minDist, 0);
-    const int64_t end = std::min<int64_t>(int64_t{told} + minDist, N);
+    pPeakPos[k] = after_plateau;
+    const int64_t begin = std::max<int64_t>(int64_t{after_plateau} - minDist, 0);
+    const int64_t end = std::min<int64_t>(int64_t{after_plateau} + minDist, N);
     bool blocks_more = false;
     for (int64_t i = begin; i < end; ++i) {
       bool& element = blocked[static_cast<std::size_t>(i)];
@@ -475,7 +475,7 @@ bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double* pPeakVa
     if (!blocks_more) {
       // No flag has changed, so all further rounds have the same result.
       std::fill(pPeakValue + k + 1, pPeakValue + K, value);
-      std::fill(pPeakPos + k + 1, pPeakPos + K, told);
+      std::fill(pPeakPos + k + 1, pPeakPos + K, after_plateau);
       break;
     }
   }

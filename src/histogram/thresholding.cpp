@@ -59,10 +59,10 @@ int32_t threshold_for_share(const Histogram& bins, int32_t share) {
 
 struct RatioThreshold {
   int32_t found;
-  bool spares_black;  // fewer than half of the pixels are requested to become white
+  bool few_white;  // fewer than half of the pixels are requested to become white
 
   // A threshold of 0 would make black pixels white.
-  int32_t raised_from_black() const { return spares_black && found == 0 ? 1 : found; }
+  int32_t raised_from_black() const { return few_white && found == 0 ? 1 : found; }
 };
 
 RatioThreshold threshold_for_ratio(const Histogram& bins, int32_t pixels, double ratio) {
