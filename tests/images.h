@@ -55,6 +55,14 @@ inline TestImage draw(std::initializer_list<std::string_view> rows) {
   return image;
 }
 
+inline TestImage transposed(const TestImage& image) {
+  TestImage result(image.height, image.width);
+  for (int32_t y = 0; y < image.height; ++y) {
+    for (int32_t x = 0; x < image.width; ++x) result.at(y, x) = image.at(x, y);
+  }
+  return result;
+}
+
 class Random {
  public:
   explicit Random(uint32_t seed) : engine_(seed) {}
@@ -82,6 +90,14 @@ class Random {
     const int32_t low = between(0, 255);
     const int32_t high = between(low, 255);
     for (uint8_t& pixel : image.pixels) pixel = static_cast<uint8_t>(between(low, high));
+    return image;
+  }
+
+  // Noise of random strength, from black to a random value.
+  TestImage noise(int32_t width, int32_t height) {
+    TestImage image(width, height);
+    const int32_t most = between(1, 255);
+    for (uint8_t& pixel : image.pixels) pixel = static_cast<uint8_t>(between(0, most));
     return image;
   }
 

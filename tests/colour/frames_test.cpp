@@ -1,3 +1,6 @@
+// The tests of packed_frames.cpp and planar_frames.cpp, and through them of colour_matrix.cpp. One table
+// lists all formats.
+
 #include <gmock/gmock.h>
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <vector>
 
 #include "NuvImgSDK2014DLL.h"
-#include "images.h"
 
 namespace {
 
@@ -40,31 +40,6 @@ TEST(Gray, FollowsTheFormulas) {
   for (const auto& [to_gray, formula] : functions) {
     to_gray(colours.data(), static_cast<int32_t>(gray.size()), 1, gray.data());
     for (std::size_t i = 0; i < gray.size(); ++i) ASSERT_EQ(gray[i], formula(&colours[3 * i])) << i;
-  }
-}
-
-TEST(Channels, AreSplitAndJoined) {
-  Random random(8);
-  const int32_t width = 37;
-  const int32_t height = 5;
-  const auto n = static_cast<std::size_t>(width * height);
-  const Bytes original = random.bytes(3 * n);
-  Bytes rgb = original;
-  Bytes planes[3];
-  for (int32_t channel = 0; channel < 3; ++channel) {
-    planes[channel].resize(n);
-    NuvSelectRGB2Gry(rgb.data(), width, height, channel, planes[channel].data());
-  }
-  Bytes joined(3 * n);
-  NuvGry2RGBImg(planes[2].data(), planes[1].data(), planes[0].data(), width, height, joined.data());
-  EXPECT_EQ(joined, original);
-
-  NuvReplaceOneChannelInRGB(rgb.data(), width, height, 1, planes[0].data());
-  NuvOROneChannelInRGB(rgb.data(), width, height, 2, planes[1].data());
-  for (std::size_t i = 0; i < n; ++i) {
-    ASSERT_EQ(rgb[3 * i], original[3 * i]);
-    ASSERT_EQ(rgb[3 * i + 1], original[3 * i]);
-    ASSERT_EQ(rgb[3 * i + 2], original[3 * i + 2] | original[3 * i + 1]);
   }
 }
 

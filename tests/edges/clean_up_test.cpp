@@ -1,7 +1,6 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 #include <vector>
 
@@ -9,9 +8,6 @@
 #include "images.h"
 
 namespace {
-
-using testing::Each;
-using testing::ElementsAre;
 
 TEST(CrossPoints, AreCountedBeforeAnyPixelChanges) {
   TestImage plus = draw({".......", "...#...", "...#...", ".#####.", "...#...", "...#...", "......."});
@@ -100,99 +96,6 @@ TEST(ConnectEdge, UsesAtMostAThousandEndPoints) {
     mask.at(40, 40) = 255;
     NuvConnectEdge(edges.data(), mask.data(), 81, 81, 70);
     EXPECT_EQ(edges.at(40, 40), ends == 999 ? 100 : 0);
-  }
-}
-
-TEST(TwoEdgePoints, PerColumn) {
-  TestImage image = draw({"9..", "5.7", "...", "3.7", "4.9", "9.."});
-  int32_t first[3] = {-7, -7, -7};
-  int32_t second[3] = {-7, -7, -7};
-  NuvExtractTwoEdgePointPerCol(image.data(), 3, 2, 0, 1, 0, 5, first, second);
-  EXPECT_THAT(first, ElementsAre(1, 0, 0)) << "an empty column and one outside give 0";
-  EXPECT_THAT(second, ElementsAre(4, 0, 0));
-  NuvExtractTwoEdgePointPerCol(image.data(), 3, 9, 0, 2, 0, 5, first, second);
-  EXPECT_THAT(first, ElementsAre(1, 0, 4));
-  EXPECT_THAT(second, ElementsAre(1, 0, 4)) << "no second pixel is far enough from the first";
-}
-
-TEST(EdgePointsInRect, NeedMoreThanTenPixelsBetween) {
-  TestImage image(40, 3);
-  image.at(5, 0) = 9;
-  image.at(15, 0) = 8;
-  image.at(5, 1) = 9;
-  image.at(16, 1) = 8;
-  std::vector<int32_t> left(3, -7);
-  std::vector<int32_t> right(3, -7);
-  std::vector<int32_t> top(40, -7);
-  std::vector<int32_t> bottom(40, -7);
-  bottom[2] = 33;
-  NuvExtractEdgePointInRect(image.data(), 40, 0, 0, 39, 2, left.data(), right.data(), top.data(),
-                            bottom.data());
-  EXPECT_THAT(left, ElementsAre(5, 5, 33)) << "a row of zeros receives the entry of pBottom";
-  EXPECT_THAT(right, ElementsAre(5, 16, -1));
-  EXPECT_EQ(top[5], 0);
-  EXPECT_EQ(top[6], -1);
-}
-
-TEST(EdgePointsInCircle, AreFoundPerRowAndColumn) {
-  TestImage image(41, 41);
-  image.at(8, 20) = image.at(33, 20) = 9;
-  image.at(1, 14) = 9;  // outside the ellipse
-  std::vector<int32_t> left(41, -7), right(41, -7), top(41, -7), bottom(41, -7);
-  NuvExtractEdgePointInCircle(image.data(), 41, 20, 20, 15, 15, left.data(), right.data(), top.data(),
-                              bottom.data());
-  EXPECT_TRUE(left[20] == 8 && right[20] == 33 && top[8] == 20);
-  EXPECT_EQ(right[14], -1);
-  EXPECT_EQ(right[4], -7) << "above the ellipse";
-}
-
-TEST(ThresholdByEdge, CountsVotesAroundEdges) {
-  TestImage gray(10, 10, 50);
-  TestImage edges(10, 10);
-  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 0), 0);
-  edges.at(4, 5) = 1;
-  gray.at(5, 5) = 60;  // a sample
-  gray.at(4, 6) = 90;  // not a sample
-  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 0), 50);
-  gray.at(4, 5) = 55;
-  edges.at(5, 5) = 1;
-  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 1), 50);
-  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 0, 9, 0, 9, 2), 60);
-  EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), 10, 4, 9, 0, 9, 2), 60)
-      << "the edge pixel in column x1 does not vote";
-}
-
-TEST(LocalRange, EqualsThePlainWindows) {
-  Random random(36);
-  for (int round = 0; round < 300; ++round) {
-    const int32_t width = random.between(1, 60);
-    const int32_t height = random.between(1, 20);
-    const int32_t m = random.between(0, 9);
-    const int32_t n = random.between(0, 9);
-    TestImage source = random.gray(width, height);
-    TestImage expected(width, height);
-    std::array<int32_t, 256> bins{};
-    for (int32_t y = 0; y < height; ++y) {
-      const int32_t top = std::max(y - n, 0);
-      const int32_t bottom = std::min(top + 2 * n, height - 1);
-      for (int32_t x = 0; x < width; ++x) {
-        const int32_t left = x < m ? x : x >= width - m - 1 ? x - 2 * m : x - m;
-        std::vector<uint8_t> window;
-        for (int32_t wy = top; wy <= bottom; ++wy) {
-          for (int32_t wx = std::max(left, 0); wx <= std::min(left + 2 * m, width - 1); ++wx) {
-            window.push_back(source.at(wx, wy));
-          }
-        }
-        const auto [least, most] = std::minmax_element(window.begin(), window.end());
-        expected.at(x, y) = static_cast<uint8_t>(*most - *least);
-        ++bins[expected.at(x, y)];
-      }
-    }
-    TestImage result(width, height);
-    std::array<int32_t, 256> histogram;
-    ASSERT_TRUE(NuvEdgeTripeDetection(source.data(), width, height, m, n, result.data(), histogram.data()));
-    ASSERT_EQ(result, expected) << m << ' ' << n;
-    ASSERT_EQ(histogram, bins);
   }
 }
 
