@@ -165,8 +165,8 @@ NUV_API void NuvGryImgNormalize(uint8_t* pGryImg, int32_t width, int32_t height,
 /// the first such value from 255 downward. Values below lo become 0, and values above hi become 15. If lo
 /// equals hi, all pixels become 0.
 ///
-/// The test is count*10 > width*height. Products have 32 bits and wrap: from a count of 214,748,365 pixels on,
-/// the test can fail, and a later value is taken. If all values fail, lo is 0, or hi is 255.
+/// The test is count*10 > width*height. Products have 32 bits and wrap: from a count of 214,748,365 pixels
+/// on, the test can fail, and a later value is taken. If all values fail, lo is 0, or hi is 255.
 NUV_API void NuvGryImg4Bit(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Selects a value in a region of a gray image: v becomes 255 if it equals value, else 0.

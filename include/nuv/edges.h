@@ -374,8 +374,8 @@ NUV_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_
 
 /// Returns the gray value that most edge pixels vote for as a threshold.
 ///
-/// Each edge pixel strictly inside the region votes for every gray value of a range. The range is made of its own
-/// gray value c and the extremes lo and hi of c and seven samples, at these offsets (dx, dy):
+/// Each edge pixel strictly inside the region votes for every gray value of a range. The range is made of its
+/// own gray value c and the extremes lo and hi of c and seven samples, at these offsets (dx, dy):
 ///
 ///     (1,0)  (2,-1)  (2,-2)  (1,-3)  (0,-3)  (-1,-2)  (-1,-1)
 ///

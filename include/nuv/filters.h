@@ -200,8 +200,8 @@ NUV_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t hei
 /// The low 8 bits are stored. Results near 0 and 255 can wrap around, because a neighbour just beyond T
 /// contributes nearly 2T. The border is not written.
 ///
-/// @param T  strength of the noise, in gray values. At 0 or less the interior pixels are copied; at 255 or more
-///           all neighbours count in full
+/// @param T  strength of the noise, in gray values. At 0 or less the interior pixels are copied; at 255 or
+///           more all neighbours count in full
 NUV_API void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg);
 
 /// @}

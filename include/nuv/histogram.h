@@ -277,13 +277,13 @@ NUV_API bool NuvGetDifImgThreshold(int32_t* pHistogram, int32_t nIgnored, int32_
 
 /// Clusters the gray values by one-dimensional k-means, weighted by the counts.
 ///
-/// The updates are sequential. In each pass, every occupied gray value from 0 upward joins the nearest centre;
-/// ties go to the centre of the lowest index. That centre moves at once to the mean of all pixels that have
-/// joined it. Its sums are never cleared between passes.
+/// The updates are sequential. In each pass, every occupied gray value from 0 upward joins the nearest
+/// centre; ties go to the centre of the lowest index. That centre moves at once to the mean of all pixels
+/// that have joined it. Its sums are never cleared between passes.
 ///
-/// There are K = min(nClusters, n) centres, where n is the number of occupied gray values. The first centre starts
-/// at the most frequent one. Each further one starts n/K places (truncated) after the one before it in the
-/// list of occupied gray values, which continues at the lowest after the highest.
+/// There are K = min(nClusters, n) centres, where n is the number of occupied gray values. The first centre
+/// starts at the most frequent one. Each further one starts n/K places (truncated) after the one before it in
+/// the list of occupied gray values, which continues at the lowest after the highest.
 ///
 /// Passes end when no centre has moved by more than eps relative to its new place. For a new place of 0, the
 /// old place is compared with eps instead. If no pass meets this condition, the last one is number
@@ -613,8 +613,8 @@ NUV_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryI
 /// number. A not-a-number reaches no ratio.
 ///
 /// @param pHistogram             256 bins
-/// @param T                      gray value between the two modes, 1 to 255; any other leaves one side without
-///                               bins
+/// @param T                      gray value between the two modes, 1 to 255; any other leaves one side
+///                               without bins
 /// @param M                      length of the window in bins; a negative M counts as 0
 /// @param minDist                least distance between the peaks, in bins
 /// @param ratio                  least contrast

@@ -27,16 +27,16 @@ inline int32_t last_occupied(const int32_t* bins, int32_t n = kBins) {
 // How a walk over the bins compares its running count with the limit that ends it.
 enum class Reach { kReaches, kExceeds };
 
-// Where a walk ended: the value, and the running count up to it. If the limit was not met, the value is the one
-// after the last: 256 or -1.
+// Where a walk ended: the value, and the running count up to it. If the limit was not met, the value is the
+// one after the last: 256 or -1.
 template <class Count>
 struct WalkEnd {
   int32_t value;
   Count count;
 };
 
-// Both functions walk to the first value at which the running count reaches or exceeds the limit, from a value
-// upward or from 255 downward. Counts of 32 bits wrap.
+// Both functions walk to the first value at which the running count reaches or exceeds the limit, from a
+// value upward or from 255 downward. Counts of 32 bits wrap.
 template <class Count = int32_t>
 WalkEnd<Count> walk_up(const int32_t* bins, int32_t limit, Reach reach, int32_t first = 0) {
   Count count = 0;
