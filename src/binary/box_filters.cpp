@@ -10,7 +10,6 @@
 #include <cstring>
 #include <limits>
 
-#include "core/buffer.h"
 #include "core/row_kernel.h"
 #include "core/views.h"
 #include "core/window_sums.h"
@@ -31,30 +30,31 @@ bool fits(GrayImage image, int32_t m, int32_t n) {
   return !image.empty() && m >= 0 && n >= 0 && m <= (image.width - 1) / 2 && n <= (image.height - 1) / 2;
 }
 
-// Leaves the column sums of the last 2 * n rows in columns, which has width entries. If allocation fails,
-// nothing is written and the result is false.
+// columns receives the column sums of the last 2 * n rows; it has width entries or is null. If allocation
+// fails, nothing is written and the result is false.
 template <class Sum>
 bool filter_whole_windows(GrayImage image, GrayImage result, int32_t m, int32_t n, Sum threshold,
-                          Sum* columns) {
-  const std::ptrdiff_t width = image.width;
-  const Buffer<Sum> work = allocate<Sum>(2 * int64_t{image.width});
-  if (!work) return false;
+                          uint32_t* columns) {
+  WindowSums<1, Sum> sums(image);
+  if (!sums.allocated()) return false;
+  const auto width = static_cast<std::size_t>(image.width);
   const int32_t last = image.height - 1 - n;
   const int32_t windows = image.width - 2 * m;
-  std::fill_n(columns, width, Sum{0});
-  for (int32_t y = 0; y <= 2 * n; ++y) add_row(columns, image.row(y), width);
+  for (int32_t y = 0; y <= 2 * n; ++y) sums.add(y);
   for (int32_t y = n; y <= last; ++y) {
-    if (y > n) exchange_rows(columns, image.row(y + n), image.row(y - n - 1), width);
-    const Sum* sums = neighbour_sums(columns, windows, 2 * m + 1, 1, work.get(), work.get() + width);
+    if (y > n) sums.exchange(y + n, y - n - 1);
     uint8_t* row = result.row(y);
-    threshold_sums(sums, threshold, row + m, windows);
+    threshold_sums(sums.of_windows(2 * m + 1), threshold, row + m, windows);
     std::memset(row, row[m], static_cast<std::size_t>(m));
     std::memset(row + m + windows, row[m + windows - 1], static_cast<std::size_t>(m));
   }
-  subtract_row(columns, image.row(last - n), width);
   for (int32_t y = 0; y < n; ++y) {
-    std::memcpy(result.row(y), result.row(n), static_cast<std::size_t>(width));
-    std::memcpy(result.row(last + 1 + y), result.row(last), static_cast<std::size_t>(width));
+    std::memcpy(result.row(y), result.row(n), width);
+    std::memcpy(result.row(last + 1 + y), result.row(last), width);
+  }
+  if (columns != nullptr) {
+    sums.subtract(last - n);
+    std::copy_n(sums.of_columns(), width, columns);
   }
   return true;
 }
@@ -64,22 +64,12 @@ bool is_small(int32_t m, int32_t n) {
   return (2 * int64_t{m} + 1) * (2 * int64_t{n} + 1) * 255 <= UINT16_MAX;
 }
 
-// columns receives the column sums of the last 2 * n rows; it has width entries or is null.
 bool filter_whole_windows(GrayImage image, GrayImage result, int32_t m, int32_t n, uint32_t threshold,
                           uint32_t* columns) {
-  if (is_small(m, n)) {
-    const Buffer<uint16_t> small_columns = allocate<uint16_t>(image.width);
-    // No sum is above UINT16_MAX, so greater thresholds may be lowered to it.
-    const auto small_threshold = static_cast<uint16_t>(std::min<uint32_t>(threshold, UINT16_MAX));
-    if (!small_columns || !filter_whole_windows(image, result, m, n, small_threshold, small_columns.get())) {
-      return false;
-    }
-    if (columns != nullptr) std::copy_n(small_columns.get(), image.width, columns);
-    return true;
-  }
-  if (columns != nullptr) return filter_whole_windows<uint32_t>(image, result, m, n, threshold, columns);
-  const Buffer<uint32_t> own = allocate<uint32_t>(image.width);
-  return own && filter_whole_windows<uint32_t>(image, result, m, n, threshold, own.get());
+  if (!is_small(m, n)) return filter_whole_windows<uint32_t>(image, result, m, n, threshold, columns);
+  // No sum is above UINT16_MAX, so greater thresholds may be lowered to it.
+  const auto small_threshold = static_cast<uint16_t>(std::min<uint32_t>(threshold, UINT16_MAX));
+  return filter_whole_windows<uint16_t>(image, result, m, n, small_threshold, columns);
 }
 
 // ---- shrinking windows ----

@@ -123,6 +123,40 @@ const Sum* neighbour_sums(const Sum* values, std::ptrdiff_t n, std::ptrdiff_t co
   return sums;
 }
 
+// The sums of the columns of an image and of its windows, over the rows that were added and not subtracted.
+// The bytes of RGB pixels stay interleaved: columns are columns of bytes, and horizontal neighbours are
+// Channels bytes apart.
+template <int Channels, class Sum>
+class WindowSums {
+ public:
+  explicit WindowSums(Image<Channels> image)
+      : image_(image), bytes_(static_cast<std::ptrdiff_t>(image.width) * Channels) {
+    for (Buffer<Sum>& buffer : buffers_) buffer = allocate<Sum>(bytes_);
+    if (buffers_[0]) std::fill_n(buffers_[0].get(), bytes_, Sum{0});
+  }
+
+  bool allocated() const { return buffers_[0] && buffers_[1] && buffers_[2]; }
+
+  void add(int32_t y) { add_row(buffers_[0].get(), image_.row(y), bytes_); }
+  void subtract(int32_t y) { subtract_row(buffers_[0].get(), image_.row(y), bytes_); }
+  void exchange(int32_t in, int32_t out) {
+    exchange_rows(buffers_[0].get(), image_.row(in), image_.row(out), bytes_);
+  }
+
+  const Sum* of_columns() const { return buffers_[0].get(); }
+  // The sums of all windows of that many columns whose columns lie in the row, from the left. The next call
+  // overwrites them.
+  const Sum* of_windows(int32_t columns) {
+    const std::ptrdiff_t n = bytes_ - static_cast<std::ptrdiff_t>(columns - 1) * Channels;
+    return neighbour_sums<Sum>(of_columns(), n, columns, Channels, buffers_[1].get(), buffers_[2].get());
+  }
+
+ private:
+  Image<Channels> image_;
+  std::ptrdiff_t bytes_;
+  Buffer<Sum> buffers_[3];  // the column sums, and two that neighbour_sums() alternates
+};
+
 }  // namespace nuv
 
 #endif

@@ -1,8 +1,7 @@
 // Box means.
 //
 // The sums of the columns over the rows of a window slide down with the rows. The sums of windows are formed
-// from the column sums by doubling. The bytes of RGB pixels stay interleaved: columns are columns of bytes,
-// and horizontal neighbours are Channels bytes apart.
+// from the column sums by doubling.
 //
 // The exports differ in two rules: what happens where a window does not fit (the two passes below), and which
 // multiplier stands for an area.
@@ -40,42 +39,13 @@ struct Window {
   int64_t area() const { return (2 * static_cast<int64_t>(m) + 1) * (2 * static_cast<int64_t>(n) + 1); }
 };
 
-// The sums of windows of 2m + 1 columns over the rows that have been added and not subtracted. 2m + 1 must
-// not exceed the width.
+// Writes the means of all windows of 2m + 1 columns that lie in the row. The first one is centred at column m.
 template <int Channels, class Sum>
-class WindowSums {
- public:
-  WindowSums(Image<Channels> image, int32_t m)
-      : image_(image), m_(m), bytes_(static_cast<std::ptrdiff_t>(image.width) * Channels) {
-    for (Buffer<Sum>& buffer : buffers_) buffer = allocate<Sum>(bytes_);
-    if (buffers_[0]) std::fill_n(buffers_[0].get(), bytes_, Sum{0});
-  }
-
-  bool allocated() const { return buffers_[0] && buffers_[1] && buffers_[2]; }
-
-  void add(int32_t y) { add_row(buffers_[0].get(), image_.row(y), bytes_); }
-  void subtract(int32_t y) { subtract_row(buffers_[0].get(), image_.row(y), bytes_); }
-  void exchange(int32_t in, int32_t out) {
-    exchange_rows(buffers_[0].get(), image_.row(in), image_.row(out), bytes_);
-  }
-
-  const Sum* columns() const { return buffers_[0].get(); }
-
-  // Writes the means of all windows whose columns lie in the row. The first one is centred at column m.
-  void write_means(uint32_t multiplier, uint8_t* row) const {
-    const std::ptrdiff_t m = static_cast<std::ptrdiff_t>(m_) * Channels;
-    const std::ptrdiff_t n = bytes_ - 2 * m;
-    const Sum* sums =
-        neighbour_sums(columns(), n, 2 * m_ + 1, Channels, buffers_[1].get(), buffers_[2].get());
-    mean_row(sums, multiplier, row + m, n);
-  }
-
- private:
-  Image<Channels> image_;
-  int32_t m_;
-  std::ptrdiff_t bytes_;
-  Buffer<Sum> buffers_[3];  // the column sums, and two that neighbour_sums alternates
-};
+void write_means(WindowSums<Channels, Sum>& sums, Image<Channels> result, int32_t y, int32_t m,
+                 uint32_t multiplier) {
+  const std::ptrdiff_t n = static_cast<std::ptrdiff_t>(result.width - 2 * m) * Channels;
+  mean_row(sums.of_windows(2 * m + 1), multiplier, result.at(m, y), n);
+}
 
 // Sums have 16 bits if the sum of a window fits: twice as many are added at once.
 template <class Pass>
@@ -113,7 +83,7 @@ template <int Channels, class Sum>
 bool average_shrinking(Image<Channels> source, Image<Channels> result, Window window,
                        uint32_t (*multiplier)(int64_t)) {
   const auto [m, n] = window;
-  WindowSums<Channels, Sum> sums(source, m);
+  WindowSums<Channels, Sum> sums(source);
   const Buffer<uint32_t> multipliers = allocate<uint32_t>(int64_t{m} + 1);
   if (!sums.allocated() || !multipliers) return false;
   const int32_t last = source.height - 1;
@@ -126,10 +96,11 @@ bool average_shrinking(Image<Channels> source, Image<Channels> result, Window wi
     uint8_t* out = result.row(y);
     const std::ptrdiff_t last_pixel = static_cast<std::ptrdiff_t>(source.width - 1) * Channels;
     for (int c = 0; c < Channels; ++c) {
-      write_growing<Channels>(sums.columns() + c, multipliers.get(), m, out + c);
-      write_growing<-Channels>(sums.columns() + last_pixel + c, multipliers.get(), m, out + last_pixel + c);
+      write_growing<Channels>(sums.of_columns() + c, multipliers.get(), m, out + c);
+      write_growing<-Channels>(sums.of_columns() + last_pixel + c, multipliers.get(), m,
+                               out + last_pixel + c);
     }
-    sums.write_means(multipliers[m], out);
+    write_means(sums, result, y, m, multipliers[m]);
     if (y < n) {
       sums.add(2 * y + 1);
       sums.add(2 * y + 2);
@@ -158,12 +129,12 @@ bool average_shrinking(Image<Channels> source, Image<Channels> result, int32_t M
 template <int Channels, class Sum>
 bool average_full_windows(Image<Channels> source, Image<Channels> result, Window window) {
   const auto [m, n] = window;
-  WindowSums<Channels, Sum> sums(source, m);
+  WindowSums<Channels, Sum> sums(source);
   if (!sums.allocated()) return false;
   const uint32_t multiplier = reciprocal(window.area());
   for (int32_t y = 0; y <= 2 * n; ++y) sums.add(y);
   for (int32_t y = n;; ++y) {
-    sums.write_means(multiplier, result.row(y));
+    write_means(sums, result, y, m, multiplier);
     for (int32_t x = 0; x < m; ++x) {
       std::memcpy(result.at(x, y), result.at(m, y), Channels);
       std::memcpy(result.at(source.width - m + x, y), result.at(source.width - m - 1, y), Channels);

@@ -8,7 +8,6 @@
 #include <cstdlib>
 
 #include "core/arithmetic.h"
-#include "core/buffer.h"
 #include "core/byte_counter.h"
 #include "core/byte_sums.h"
 #include "core/row_kernel.h"
@@ -127,19 +126,16 @@ NUV_ROW_KERNEL Sum largest_of(const Sum* sums, std::ptrdiff_t n) {
 template <class Sum>
 Window brightest_window(GrayImage image, int32_t M, int32_t N) {
   const std::ptrdiff_t places = std::max(image.width - M, 1);
-  const Buffer<Sum> columns = allocate<Sum>(image.width);
-  const Buffer<Sum> room = allocate<Sum>(image.width);
-  const Buffer<Sum> more_room = allocate<Sum>(image.width);
+  WindowSums<1, Sum> window_sums(image);
   Window best;
-  if (!columns || !room || !more_room) return best;
-  std::fill_n(columns.get(), image.width, Sum{0});
-  for (int32_t y = 0; y < N; ++y) add_row(columns.get(), image.row(y), image.width);
+  if (!window_sums.allocated()) return best;
+  for (int32_t y = 0; y < N; ++y) window_sums.add(y);
   for (int32_t y = 0; y < image.height - N; ++y) {
-    const Sum* sums = neighbour_sums<Sum>(columns.get(), places, M, 1, room.get(), more_room.get());
+    const Sum* sums = window_sums.of_windows(M);
     const Sum most = largest_of(sums, places);
     if (most > best.sum)
       best = {most, {static_cast<int32_t>(std::find(sums, sums + places, most) - sums), y}};
-    exchange_rows(columns.get(), image.row(y + N), image.row(y), image.width);
+    window_sums.exchange(y + N, y);
   }
   return best;
 }
