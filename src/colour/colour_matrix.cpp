@@ -10,11 +10,6 @@
 namespace nuv {
 namespace {
 
-// The first pixel of a step. The last step ends with the row and may repeat pixels of the step before it.
-NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t step, std::ptrdiff_t count) {
-  return done < count - step ? done : count - step;
-}
-
 // Hides the value of a factor. The compiler replaces products with known factors by chains of shifts and
 // sums, which are slower.
 NUV_INLINE int16_t opaque(int16_t factor) {

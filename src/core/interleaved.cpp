@@ -169,11 +169,6 @@ NUV_INLINE void join_pairs_step(const uint8_t* plane0, const uint8_t* plane1, ui
   for (int i = 0; i < 2; ++i) store32(pairs + 32 * i, row[i]);
 }
 
-// The first pixel of a step. The last step ends with the row and may repeat pixels of the step before it.
-NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t count) {
-  return done < count - kStep ? done : count - kStep;
-}
-
 }  // namespace
 #endif
 
@@ -183,7 +178,7 @@ NUV_ROW_KERNEL void split_planes(const uint8_t* NUV_RESTRICT pixels, uint8_t* NU
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
   while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, count);
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
     split_step(pixels + 3 * i, plane0 + i, plane1 + i, plane2 + i);
     done = i + kStep;
   }
@@ -201,7 +196,7 @@ NUV_ROW_KERNEL void join_planes(const uint8_t* NUV_RESTRICT plane0, const uint8_
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
   while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, count);
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
     join_step(plane0 + i, plane1 + i, plane2 + i, pixels + 3 * i);
     done = i + kStep;
   }
@@ -222,7 +217,7 @@ NUV_INLINE void put_bytes(const uint8_t* NUV_RESTRICT plane, uint8_t* NUV_RESTRI
 #if NUV_HAS_LANES
   // A pixel that is processed twice gets the same value again.
   while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, count);
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
     put_step<K, IsOr>(plane + i, pixels + 3 * i);
     done = i + kStep;
   }
@@ -254,7 +249,7 @@ NUV_ROW_KERNEL void split_pairs(const uint8_t* NUV_RESTRICT pairs, uint8_t* NUV_
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
   while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, count);
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
     split_pairs_step(pairs + 2 * i, plane0 + i, plane1 + i);
     done = i + kStep;
   }
@@ -275,7 +270,7 @@ NUV_ROW_KERNEL void join_pairs(const uint8_t* NUV_RESTRICT plane0, const uint8_t
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
   while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, count);
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
     join_pairs_step(plane0 + i, plane1 + i, pairs + 2 * i);
     done = i + kStep;
   }

@@ -8,6 +8,7 @@
 #ifndef NUV_CORE_LANES_H
 #define NUV_CORE_LANES_H
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -52,6 +53,12 @@ NUV_INLINE void order(Lanes& a, Lanes& b) {
   const Lanes first = a;
   keep_lesser(a, b);
   keep_greater(b, first);
+}
+
+// The first pixel of a step that works on so many pixels of a row. The last step ends with the row and may
+// repeat pixels of the step before it.
+NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t step, std::ptrdiff_t count) {
+  return done < count - step ? done : count - step;
 }
 
 #if NUV_HAS_LANES
