@@ -42,9 +42,8 @@ NUV_ROW_KERNEL void copy_reversed(const uint8_t* NUV_RESTRICT from, std::ptrdiff
 // ---- quarter turns ----
 
 template <int PixelBytes>
-void turn_quarter(Image<PixelBytes> image, bool clockwise, uint8_t* result_pixels) {
+void turn_quarter(Image<PixelBytes> image, bool clockwise, Image<PixelBytes> result) {
   if (image.empty()) return;
-  const Image<PixelBytes> result{result_pixels, image.height, image.width};
   const std::ptrdiff_t source_step = static_cast<std::ptrdiff_t>(image.width) * PixelBytes;
   const std::ptrdiff_t result_step = static_cast<std::ptrdiff_t>(result.width) * PixelBytes;
   const Transposition t =
@@ -55,9 +54,9 @@ void turn_quarter(Image<PixelBytes> image, bool clockwise, uint8_t* result_pixel
 
 void turn_quarter(uint8_t* image, int32_t width, int32_t height, bool rgb, bool clockwise, uint8_t* result) {
   if (rgb) {
-    turn_quarter<3>({image, width, height}, clockwise, result);
+    turn_quarter<3>({image, width, height}, clockwise, {result, height, width});
   } else {
-    turn_quarter<1>({image, width, height}, clockwise, result);
+    turn_quarter<1>({image, width, height}, clockwise, {result, height, width});
   }
 }
 
@@ -95,7 +94,7 @@ void NuvReverseImg(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pRe
 }
 
 void NuvRGB32Rotate90Degree(uint8_t* pImg, int32_t width, int32_t height, bool bCS, uint8_t* pResImg) {
-  turn_quarter<4>({pImg, width, height}, bCS, pResImg);
+  turn_quarter<4>({pImg, width, height}, bCS, {pResImg, height, width});
 }
 
 void NuvImgRotate90DegreeCS(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pResImg) {
