@@ -53,6 +53,24 @@ TEST(GetContours, ClearsTheBorderAndNeedsExactly255) {
       << "the image becomes binary all the same";
 }
 
+TEST(GetContours, ComparesValuesWithTheirLimits) {
+  for (uint8_t ground : {9, 10}) {
+    TestImage image(7, 4, ground);
+    for (int32_t x : {3, 4}) image.at(x, 1) = image.at(x, 2) = 255;
+    EXPECT_EQ(get_contours(image, 0, 0, 1) != nullptr, ground == 9);
+  }
+  for (uint8_t object : {250, 251}) {
+    TestImage image(7, 5, object);
+    image.at(3, 2) = 0;
+    EXPECT_EQ(get_contours(image, 0, 0, 2) != nullptr, object == 251);
+  }
+  TestImage restored(4, 3);
+  restored.at(1, 1) = 49;
+  restored.at(2, 1) = 50;
+  EXPECT_FALSE(get_contours(restored));
+  EXPECT_EQ(restored, draw({"....", "..#.", "...."}));
+}
+
 // The scan that steps over equal pixels finds what the plain scan finds, and restores the image.
 TEST(GetContours, AgreesWithThePlainScanOnRandomImages) {
   Random random(13);
