@@ -16,7 +16,7 @@ namespace nuv {
 namespace {
 
 void draw_line(const GrayPen& pen, Point p1, Point p2) {
-  NuvGryLine(pen.image.pixels, pen.image.width, pen.image.height, p1.x, p1.y, p2.x, p2.y, pen.color);
+  NuvGryLine(pen.image.pixels, pen.image.width, pen.image.height, p1.x, p1.y, p2.x, p2.y, pen.colour);
 }
 void draw_line(const RgbPen& pen, Point p1, Point p2) {
   NuvRGBLine(pen.image.pixels, pen.image.width, pen.image.height, p1.x, p1.y, p2.x, p2.y, pen.red, pen.green,

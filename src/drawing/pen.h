@@ -15,14 +15,14 @@ namespace nuv {
 
 struct GrayPen {
   GrayImage image;
-  uint8_t color;
+  uint8_t colour;
 
   GrayPen(uint8_t* pixels, int32_t width, int32_t height, int32_t gray)
-      : image{pixels, width, height}, color(low_byte(gray)) {}
-  void put(int32_t x, int32_t y) const { *image.at(x, y) = color; }
+      : image{pixels, width, height}, colour(low_byte(gray)) {}
+  void put(int32_t x, int32_t y) const { *image.at(x, y) = colour; }
   // n pixels of a row, from column x on.
   void put_run(int32_t x, int32_t y, int32_t n) const {
-    std::memset(image.at(x, y), color, static_cast<std::size_t>(n));
+    std::memset(image.at(x, y), colour, static_cast<std::size_t>(n));
   }
 };
 

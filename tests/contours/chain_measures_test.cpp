@@ -14,9 +14,9 @@ TEST(ChainMeasures, OfASquare) {
   NuvAreaAndPerimeter(s.data(), 8, &area, &perimeter);
   EXPECT_EQ(area, 8);
   EXPECT_EQ(perimeter, 8);
-  int32_t center[2];
-  NuvContourCenter(s.x, s.y, s.data(), 8, &center[0], &center[1]);
-  EXPECT_THAT(center, ElementsAre(2, 2));
+  int32_t centre[2];
+  NuvContourCenter(s.x, s.y, s.data(), 8, &centre[0], &centre[1]);
+  EXPECT_THAT(centre, ElementsAre(2, 2));
   int32_t box[4];
   NuvContourRect(s.x, s.y, s.data(), 8, &box[0], &box[1], &box[2], &box[3]);
   EXPECT_THAT(box, ElementsAre(1, 3, 1, 3));
