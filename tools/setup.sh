@@ -25,8 +25,7 @@ build_packages=(g++ cmake ninja-build libcli11-dev libstb-dev nlohmann-json3-dev
 font_packages=(python3 unifont)
 test_packages=(libgtest-dev libgmock-dev binutils git pkgconf "${font_packages[@]}")
 bindings_packages=(gcc mono-mcs mono-runtime fp-compiler rustc)
-debian_packages=(git build-essential debhelper help2man lintian
-  libindicators-dev libstb-dev nlohmann-json3-dev)
+debian_packages=(git build-essential debhelper help2man lintian libstb-dev nlohmann-json3-dev)
 style_packages=(git clang clang-format clang-tidy doxygen)
 bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev)
 # Tests for other platforms build GoogleTest from its sources.
