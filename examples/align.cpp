@@ -91,8 +91,10 @@ void run(Options options) {
   std::printf("shift               %d, %d\n", alignment.dx, alignment.dy);
   std::printf("mean difference     %d\n", alignment.mean);
   if (area.left > options.limit || area.top > options.limit) {
-    std::printf("compared            the middle %d x %d pixels\n", area.right - area.left + 1,
-                area.bottom - area.top + 1);
+    // On Windows the ends of a rectangle have a type of their own.
+    const int32_t columns = area.right - area.left + 1;
+    const int32_t rows = area.bottom - area.top + 1;
+    std::printf("compared            the middle %d x %d pixels\n", columns, rows);
   }
   if (std::max(std::abs(alignment.dx), std::abs(alignment.dy)) == options.limit) {
     std::printf("the shift is at the limit: try --limit %d\n", 2 * options.limit);

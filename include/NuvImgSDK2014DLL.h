@@ -36,6 +36,11 @@
 ///   buffers of the host, which do not overlap an input unless a function allows it.
 /// - Functions read and write only what their arguments point to. Pointers are not tested.
 /// - Memory that a function returns is released as that function says.
+/// - NuvRead8BitBmpFile2Img, NuvRead24BitBmpFile2Img and NuvRotateImgByCCS return images that are released
+///   with delete[]. Only a host with the C runtime of the library may do so: every host on Linux, and on
+///   Windows a host that MinGW builds for the same runtime. Any other host, such as one built by MSVC, releases
+///   them with nuv_free of the C library nuvimgsdk_c. The lists of contours and of regions are released by
+///   functions of the library, which every host may call.
 ///
 /// ## Numbers
 ///
@@ -71,6 +76,7 @@
 /// - nuv/records.h: the records that hosts and the library exchange
 /// - nuv/segmentation.h: a tree of dark regions
 /// - nuv/statistics.h: means, ranges and contrasts of regions
+/// - nuv/windows_rectangle.h: on Windows, functions that write to a RECT
 #ifndef NUVIMGSDK2014DLL_H
 #define NUVIMGSDK2014DLL_H
 
@@ -89,5 +95,6 @@
 #include "nuv/records.h"
 #include "nuv/segmentation.h"
 #include "nuv/statistics.h"
+#include "nuv/windows_rectangle.h"
 
 #endif

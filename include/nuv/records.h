@@ -5,6 +5,14 @@
 
 #include <cstdint>
 
+// On Windows, tagRECT is the record of windows.h, which a host may include before this header or after it. A
+// program must not define the record twice, so this header includes windef.h, the part of windows.h that defines
+// it. If the host defines NUV_NO_WINDEF, the record is defined below instead, and windows.h must not come after
+// this header.
+#if defined(_WIN32) && !defined(_WINDEF_) && !defined(NUV_NO_WINDEF)
+#include "nuv/system_rectangle.h"
+#endif
+
 /// @defgroup records Records
 ///
 /// The records that hosts and the library exchange. The order and the types of their fields are part of the
@@ -14,8 +22,8 @@
 #if !defined(_WINDEF_)
 /// A rectangle of pixels, all four ends inclusive.
 ///
-/// A rectangle with left == right and top == bottom is one pixel. A host that includes windows.h before this
-/// header already has the record of this name and layout.
+/// A rectangle with left == right and top == bottom is one pixel. On Windows the record is that of the system,
+/// RECT, whose layout is the same; see docs/windows.md.
 struct tagRECT {
   int32_t left;    ///< first column
   int32_t top;     ///< first row

@@ -14,8 +14,8 @@ using Aligned = std::array<int32_t, 3>;  // mean, dx, dy
 
 Aligned plain_alignment(Bytes a, Bytes b, int32_t width, int32_t height, bool rgb, int32_t max_dx,
                         int32_t max_dy, tagRECT r) {
-  r = {std::max(max_dx, r.left), std::max(max_dy, r.top), std::min(r.right, width - max_dx - 1),
-       std::min(r.bottom, height - max_dy - 1)};
+  r = {std::max<int32_t>(max_dx, r.left), std::max<int32_t>(max_dy, r.top),
+       std::min<int32_t>(r.right, width - max_dx - 1), std::min<int32_t>(r.bottom, height - max_dy - 1)};
   Aligned best{(r.right - r.left + 1) * (r.bottom - r.top + 1) * (rgb ? 765 : 255)};
   if (r.right < r.left || r.bottom < r.top) return best;
   for (int32_t dx = -max_dx; dx <= max_dx; ++dx) {
