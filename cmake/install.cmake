@@ -18,7 +18,8 @@ install(EXPORT NuvImgSDK2014DLLTargets
 configure_package_config_file(
   ${PROJECT_SOURCE_DIR}/cmake/NuvImgSDK2014DLLConfig.cmake.in
   ${PROJECT_BINARY_DIR}/NuvImgSDK2014DLLConfig.cmake
-  INSTALL_DESTINATION ${package_dir})
+  INSTALL_DESTINATION ${package_dir}
+  PATH_VARS CMAKE_INSTALL_LIBDIR)
 write_basic_package_version_file(
   ${PROJECT_BINARY_DIR}/NuvImgSDK2014DLLConfigVersion.cmake
   COMPATIBILITY ${NUV_COMPATIBILITY})

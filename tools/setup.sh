@@ -31,8 +31,9 @@ bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-d
 # Tests for other platforms build GoogleTest from its sources.
 linux32_packages=(g++-12-multilib googletest)
 aarch64_packages=(g++-aarch64-linux-gnu qemu-user googletest)
-windows_packages=(g++-mingw-w64-i686-posix googletest wine)
-windows64_packages=(g++-mingw-w64-x86-64-posix googletest wine)
+windows_packages=(g++-mingw-w64-i686-posix llvm googletest wine)
+windows64_packages=(g++-mingw-w64-x86-64-posix llvm googletest wine)
+msvc_packages=(clang lld llvm)
 fuzz_packages=(clang libclang-rt-dev)
 
 # need_32_bit_wine: puts the libraries of Debian's 32-bit wine package beside those of the 64-bit one, which then runs

@@ -12,6 +12,9 @@
 
 #include "NuvImgSDK2014DLL.h"
 #include "boundary/lists.h"
+#if defined(_WIN32)
+#include "boundary/dll_exports.h"
+#endif
 
 namespace {
 
@@ -48,25 +51,12 @@ std::string demangled(const std::string& symbol) {
   return status == 0 ? name.get() : symbol;
 }
 
-// All symbols that the library exports, of any kind.
+// All symbols that the library exports, of any kind. Second names for hosts built by MSVC are tested with Windows.
 #if defined(_WIN32)
-// Declared here, because the system's header would define another tagRECT.
-extern "C" __declspec(dllimport) void* __stdcall GetModuleHandleA(const char* name);
-
-uint32_t number_at(const unsigned char* place) {
-  uint32_t number;
-  std::memcpy(&number, place, 4);
-  return number;
-}
-
 Names visible_symbols() {
-  const auto* image = static_cast<const unsigned char*>(GetModuleHandleA("NuvImgSDK2014DLL.dll"));
-  const unsigned char* optional_header = image + number_at(image + 0x3C) + 24;
-  const unsigned char* exports = image + number_at(optional_header + (sizeof(void*) == 4 ? 96 : 112));
-  const unsigned char* symbols = image + number_at(exports + 32);
   Names names;
-  for (uint32_t i = 0; i < number_at(exports + 24); ++i) {
-    names.insert(demangled(reinterpret_cast<const char*>(image + number_at(symbols + 4 * i))));
+  for (const auto& [name, place] : dll_exports()) {
+    if (!is_msvc_name(name)) names.insert(demangled(name));
   }
   return names;
 }
