@@ -51,6 +51,8 @@ NUV_API void NuvGetFileNakeName(char* pFileName, char* pNakeName);
 ///                         first case above
 /// @return the image, width*height bytes, to be released with delete[]; an image without pixels if a
 ///         dimension is 0; null on failure
+/// @note A host with another C runtime than the library, such as one built by MSVC, releases the image with
+///       nuv_free of the C library nuvimgsdk_c, because delete[] fails there.
 NUV_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
 
 /// Writes a gray image as an 8-bit BMP file with the gray palette 0..255.
@@ -85,6 +87,8 @@ NUV_API bool NuvWrite8BitImg2BmpFileMarkColor(uint8_t* pGryImg, int32_t width, i
 /// @param pFileName        path of the file
 /// @param pWidth, pHeight  receive the dimensions, as in NuvRead8BitBmpFile2Img
 /// @return the image, to be released with delete[], or null as in NuvRead8BitBmpFile2Img
+/// @note A host with another C runtime than the library releases the image with nuv_free of the C library
+///       nuvimgsdk_c, as in NuvRead8BitBmpFile2Img.
 NUV_API uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
 
 /// Writes an RGB image as a 24-bit BMP file.

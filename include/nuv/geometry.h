@@ -77,6 +77,8 @@ NUV_API void NuvImgRotate90DegreeCCS(uint8_t* pImg, int32_t width, int32_t heigh
 ///         if the result would have more than 2^31-1 bytes, or for an image without pixels
 /// @note The sine of 90 degrees is truncated to 1023. That turn gives one row fewer than the source has
 ///       columns, and loses one more row for every further 1024 columns.
+/// @note A host with another C runtime than the library, such as one built by MSVC, releases the result with
+///       nuv_free of the C library nuvimgsdk_c, because delete[] fails there.
 NUV_API uint8_t* NuvRotateImgByCCS(uint8_t* pGryImg, int32_t width, int32_t height, double angle,
                                    int32_t* pResWidth, int32_t* pResHeight);
 
