@@ -44,16 +44,16 @@ class LevelFlood {
       begins_[value] = ends_[value] = begin;
       begin += bins[value];
     }
-    waiting_ = allocate<int32_t>(begin);
+    pending_ = allocate<int32_t>(begin);
   }
-  bool allocated() const { return waiting_ != nullptr; }
+  bool allocated() const { return pending_ != nullptr; }
 
   // Calls action(LevelComponent) for each component, after those inside it.
   template <class Action>
   void run(Action action) {
     for (std::ptrdiff_t i = 0; i < image_.size(); ++i) {
       if (image_.pixels[i] == 0) continue;
-      wait(static_cast<int32_t>(i), image_.pixels[i]);
+      push(static_cast<int32_t>(i), image_.pixels[i]);
       image_.pixels[i] = 0;
       while (highest_ > 0) {
         const int32_t value = highest_;
@@ -73,20 +73,20 @@ class LevelFlood {
     int32_t first_inside;
   };
 
-  void wait(int32_t place, int32_t value) {
-    waiting_[static_cast<std::size_t>(ends_[static_cast<std::size_t>(value)]++)] = place;
+  void push(int32_t place, int32_t value) {
+    pending_[static_cast<std::size_t>(ends_[static_cast<std::size_t>(value)]++)] = place;
     highest_ = std::max(highest_, value);
   }
-  // Takes a waiting pixel of the highest value.
+  // Takes a pending pixel of the highest value.
   int32_t next() {
     auto value = static_cast<std::size_t>(highest_);
-    const int32_t place = waiting_[static_cast<std::size_t>(--ends_[value])];
+    const int32_t place = pending_[static_cast<std::size_t>(--ends_[value])];
     while (value > 0 && ends_[value] == begins_[value]) --value;
     highest_ = static_cast<int32_t>(value);
     return place;
   }
   // Climbs from a pixel to one without higher neighbours, and adds that one to its component. The pixels
-  // passed on the way wait. Every waiting pixel is connected to the open component of its value.
+  // passed on the way become pending. Every pending pixel is connected to the open component of its value.
   void visit(int32_t place, int32_t value) {
     for (std::size_t i = 0; i < offsets_.size();) {
       const auto neighbour = static_cast<int32_t>(place + offsets_[i++]);
@@ -94,9 +94,9 @@ class LevelFlood {
       if (reached == 0) continue;
       image_.pixels[neighbour] = 0;
       if (reached <= value) {
-        wait(neighbour, reached);
+        push(neighbour, reached);
       } else {
-        wait(place, value);
+        push(place, value);
         place = neighbour;
         value = reached;
         i = 0;
@@ -126,10 +126,10 @@ class LevelFlood {
   GrayImage image_;
   std::array<std::ptrdiff_t, 8> offsets_;
   // Indices of the pixels that have been reached but not visited, grouped by value.
-  Buffer<int32_t> waiting_;
+  Buffer<int32_t> pending_;
   Histogram begins_{};
   Histogram ends_{};
-  int32_t highest_ = 0;  // the highest value of a waiting pixel; 0 if none waits
+  int32_t highest_ = 0;  // the highest value of a pending pixel; 0 if there is none
   std::array<Open, kBins> open_;
   std::size_t open_count_ = 0;
   int32_t count_ = 0;  // number of components closed

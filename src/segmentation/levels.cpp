@@ -1,0 +1,87 @@
+// Tracing the regions of a level, and making each level from the one before it.
+
+#include "segmentation/levels.h"
+
+#include <algorithm>
+
+#include "contours/chain.h"
+#include "contours/trace.h"
+#include "nuv/contours.h"
+
+namespace nuv {
+namespace {
+
+// The bounding box of a chain; the whole image if the chain does not close.
+Region box_of_chain(GrayImage image, const Chain& chain) {
+  Region box = Region::of(chain.start);
+  Point end = chain.start;
+  walk_ends(chain, chain.n, [&](Point p) {
+    box.take_in(p);
+    end = p;
+  });
+  return end.x == chain.start.x && end.y == chain.start.y ? box : image.whole();
+}
+
+}  // namespace
+
+int32_t Tracer::trace(int32_t first, int32_t level, int32_t& least) {
+  ChainSink chain(codes_.get(), static_cast<int32_t>(image_.size()));
+  uint8_t lowest = 255;
+  follow_contour<const uint8_t>(
+      image_.pixels + first, image_.width, true, [level](uint8_t pixel) { return pixel > level; },
+      [&lowest](uint8_t pixel) { lowest = std::min(lowest, pixel); },
+      [&chain](uint8_t code) { chain(code); });
+  least = lowest;
+  return chain.count();
+}
+
+Node* Tracer::region_of(const LevelComponent& component, int32_t level) {
+  const int32_t first = component.first;
+  int32_t least = 0;
+  const int32_t n = trace(first, level, least);
+  if (n <= census_.min_codes) return nullptr;
+  int32_t area = 0;
+  int32_t perimeter = 0;
+  NuvAreaAndPerimeter(codes_.get(), n, &area, &perimeter);
+  if (area < census_.min_area) return nullptr;
+  const Chain chain{{first % image_.width, first / image_.width}, codes_.get(), n};
+  Node* node = new_node(chain, box_of_chain(image_, chain), area, perimeter);
+  if (node == nullptr) return nullptr;
+  node->surround(component);
+  node->serial = first;
+  node->unbroken_to = least;
+  return node;
+}
+
+void advance(Level& level, int32_t t, const LevelComponent* starting, const LevelComponent* starting_end,
+             Tracer& tracer, Census& census, RegionList& broken) {
+  for (RegionStruct** link = level.list.begin(); starting != starting_end || *link != nullptr;) {
+    auto* region = static_cast<Node*>(*link);
+    if (region != nullptr && (starting == starting_end || region->serial <= starting->first)) {
+      if (region->unbroken_to > t) {
+        // What is left of a component may still have the same contour.
+        if (starting != starting_end && region->serial == starting->first) region->surround(*starting++);
+        link = &region->next;
+      } else {
+        level.unfile(*region);
+        broken.push_front(RegionList::unlink(link));
+      }
+      continue;
+    }
+    Node* node = tracer.region_of(*starting, t);
+    ++starting;
+    if (node == nullptr) continue;
+    level.file(*node);
+    node->next = *link;
+    *link = node;
+    link = &node->next;
+  }
+  level.longest = 0;
+  for (Node* r = level.list.head(); r != nullptr; r = r->next_node()) {
+    r->ID = census.next_id++;
+    r->gry = 255 - t;
+    level.longest = std::max(level.longest, r->N);
+  }
+}
+
+}  // namespace nuv

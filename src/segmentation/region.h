@@ -1,0 +1,94 @@
+// A region of the segmentation: its record, and the working data.
+
+#ifndef NUV_SEGMENTATION_REGION_H
+#define NUV_SEGMENTATION_REGION_H
+
+#include <array>
+#include <cstdint>
+
+#include "contours/chain.h"
+#include "core/views.h"
+#include "nuv/contours.h"
+#include "nuv/records.h"
+#include "segmentation/chain_rows.h"
+#include "segmentation/level_components.h"
+
+namespace nuv {
+
+// A record, and the working data of the segmentation.
+struct Node : RegionStruct {
+  Region box;                  // of the chain; the image if the chain does not close
+  LevelComponent component{};  // the component that the chain surrounds
+  bool has_holes = true;
+  int64_t serial = 0;               // rises with each entry into a list
+  Node* parent = nullptr;           // the region that parentID will name
+  const Node* container = nullptr;  // the region that sameLevelParentID names
+  int32_t children = 0;             // number of regions of the present level with this parent
+  int32_t children_area = 0;        // sum of their areas
+  RegionStruct* parts = nullptr;    // list of the regions that it splits into at the present level
+  bool is_replaced = false;
+  std::array<Node*, 4> in_cell{};  // links in the lists of its cells
+  Node* in_start_cell = nullptr;
+  int32_t unbroken_to = 0;  // the first level at which a pixel of the contour is missing
+  bool parent_is_current = false;
+  int32_t tests = 0;        // number of points that holds() has tested
+  bool was_tested = false;  // whether it has tested one at the present level
+  ChainRows rows;
+
+  Node* next_node() const { return static_cast<Node*>(next); }
+
+  // Whether the point lies inside the region or on its contour.
+  bool holds(int32_t x, int32_t y) {
+    constexpr int32_t kLongChain = 100;
+    constexpr int32_t kManyTests = 12;
+    if (!box.contains(x, y)) return false;
+    was_tested = true;
+    if (N > kLongChain && ++tests == kManyTests) rows.build({{x0, y0}, pChainCode, N}, box);
+    return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
+  }
+  // Whether the start of another region lies inside this one or on its contour. The start is a pixel of the
+  // other component, and two components either are disjoint or one contains the other.
+  bool holds_start_of(const Node& other) {
+    if (component.contains(other.component)) return true;
+    if (!has_holes && !other.component.contains(component)) return false;
+    return holds(other.x0, other.y0);
+  }
+  // Sets the component that the chain surrounds, and finds whether it has holes. A chain of n codes around a
+  // polygon of the area A encloses A + n/2 + 1 pixels. The area of NuvAreaAndPerimeter is A plus half the
+  // perimeter, and is 1/2 more if n is odd.
+  void surround(const LevelComponent& inside) {
+    component = inside;
+    const int32_t halves = 2 * (area - perimeter / 2) - N % 2;
+    has_holes = (halves + N) / 2 + 1 > inside.pixels;
+  }
+  bool starts_with(const Node& other) const { return x0 == other.x0 && y0 == other.y0; }
+  // The order of lists: the smaller first; ties go to the later one.
+  bool precedes(const Node& other) const {
+    return area < other.area || (area == other.area && serial > other.serial);
+  }
+  // Releases the sorted crossings, which are large, if holds() has not tested a point at this level.
+  void release_unused_rows() {
+    if (!was_tested) release_rows();
+    was_tested = false;
+  }
+  void release_rows() {
+    tests = 0;
+    rows.reset();
+  }
+};
+
+constexpr int32_t kNone = -1;
+
+// The ID of a region; kNone for none.
+inline int32_t id_of(const Node* node) {
+  return node != nullptr ? node->ID : kNone;
+}
+
+// Creates a record with its own copy of the chain, not numbered yet. Null if allocation fails.
+Node* new_node(const Chain& chain, Region box, int32_t area, int32_t perimeter);
+
+void destroy(Node* node);
+
+}  // namespace nuv
+
+#endif

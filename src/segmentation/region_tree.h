@@ -1,0 +1,30 @@
+// The tree of regions, over all levels so far.
+//
+// A region of the tree that holds one region of the next level has shrunk. A region that holds several has
+// split, and the parts enter the tree, below it or in its place.
+//
+// An index by place finds the smallest region around a point, and the regions that start inside another one.
+// A region of a level keeps its parent in the tree until the parent is replaced or a nearer one enters the
+// tree, so most regions search once. The tree and the lists of arrivals rise by area, and among equal areas
+// the later region comes first. Serial numbers keep this order for the index. A parent never comes before its
+// child.
+
+#ifndef NUV_SEGMENTATION_REGION_TREE_H
+#define NUV_SEGMENTATION_REGION_TREE_H
+
+#include "segmentation/levels.h"
+#include "segmentation/region_index.h"
+
+namespace nuv {
+
+using Tree = IndexedList;
+
+// Makes the tree from the first level that has regions.
+void start_tree(Tree& tree, Level& level);
+
+// Takes the new regions of a level into the tree.
+void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census);
+
+}  // namespace nuv
+
+#endif
