@@ -39,10 +39,10 @@ void NuvSeedRandomOnce() {
 
 // ---- samples ----
 
-// A generator of uniform samples: a counter whose bits are mixed. The step is 2^64 divided by the golden ratio,
-// as in G. L. Steele, D. Lea and C. H. Flood, Fast splittable pseudorandom number generators, 2014. The shifts
-// and factors of the mixer are D. Stafford's variant 13, which they name. Its last shift changes only bits that
-// no sample uses, and is left out.
+// A generator of uniform samples: a counter whose bits are mixed. The step is 2^64 divided by the golden
+// ratio, as in G. L. Steele, D. Lea and C. H. Flood, Fast splittable pseudorandom number generators, 2014.
+// The shifts and factors of the mixer are D. Stafford's variant 13, which they name. Its last shift changes
+// only bits that no sample uses, and is left out.
 class Samples {
  public:
   Samples() {

@@ -53,8 +53,8 @@ class Tracer {
   Buffer<uint8_t> codes_;
 };
 
-// Makes a level from the one before it and from the components that start at it, which come in the order of the scan.
-// Regions whose contour is broken move to the front of the list broken, so the last one comes first.
+// Makes a level from the one before it and from the components that start at it, which come in the order of
+// the scan. Regions whose contour breaks move to the front of the list broken, so the last one comes first.
 void advance(Level& level, int32_t t, const LevelComponent* starting, const LevelComponent* starting_end,
              Tracer& tracer, Census& census, RegionList& broken);
 
