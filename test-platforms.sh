@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 not_run=()
-for preset in release clang unoptimized v2 v3 v4 linux32 aarch64; do
+for preset in release clang unoptimized v2 v3 v4 linux32 aarch64 wasm wasm-simd; do
   status=0
   ./test.sh "$preset" || status=$?
   case $status in

@@ -8,6 +8,7 @@
 #   clang        built by clang
 #   unoptimized  built with -O0 and without the vector extension
 #   linux32, aarch64, windows, windows64  on these platforms
+#   wasm, wasm-simd  WebAssembly without and with vector instructions, under Node.js
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
@@ -37,6 +38,7 @@ case $preset in
     need_32_bit_wine
     ;;
   windows64) need_packages "${windows64_packages[@]}" ;;
+  wasm | wasm-simd) need_packages "${wasm_packages[@]}" ;;
 esac
 export WINEDEBUG=-all WINEPREFIX="$PWD/build/$preset/wine"
 build "$preset" "${targets[@]}"

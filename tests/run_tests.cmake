@@ -3,6 +3,12 @@
 # An emulator that does not start the program may still end with 0. A run counts only if the closing line of the test
 # program says that as many tests passed as the sources define: none is missing, and none is skipped.
 
+# Tests within #if belong to the systems whose macros the condition names, or to all others if it negates them.
+set(macro_Linux __linux__)
+set(macro_Windows _WIN32)
+set(macro_WASI __wasi__)
+set(macro ${macro_${SYSTEM}})
+
 set(suites "")
 set(expected 0)
 string(REPLACE "," ";" sources "${SOURCES}")
@@ -11,7 +17,8 @@ foreach(source IN LISTS sources)
   set(elsewhere OFF)  # whether the line belongs to another system
   foreach(line IN LISTS lines)
     if(line MATCHES "^#if")
-      if(SYSTEM STREQUAL "Windows" AND line MATCHES "defined\\(__linux__\\)|!defined\\(_WIN32\\)")
+      if(line MATCHES "!defined\\(${macro}\\)" OR (line MATCHES " defined\\((__linux__|_WIN32|__wasi__)\\)" AND NOT
+                                                   line MATCHES "defined\\(${macro}\\)"))
         set(elsewhere ON)
       endif()
     elseif(line MATCHES "^#endif")

@@ -40,6 +40,9 @@ constexpr PathCharacter kFontName[] = "hzk16.dat";
 std::size_t executable_path([[maybe_unused]] PathCharacter* path, [[maybe_unused]] std::size_t size) {
 #if defined(__linux__)
   return static_cast<std::size_t>(std::max<std::ptrdiff_t>(readlink("/proc/self/exe", path, size), 0));
+#elif defined(__wasi__)
+  path[0] = kSeparator;  // a module has no path, so that the font is in the root directory
+  return 1;
 #else
   return 0;
 #endif

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -10,6 +9,8 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
+
+#include <filesystem>
 #endif
 
 #include "NuvImgSDK2014DLL.h"
@@ -17,7 +18,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using Bytes = std::vector<uint8_t>;
 
 // A glyph on the image, in blocks of scale by scale pixels.
@@ -100,6 +100,8 @@ TEST(WideCharacters, AreMadeOfNarrowOnes) {
 }
 
 #if defined(__linux__)
+
+namespace fs = std::filesystem;
 
 // Each test writes its own font into the folder of this program, so a lock lets one test run at a time.
 class Hanzi : public testing::Test {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -149,7 +148,7 @@ TEST_F(BmpFile, FailsIfTheFileCannotBeOpened) {
   const Read missing = read(NuvRead8BitBmpFile2Img);
   EXPECT_FALSE(missing.pixels);
   EXPECT_EQ(missing.width, 0);
-  const std::string directory = directory_.path().string();
+  const std::string directory = directory_.path();
   Read no_file;
   EXPECT_FALSE(NuvRead24BitBmpFile2Img(directory.c_str(), &no_file.width, &no_file.height));
   uint8_t pixel[3] = {};
