@@ -1,4 +1,6 @@
-# Runs the tests of some sources and counts them: cmake -D SOURCES=a,b -D SYSTEM=... -P run_tests.cmake -- PROGRAM...
+# Runs the tests of some sources and counts them:
+#   cmake -D SOURCES=a,b -D SYSTEM=... -D COMMAND=emulator,option,program -P run_tests.cmake
+# The command is one argument, because CMake takes options of an emulator for its own, even after --.
 #
 # An emulator that does not start the program may still end with 0. A run counts only if the closing line of the test
 # program says that as many tests passed as the sources define: none is missing, and none is skipped.
@@ -32,17 +34,7 @@ endforeach()
 list(REMOVE_DUPLICATES suites)
 list(JOIN suites ":" filter)
 
-set(command "")
-set(is_command OFF)
-math(EXPR last "${CMAKE_ARGC} - 1")
-foreach(i RANGE ${last})
-  if(is_command)
-    list(APPEND command "${CMAKE_ARGV${i}}")
-  elseif(CMAKE_ARGV${i} STREQUAL "--")
-    set(is_command ON)
-  endif()
-endforeach()
-
+string(REPLACE "," ";" command "${COMMAND}")
 execute_process(COMMAND ${command} --gtest_filter=${filter}
   RESULT_VARIABLE result OUTPUT_VARIABLE output ECHO_OUTPUT_VARIABLE)
 if(NOT result EQUAL 0)
