@@ -53,6 +53,7 @@ NUV_ROW_KERNEL void gate_row(const uint8_t* mask, uint8_t* NUV_RESTRICT out, std
 
 NUV_ROW_KERNEL void sobel_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                               std::ptrdiff_t n) {
+  NUV_WASM_PLACES(8)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     out[x] = at_most(static_cast<int16_t>(magnitude(sobel_0(p, w)) + magnitude(sobel_90(p, w))), 255);
   }
@@ -60,17 +61,20 @@ NUV_ROW_KERNEL void sobel_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_R
 
 NUV_ROW_KERNEL void sobel_0_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                 std::ptrdiff_t n) {
+  NUV_WASM_PLACES(8)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = at_most(magnitude(sobel_0(p, w)), 255);
 }
 
 NUV_ROW_KERNEL void sobel_90_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                  std::ptrdiff_t n) {
+  NUV_WASM_PLACES(8)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = at_most(magnitude(sobel_90(p, w)), 255);
 }
 
 // In the Just forms only the stronger direction counts. An edge at exactly 45 degrees gives 0 in both.
 NUV_ROW_KERNEL void sobel_0_just_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                      std::ptrdiff_t n) {
+  NUV_WASM_PLACES(8)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const int16_t g0 = magnitude(sobel_0(p, w));
     out[x] = magnitude(sobel_90(p, w)) < g0 ? at_most(g0, 255) : 0;
@@ -79,6 +83,7 @@ NUV_ROW_KERNEL void sobel_0_just_row(const uint8_t* p, std::ptrdiff_t w, uint8_t
 
 NUV_ROW_KERNEL void sobel_90_just_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                       std::ptrdiff_t n) {
+  NUV_WASM_PLACES(8)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const int16_t g90 = magnitude(sobel_90(p, w));
     out[x] = magnitude(sobel_0(p, w)) < g90 ? at_most(g90, 255) : 0;
@@ -87,11 +92,13 @@ NUV_ROW_KERNEL void sobel_90_just_row(const uint8_t* p, std::ptrdiff_t w, uint8_
 
 NUV_ROW_KERNEL void prewitt_90_row(const uint8_t* p, std::ptrdiff_t /*w*/, uint8_t* NUV_RESTRICT out,
                                    std::ptrdiff_t n) {
+  NUV_WASM_PLACES(8)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) out[x] = at_most(prewitt_5(p, 1), 255);
 }
 
 NUV_ROW_KERNEL void prewitt_0_90_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,
                                      std::ptrdiff_t n) {
+  NUV_WASM_PLACES(8)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     out[x] = greater(at_most(prewitt_5(p, 1), 250), at_most(prewitt_5(p, w), 250));
   }

@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "core/buffer.h"
+#include "core/lanes.h"
 #include "core/row_kernel.h"
 #include "core/views.h"
 #include "core/window_sums.h"
@@ -26,6 +27,7 @@ NUV_INLINE uint8_t mean(uint32_t sum, uint32_t multiplier) {
 template <class Sum>
 NUV_ROW_KERNEL void mean_row(const Sum* sums, uint32_t multiplier, uint8_t* NUV_RESTRICT out,
                              std::ptrdiff_t n) {
+  NUV_WASM_PLACES(16)
   for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = mean(sums[i], multiplier);
 }
 

@@ -109,8 +109,8 @@ NUV_INLINE void write_medians(const SortedColumns<5>& rows, uint8_t* out, std::p
   store(out + x, d[2]);
 }
 
-// Works in steps of 32 places; the last step starts early enough to end with the span. Spans of fewer places
-// are worked place by place.
+// Works in steps of as many places as a vector has lanes; the last step starts early enough to end with the
+// span. Spans of fewer places are worked place by place.
 template <int Size>
 NUV_INLINE void medians(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   SortedColumns<Size> rows;
@@ -120,12 +120,12 @@ NUV_INLINE void medians(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRIC
     const uint8_t* q = p + first - Size / 2;
     uint8_t* span_out = out + first;
 #if NUV_HAS_LANES
-    if (span >= 32) {
-      for (std::ptrdiff_t x = 0; x < columns; x += 32) {
-        sort_columns<Bytes32, Size>(q, w, rows, std::min(x, columns - 32));
+    if (span >= kByteLanes) {
+      for (std::ptrdiff_t x = 0; x < columns; x += kByteLanes) {
+        sort_columns<ByteLanes, Size>(q, w, rows, std::min(x, columns - kByteLanes));
       }
-      for (std::ptrdiff_t x = 0; x < span; x += 32) {
-        write_medians<Bytes32>(rows, span_out, std::min(x, span - 32));
+      for (std::ptrdiff_t x = 0; x < span; x += kByteLanes) {
+        write_medians<ByteLanes>(rows, span_out, std::min(x, span - kByteLanes));
       }
       continue;
     }
