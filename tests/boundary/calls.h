@@ -99,6 +99,24 @@ inline Call row(const std::string& name, const std::string& result, const std::s
   return row;
 }
 
+// The function, with calls that the scene's observer sees.
+template <class Function>
+auto observed(Scene& scene, Function function) {
+  return [&scene, function](auto... arguments) {
+    if (scene.observer == nullptr) return function(arguments...);
+    const std::vector<Argument> seen{scene.seen(arguments)...};
+    scene.observer->before_call(seen);
+    if constexpr (std::is_void_v<decltype(function(arguments...))>) {
+      function(arguments...);
+      scene.observer->after_call(seen);
+    } else {
+      const auto result = function(arguments...);
+      scene.observer->after_call(seen);
+      return result;
+    }
+  };
+}
+
 // Calls the function on the present content of the scene, and adds the result to the scene.
 template <class Function, class... Arguments>
 auto run(Scene& scene, Function function, Arguments... arguments) {
@@ -120,7 +138,7 @@ Call from_roles(const char* name, Function function, Roles... roles) {
   call.run = [=](Scene& scene) {
     // Braces evaluate the roles from left to right.
     const std::tuple<decltype(roles(scene))...> arguments{roles(scene)...};
-    std::apply([&](auto... a) { run(scene, function, a...); }, arguments);
+    std::apply([&](auto... a) { run(scene, observed(scene, function), a...); }, arguments);
   };
   return call;
 }
@@ -128,7 +146,7 @@ Call from_roles(const char* name, Function function, Roles... roles) {
 template <class Function, class Body>
 Call from_body(const char* name, const char* result, std::string arguments, Function* function, Body body) {
   Call call = row(name, result, arguments.substr(1, arguments.size() - 2));
-  call.run = [=](Scene& scene) { body(scene, function); };
+  call.run = [=](Scene& scene) { body(scene, observed(scene, function)); };
   return call;
 }
 
@@ -345,7 +363,7 @@ inline int32_t block_height(const Scene& s) {
 #define EXPORT(name, ...) \
   calls::from_roles(      \
       #name, [](auto... a) { return ::name(a...); }, __VA_ARGS__)
-// A row whose calls are made by body(scene, address of the export).
+// A row whose calls are made by body(scene, export).
 #define EXPORT_BY(name, result, arguments, ...) \
   calls::from_body(#name, #result, #arguments, static_cast<result(*) arguments>(&::name), __VA_ARGS__)
 

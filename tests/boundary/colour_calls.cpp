@@ -93,7 +93,7 @@ uint8_t* rows_result(Scene& s, int32_t rows, int32_t channels) {
   return s.noise(Scene::area(s.width, rows) * static_cast<std::size_t>(channels));
 }
 
-const auto extract_field = [](Scene& s, auto* extract) {
+const auto extract_field = [](Scene& s, auto extract) {
   const bool is_rgb = calls::flag(s);
   const bool second = calls::flag(s);
   const int32_t channels = is_rgb ? 3 : 1;
@@ -102,13 +102,13 @@ const auto extract_field = [](Scene& s, auto* extract) {
   calls::run(s, extract, frame, s.width, s.height, is_rgb, second, field, calls::integer_result(s));
 };
 
-const auto split_fields = [](Scene& s, auto* split) {
+const auto split_fields = [](Scene& s, auto split) {
   const bool is_rgb = calls::flag(s);
   uint8_t* frame = s.picture(is_rgb ? 3 : 1);
   calls::run(s, split, frame, s.width, s.height, is_rgb, rows_result(s, s.height, is_rgb ? 3 : 1));
 };
 
-const auto merge_fields = [](Scene& s, auto* merge) {
+const auto merge_fields = [](Scene& s, auto merge) {
   const bool is_rgb = calls::flag(s);
   const int32_t channels = is_rgb ? 3 : 1;
   const int32_t first_rows = s.hostile ? s.height : (s.height + 1) / 2;

@@ -143,7 +143,7 @@ void play_contour_list(Scene& s, Get get, Free free) {
 Calls contour_calls() {
   return {
       EXPORT_BY(NuvTraceContour, int32_t, (uint8_t*, int32_t, int32_t, int32_t, uint8_t*, int32_t, bool),
-                [](Scene& s, auto* trace) {
+                [](Scene& s, auto trace) {
                   const Start start = contour_start(s);
                   const int32_t N = s.hostile ? s.count : s.count * 8;
                   uint8_t* chain = s.noise(Scene::length(std::max(N, 1) - 1));
@@ -151,16 +151,16 @@ Calls contour_calls() {
                 })
           .where(has_inner_pixels),
       EXPORT_BY(NuvMarkContour, void, (uint8_t*, int32_t, int32_t, int32_t, bool),
-                [](Scene& s, auto* mark) {
+                [](Scene& s, auto mark) {
                   const Start start = contour_start(s);
                   run(s, mark, start.image, s.width, start.x, start.y, start.is_outer);
                 })
           .where(has_inner_pixels),
       EXPORT_BY(NuvGetContours, NUV_CONTOUR_STRUCT*,
                 (uint8_t*, uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t),
-                [](Scene& s, auto* get) { play_contour_list(s, get, NuvFreeContours); }),
+                [](Scene& s, auto get) { play_contour_list(s, get, NuvFreeContours); }),
       EXPORT_BY(NuvFreeContours, void, (NUV_CONTOUR_STRUCT*),
-                [](Scene& s, auto* free) { play_contour_list(s, NuvGetContours, free); }),
+                [](Scene& s, auto free) { play_contour_list(s, NuvGetContours, free); }),
       EXPORT(Nuv255RectWithMaxArea, binary, gray_result, width, height, any_x1, any_x2, any_y1, any_y2,
              integer(0, 3), rectangle_result, integer_result, integer_result),
       EXPORT(Nuv255RectWithMaxPerimeter, binary, gray_result, width, height, any_x1, any_x2, any_y1, any_y2,

@@ -73,7 +73,7 @@ std::string bitmap(Scene& s, int32_t channels) {
 }
 
 auto reads_bitmap(int32_t channels) {
-  return [=](Scene& s, auto* read) {
+  return [=](Scene& s, auto read) {
     if (!s.hostile || s.between(0, 7) != 0) write_file(kPicture, bitmap(s, channels));
     const char* name = text_in(s, kPicture);
     int32_t* width = integer_result(s);
@@ -89,7 +89,7 @@ auto reads_bitmap(int32_t channels) {
 }
 
 auto writes_bitmap(int32_t channels) {
-  return [=](Scene& s, auto* write) {
+  return [=](Scene& s, auto write) {
     uint8_t* image = s.picture(channels);
     const char* name = text_in(s, s.hostile ? s.one_of({kPicture, kNowhere, ""}) : kPicture);
     run(s, write, image, s.width, s.height, name);
@@ -130,7 +130,7 @@ void get_line(Scene& s, Get get) {
 Calls file_calls() {
   return {
       EXPORT_BY(NuvGetFileNakeName, void, (char*, char*),
-                [](Scene& s, auto* get) {
+                [](Scene& s, auto get) {
                   const std::string path = word(s, "ab.\\/ ", 30);
                   char* name = text_in(s, path);
                   const std::size_t bare = path.size() - (path.rfind('\\') + 1);
@@ -150,19 +150,19 @@ Calls file_calls() {
           .with_state(),
 
       EXPORT_BY(NuvSequenceFiles_Initialize, bool, (char*),
-                [](Scene& s, auto* initialize) {
+                [](Scene& s, auto initialize) {
                   read_list(s, initialize);
                   get_line(s, NuvSequenceFiles_GetNextFileName);
                 })
           .with_state(),
       EXPORT_BY(NuvSequenceFiles_GetNextFileName, bool, (char*, int32_t),
-                [](Scene& s, auto* get) {
+                [](Scene& s, auto get) {
                   read_list(s, NuvSequenceFiles_Initialize);
                   for (int32_t lines = s.between(1, 20); lines > 0; --lines) get_line(s, get);
                 })
           .with_state(),
       EXPORT_BY(NuvSequenceFiles_GetFileName, bool, (int32_t, char*, int32_t),
-                [](Scene& s, auto* get) {
+                [](Scene& s, auto get) {
                   read_list(s, NuvSequenceFiles_Initialize);
                   const int32_t index = s.integer(0, 20);
                   get_line(s, [=](char* line, int32_t size) { return get(index, line, size); });
@@ -170,7 +170,7 @@ Calls file_calls() {
           .with_state(),
 
       EXPORT_BY(NuvDebugInfo, void, (char*, int32_t),
-                [](Scene& s, auto* log) {
+                [](Scene& s, auto log) {
                   std::remove(kLog);
                   std::string lines;
                   for (int i = 0; i < 2; ++i) {

@@ -113,7 +113,7 @@ Calls histogram_calls() {
       EXPORT(NuvGetDifImgThreshold, two_humps),
       EXPORT(NuvGetDifImgThreshold, two_humps, integer(0, 9), integer(100, 250), integer_result),
       EXPORT_BY(NuvClusterHistogram, bool, (int32_t*, int32_t, double, double*),
-                [](Scene& s, auto* function) {
+                [](Scene& s, auto function) {
                   int32_t* bins = two_humps(s);
                   const auto occupied = static_cast<int32_t>(256 - std::count(bins, bins + 256, 0));
                   const int32_t clusters = s.integer(2, 8);
@@ -150,7 +150,7 @@ Calls histogram_calls() {
       EXPORT(NuvIsHighContrastImg, two_humps, T, M, integer(1, 120), ratio, integer_result, integer_result,
              real_result),
       EXPORT_BY(NuvGenerateMainGryLUT, int32_t, (int32_t*, int32_t, int32_t, int32_t*),
-                [](Scene& s, auto* function) {
+                [](Scene& s, auto function) {
                   int32_t* bins = s.between(0, 1) == 0 ? two_humps(s) : scattered_histogram(s);
                   const int32_t min_step = s.integer(1, 6);
                   // The room that the table needs grows with max_step.

@@ -10,7 +10,8 @@ using namespace calls;
 // Platforms draw different random numbers and round logarithms differently, so the new bytes are not part of
 // the checksum. The checksum covers only whether they stay between the least and the greatest old byte. Type 3
 // and arrays of one value are exempt.
-void add_noise(Scene& s, void (*add)(uint8_t*, int32_t, double, uint32_t)) {
+template <class Add>
+void add_noise(Scene& s, Add add) {
   const std::size_t size = counted(s);
   uint8_t* const data = s.noise(size);
   const double noise = s.real(-40, 60);
@@ -32,6 +33,7 @@ void add_noise(Scene& s, void (*add)(uint8_t*, int32_t, double, uint32_t)) {
 Calls noise_calls() {
   return {
       EXPORT(NuvEstimateNoiseDelta, gray, width, height, gray_result),
-      EXPORT_BY(Brindlemar2008AddNoise, void, (uint8_t*, int32_t, double, uint32_t), add_noise),
+      EXPORT_BY(Brindlemar2008AddNoise, void, (uint8_t*, int32_t, double, uint32_t),
+                [](Scene& s, auto add) { add_noise(s, add); }),
   };
 }

@@ -56,6 +56,25 @@ struct Box {
   int32_t rows() const { return std::max(y2 - y1 + 1, 0); }
 };
 
+// An argument of a call as an observer sees it.
+struct Argument {
+  bool is_pointer = false;
+  std::vector<double> numbers;  // its value, or the values of its fields
+  uint8_t* memory = nullptr;    // a pointer to a block of the scene; null otherwise
+  std::size_t bytes = 0;        // of the block
+  std::size_t element = 1;      // bytes of an element
+};
+
+// Sees the calls of the export that a row is about. It may change the memory before a call.
+class Observer {
+ public:
+  virtual void before_call(const std::vector<Argument>& arguments) = 0;
+  virtual void after_call(const std::vector<Argument>& arguments) = 0;
+
+ protected:
+  ~Observer() = default;
+};
+
 class Scene {
  public:
   // Typical scenes show the everyday use of a host. Hostile scenes hold sizes of 1, 0 and less, inverted,
@@ -112,6 +131,7 @@ class Scene {
   const uint8_t* exhibit = nullptr;
   // Called before the export is, when all arguments are complete.
   std::function<void()> before_call;
+  Observer* observer = nullptr;
 
   std::size_t pixels() const { return area(width, height); }
   std::size_t inner_pixels() const { return area(inner.columns(), inner.rows()); }
@@ -251,6 +271,27 @@ class Scene {
     description_ += text.str() + ")";
   }
 
+  template <class T>
+  Argument seen(T value) const {
+    Argument argument;
+    if constexpr (std::is_pointer_v<T>) {
+      argument.is_pointer = true;
+      argument.element = sizeof(*value);
+      const auto* address = reinterpret_cast<const uint8_t*>(value);
+      for (const Block& block : blocks_) {
+        if (block.data() != address) continue;
+        argument.memory = block.data();
+        argument.bytes = block.size();
+      }
+    } else if constexpr (std::is_arithmetic_v<T>) {
+      argument.numbers = {static_cast<double>(value)};
+    } else {
+      for (int32_t field : {value.left, value.top, value.right, value.bottom})
+        argument.numbers.push_back(field);
+    }
+    return argument;
+  }
+
   // ---- Results ----
 
   template <class T>
@@ -282,6 +323,8 @@ class Scene {
   bool guards_hold() const {
     return std::all_of(blocks_.begin(), blocks_.end(), [](const Block& b) { return b.guards_hold(); });
   }
+  // The checksum of all results without the memory.
+  uint64_t results() const { return sum_.value(); }
   // The checksum of all results and of the whole memory.
   uint64_t checksum() const {
     Checksum sum = sum_;

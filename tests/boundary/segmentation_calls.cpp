@@ -20,7 +20,8 @@ uint8_t* squares(Scene& s) {
   return data;
 }
 
-RegionStruct* regions(Scene& s) {
+template <class Build>
+RegionStruct* regions(Scene& s, Build build) {
   const bool has_squares = !flag(s) && !s.is_special();
   uint8_t* const picture = has_squares ? squares(s) : gray(s);
   uint8_t* const work = s.noise(s.pixels() * 2);
@@ -28,7 +29,7 @@ RegionStruct* regions(Scene& s) {
   const int32_t min_gray = s.integer(0, 150);
   const double ratio = s.real(0, 1.25);
   s.remember();
-  return NuvMergeSplit(picture, work, s.width, s.height, min_area, min_gray, ratio);
+  return build(picture, work, s.width, s.height, min_area, min_gray, ratio);
 }
 
 void add_and_release(Scene& s, RegionStruct* list) {
@@ -40,8 +41,9 @@ void add_and_release(Scene& s, RegionStruct* list) {
   NuvFreeRegionStruct(list);
 }
 
-void release_an_end(Scene& s, void (*release)(RegionStruct*)) {
-  RegionStruct* const list = regions(s);
+template <class Release>
+void release_an_end(Scene& s, Release release) {
+  RegionStruct* const list = regions(s, NuvMergeSplit);
   RegionStruct* last = list;
   for (int32_t more = s.between(0, 2); more > 0 && last != nullptr && last->next != nullptr; --more)
     last = last->next;
@@ -56,7 +58,8 @@ Calls segmentation_calls() {
   return {
       EXPORT_BY(NuvMergeSplit, RegionStruct*,
                 (uint8_t*, uint8_t*, int32_t, int32_t, int32_t, int32_t, double),
-                [](Scene& s, auto) { add_and_release(s, regions(s)); }),
-      EXPORT_BY(NuvFreeRegionStruct, void, (RegionStruct*), release_an_end),
+                [](Scene& s, auto build) { add_and_release(s, regions(s, build)); }),
+      EXPORT_BY(NuvFreeRegionStruct, void, (RegionStruct*),
+                [](Scene& s, auto release) { release_an_end(s, release); }),
   };
 }
