@@ -31,16 +31,15 @@ check() {
   echo "find_lines gives the same bytes on Windows ($1)"
 }
 
-# check_msvc_host PRESET PROCESSOR: builds a host for the ABI of MSVC, which is linked to the import libraries of the DLL
-# and of kernel32 and to nothing else, and compares what it prints with what it prints on Linux. It is built without
-# windows.h, with windows.h before the library's header, and with windows.h after it.
+# check_msvc_host PRESET PROCESSOR: builds a host for the ABI of MSVC and compares what it prints with what it prints on
+# Linux. It is linked to the import libraries of the DLL and of kernel32, and to nothing else. It is built three times:
+# without windows.h, with windows.h before the library's header, and with windows.h after it.
 check_msvc_host() {
-  local build=$root/build/$1 work=$root/build/$1/msvc windows_h
-  local options=(--target="$2-pc-windows-msvc" -std=c++17 -O1 -ffreestanding -fno-builtin -mno-stack-arg-probe -Wall -Wextra -Werror
-    -I tests/msvc -I "$build/tests" -I include)
+  local build=$root/build/$1 work=$root/build/$1/msvc machine=i386:x86-64 windows_h includes
+  local options=(--target="$2-pc-windows-msvc" -std=c++17 -O1 -ffreestanding -fno-builtin -mno-stack-arg-probe
+    -Wall -Wextra -Werror -I tests/msvc -I "$build/tests" -I include)
   # clang reads the system's headers of MinGW if it does not say that it is MSVC.
   local with_windows_h=(-isystem "/usr/$2-w64-mingw32/include" -fgnuc-version=4.2.1 -U_MSC_VER)
-  local machine=i386:x86-64
   [ "$2" != i686 ] || {
     machine=i386
     with_windows_h+=(-D_X86_)
@@ -55,10 +54,11 @@ check_msvc_host() {
   llvm-dlltool -m "$machine" -k -d "$work/kernel32.def" -l "$work/kernel32.lib"
   for windows_h in without before after; do
     case $windows_h in
-      without) clang "${options[@]}" -c tests/msvc/host.cpp -o "$work/host.obj" ;;
-      before) clang "${options[@]}" "${with_windows_h[@]}" -D HOST_WINDOWS_H=1 -c tests/msvc/host.cpp -o "$work/host.obj" ;;
-      after) clang "${options[@]}" "${with_windows_h[@]}" -D HOST_WINDOWS_H=2 -c tests/msvc/host.cpp -o "$work/host.obj" ;;
+      without) includes=() ;;
+      before) includes=("${with_windows_h[@]}" -D HOST_WINDOWS_H=1) ;;
+      after) includes=("${with_windows_h[@]}" -D HOST_WINDOWS_H=2) ;;
     esac
+    clang "${options[@]}" "${includes[@]}" -c tests/msvc/host.cpp -o "$work/host.obj"
     lld-link /nologo /nodefaultlib /entry:start /subsystem:console "/out:$build/bin/msvc_host.exe" \
       "$work/host.obj" "$build/NuvImgSDK2014DLL.lib" "$work/kernel32.lib"
     if ! run_wine "$1" "$build/bin/msvc_host.exe" >"$work/there.txt"; then
