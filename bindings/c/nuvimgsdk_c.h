@@ -136,27 +136,38 @@ typedef struct RegionStruct {
 /// Subtracts image 2 from image 1 in place of image 1: a becomes max(a - b, 0).
 ///
 /// Both images are gray.
+///
+/// @param pImg1  [inout, width*height elements]
+/// @param pImg2  [in, width*height elements]
 NUV_C_API void NuvImg1Substract2To1(uint8_t* pImg1, uint8_t* pImg2, int32_t width, int32_t height);
 
 /// Subtracts image 2 from image 1 in place of image 2: b becomes max(a - b, 0).
 ///
 /// Both images are gray.
+///
+/// @param pImg1  [in, width*height elements]
+/// @param pImg2  [inout, width*height elements]
 NUV_C_API void NuvImg1Substract2To2(uint8_t* pImg1, uint8_t* pImg2, int32_t width, int32_t height);
 
 /// Subtracts image 2 from image 1 into a result: max(a - b, 0) for every byte.
 ///
-/// @param pResImg  receives an image of the same layout
+/// @param pImg1, pImg2  [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg       [out, width*height*(bRGB ? 3 : 1) elements] receives an image of the same layout
 NUV_C_API void NuvImg1SubstractImg2(uint8_t* pImg1, uint8_t* pImg2, int32_t width, int32_t height, bool bRGB,
                                     uint8_t* pResImg);
 
 /// Computes the absolute difference of two images in place of image 1: a becomes |a - b|.
 ///
 /// Both images are gray.
+///
+/// @param pImg1  [inout, width*height elements]
+/// @param pImg2  [in, width*height elements]
 NUV_C_API void NuvImg1Difference2To1(uint8_t* pImg1, uint8_t* pImg2, int32_t width, int32_t height);
 
 /// Computes how much two images differ, as a gray image: |a - b|, or the largest of a pixel's three if bRGB.
 ///
-/// @param pResImg  receives width*height bytes, also if bRGB
+/// @param pImg1, pImg2  [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg       [out, width*height elements] receives width*height bytes, also if bRGB
 NUV_C_API void NuvDifferenceImg12(uint8_t* pImg1, uint8_t* pImg2, int32_t width, int32_t height, bool bRGB,
                                   uint8_t* pResImg);
 
@@ -164,57 +175,73 @@ NUV_C_API void NuvDifferenceImg12(uint8_t* pImg1, uint8_t* pImg2, int32_t width,
 ///
 /// In C++: NuvDifferenceImg12(uint8_t*, uint8_t*, int32_t, int32_t, bool, uint8_t*, int32_t*)
 ///
-/// @param pResImg     receives width*height bytes, also if bRGB
-/// @param pHistogram  receives 256 counts, width*height in all
+/// @param pImg1, pImg2  [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg       [out, width*height elements] receives width*height bytes, also if bRGB
+/// @param pHistogram    [out, 256 elements] receives 256 counts, width*height in all
 NUV_C_API void NuvDifferenceImg12WithHistogram(uint8_t* pImg1, uint8_t* pImg2, int32_t width, int32_t height,
                                                bool bRGB, uint8_t* pResImg, int32_t* pHistogram);
 
 /// Combines the bits of two images by AND in place of image 1: a becomes a & b.
+///
+/// @param pImg1  [inout, N elements]
+/// @param pImg2  [in, N elements]
 NUV_C_API void NuvImg1AndImg2To1(uint8_t* pImg1, uint8_t* pImg2, int32_t N);
 
 /// Combines the bits of two images by AND into a result: a & b.
 ///
-/// @param pResImg  receives N bytes
+/// @param pImg1, pImg2  [in, N elements]
+/// @param pResImg       [out, N elements] receives N bytes
 NUV_C_API void NuvImg1AndImg2ToRes(uint8_t* pImg1, uint8_t* pImg2, int32_t N, uint8_t* pResImg);
 
 /// Combines the bits of two images by exclusive OR in place of image 1: a becomes a ^ b.
+///
+/// @param pImg1  [inout, N elements]
+/// @param pImg2  [in, N elements]
 NUV_C_API void NuvImg1XorImg2To1(uint8_t* pImg1, uint8_t* pImg2, int32_t N);
 
 /// Combines the bits of two images by exclusive OR into a result: a ^ b.
 ///
-/// @param pResImg  receives N bytes
+/// @param pImg1, pImg2  [in, N elements]
+/// @param pResImg       [out, N elements] receives N bytes
 NUV_C_API void NuvImg1XorImg2ToRes(uint8_t* pImg1, uint8_t* pImg2, int32_t N, uint8_t* pResImg);
 
 /// Combines the bits of two images by OR in place of image 1: a becomes a | b.
+///
+/// @param pImg1  [inout, N elements]
+/// @param pImg2  [in, N elements]
 NUV_C_API void NuvImg1OrImg2To1(uint8_t* pImg1, uint8_t* pImg2, int32_t N);
 
 /// Combines the bits of two images by OR into a result: a | b.
 ///
-/// @param pResImg  receives N bytes
+/// @param pImg1, pImg2  [in, N elements]
+/// @param pResImg       [out, N elements] receives N bytes
 NUV_C_API void NuvImg1OrImg2ToRes(uint8_t* pImg1, uint8_t* pImg2, int32_t N, uint8_t* pResImg);
 
 /// Keeps the largest value of each byte over a sequence of frames, one call per frame.
 ///
 /// The bytes of an RGB pixel are independent, so they may come from different frames.
 ///
-/// @param pImg     the frame, not changed
-/// @param pMaxImg  read and written; starts as the first frame, or as 0
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements] the frame, not changed
+/// @param pMaxImg  [inout, width*height*(bRGB ? 3 : 1) elements] read and written; starts as the first frame,
+///                 or as 0
 NUV_C_API void NuvRemainMaxGry(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pMaxImg);
 
 /// Keeps the smallest value of each byte over a sequence of frames, one call per frame.
 ///
 /// The bytes of an RGB pixel are independent, so they may come from different frames.
 ///
-/// @param pImg     the frame, not changed
-/// @param pMinImg  read and written; starts as the first frame, or as 255
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements] the frame, not changed
+/// @param pMinImg  [inout, width*height*(bRGB ? 3 : 1) elements] read and written; starts as the first frame,
+///                 or as 255
 NUV_C_API void NuvRemainMinGry(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pMinImg);
 
 /// Keeps the largest and the smallest value of each byte over a sequence of frames.
 ///
 /// One call does the work of NuvRemainMaxGry and NuvRemainMinGry.
 ///
-/// @param pImg              the frame, not changed
-/// @param pMaxImg, pMinImg  read and written; they must not overlap
+/// @param pImg              [in, width*height*(bRGB ? 3 : 1) elements] the frame, not changed
+/// @param pMaxImg, pMinImg  [inout, width*height*(bRGB ? 3 : 1) elements] read and written; they must not
+///                          overlap
 NUV_C_API void NuvRemainMaxMinGry(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pMaxImg,
                                   uint8_t* pMinImg);
 
@@ -231,8 +258,9 @@ NUV_C_API void NuvRemainMaxMinGry(uint8_t* pImg, int32_t width, int32_t height, 
 /// where S is 0 outside the image. It is correct even where S has wrapped, as long as the sum itself fits in
 /// 32 bits.
 ///
-/// @param pGryImg  gray image of width*height bytes, not changed
-/// @param pSum     receives width*height sums. They are 32-bit and wrap from 8,421,505 white pixels on
+/// @param pGryImg  [in, width*height elements] gray image of width*height bytes, not changed
+/// @param pSum     [out, width*height elements] receives width*height sums. They are 32-bit and wrap from
+///                 8,421,505 white pixels on
 /// @see F. Crow, Summed-area tables for texture mapping, 1984
 NUV_C_API void NuvDoSumGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pSum);
 
@@ -242,13 +270,16 @@ NUV_C_API void NuvDoSumGryImg(uint8_t* pGryImg, int32_t width, int32_t height, i
 // pixel.
 
 /// Inverts a gray image in place: v becomes 255 - v.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvInvertGryValue(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Inverts a gray image into a result.
 ///
 /// In C++: NuvInvertGryValue(uint8_t*, int32_t, int32_t, uint8_t*)
 ///
-/// @param pResImg  receives width*height bytes; may be the source
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements] receives width*height bytes; may be the source
 NUV_C_API void NuvInvertGryValueToRes(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Brings a gray image to a given mean and standard deviation.
@@ -264,8 +295,9 @@ NUV_C_API void NuvInvertGryValueToRes(uint8_t* pGryImg, int32_t width, int32_t h
 /// black and half white, 860 thousand for an S of 50. The sum of the values wraps from 8,421,505 white pixels
 /// on.
 ///
-/// @param avr  mean to reach
-/// @param dev  standard deviation to reach
+/// @param pGryImg  [inout, width*height elements]
+/// @param avr      mean to reach
+/// @param dev      standard deviation to reach
 NUV_C_API void NuvGryImgNormalize(uint8_t* pGryImg, int32_t width, int32_t height, int32_t avr, int32_t dev);
 
 /// Reduces a gray image to the 16 levels 0 to 15: v becomes ((v - lo)*15)/(hi - lo), truncated.
@@ -273,20 +305,27 @@ NUV_C_API void NuvGryImgNormalize(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// lo is the first value, from 0 upward, at which the cumulative count exceeds a tenth of the pixels. hi is
 /// the first such value from 255 downward. Values below lo become 0, and values above hi become 15. If lo
 /// equals hi, all pixels become 0.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvGryImg4Bit(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Selects a value in a region of a gray image: v becomes 255 if it equals value, else 0.
 ///
 /// Pixels outside the region keep their values.
 ///
+/// @param pGryImg         [inout, width*(y2+1) elements]
 /// @param x1, x2, y1, y2  region; must lie in the image
 NUV_C_API void NuvSetPixelsTo255(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
                                  int32_t y2, uint8_t value);
 
 /// Sets the odd values of a gray image to 255.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvSetOddPixelsTo255(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Frees the values 0 and 251..255 of a gray image for use as marks: 0 becomes 1, and 251..255 become 250.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvChange0and250PlusPixels(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Multiplies the rows of a gray image by a gain that grows from top to bottom.
@@ -299,7 +338,8 @@ NUV_C_API void NuvChange0and250PlusPixels(uint8_t* pGryImg, int32_t width, int32
 /// ratio above 2 or below 0 produces, therefore wraps. In an image of one row height/2 is 0, the gain is not
 /// a number, and all pixels become 0.
 ///
-/// @param ratio  gain at the bottom; 1 changes nothing
+/// @param pGryImg  [inout, width*height elements]
+/// @param ratio    gain at the bottom; 1 changes nothing
 NUV_C_API void NuvCorrectPixelsGryValueByRow(uint8_t* pGryImg, int32_t width, int32_t height, double ratio);
 
 /// Multiplies the columns of a gray image by a gain that grows from the centre to both sides.
@@ -311,7 +351,8 @@ NUV_C_API void NuvCorrectPixelsGryValueByRow(uint8_t* pGryImg, int32_t width, in
 /// An even width reaches ratio in column 0 alone, an odd one on neither side. v becomes 255 if v*gain exceeds
 /// 255, else the low byte of v*gain, truncated.
 ///
-/// @param ratio  gain at the sides; 1 changes nothing
+/// @param pGryImg  [inout, width*height elements]
+/// @param ratio    gain at the sides; 1 changes nothing
 NUV_C_API void NuvCorrectPixelsGryValueByCol(uint8_t* pGryImg, int32_t width, int32_t height, double ratio);
 
 /// Evens out the brightness of the rows of a gray image: each row is brought to the mean of all rows.
@@ -322,6 +363,7 @@ NUV_C_API void NuvCorrectPixelsGryValueByCol(uint8_t* pGryImg, int32_t width, in
 /// on. (mean of the row sums) << 10 also wraps, from a mean of 2^21 on: a row of 8225 white pixels. If
 /// wrapping makes a new value negative, its low byte is stored.
 ///
+/// @param pGryImg  [inout, width*height elements]
 /// @return the mean of the image before the call, truncated; 0, with nothing changed, if height > 4096
 NUV_C_API int32_t NuvLightCorretPerRow(uint8_t* pGryImg, int32_t width, int32_t height);
 
@@ -330,12 +372,14 @@ NUV_C_API int32_t NuvLightCorretPerRow(uint8_t* pGryImg, int32_t width, int32_t 
 ///
 /// The rule is that of NuvLightCorretPerRow, applied to columns.
 ///
+/// @param pGryImg  [inout, width*height elements]
 /// @return the mean of the image before the call, truncated; 0, with nothing changed, if width > 4096
 NUV_C_API int32_t NuvLightCorretPerCol(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Sets the border of a gray image to one value.
 ///
-/// @param color  value to set; its low byte is used
+/// @param pGryImg  [inout, width*height elements]
+/// @param color    value to set; its low byte is used
 NUV_C_API void NuvSetImageBoundary(uint8_t* pGryImg, int32_t width, int32_t height, int32_t color);
 
 /// Sets the border of an RGB image as if it had one byte per pixel.
@@ -343,7 +387,8 @@ NUV_C_API void NuvSetImageBoundary(uint8_t* pGryImg, int32_t width, int32_t heig
 /// The first width bytes of the first and of the last row are set, and bytes 0 and width-1 of each row. Rows
 /// have 3*width bytes, so only the left third of the image is framed.
 ///
-/// @param color  value to set; its low byte is used
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param color    value to set; its low byte is used
 NUV_C_API void NuvSetRGBImageBoundary(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t color);
 
 // ---- Pasting
@@ -353,14 +398,23 @@ NUV_C_API void NuvSetRGBImageBoundary(uint8_t* pRGBImg, int32_t width, int32_t h
 // left out. The other pixels of the result keep their values. The two buffers must not overlap.
 
 /// Pastes a gray image into a gray image.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [inout, resWidth*resHeight elements]
 NUV_C_API void NuvPasteGryImg2ResImg(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                      int32_t resWidth, int32_t resHeight, int32_t x, int32_t y);
 
 /// Pastes a gray image into an RGB image, to all three bytes of its pixels.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [inout, resWidth*resHeight*3 elements]
 NUV_C_API void NuvPasteGryImg2RGBImg(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                      int32_t resWidth, int32_t resHeight, int32_t x, int32_t y);
 
 /// Pastes an RGB image into an RGB image.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [inout, resWidth*resHeight*3 elements]
 NUV_C_API void NuvPasteRGBImg2ResImg(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg,
                                      int32_t resWidth, int32_t resHeight, int32_t x, int32_t y);
 
@@ -387,7 +441,7 @@ NUV_C_API void NuvPasteRGBImg2ResImg(uint8_t* pRGBImg, int32_t width, int32_t he
 /// pixel and 1 to every column left of its last pixel: 2 to a column strictly inside the run, 1 to any other.
 /// The result lies midway between the first and the last column that reach the highest sum.
 ///
-/// @param pBinImg  binary image; read only
+/// @param pBinImg  [in, width*height elements] binary image; read only
 /// @param x1, x2   columns to search, inclusive; they may lie outside the image
 /// @return the column, (first + last) / 2 truncated. If no run counts, (width + x2) / 2, which lies right of
 ///         x2; if x1 > x2, width; if width is above 4096, 0
@@ -396,8 +450,8 @@ NUV_C_API int32_t NuvBinImgSearchCenterX(uint8_t* pBinImg, int32_t width, int32_
 
 /// Computes the centre of gravity of the object pixels, each coordinate truncated.
 ///
-/// @param pBinImg  binary image; read only
-/// @param pX, pY   receive the centre; left alone if there is no object pixel
+/// @param pBinImg  [in, width*height elements] binary image; read only
+/// @param pX, pY   [out, 1 element] receive the centre; left alone if there is no object pixel
 /// @return the number of object pixels
 /// @note The sums of the coordinates are 32-bit integers that wrap. An image that is all object wraps from 1626
 ///       x 1626 pixels on.
@@ -405,7 +459,7 @@ NUV_C_API int32_t NuvBinImgCentroid(uint8_t* pBinImg, int32_t width, int32_t hei
 
 /// Counts the pixels that have a given value.
 ///
-/// @param pGryImg  gray image; read only
+/// @param pGryImg  [in, width*height elements] gray image; read only
 /// @param gry      the value; outside 0..255 the count is 0
 /// @return the number of pixels
 NUV_C_API int32_t NuvPixelsInGryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t gry);
@@ -414,7 +468,7 @@ NUV_C_API int32_t NuvPixelsInGryImg(uint8_t* pGryImg, int32_t width, int32_t hei
 ///
 /// The share is the number of background pixels over (x2-x1+1)*(y2-y1+1).
 ///
-/// @param pBinImg         binary image; read only
+/// @param pBinImg         [in, width*(y2+1) elements] binary image; read only
 /// @param x1, x2, y1, y2  region; must lie inside the image, because it is not clamped
 /// @return 0 to 1. An empty region gives 0, or not a number if one of the two factors is 0
 NUV_C_API double NuvGetBlackRatioInBinaryImg(uint8_t* pBinImg, int32_t width, int32_t x1, int32_t x2,
@@ -422,7 +476,7 @@ NUV_C_API double NuvGetBlackRatioInBinaryImg(uint8_t* pBinImg, int32_t width, in
 
 /// Counts the object pixels in a region.
 ///
-/// @param pBinImg         binary image; read only
+/// @param pBinImg         [in, width*height elements] binary image; read only
 /// @param x1, x2, y1, y2  region; clamped to the image first
 /// @return the number of object pixels; 0 for an empty region
 NUV_C_API int32_t NuvGetWhitePixelsNum(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
@@ -449,20 +503,21 @@ NUV_C_API int32_t NuvGetWhitePixelsNum(uint8_t* pBinImg, int32_t width, int32_t 
 ///
 /// In C++: NuvBinImgFilter(uint8_t*, int32_t, int32_t, int32_t, int32_t, uint32_t*, uint32_t, uint8_t*)
 ///
-/// @param pBinImg    binary image; read only
+/// @param pBinImg    [in, width*height elements] binary image; read only
 /// @param M, N       half sizes; if one is negative or the window is larger than the image, nothing is written
-/// @param pSum       work space of width entries; receives the column sums of the last 2N rows
+/// @param pSum       [out, width elements] work space of width entries; receives the column sums of the last 2N
+///                   rows
 /// @param threshold  compared without a sign
-/// @param pResImg    every byte is written; nothing is written if allocation fails
+/// @param pResImg    [out, width*height elements] every byte is written; nothing is written if allocation fails
 NUV_C_API void NuvBinImgFilterWithWorkSpace(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M,
                                             int32_t N, uint32_t* pSum, uint32_t threshold, uint8_t* pResImg);
 
 /// Thresholds the sum of a window around each pixel, with work space of its own.
 ///
-/// @param pBinImg    binary image; read only
+/// @param pBinImg    [in, width*height elements] binary image; read only
 /// @param M, N       half sizes; if one is negative or the window is larger than the image, nothing is written
 /// @param threshold  compared without a sign
-/// @param pResImg    every byte is written; nothing is written if allocation fails
+/// @param pResImg    [out, width*height elements] every byte is written; nothing is written if allocation fails
 /// @return true; false, with nothing written, only if allocation fails
 NUV_C_API bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                uint32_t threshold, uint8_t* pResImg);
@@ -474,12 +529,12 @@ NUV_C_API bool NuvBinImgFilter(uint8_t* pBinImg, int32_t width, int32_t height, 
 /// in the window, otherwise 0. In the last column, where the window is one pixel wide, the threshold is
 /// always 126.
 ///
-/// @param pBinImg    binary image; read only
-/// @param pMskImg    mask of the same size. The sums add (not mask) and pixel, bit by bit: 255 removes the
-///                   pixel and 0 keeps it
+/// @param pBinImg    [in, width*height elements] binary image; read only
+/// @param pMskImg    [in, width*height elements] mask of the same size. The sums add (not mask) and pixel, bit
+///                   by bit: 255 removes the pixel and 0 keeps it
 /// @param M, N       half sizes; negative ones count as 0
 /// @param threshold  per pixel of the window, 0..255
-/// @param pResImg    every byte is written
+/// @param pResImg    [out, width*height elements] every byte is written
 /// @return true; false, with nothing written, if width is above 4095
 NUV_C_API bool NuvBinImgRemoveMskAndFilter(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                            int32_t M, int32_t N, int32_t threshold, uint8_t* pResImg);
@@ -488,6 +543,8 @@ NUV_C_API bool NuvBinImgRemoveMskAndFilter(uint8_t* pBinImg, uint8_t* pMskImg, i
 ///
 /// Pixels with a mask of 128 or less are kept whole. Everything else is as in NuvBinImgRemoveMskAndFilter.
 ///
+/// @param pBinImg, pMskImg  [in, width*height elements]
+/// @param pResImg           [out, width*height elements]
 /// @return true; false, with nothing written, if width is above 4095
 NUV_C_API bool NuvBinImgRemoveMskAndFilterUseLUT(uint8_t* pBinImg, uint8_t* pMskImg, int32_t width,
                                                  int32_t height, int32_t M, int32_t N, int32_t threshold,
@@ -504,8 +561,8 @@ NUV_C_API bool NuvBinImgRemoveMskAndFilterUseLUT(uint8_t* pBinImg, uint8_t* pMsk
 ///
 /// A lone black pixel does not grow. All other pixels are copied.
 ///
-/// @param pBinImg  binary image; read only
-/// @param pResImg  every byte is written
+/// @param pBinImg  [in, width*height elements] binary image; read only
+/// @param pResImg  [out, width*height elements] every byte is written
 NUV_C_API void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Grows black in a region.
@@ -517,9 +574,9 @@ NUV_C_API void NuvBinImgMinFilter3x3(uint8_t* pBinImg, int32_t width, int32_t he
 ///
 /// In C++: NuvBinImgMinFilter3x3(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)
 ///
-/// @param pBinImg         binary image; read only
+/// @param pBinImg         [in, width*height elements] binary image; read only
 /// @param x1, x2, y1, y2  region; clamped to the image first
-/// @param pResImg         written in the region and where black grows
+/// @param pResImg         [inout, width*height elements] written in the region and where black grows
 NUV_C_API void NuvBinImgMinFilter3x3InRect(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1,
                                            int32_t x2, int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -527,7 +584,7 @@ NUV_C_API void NuvBinImgMinFilter3x3InRect(uint8_t* pBinImg, int32_t width, int3
 ///
 /// A lone black pixel grows, too. Every pixel that held 200 becomes color as well.
 ///
-/// @param pBinImg  binary image; read and written
+/// @param pBinImg  [inout, width*height elements] binary image; read and written
 /// @param color    the new value
 NUV_C_API void NuvBinImgMinFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color);
 
@@ -535,8 +592,8 @@ NUV_C_API void NuvBinImgMinFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int
 ///
 /// A lone white pixel grows, too. All other pixels are copied.
 ///
-/// @param pBinImg  binary image; read only
-/// @param pResImg  every byte is written
+/// @param pBinImg  [in, width*height elements] binary image; read only
+/// @param pResImg  [out, width*height elements] every byte is written
 NUV_C_API void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Grows white in a region.
@@ -546,9 +603,9 @@ NUV_C_API void NuvBinImgMaxFilter3x3(uint8_t* pBinImg, int32_t width, int32_t he
 ///
 /// In C++: NuvBinImgMaxFilter3x3(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)
 ///
-/// @param pBinImg         binary image; read only
+/// @param pBinImg         [in, width*height elements] binary image; read only
 /// @param x1, x2, y1, y2  region; clamped to the image first
-/// @param pResImg         written in the region and where white grows
+/// @param pResImg         [inout, width*height elements] written in the region and where white grows
 NUV_C_API void NuvBinImgMaxFilter3x3InRect(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1,
                                            int32_t x2, int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -556,7 +613,7 @@ NUV_C_API void NuvBinImgMaxFilter3x3InRect(uint8_t* pBinImg, int32_t width, int3
 ///
 /// Every pixel that held 200 becomes color as well.
 ///
-/// @param pBinImg  binary image; read and written
+/// @param pBinImg  [inout, width*height elements] binary image; read and written
 /// @param color    the new value
 NUV_C_API void NuvBinImgMaxFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t color);
 
@@ -568,17 +625,18 @@ NUV_C_API void NuvBinImgMaxFilter3x3ToColor(uint8_t* pBinImg, int32_t width, int
 ///
 /// The pixel itself does not count. The border becomes 0.
 ///
-/// @param pBinImg  binary image; read only
-/// @param pResImg  every byte is written
+/// @param pBinImg  [in, width*height elements] binary image; read only
+/// @param pResImg  [out, width*height elements] every byte is written
 NUV_C_API void NuvBinImgMedFilter3x3(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Applies the 3x3 majority to the pixels of a region that lie in the interior of the image.
 ///
 /// In C++: NuvBinImgMedFilter3x3(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)
 ///
-/// @param pBinImg         binary image; read only
+/// @param pBinImg         [in, width*height elements] binary image; read only
 /// @param x1, x2, y1, y2  region
-/// @param pResImg         written at those pixels only; the border is not cleared
+/// @param pResImg         [inout, width*height elements] written at those pixels only; the border is not
+///                        cleared
 NUV_C_API void NuvBinImgMedFilter3x3InRect(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1,
                                            int32_t x2, int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -600,10 +658,11 @@ NUV_C_API void NuvBinImgMedFilter3x3InRect(uint8_t* pBinImg, int32_t width, int3
 /// A row is not written if both half sizes are below 1 or the window is wider than the image. If only one
 /// half size is below 0, it counts as 0.
 ///
-/// @param pBinImg         binary image; read only
+/// @param pBinImg         [in, width*height elements] binary image; read only
 /// @param M, N            half sizes at the top of the image
 /// @param ratioX, ratioY  sizes at the bottom, as multiples of those at the top
-/// @param pResImg         written except in the rows left out above; nothing is written if allocation fails
+/// @param pResImg         [out, width*height elements] written except in the rows left out above; nothing is
+///                        written if allocation fails
 NUV_C_API void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                   double ratioX, double ratioY, uint8_t* pResImg);
 
@@ -613,8 +672,8 @@ NUV_C_API void NuvBinImgMedFilter(uint8_t* pBinImg, int32_t width, int32_t heigh
 /// white pixels in columns 2..width-3 and rows 2..height-3 and the black neighbours of such pixels are
 /// considered. All other pixels become 0.
 ///
-/// @param pBinImg  binary image; read only
-/// @param pResImg  every byte is written
+/// @param pBinImg  [in, width*height elements] binary image; read only
+/// @param pResImg  [out, width*height elements] every byte is written
 NUV_C_API void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t width, int32_t height,
                                                       uint8_t* pResImg);
 
@@ -623,9 +682,9 @@ NUV_C_API void NuvBinImgLittleWhitePixelsMed3x3Filter(uint8_t* pBinImg, int32_t 
 /// A pixel becomes 255 if it and four or more of its neighbours are at least threshold, otherwise 0. The
 /// border becomes 0.
 ///
-/// @param pGryImg    gray image; read only
+/// @param pGryImg    [in, width*height elements] gray image; read only
 /// @param threshold  least bright value; any number
-/// @param pResImg    every byte is written
+/// @param pResImg    [out, width*height elements] every byte is written
 /// @return the number of pixels that became 255
 NUV_C_API int32_t NuvThresholdAndMedFilter3x3(uint8_t* pGryImg, int32_t width, int32_t height,
                                               int32_t threshold, uint8_t* pResImg);
@@ -639,7 +698,7 @@ NUV_C_API int32_t NuvThresholdAndMedFilter3x3(uint8_t* pGryImg, int32_t width, i
 /// The rows count as one stretch of memory: left of the first column lies the end of the row above, and right
 /// of the last column the start of the row below. Everything before and after the image is black.
 ///
-/// @param pBinImg  binary image; read and written
+/// @param pBinImg  [inout, width*height elements] binary image; read and written
 NUV_C_API void NuvBinImgDeleteIsolatedPoints(uint8_t* pBinImg, int32_t width, int32_t height);
 
 /// Inverts interior pixels of one value that have more than N neighbours of that value, in place.
@@ -647,7 +706,7 @@ NUV_C_API void NuvBinImgDeleteIsolatedPoints(uint8_t* pBinImg, int32_t width, in
 /// Such a pixel becomes 255-gry. The scan goes row by row, and an inverted pixel no longer counts as a
 /// neighbour for the pixels that follow.
 ///
-/// @param pBinImg  gray image; read and written
+/// @param pBinImg  [inout, width*height elements] gray image; read and written
 /// @param gry      the value; outside 0..255 nothing changes
 /// @param N        number of neighbours
 NUV_C_API void NuvBinImgDeletePointsMoreThanN(uint8_t* pBinImg, int32_t width, int32_t height, int32_t gry,
@@ -656,6 +715,8 @@ NUV_C_API void NuvBinImgDeletePointsMoreThanN(uint8_t* pBinImg, int32_t width, i
 /// Inverts interior pixels of one value that have fewer than N neighbours of that value, in place.
 ///
 /// The scan and the parameters are those of NuvBinImgDeletePointsMoreThanN.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvBinImgDeletePointsLessThanN(uint8_t* pBinImg, int32_t width, int32_t height, int32_t gry,
                                               int32_t N);
 
@@ -677,11 +738,12 @@ NUV_C_API void NuvBinImgDeletePointsLessThanN(uint8_t* pBinImg, int32_t width, i
 ///    half sizes m. If the window is larger than the image, if the erosion changes nothing, or if allocation
 ///    fails, the search ends.
 ///
-/// @param pBinImg   binary image of 0 and 255; read only
-/// @param pTmpImg   work space of width*height bytes; receives the image before the last round
-/// @param pWorkImg  work space of width*height bytes; receives the distances of the last round, or the image
-///                  that an erosion did not change
-/// @param pSize     receives the size; -1 for a black image
+/// @param pBinImg   [in, width*height elements] binary image of 0 and 255; read only
+/// @param pTmpImg   [out, width*height elements] work space of width*height bytes; receives the image before
+///                  the last round
+/// @param pWorkImg  [out, width*height elements] work space of width*height bytes; receives the distances of
+///                  the last round, or the image that an erosion did not change
+/// @param pSize     [out, 1 element] receives the size; -1 for a black image
 /// @return the size
 NUV_C_API int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, uint8_t* pWorkImg, int32_t width,
                                            int32_t height, int32_t* pSize);
@@ -695,10 +757,11 @@ NUV_C_API int32_t NuvGetMaxSizeofMinFilter(uint8_t* pBinImg, uint8_t* pTmpImg, u
 /// The search to the left goes on in the rows above, as they lie in memory; before the image everything is 0.
 /// The search upwards does not reach row 0.
 ///
-/// @param pGryImg      gray image; read only
-/// @param pMskImg      mask of the same size; read only
+/// @param pGryImg      [in, width*height elements] gray image; read only
+/// @param pMskImg      [in, width*height elements] mask of the same size; read only
 /// @param maxDistance  in pixels; with 0 or less nothing is filled
-/// @param pResImg      every byte is written; if allocation fails, as with a maxDistance of 0
+/// @param pResImg      [out, width*height elements] every byte is written; if allocation fails, as with a
+///                     maxDistance of 0
 NUV_C_API void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                           int32_t maxDistance, uint8_t* pResImg);
 
@@ -715,9 +778,10 @@ NUV_C_API void NuvFillHolesByNearNeighbor(uint8_t* pGryImg, uint8_t* pMskImg, in
 /// A last scan removes the corners of stairs: pixels with A = 2 and white direct neighbours at a right angle.
 /// It sees its own deletions.
 ///
-/// @param pBinImg  binary image; read only; its border counts as black
-/// @param pTmpImg  work space of width*height bytes; receives the lines before the last scan, as 0 and 1
-/// @param pResImg  every byte is written
+/// @param pBinImg  [in, width*height elements] binary image; read only; its border counts as black
+/// @param pTmpImg  [out, width*height elements] work space of width*height bytes; receives the lines before the
+///                 last scan, as 0 and 1
+/// @param pResImg  [out, width*height elements] every byte is written
 /// @return the number of iterations of both passes, including the last one, which deletes nothing. If
 ///         allocation fails, 0; the contents of both images are then undefined
 /// @see T. Y. Zhang and C. Y. Suen, A fast parallel algorithm for thinning digital patterns, 1984
@@ -733,9 +797,9 @@ NUV_C_API int32_t NuvBinImgThin(uint8_t* pBinImg, uint8_t* pTmpImg, int32_t widt
 
 /// Counts the black runs of rows by length.
 ///
-/// @param pBinImg    binary image; read only
-/// @param pCount     maxLength+1 entries, cleared first; entry i receives the number of runs of length i, the
-///                   last entry also that of all longer runs
+/// @param pBinImg    [in, width*height elements] binary image; read only
+/// @param pCount     [out, maxLength + 1 elements] maxLength+1 entries, cleared first; entry i receives the
+///                   number of runs of length i, the last entry also that of all longer runs
 /// @param maxLength  0 or more; with less nothing is written
 NUV_C_API void NuvRLXBlackCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount,
                                 int32_t maxLength);
@@ -743,6 +807,9 @@ NUV_C_API void NuvRLXBlackCount(uint8_t* pBinImg, int32_t width, int32_t height,
 /// Counts the white runs of rows by length.
 ///
 /// The parameters are those of NuvRLXBlackCount.
+///
+/// @param pBinImg  [in, width*height elements]
+/// @param pCount   [out, maxLength + 1 elements]
 NUV_C_API void NuvRLXWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount,
                                 int32_t maxLength);
 
@@ -753,40 +820,52 @@ NUV_C_API void NuvRLXWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height,
 /// In C++: NuvRLXWhiteCount(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t*, int32_t*,
 ///         int32_t*, int32_t*)
 ///
-/// @param pGryImg         gray image; read in the region only
+/// @param pGryImg         [in, width*height elements] gray image; read in the region only
 /// @param x1, x2, y1, y2  region; clamped to the image first
-/// @param pSum            receives the length of all runs together
-/// @param pMin            receives the length of the shortest run; width without runs
-/// @param pMax            receives the length of the longest run; 0 without runs
-/// @param pMaxRuns        receives the greatest number of runs in one row
+/// @param pSum            [out, 1 element] receives the length of all runs together
+/// @param pMin            [out, 1 element] receives the length of the shortest run; width without runs
+/// @param pMax            [out, 1 element] receives the length of the longest run; 0 without runs
+/// @param pMaxRuns        [out, 1 element] receives the greatest number of runs in one row
 /// @return the number of runs
 NUV_C_API int32_t NuvRLXWhiteCountInGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1,
                                             int32_t x2, int32_t y1, int32_t y2, int32_t* pSum, int32_t* pMin,
                                             int32_t* pMax, int32_t* pMaxRuns);
 
 /// Writes color over the white runs of rows that are longer than maxLength, in place.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvRLXWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
                                      uint8_t color);
 
 /// Writes color over the white runs of rows that are shorter than minLength, in place.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvRLXWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                       int32_t color);
 
 /// Writes color over the black runs of rows that are shorter than minLength, in place.
 ///
 /// Only columns 1 to width-2 are considered. A run that goes beyond them counts with its part inside.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvRLXBlackDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                       int32_t color);
 
 /// Counts the black runs of columns by length.
 ///
 /// The parameters are those of NuvRLXBlackCount.
+///
+/// @param pBinImg  [in, width*height elements]
+/// @param pCount   [out, maxLength + 1 elements]
 NUV_C_API void NuvRLYBlackCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount,
                                 int32_t maxLength);
 
 /// Counts the white runs of columns by length.
 ///
 /// The parameters are those of NuvRLXBlackCount.
+///
+/// @param pBinImg  [in, width*height elements]
+/// @param pCount   [out, maxLength + 1 elements]
 NUV_C_API void NuvRLYWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height, int32_t* pCount,
                                 int32_t maxLength);
 
@@ -797,27 +876,34 @@ NUV_C_API void NuvRLYWhiteCount(uint8_t* pBinImg, int32_t width, int32_t height,
 /// In C++: NuvRLYWhiteCount(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t*, int32_t*,
 ///         int32_t*, int32_t*)
 ///
-/// @param pGryImg         gray image; read in the region only
+/// @param pGryImg         [in, width*height elements] gray image; read in the region only
 /// @param x1, x2, y1, y2  region; clamped to the image first
-/// @param pSum            receives the length of all runs together
-/// @param pMin            receives the length of the shortest run, or the width if that is less
-/// @param pMax            receives the length of the longest run; 0 without runs
-/// @param pMaxRuns        receives the greatest number of runs in one column
+/// @param pSum            [out, 1 element] receives the length of all runs together
+/// @param pMin            [out, 1 element] receives the length of the shortest run, or the width if that is
+///                        less
+/// @param pMax            [out, 1 element] receives the length of the longest run; 0 without runs
+/// @param pMaxRuns        [out, 1 element] receives the greatest number of runs in one column
 /// @return the number of runs
 NUV_C_API int32_t NuvRLYWhiteCountInGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1,
                                             int32_t x2, int32_t y1, int32_t y2, int32_t* pSum, int32_t* pMin,
                                             int32_t* pMax, int32_t* pMaxRuns);
 
 /// Writes color over the white runs of columns that are longer than maxLength, in place.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvRLYWhiteDeleteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t maxLength,
                                      int32_t color);
 
 /// Writes color to the white pixels of rows 1 to height-2 that are black above and below, in place.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvRLYWhiteDeleteIsolated(uint8_t* pBinImg, int32_t width, int32_t height, int32_t color);
 
 /// Writes color over the white runs of columns that are shorter than minLength, in place.
 ///
 /// With a minLength below 2 it does what NuvRLYWhiteDeleteIsolated does.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvRLYWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                       int32_t color);
 
@@ -825,6 +911,8 @@ NUV_C_API void NuvRLYWhiteDeleteShort(uint8_t* pBinImg, int32_t width, int32_t h
 ///
 /// The length in the row is 255 at most. The length in the column is cut to its low byte, so a run of 256
 /// pixels becomes 0.
+///
+/// @param pBinImg  [inout, width*height elements]
 NUV_C_API void NuvBinImgMarkMinOfRLXandRLY(uint8_t* pBinImg, int32_t width, int32_t height);
 
 /// Counts the starts of white runs along the row near each pixel.
@@ -836,10 +924,11 @@ NUV_C_API void NuvBinImgMarkMinOfRLXandRLY(uint8_t* pBinImg, int32_t width, int3
 ///
 /// Near the sides h is reduced until the window fits, so it stays centred.
 ///
-/// @param pBinImg  binary image; read only
-/// @param pBuf     work space of width entries; receives 1 at the starts of the last row and 0 elsewhere
+/// @param pBinImg  [in, width*height elements] binary image; read only
+/// @param pBuf     [out, width elements] work space of width entries; receives 1 at the starts of the last row
+///                 and 0 elsewhere
 /// @param X        sets the width of the window
-/// @param pResImg  every byte is written; receives the low byte of the count
+/// @param pResImg  [out, width*height elements] every byte is written; receives the low byte of the count
 NUV_C_API void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t width, int32_t height, int32_t X,
                                    uint8_t* pResImg);
 
@@ -849,18 +938,20 @@ NUV_C_API void NuvBinImg01TimesByX(uint8_t* pBinImg, int32_t* pBuf, int32_t widt
 /// truncated quotient. Only columns 1 to width-2 of rows 1 to height-2 are considered. A run that goes beyond
 /// those columns counts with its part inside.
 ///
-/// @param pBinImg            binary image; read only
+/// @param pBinImg            [in, width*height elements] binary image; read only
 /// @param minTop, minBottom  least lengths in the first and the last row
-/// @param pResImg            receives 255 on the long runs; all other pixels are left alone
+/// @param pResImg            [inout, width*height elements] receives 255 on the long runs; all other pixels are
+///                           left alone
 NUV_C_API void NuvRLXWhiteLong(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minTop,
                                int32_t minBottom, uint8_t* pResImg);
 
 /// Marks the short bright runs of columns: at most maxLength pixels of at least threshold.
 ///
-/// @param pGryImg    gray image; read only
+/// @param pGryImg    [in, width*height elements] gray image; read only
 /// @param threshold  least bright value
 /// @param maxLength  greatest length of a short run
-/// @param pResImg    receives 255 on the short runs; all other pixels are left alone
+/// @param pResImg    [inout, width*height elements] receives 255 on the short runs; all other pixels are left
+///                   alone
 NUV_C_API void NuvRLYWhiteShort(uint8_t* pGryImg, int32_t width, int32_t height, int32_t threshold,
                                 int32_t maxLength, uint8_t* pResImg);
 
@@ -870,12 +961,14 @@ NUV_C_API void NuvRLYWhiteShort(uint8_t* pGryImg, int32_t width, int32_t height,
 /// second step finds the runs of those marks along rows. In row y a run is a stroke if it has at least
 /// (minBottom-minTop)*y/height + minTop pixels, with a truncated quotient. Row 0 has no strokes.
 ///
-/// @param pGryImg            gray image; read only
-/// @param pTmpImg            work space of width*height bytes; receives the marks of the first step
+/// @param pGryImg            [in, width*height elements] gray image; read only
+/// @param pTmpImg            [out, width*height elements] work space of width*height bytes; receives the marks
+///                           of the first step
 /// @param threshold          least bright value
 /// @param maxLength          greatest height of a stroke
 /// @param minTop, minBottom  least lengths at the top and at the bottom of the image
-/// @param pResImg            receives 255 on the strokes; all other pixels are left alone
+/// @param pResImg            [inout, width*height elements] receives 255 on the strokes; all other pixels are
+///                           left alone
 /// @return true
 NUV_C_API bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width,
                                                int32_t height, int32_t threshold, int32_t maxLength,
@@ -888,10 +981,10 @@ NUV_C_API bool NuvRLYWhiteShortAndRLXWhiteLong(uint8_t* pGryImg, uint8_t* pTmpIm
 /// pass goes up from row height-2 and does the same with the row below; it replaces a level of the first
 /// pass. Runs without a level are dropped, all others are 255 in the result.
 ///
-/// @param pBinImg    binary image; changed: its border becomes 0
+/// @param pBinImg    [inout, width*height elements] binary image; changed: its border becomes 0
 /// @param minLength  least length of a long run
 /// @param maxLevel   highest level; values above 250 count as 250, and 1 or less keeps long runs only
-/// @param pResImg    every byte is written
+/// @param pResImg    [out, width*height elements] every byte is written
 NUV_C_API void NuvRLXDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                       int32_t maxLevel, uint8_t* pResImg);
 
@@ -899,6 +992,9 @@ NUV_C_API void NuvRLXDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t h
 ///
 /// It does what NuvRLXDeleteWhiteShort does, with columns instead of rows: the first pass goes right from
 /// column 1, the second left from column width-2.
+///
+/// @param pBinImg  [inout, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvRLYDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                       int32_t maxLevel, uint8_t* pResImg);
 
@@ -914,10 +1010,10 @@ NUV_C_API void NuvRLYDeleteWhiteShort(uint8_t* pBinImg, int32_t width, int32_t h
 /// A run is stored whole, also where it lies beyond columns x1 to x2. If x1 > x2, only runs that contain both
 /// columns are found.
 ///
-/// @param pBinImg  binary image; read only
+/// @param pBinImg  [in, width*height elements] binary image; read only
 /// @param x1, x2   columns of the rectangle
 /// @param y1, y2   rows of the rectangle; those outside the image are skipped
-/// @param pRLX     receives the runs, row by row from left to right
+/// @param pRLX     [out, N elements] receives the runs, row by row from left to right
 /// @param N        number of entries
 /// @return the number of records written, N at most; 0 if x1 or x2 lies outside the image
 NUV_C_API int32_t NuvRLXRegionsGet(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
@@ -937,10 +1033,10 @@ NUV_C_API int32_t NuvRLXRegionsGet(uint8_t* pBinImg, int32_t width, int32_t heig
 /// So the stored x1 is one column left of the run unless the run starts in column 0, and a run that reaches
 /// the last column is stored one pixel short.
 ///
-/// @param pBinImg  binary image; read only
+/// @param pBinImg  [in, width*height elements] binary image; read only
 /// @param y        first row
 /// @param x1, x2   the run; the first length is compared with x2-x1+1
-/// @param pRLX     receives one record per row
+/// @param pRLX     [out, N elements] receives one record per row
 /// @param N        number of entries
 /// @return the number of records written, N at most; 0 if row y is not in the image
 NUV_C_API int32_t NuvRLXRegionsGrowByYInc(uint8_t* pBinImg, int32_t width, int32_t height, int32_t y,
@@ -950,6 +1046,8 @@ NUV_C_API int32_t NuvRLXRegionsGrowByYInc(uint8_t* pBinImg, int32_t width, int32
 ///
 /// The rule is that of NuvRLXRegionsGrowByYInc.
 ///
+/// @param pBinImg  [in, width*height elements]
+/// @param pRLX     [out, N elements]
 /// @return the number of records written, N at most; 0 if y is below 1 or not below height
 NUV_C_API int32_t NuvRLXRegionsGrowByYDec(uint8_t* pBinImg, int32_t width, int32_t height, int32_t y,
                                           int32_t x1, int32_t x2, RLX* pRLX, int32_t N);
@@ -966,11 +1064,16 @@ NUV_C_API int32_t NuvRLXRegionsGrowByYDec(uint8_t* pBinImg, int32_t width, int32
 /// once more, and step 3 can visit that record, too. If y1 = y2, a single run with nothing above it can be
 /// appended until all N entries are full.
 ///
+/// @param pBinImg  [in, width*height elements]
+/// @param pRLX     [out, N elements]
 /// @return the number of records written, N at most
 NUV_C_API int32_t NuvRLXReginsGetAndGrow(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1,
                                          int32_t x2, int32_t y1, int32_t y2, RLX* pRLX, int32_t N);
 
 /// Draws N runs of rows: writes the low byte of color to their pixels inside the image.
+///
+/// @param pBinImg  [inout, width*height elements]
+/// @param pRLX     [in, N elements]
 NUV_C_API void NuvDrawRLXRegions(uint8_t* pBinImg, int32_t width, int32_t height, RLX* pRLX, int32_t N,
                                  int32_t color);
 
@@ -979,10 +1082,10 @@ NUV_C_API void NuvDrawRLXRegions(uint8_t* pBinImg, int32_t width, int32_t height
 /// It does what NuvRLXRegionsGet does, with columns instead of rows, except that a run that reaches the last
 /// row of the image is stored one pixel short. A single pixel there is stored with y2 = y1-1.
 ///
-/// @param pBinImg  binary image; read only
+/// @param pBinImg  [in, width*height elements] binary image; read only
 /// @param x1, x2   columns of the rectangle; those outside the image are skipped
 /// @param y1, y2   rows of the rectangle
-/// @param pRLY     receives the runs, column by column from top to bottom
+/// @param pRLY     [out, N elements] receives the runs, column by column from top to bottom
 /// @param N        number of entries
 /// @return the number of records written, N at most; 0 if y1 or y2 lies outside the image
 NUV_C_API int32_t NuvRLYRegionsGet(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
@@ -992,6 +1095,8 @@ NUV_C_API int32_t NuvRLYRegionsGet(uint8_t* pBinImg, int32_t width, int32_t heig
 ///
 /// The rule is that of NuvRLXRegionsGrowByYInc, with columns instead of rows.
 ///
+/// @param pBinImg  [in, width*height elements]
+/// @param pRLY     [out, N elements]
 /// @return the number of records written, N at most; 0 if column x is not in the image
 NUV_C_API int32_t NuvRLYRegionsGrowByXInc(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x,
                                           int32_t y1, int32_t y2, RLY* pRLY, int32_t N);
@@ -1001,6 +1106,8 @@ NUV_C_API int32_t NuvRLYRegionsGrowByXInc(uint8_t* pBinImg, int32_t width, int32
 /// The rule is that of NuvRLXRegionsGrowByYInc, with columns instead of rows; column x itself is not
 /// repeated.
 ///
+/// @param pBinImg  [in, width*height elements]
+/// @param pRLY     [out, N elements]
 /// @return the number of records written, N at most; 0 if column x-1 is below 1 or not in the image
 NUV_C_API int32_t NuvRLYRegionsGrowByXDec(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x,
                                           int32_t y1, int32_t y2, RLY* pRLY, int32_t N);
@@ -1011,11 +1118,16 @@ NUV_C_API int32_t NuvRLYRegionsGrowByXDec(uint8_t* pBinImg, int32_t width, int32
 /// collected by NuvRLYRegionsGet and followed by NuvRLYRegionsGrowByXInc and then by NuvRLYRegionsGrowByXDec,
 /// which does not repeat the run that it starts from.
 ///
+/// @param pBinImg  [in, width*height elements]
+/// @param pRLY     [out, N elements]
 /// @return the number of records written, N at most
 NUV_C_API int32_t NuvRLYReginsGetAndGrow(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1,
                                          int32_t x2, int32_t y1, int32_t y2, RLY* pRLY, int32_t N);
 
 /// Draws N runs of columns: writes the low byte of color to their pixels inside the image.
+///
+/// @param pBinImg  [inout, width*height elements]
+/// @param pRLY     [in, N elements]
 NUV_C_API void NuvDrawRLYRegions(uint8_t* pBinImg, int32_t width, int32_t height, RLY* pRLY, int32_t N,
                                  int32_t color);
 
@@ -1025,10 +1137,10 @@ NUV_C_API void NuvDrawRLYRegions(uint8_t* pBinImg, int32_t width, int32_t height
 /// quotient; in an image of one row, runs of minTop pixels or more. Kept runs of adjacent rows that have a
 /// column in common belong to one region.
 ///
-/// @param pBinImg            binary image; read only
+/// @param pBinImg            [in, width*height elements] binary image; read only
 /// @param minTop, minBottom  least lengths in the first and the last row
-/// @param pRLX               receives the runs row by row; the numbers of the regions begin at 0, without gaps
-///                           and in no particular order
+/// @param pRLX               [out, N elements] receives the runs row by row; the numbers of the regions begin
+///                           at 0, without gaps and in no particular order
 /// @param N                  number of entries; the scan stops when they are full
 /// @return the number of regions, 1024 at most. If a run needs a number while 1024 are in use, the scan stops
 ///         there and the number of records written is returned instead. The number of records is not returned
@@ -1061,17 +1173,29 @@ NUV_C_API int32_t NuvRLXRegionsWithID(uint8_t* pBinImg, int32_t width, int32_t h
 /// Converts an RGB image to gray by the whole-image weighting.
 ///
 /// The weights are 0.114 of blue, 0.587 of green and 0.299 of red in 12-bit fixed point.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 /// Converts an RGB image to inverted gray: 255 minus the gray of NuvRGB2Gry.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvRGB2GryInvert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 /// Converts an RGB image to gray: the largest of the three bytes of each pixel minus the smallest.
 ///
 /// The result is 0 on gray and high on saturated colour.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvRGBsDif2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 /// Converts an RGB image to gray: the largest of the three bytes of each pixel.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvExtractMaxRGB2GryImg(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 // ---- Channels
@@ -1082,37 +1206,48 @@ NUV_C_API void NuvExtractMaxRGB2GryImg(uint8_t* pRGBImg, int32_t width, int32_t 
 // width*height bytes, an RGB image three times as many.
 
 /// Copies one channel of an RGB image to a gray image.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvSelectRGB2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                 uint8_t* pGryImg);
 
 /// Copies one channel of an RGB image to a gray image; another name of NuvSelectRGB2Gry.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvExtractOneChannelFromRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                            uint8_t* pGryImg);
 
 /// Copies one channel of a region of an RGB image to a packed gray image.
 ///
+/// @param pRGBImg  [in, width*height*3 elements]
 /// @param height   not used
-/// @param pGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
+/// @param pGryImg  [out, (x2-x1+1)*(y2-y1+1) elements] receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_C_API void NuvSelectRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, int32_t channel, uint8_t* pGryImg);
 
 /// Writes a gray image over one channel of an RGB image.
 ///
-/// @param pRGBImg  RGB image, changed in place; the other two channels are kept
-/// @param pGryImg  gray image, read
+/// @param pRGBImg  [inout, width*height*3 elements] RGB image, changed in place; the other two channels are
+///                 kept
+/// @param pGryImg  [in, width*height elements] gray image, read
 NUV_C_API void NuvReplaceOneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                          uint8_t* pGryImg);
 
 /// Combines one channel of an RGB image with a gray image by bitwise OR.
 ///
-/// @param pRGBImg  RGB image, changed in place; the other two channels are kept
-/// @param pGryImg  gray image, read
+/// @param pRGBImg  [inout, width*height*3 elements] RGB image, changed in place; the other two channels are
+///                 kept
+/// @param pGryImg  [in, width*height elements] gray image, read
 NUV_C_API void NuvOROneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                     uint8_t* pGryImg);
 
 /// Interleaves three gray images to an RGB image.
 ///
-/// @param pRedImg, pGreenImg, pBlueImg  become byte 2, byte 1 and byte 0 of the pixels
+/// @param pRedImg, pGreenImg, pBlueImg  [in, width*height elements] become byte 2, byte 1 and byte 0 of the
+///                                      pixels
+/// @param pRGBImg                       [out, width*height*3 elements]
 NUV_C_API void NuvGry2RGBImg(uint8_t* pRedImg, uint8_t* pGreenImg, uint8_t* pBlueImg, int32_t width,
                              int32_t height, uint8_t* pRGBImg);
 
@@ -1124,7 +1259,8 @@ NUV_C_API void NuvGry2RGBImg(uint8_t* pRedImg, uint8_t* pGreenImg, uint8_t* pBlu
 
 /// Copies a region of a gray image.
 ///
-/// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, (x2-x1+1)*(y2-y1+1) elements] receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_C_API void NuvCopyGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -1132,8 +1268,8 @@ NUV_C_API void NuvCopyGryRect(uint8_t* pGryImg, int32_t width, int32_t height, i
 ///
 /// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
 ///
-/// @param pGryImg  frame, of which only the Y plane is read
-/// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
+/// @param pGryImg  [in, width*height elements] frame, of which only the Y plane is read
+/// @param pResImg  [out, (x2-x1+1)*(y2-y1+1) elements] receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_C_API void NuvCopyYUV420PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -1141,8 +1277,8 @@ NUV_C_API void NuvCopyYUV420PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t h
 ///
 /// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
 ///
-/// @param pGryImg  frame, of which only the Y plane is read
-/// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
+/// @param pGryImg  [in, width*height elements] frame, of which only the Y plane is read
+/// @param pResImg  [out, (x2-x1+1)*(y2-y1+1) elements] receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_C_API void NuvCopyYUV420SPRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                        int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -1150,14 +1286,15 @@ NUV_C_API void NuvCopyYUV420SPRect2Gry(uint8_t* pGryImg, int32_t width, int32_t 
 ///
 /// The frame begins with its Y plane, which is a gray image; NuvCopyGryRect does the same.
 ///
-/// @param pGryImg  frame, of which only the Y plane is read
-/// @param pResImg  receives (x2-x1+1)*(y2-y1+1) bytes
+/// @param pGryImg  [in, width*height elements] frame, of which only the Y plane is read
+/// @param pResImg  [out, (x2-x1+1)*(y2-y1+1) elements] receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_C_API void NuvCopyYUV422PRect2Gry(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pResImg);
 
 /// Copies a region of an RGB image.
 ///
-/// @param pResImg  receives (x2-x1+1)*(y2-y1+1)*3 bytes
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, (x2-x1+1)*(y2-y1+1)*3 elements] receives (x2-x1+1)*(y2-y1+1)*3 bytes
 NUV_C_API void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -1165,8 +1302,9 @@ NUV_C_API void NuvCopyRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, i
 ///
 /// In C++: NuvCopyRGBRect(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*, uint8_t*)
 ///
-/// @param pResImg     receives (x2-x1+1)*(y2-y1+1)*3 bytes
-/// @param pResGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
+/// @param pRGBImg     [in, width*height*3 elements]
+/// @param pResImg     [out, (x2-x1+1)*(y2-y1+1)*3 elements] receives (x2-x1+1)*(y2-y1+1)*3 bytes
+/// @param pResGryImg  [out, (x2-x1+1)*(y2-y1+1) elements] receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_C_API void NuvCopyRGBRectWithGry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, uint8_t* pResImg, uint8_t* pResGryImg);
 
@@ -1174,13 +1312,16 @@ NUV_C_API void NuvCopyRGBRectWithGry(uint8_t* pRGBImg, int32_t width, int32_t he
 ///
 /// The first pixel copied is (x1, y1). Nothing is averaged.
 ///
-/// @param pResImg  receives ((y2-y1) >> 2) + 1 rows of ((x2-x1) >> 2) + 1 RGB pixels
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, (((x2-x1) >> 2) + 1)*(((y2-y1) >> 2) + 1)*3 elements] receives ((y2-y1) >> 2) + 1 rows
+///                 of ((x2-x1) >> 2) + 1 RGB pixels
 NUV_C_API void NuvCopyRGBScale4Rect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, uint8_t* pResImg);
 
 /// Converts a region of an RGB image to gray by the region weighting.
 ///
-/// @param pGryImg  receives (x2-x1+1)*(y2-y1+1) bytes
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pGryImg  [out, (x2-x1+1)*(y2-y1+1) elements] receives (x2-x1+1)*(y2-y1+1) bytes
 NUV_C_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, uint8_t* pGryImg);
 
@@ -1189,7 +1330,9 @@ NUV_C_API void NuvCopyRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t heigh
 /// In C++: NuvCopyRGBRect2Gry(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*,
 ///         uint8_t*, uint8_t*)
 ///
-/// @param pRedImg, pGreenImg, pBlueImg  receive (x2-x1+1)*(y2-y1+1) bytes each: byte 2, byte 1 and byte 0
+/// @param pRGBImg                       [in, width*height*3 elements]
+/// @param pRedImg, pGreenImg, pBlueImg  [out, (x2-x1+1)*(y2-y1+1) elements] receive (x2-x1+1)*(y2-y1+1) bytes
+///                                      each: byte 2, byte 1 and byte 0
 NUV_C_API void NuvCopyRGBRect2GryByChannel(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1,
                                            int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg,
                                            uint8_t* pGreenImg, uint8_t* pBlueImg);
@@ -1203,11 +1346,14 @@ NUV_C_API void NuvCopyRGBRect2GryByChannel(uint8_t* pRGBImg, int32_t width, int3
 /// the mean colour of a class without pixels is 0, 0, 0. A distance is the sum of the squared differences of
 /// the bytes. The sums over pixels are 32-bit and wrap from 8,421,505 white pixels on.
 ///
+/// @param pRGBImg                [in, width*height*3 elements]
 /// @param bBright                true: 255 marks the bright colour; false: it marks the dark one
-/// @param pGryImg                receives the gray of the region, (x2-x1+1)*(y2-y1+1) bytes
-/// @param pBinImg                receives, in as many bytes, 255 where the marked colour is strictly nearer,
-///                               else 0
-/// @param pResWidth, pResHeight  receive x2-x1+1 and y2-y1+1. An empty region writes nothing else
+/// @param pGryImg                [out, (x2-x1+1)*(y2-y1+1) elements] receives the gray of the region,
+///                               (x2-x1+1)*(y2-y1+1) bytes
+/// @param pBinImg                [out, (x2-x1+1)*(y2-y1+1) elements] receives, in as many bytes, 255 where the
+///                               marked colour is strictly nearer, else 0
+/// @param pResWidth, pResHeight  [out, 1 element] receive x2-x1+1 and y2-y1+1. An empty region writes nothing
+///                               else
 NUV_C_API void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, bool bBright, uint8_t* pGryImg, uint8_t* pBinImg,
                                     int32_t* pResWidth, int32_t* pResHeight);
@@ -1218,13 +1364,20 @@ NUV_C_API void NuvCopyRGB2GryBinImg(uint8_t* pRGBImg, int32_t width, int32_t hei
 /// count, wherever the hits lie. The result is thus the mean under the mask only if the hits fill each row
 /// from its left end. Sums are 32-bit and wrap from 8,421,505 white pixels on.
 ///
-/// @param pMskImg              mask of width*height bytes, addressed at the same (x, y) as the image
-/// @param pRed, pGreen, pBlue  receive the truncated means of byte 2, 1 and 0; all 0 without a hit
+/// @param pRGBImg              [in, width*height*3 elements]
+/// @param pMskImg              [in, width*height elements] mask of width*height bytes, addressed at the same
+///                             (x, y) as the image
+/// @param pRed, pGreen, pBlue  [out, 1 element] receive the truncated means of byte 2, 1 and 0; all 0 without a
+///                             hit
 NUV_C_API void NuvRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t x1,
                              int32_t x2, int32_t y1, int32_t y2, int32_t* pRed, int32_t* pGreen,
                              int32_t* pBlue);
 
 /// Computes a mean colour of a region by the hits of a mask; another name of NuvRGBRectAvr.
+///
+/// @param pRGBImg              [in, width*height*3 elements]
+/// @param pMskImg              [in, width*height elements]
+/// @param pRed, pGreen, pBlue  [out, 1 element]
 NUV_C_API void NuvGetRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t width, int32_t height, int32_t x1,
                                 int32_t x2, int32_t y1, int32_t y2, int32_t* pRed, int32_t* pGreen,
                                 int32_t* pBlue);
@@ -1281,19 +1434,28 @@ NUV_C_API void NuvGetRGBRectAvr(uint8_t* pRGBImg, uint8_t* pMskImg, int32_t widt
 
 /// Converts a CbYCrY frame to RGB.
 ///
+/// @param pCbYCrYImg  [in, width*height*2 elements]
+/// @param pRGBImg     [out, width*height*3 elements]
 /// @return true if width is even; otherwise false, and nothing is written
 NUV_C_API bool NuvCbYCrY2RGB(uint8_t* pCbYCrYImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
 /// Converts an RGB image to a CbYCrY frame of width*height*2 bytes.
 ///
+/// @param pRGBImg     [in, width*height*3 elements]
+/// @param pCbYCrYImg  [out, width*height*2 elements]
 /// @return true if width is even; otherwise false, and nothing is written
 NUV_C_API bool NuvRGB2CbYCrY(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pCbYCrYImg);
 
 /// Copies the Y of a CbYCrY frame: the second byte of each of its width*height pairs.
+///
+/// @param pCbYCrYImg  [in, width*height*2 elements]
+/// @param pGryImg     [out, width*height elements]
 NUV_C_API void NuvCbYCrY2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 /// Converts a region of a CbYCrY frame to RGB.
 ///
+/// @param pCbYCrYImg  [in, width*height*2 elements]
+/// @param pRGBImg     [out, (x2-x1+1)*(y2-y1+1)*3 elements]
 /// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyCbYCrYRect2RGB(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, uint8_t* pRGBImg);
@@ -1302,6 +1464,8 @@ NUV_C_API bool NuvCopyCbYCrYRect2RGB(uint8_t* pCbYCrYImg, int32_t width, int32_t
 ///
 /// Each pixel has the left Y of its group.
 ///
+/// @param pCbYCrYImg  [in, width*height*2 elements]
+/// @param pRGBImg     [out, (((x2-x1) >> 2) + 1)*(((y2-y1) >> 2) + 1)*3 elements]
 /// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyCbYCrYScale4Rect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg);
@@ -1311,6 +1475,9 @@ NUV_C_API bool NuvCopyCbYCrYScale4Rect(uint8_t* pCbYCrYImg, int32_t width, int32
 /// In C++: NuvCopyCbYCrYRect(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*,
 ///         uint8_t*)
 ///
+/// @param pCbYCrYImg  [in, width*height*2 elements]
+/// @param pRGBImg     [out, (x2-x1+1)*(y2-y1+1)*3 elements]
+/// @param pGryImg     [out, (x2-x1+1)*(y2-y1+1) elements]
 /// @return true if x1 and W are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyCbYCrYRectToRGBAndGry(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                             int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg,
@@ -1319,6 +1486,9 @@ NUV_C_API bool NuvCopyCbYCrYRectToRGBAndGry(uint8_t* pCbYCrYImg, int32_t width, 
 /// Copies the bytes of a region of a CbYCrY frame, W*2 from each row.
 ///
 /// The result is a CbYCrY frame if x1 and W are even, which is not tested.
+///
+/// @param pCbYCrYImg  [in, width*height*2 elements]
+/// @param pResImg     [out, (x2-x1+1)*(y2-y1+1)*2 elements]
 NUV_C_API void NuvCopyCbYCrYRect(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                  int32_t y1, int32_t y2, uint8_t* pResImg);
 
@@ -1326,6 +1496,10 @@ NUV_C_API void NuvCopyCbYCrYRect(uint8_t* pCbYCrYImg, int32_t width, int32_t hei
 ///
 /// If W is odd, each row of the result has W + 1 bytes. The last one is the Y after the region's right edge,
 /// which the frame's memory must hold.
+///
+/// @param pCbYCrYImg  [in, (y2*width + x1 + ((x2-x1) | 1) + 1 > width*height ? y2*width + x1 + ((x2-x1) | 1) +
+///                    1 : width*height)*2 elements]
+/// @param pGryImg     [out, (((x2-x1) | 1) + 1)*(y2-y1+1) elements]
 NUV_C_API void NuvCopyCbYCrYRect2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, uint8_t* pGryImg);
 
@@ -1334,6 +1508,10 @@ NUV_C_API void NuvCopyCbYCrYRect2Gry(uint8_t* pCbYCrYImg, int32_t width, int32_t
 /// If W is odd, each row of the result has W + 1 bytes, and the frame's memory must hold the whole last
 /// group. Groups are counted from x1 on. If x1 is odd, the byte taken for the Cr of a group is the Cb of the
 /// next pixels.
+///
+/// @param pCbYCrYImg  [in, (y2*width + x1 + ((x2-x1) | 1) + 1 > width*height ? y2*width + x1 + ((x2-x1) | 1) +
+///                    1 : width*height)*2 elements]
+/// @param pRedImg     [out, (((x2-x1) | 1) + 1)*(y2-y1+1) elements]
 NUV_C_API void NuvCopyCbYCrYRect2RedImg(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                         int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
@@ -1342,6 +1520,10 @@ NUV_C_API void NuvCopyCbYCrYRect2RedImg(uint8_t* pCbYCrYImg, int32_t width, int3
 /// Groups are counted from x1 on, and each gives the red of its left Y. If W is odd, a row of the result has
 /// (W + 1)/2 bytes, and the frame's memory must hold the whole last group. An odd x1 has the effect described
 /// with NuvCopyCbYCrYRect2RedImg.
+///
+/// @param pCbYCrYImg  [in, (y2*width + x1 + ((x2-x1) | 1) + 1 > width*height ? y2*width + x1 + ((x2-x1) | 1) +
+///                    1 : width*height)*2 elements]
+/// @param pRedImg     [out, (((x2-x1) >> 1) + 1)*(((y2-y1) >> 1) + 1) elements]
 NUV_C_API void NuvCopyCbYCrYRect2RedImgShrink2(uint8_t* pCbYCrYImg, int32_t width, int32_t height, int32_t x1,
                                                int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
@@ -1351,19 +1533,28 @@ NUV_C_API void NuvCopyCbYCrYRect2RedImgShrink2(uint8_t* pCbYCrYImg, int32_t widt
 
 /// Converts a YUV 420SP frame to RGB.
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, width*height*3 elements]
 /// @return true if width and height are even; otherwise false, and nothing is written
 NUV_C_API bool NuvYUV420SP2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
 /// Converts an RGB image to a YUV 420SP frame of width*height*3/2 bytes.
 ///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pYUVImg  [out, width*height*3/2 elements]
 /// @return true if width and height are even; otherwise false, and nothing is written
 NUV_C_API bool NuvRGB2YUV420SP(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pYUVImg);
 
 /// Copies the Y plane of a YUV 420SP frame, width*height bytes.
+///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvYUV420SP2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 /// Copies a region of a YUV 420SP frame to a frame of its own, W*H*3/2 bytes.
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pResImg  [out, (x2-x1+1)*(y2-y1+1)*3/2 elements]
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420SPRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    int32_t y1, int32_t y2, uint8_t* pResImg);
@@ -1373,6 +1564,9 @@ NUV_C_API bool NuvCopyYUV420SPRect(uint8_t* pYUVImg, int32_t width, int32_t heig
 /// In C++: NuvCopyYUV420SPRect(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*,
 ///         uint8_t*)
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, (x2-x1+1)*(y2-y1+1)*3 elements]
+/// @param pGryImg  [out, (x2-x1+1)*(y2-y1+1) elements]
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420SPRectToRGBAndGry(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                               int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg,
@@ -1380,24 +1574,32 @@ NUV_C_API bool NuvCopyYUV420SPRectToRGBAndGry(uint8_t* pYUVImg, int32_t width, i
 
 /// Converts a region of a YUV 420SP frame to RGB.
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, (x2-x1+1)*(y2-y1+1)*3 elements]
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420SPRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                        int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
 /// Converts every fourth pixel of every fourth row of a region of a YUV 420SP frame to RGB (Scale4).
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, (((x2-x1) >> 2) + 1)*(((y2-y1) >> 2) + 1)*3 elements]
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420SPScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                          int32_t x2, int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
 /// Computes the red of each pixel of a region of a YUV 420SP frame (RedImg).
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRedImg  [out, (x2-x1+1)*(y2-y1+1) elements]
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420SPRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                           int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
 /// Computes the red of every second pixel of every second row of a region of a YUV 420SP frame (Shrink2).
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRedImg  [out, (((x2-x1) >> 1) + 1)*(((y2-y1) >> 1) + 1) elements]
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420SPRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                                  int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
@@ -1408,43 +1610,61 @@ NUV_C_API bool NuvCopyYUV420SPRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width
 
 /// Converts a YUV 420P frame to RGB.
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, width*height*3 elements]
 /// @return true if width and height are even; otherwise false, and nothing is written
 NUV_C_API bool NuvYUV420P2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
 /// Converts an RGB image to a YUV 420P frame of width*height*3/2 bytes.
 ///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pYUVImg  [out, width*height*3/2 elements]
 /// @return true if width and height are even; otherwise false, and nothing is written
 NUV_C_API bool NuvRGB2YUV420P(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pYUVImg);
 
 /// Copies the Y plane of a YUV 420P frame, width*height bytes.
+///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvYUV420P2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 /// Converts a region of a YUV 420P frame to RGB and to gray.
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, (x2-x1+1)*(y2-y1+1)*3 elements]
+/// @param pGryImg  [out, (x2-x1+1)*(y2-y1+1) elements]
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420PRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
 /// Converts a region of a YUV 420P frame to RGB.
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, (x2-x1+1)*(y2-y1+1)*3 elements]
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420PRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
 /// Converts every fourth pixel of every fourth row of a region of a YUV 420P frame to RGB (Scale4).
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRGBImg  [out, (((x2-x1) >> 2) + 1)*(((y2-y1) >> 2) + 1)*3 elements]
 /// @return true if width, height, x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420PScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                         int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
 /// Computes the red of each pixel of a region of a YUV 420P frame (RedImg).
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRedImg  [out, (x2-x1+1)*(y2-y1+1) elements]
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420PRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                          int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
 /// Computes the red of every second pixel of every second row of a region of a YUV 420P frame (Shrink2).
 ///
+/// @param pYUVImg  [in, width*height*3/2 elements]
+/// @param pRedImg  [out, (((x2-x1) >> 1) + 1)*(((y2-y1) >> 1) + 1) elements]
 /// @return true if x1, W, y1 and H are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV420PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                                 int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
@@ -1455,31 +1675,45 @@ NUV_C_API bool NuvCopyYUV420PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width,
 
 /// Converts a YUV 422P frame to RGB.
 ///
+/// @param pYUVImg  [in, width*height*2 elements]
+/// @param pRGBImg  [out, width*height*3 elements]
 /// @return true if width is even; otherwise false, and nothing is written
 NUV_C_API bool NuvYUV422P2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pRGBImg);
 
 /// Converts an RGB image to a YUV 422P frame of width*height*2 bytes.
 ///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pYUVImg  [out, width*height*2 elements]
 /// @return true if width and height are even; otherwise false, and nothing is written
 NUV_C_API bool NuvRGB2YUV422P(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pYUVImg);
 
 /// Copies the Y plane of a YUV 422P frame, width*height bytes.
+///
+/// @param pYUVImg  [in, width*height*2 elements]
+/// @param pGryImg  [out, width*height elements]
 NUV_C_API void NuvYUV422P2Gry(uint8_t* pYUVImg, int32_t width, int32_t height, uint8_t* pGryImg);
 
 /// Converts a region of a YUV 422P frame to RGB and to gray.
 ///
+/// @param pYUVImg  [in, width*height*2 elements]
+/// @param pRGBImg  [out, (x2-x1+1)*(y2-y1+1)*3 elements]
+/// @param pGryImg  [out, (x2-x1+1)*(y2-y1+1) elements]
 /// @return true if width, height, x1 and W are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV422PRect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, uint8_t* pRGBImg, uint8_t* pGryImg);
 
 /// Converts a region of a YUV 422P frame to RGB.
 ///
+/// @param pYUVImg  [in, width*height*2 elements]
+/// @param pRGBImg  [out, (x2-x1+1)*(y2-y1+1)*3 elements]
 /// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV422PRect2RGB(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, uint8_t* pRGBImg);
 
 /// Converts every fourth pixel of every fourth row of a region of a YUV 422P frame to RGB (Scale4).
 ///
+/// @param pYUVImg  [in, width*height*2 elements]
+/// @param pRGBImg  [out, (((x2-x1) >> 2) + 1)*(((y2-y1) >> 2) + 1)*3 elements]
 /// @return true if width and x1 are even, and W and H are multiples of 4; otherwise false, and nothing is
 ///         written
 NUV_C_API bool NuvCopyYUV422PScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
@@ -1487,12 +1721,16 @@ NUV_C_API bool NuvCopyYUV422PScale4Rect(uint8_t* pYUVImg, int32_t width, int32_t
 
 /// Computes the red of each pixel of a region of a YUV 422P frame (RedImg).
 ///
+/// @param pYUVImg  [in, width*height*2 elements]
+/// @param pRedImg  [out, (x2-x1+1)*(y2-y1+1) elements]
 /// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV422PRect2RedImg(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                          int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
 
 /// Computes the red of every second pixel of every second row of a region of a YUV 422P frame (Shrink2).
 ///
+/// @param pYUVImg  [in, width*height*2 elements]
+/// @param pRedImg  [out, (((x2-x1) >> 1) + 1)*(((y2-y1) >> 1) + 1) elements]
 /// @return true if width, x1 and W are even; otherwise false, and nothing is written
 NUV_C_API bool NuvCopyYUV422PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width, int32_t height, int32_t x1,
                                                 int32_t x2, int32_t y1, int32_t y2, uint8_t* pRedImg);
@@ -1507,15 +1745,19 @@ NUV_C_API bool NuvCopyYUV422PRect2RedImgShrink2(uint8_t* pYUVImg, int32_t width,
 
 /// Copies one field of a frame.
 ///
+/// @param pImg          [in, width*height*(bRGB ? 3 : 1) elements]
 /// @param bSecondField  false: the first field, (height + 1)/2 rows; true: the second, height/2 rows
-/// @param pResImg       receives the rows of the field without gaps
-/// @param pResHeight    receives the number of rows of the field
+/// @param pResImg       [out, width*((height + (bSecondField ? 0 : 1))/2)*(bRGB ? 3 : 1) elements] receives the
+///                      rows of the field without gaps
+/// @param pResHeight    [out, 1 element] receives the number of rows of the field
 NUV_C_API void NuvExtractOneField(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, bool bSecondField,
                                   uint8_t* pResImg, int32_t* pResHeight);
 
 /// Splits a frame into its fields: the rows of the first field, then those of the second.
 ///
-/// @param pResImg  receives the rows, in a buffer of the frame's size
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg  [out, width*height*(bRGB ? 3 : 1) elements] receives the rows, in a buffer of the frame's
+///                 size
 NUV_C_API void NuvSplitOddEvenField(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pResImg);
 
 /// Weaves two fields into a frame, with the second field shifted sideways to make up for motion.
@@ -1528,12 +1770,13 @@ NUV_C_API void NuvSplitOddEvenField(uint8_t* pImg, int32_t width, int32_t height
 ///
 /// If |shift| is width or more, nothing of the second field is written.
 ///
-/// @param pSecondField  secondHeight rows of width pixels
-/// @param pFirstField   firstHeight rows of width pixels
-/// @param pResImg       has room for max(2*firstHeight - 1, 2*secondHeight) rows and is written as described,
-///                      whatever *pResHeight is. Where one field has more rows than the other, the rows between
-///                      them are left alone
-/// @param pResHeight    receives secondHeight + firstHeight, which wraps
+/// @param pSecondField  [in, width*secondHeight*(bRGB ? 3 : 1) elements] secondHeight rows of width pixels
+/// @param pFirstField   [in, width*firstHeight*(bRGB ? 3 : 1) elements] firstHeight rows of width pixels
+/// @param pResImg       [inout, width*(2*firstHeight - 1 > 2*secondHeight ? 2*firstHeight - 1 :
+///                      2*secondHeight)*(bRGB ? 3 : 1) elements] has room for max(2*firstHeight - 1,
+///                      2*secondHeight) rows and is written as described, whatever *pResHeight is. Where one
+///                      field has more rows than the other, the rows between them are left alone
+/// @param pResHeight    [out, 1 element] receives secondHeight + firstHeight, which wraps
 /// @note In RGB with shift <= 0, 0 included, row i of the second field is written from byte width + 6*width*i
 ///       on, not from byte 3*width + 6*width*i. It covers part of the row above. Only a positive shift gives a
 ///       clean RGB frame.
@@ -1590,11 +1833,13 @@ NUV_C_API void NuvMergeOddEvenField(uint8_t* pSecondField, uint8_t* pFirstField,
 /// a figure of eight is one chain. The background pixel beside the start becomes 1 whatever it holds: the
 /// left neighbour for an outer contour, the right one for a hole. The start becomes 254.
 ///
-/// @param pBinImg     binary image with a clear border; receives the marks 254 and 1
+/// @param pBinImg     [inout, width*rows elements] binary image with a clear border; receives the marks 254 and
+///                    1
 /// @param width       columns of the image
 /// @param x, y        start pixel: for an outer contour a pixel with background at its left, for a hole the
 ///                    object pixel at the left of a pixel of the hole
-/// @param pChainCode  receives at most N-1 codes; the walk drops further codes and still sets all marks
+/// @param pChainCode  [out, N - 1 elements] receives at most N-1 codes; the walk drops further codes and still
+///                    sets all marks
 /// @param N           size of pChainCode in bytes; with 1 or less no code is written
 /// @param isOuter     true for the contour of an object, false for that of a hole
 /// @return the number of codes written; 0 for a lone pixel
@@ -1604,15 +1849,17 @@ NUV_C_API int32_t NuvTraceContour(uint8_t* pBinImg, int32_t width, int32_t x, in
 /// Traces one contour for its marks alone.
 ///
 /// Start pixel and marks are those of NuvTraceContour.
+///
+/// @param pBinImg  [inout, width*rows elements]
 NUV_C_API void NuvMarkContour(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y, bool isOuter);
 
 /// Traces all contours of a binary image into a list, in the order of the contour scan.
 ///
 /// Lone pixels have no chain and are never kept.
 ///
-/// @param pBinImg        binary image. Changed: the border becomes 0; at the end every pixel below 50 becomes 0
-///                       and every other 255
-/// @param pChainCode     work space of width*height bytes
+/// @param pBinImg        [inout, width*height elements] binary image. Changed: the border becomes 0; at the end
+///                       every pixel below 50 becomes 0 and every other 255
+/// @param pChainCode     [work, width*height elements] work space of width*height bytes
 /// @param width, height  size of the image
 /// @param minPerimeter   contours with fewer codes or a smaller perimeter are left out
 /// @param minArea        contours with a smaller area, by NuvRealAreaAndPerimeter, are left out
@@ -1625,7 +1872,7 @@ NUV_C_API NUV_CONTOUR_STRUCT* NuvGetContours(uint8_t* pBinImg, uint8_t* pChainCo
 
 /// Releases a list returned by NuvGetContours.
 ///
-/// @param pContours  the list; null is accepted
+/// @param pContours  [in] the list; null is accepted
 NUV_C_API void NuvFreeContours(NUV_CONTOUR_STRUCT* pContours);
 
 /// Finds the outer contour of greatest area in a region.
@@ -1634,14 +1881,15 @@ NUV_C_API void NuvFreeContours(NUV_CONTOUR_STRUCT* pContours);
 /// set to 0, and the rows inside it are scanned for contours: the first one and every yStep-th one from
 /// there. After the call an outline pixel outside the region holds 0, or 1 where the tracer examined it.
 ///
-/// @param pBinImg         binary image. Changed: the outline; in the region as given, clamped to the image,
-///                        every pixel below 50 becomes 0 and every other 255
-/// @param pChainCode      work space of width*height bytes
+/// @param pBinImg         [inout, width*height elements] binary image. Changed: the outline; in the region as
+///                        given, clamped to the image, every pixel below 50 becomes 0 and every other 255
+/// @param pChainCode      [work, width*height elements] work space of width*height bytes
 /// @param width, height   size of the image
 /// @param x1, x2, y1, y2  the region, ends inclusive
 /// @param yStep           distance of the scanned rows; below 1 counts as 1
-/// @param pRect           receives the inclusive bounding box; all 0 if nothing was found
-/// @param pX, pY          receive the centre as computed by NuvContourCenter; unchanged if nothing was found
+/// @param pRect           [out, 1 element] receives the inclusive bounding box; all 0 if nothing was found
+/// @param pX, pY          [out, 1 element] receive the centre as computed by NuvContourCenter; unchanged if
+///                        nothing was found
 /// @return the area as computed by NuvRealAreaAndPerimeter; 0 if nothing was found. Ties go to the first
 ///         contour of the scan
 NUV_C_API int32_t Nuv255RectWithMaxArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
@@ -1652,6 +1900,9 @@ NUV_C_API int32_t Nuv255RectWithMaxArea(uint8_t* pBinImg, uint8_t* pChainCode, i
 ///
 /// Parameters and changes to the image are those of Nuv255RectWithMaxArea.
 ///
+/// @param pBinImg        [inout, width*height elements]
+/// @param pChainCode     [work, width*height elements]
+/// @param pRect, pX, pY  [out, 1 element]
 /// @return the perimeter as computed by NuvRealAreaAndPerimeter; 0 if nothing was found. Ties go to the first
 ///         contour of the scan
 NUV_C_API int32_t Nuv255RectWithMaxPerimeter(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
@@ -1666,11 +1917,11 @@ NUV_C_API int32_t Nuv255RectWithMaxPerimeter(uint8_t* pBinImg, uint8_t* pChainCo
 ///
 ///     perimeter = truncate(even codes + sqrt(2) * odd codes + 0.5)
 ///
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
-/// @param pArea       receives the area. For an outer chain: the pixels inside and on it. For the chain of a
-///                    hole: the pixels of the hole without its rim
-/// @param pPerimeter  receives the perimeter
+/// @param pArea       [out, 1 element] receives the area. For an outer chain: the pixels inside and on it. For
+///                    the chain of a hole: the pixels of the hole without its rim
+/// @param pPerimeter  [out, 1 element] receives the perimeter
 NUV_C_API void NuvRealAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter);
 
 /// Computes an approximate area of a closed chain, and its perimeter.
@@ -1683,10 +1934,10 @@ NUV_C_API void NuvRealAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* 
 /// The perimeter is that of NuvRealAreaAndPerimeter. A square of 3 by 3 pixels has area 8 here and 9 by
 /// NuvRealAreaAndPerimeter.
 ///
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
-/// @param pArea       receives the area
-/// @param pPerimeter  receives the perimeter
+/// @param pArea       [out, 1 element] receives the area
+/// @param pPerimeter  [out, 1 element] receives the perimeter
 NUV_C_API void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter);
 
 /// Computes the centre of a chain: the mean of its N positions plus 0.5, truncated.
@@ -1694,18 +1945,18 @@ NUV_C_API void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pAre
 /// An empty chain gives its start point.
 ///
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
-/// @param pX, pY      receive the centre
+/// @param pX, pY      [out, 1 element] receive the centre
 NUV_C_API void NuvContourCenter(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY);
 
 /// Computes the inclusive bounding box of a closed chain.
 ///
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
-/// @param pX1, pX2    receive the first and the last column
-/// @param pY1, pY2    receive the first and the last row
+/// @param pX1, pX2    [out, 1 element] receive the first and the last column
+/// @param pY1, pY2    [out, 1 element] receive the first and the last row
 NUV_C_API void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX1, int32_t* pX2,
                               int32_t* pY1, int32_t* pY2);
 
@@ -1717,11 +1968,12 @@ NUV_C_API void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t
 ///     yr = (s*x + c*y) >> 10
 ///
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
 /// @param angle       degrees; converted to radians with the factor 3.1415926/180
-/// @param pX1, pX2    receive the least and the greatest xr
-/// @param pY1, pY2    receive the least and the greatest yr; an empty chain gives those of its start
+/// @param pX1, pX2    [out, 1 element] receive the least and the greatest xr
+/// @param pY1, pY2    [out, 1 element] receive the least and the greatest yr; an empty chain gives those of its
+///                    start
 NUV_C_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, double angle,
                                      int32_t* pX1, int32_t* pX2, int32_t* pY1, int32_t* pY2);
 
@@ -1736,8 +1988,10 @@ NUV_C_API void NuvContourRotatedRect(int32_t x, int32_t y, uint8_t* pChainCode, 
 ///
 /// @param area, perimeter     measures of the contour
 /// @param minWidth, maxWidth  the widths to try, ends inclusive; meant to be positive
-/// @param pWidth              receives the best width; ties go to the narrowest; 10000 if there is none
-/// @param pLength             receives the length of that bar, rounded; unchanged if there is none
+/// @param pWidth              [out, 1 element] receives the best width; ties go to the narrowest; 10000 if
+///                            there is none
+/// @param pLength             [out, 1 element] receives the length of that bar, rounded; unchanged if there is
+///                            none
 /// @return the least misfit, 0 for a perfect bar; 10000.0 if no width gives a smaller one
 /// @note The time hardly depends on the number of positive widths. A range that reaches millions below 0 can
 ///       take seconds.
@@ -1750,9 +2004,12 @@ NUV_C_API double NuvLineSimilarity(int32_t area, int32_t perimeter, int32_t minW
 ///
 /// In C++: NuvLineSimilarity(int32_t, int32_t, uint8_t*, int32_t, int32_t, int32_t, int32_t*, int32_t*)
 ///
+/// @param pChainCode          [in, N elements]
 /// @param minWidth, maxWidth  the widths to try, ends inclusive; meant to be positive
-/// @param pWidth              receives the best width; ties go to the narrowest; 10000 if there is none
-/// @param pLength             receives the length of that bar, rounded; unchanged if there is none
+/// @param pWidth              [out, 1 element] receives the best width; ties go to the narrowest; 10000 if
+///                            there is none
+/// @param pLength             [out, 1 element] receives the length of that bar, rounded; unchanged if there is
+///                            none
 /// @return the least misfit, 0 for a perfect bar; 10000.0 if no width gives a smaller one
 NUV_C_API double NuvLineSimilarityOfChain(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N,
                                           int32_t minWidth, int32_t maxWidth, int32_t* pWidth,
@@ -1761,9 +2018,9 @@ NUV_C_API double NuvLineSimilarityOfChain(int32_t x, int32_t y, uint8_t* pChainC
 /// Lists the N positions of a chain.
 ///
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
-/// @param pX, pY      receive N entries each
+/// @param pX, pY      [out, N elements] receive N entries each
 NUV_C_API void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY);
 
 /// Lists the N positions of a chain, with the greatest x and the greatest y among them.
@@ -1771,10 +2028,10 @@ NUV_C_API void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_
 /// In C++: NuvChain2Points(int32_t, int32_t, uint8_t*, int32_t, int32_t*, int32_t*, int32_t*, int32_t*)
 ///
 /// @param x, y          start point
-/// @param pChainCode    the chain
+/// @param pChainCode    [in, N elements] the chain
 /// @param N             number of codes
-/// @param pX, pY        receive N entries each
-/// @param pMaxX, pMaxY  receive the greatest x and y; those of the start for an empty chain
+/// @param pX, pY        [out, N elements] receive N entries each
+/// @param pMaxX, pMaxY  [out, 1 element] receive the greatest x and y; those of the start for an empty chain
 NUV_C_API void NuvChain2PointsWithMax(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX,
                                       int32_t* pY, int32_t* pMaxX, int32_t* pMaxY);
 
@@ -1790,10 +2047,10 @@ NUV_C_API void NuvChain2PointsWithMax(int32_t x, int32_t y, uint8_t* pChainCode,
 ///
 /// It visits the start and the ends of all N steps, so the start of a closed chain counts twice.
 ///
-/// @param pGryImg     gray image
+/// @param pGryImg     [in, width*rows elements] gray image
 /// @param width       columns of the image
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
 /// @param gry         the value counted
 /// @return the number of visits to a pixel of that value
@@ -1804,6 +2061,8 @@ NUV_C_API int32_t NuvPixelsPassedByChain(uint8_t* pGryImg, int32_t width, int32_
 ///
 /// It visits the ends of all N steps.
 ///
+/// @param pBinImg     [in, width*rows elements]
+/// @param pChainCode  [in, N elements]
 /// @return the number of visits to an object pixel
 NUV_C_API int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, int32_t x, int32_t y,
                                              uint8_t* pChainCode, int32_t N);
@@ -1811,6 +2070,9 @@ NUV_C_API int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, in
 /// Tests whether a chain passes over a pixel of the value gry.
 ///
 /// It visits the start and the ends of all N steps.
+///
+/// @param pGryImg     [in, width*rows elements]
+/// @param pChainCode  [in, N elements]
 NUV_C_API bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
                                    int32_t N, int32_t gry);
 
@@ -1818,10 +2080,13 @@ NUV_C_API bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, i
 ///
 /// It visits the ends of the first N-1 steps, so the start does not count. x is not read.
 ///
+/// @param pChainCode  [in, N elements]
 /// @return the number of points in the row
 NUV_C_API int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine);
 
 /// Tests whether a step of the chain ends on the point px, py.
+///
+/// @param pChainCode  [in, N elements]
 NUV_C_API bool NuvIsPointOnContour(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t px,
                                    int32_t py);
 
@@ -1830,14 +2095,19 @@ NUV_C_API bool NuvIsPointOnContour(int32_t x, int32_t y, uint8_t* pChainCode, in
 /// The test counts the crossings of the chain in the row of the point, at its right. Inside the chain of a
 /// hole are the pixels of the hole, without the rim that the chain runs over.
 ///
+/// @param pChainCode  [in, N elements]
 /// @return true if the point lies inside or on the chain; false for an empty chain
 NUV_C_API bool NuvIsPointIncludedByChain(int32_t px, int32_t py, int32_t x, int32_t y, uint8_t* pChainCode,
                                          int32_t N);
 
 /// Tests whether a step of the chain ends in row yLine.
+///
+/// @param pChainCode  [in, N elements]
 NUV_C_API bool NuvIsHorizontalLineIntersectContour(int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine);
 
 /// Tests whether a step of the chain ends in column xLine.
+///
+/// @param pChainCode  [in, N elements]
 NUV_C_API bool NuvIsVerticalLineIntersectContour(int32_t x, uint8_t* pChainCode, int32_t N, int32_t xLine);
 
 /// Tests whether a step of the chain ends on a curve that has one x per image row.
@@ -1845,9 +2115,9 @@ NUV_C_API bool NuvIsVerticalLineIntersectContour(int32_t x, uint8_t* pChainCode,
 /// In C++: NuvIsVerticalLineIntersectContour(int32_t, int32_t, uint8_t*, int32_t, int32_t*)
 ///
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
-/// @param pXOfRow     the curve: x by image row; must cover all rows of the chain
+/// @param pXOfRow     [in, rows elements] the curve: x by image row; must cover all rows of the chain
 NUV_C_API bool NuvIsVerticalLineIntersectContourByCurve(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N,
                                                         int32_t* pXOfRow);
 
@@ -1856,6 +2126,9 @@ NUV_C_API bool NuvIsVerticalLineIntersectContourByCurve(int32_t x, int32_t y, ui
 // Chains drawn pixel by pixel into a gray image.
 
 /// Draws a chain: the start and the end of each of the N steps become color (its low byte).
+///
+/// @param pGryImg     [inout, width*rows elements]
+/// @param pChainCode  [in, N elements]
 NUV_C_API void NuvMarkChainByColor(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
                                    int32_t N, int32_t color);
 
@@ -1863,10 +2136,10 @@ NUV_C_API void NuvMarkChainByColor(uint8_t* pGryImg, int32_t width, int32_t x, i
 ///
 /// In C++: NuvMarkChainByColor(uint8_t*, int32_t, int32_t, int32_t, uint8_t*, int32_t, int32_t, int32_t)
 ///
-/// @param pGryImg     gray image
+/// @param pGryImg     [inout, width*rows elements] gray image
 /// @param width       columns of the image
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
 /// @param color       low byte, written
 /// @param ignored     not read
@@ -1876,6 +2149,9 @@ NUV_C_API void NuvMarkChainByColorDashed(uint8_t* pGryImg, int32_t width, int32_
 /// Adds 1 to the pixels under a chain: to the start, and to the end of each of the N steps.
 ///
 /// At the start 255 becomes 0. At the end of a step 255 stays.
+///
+/// @param pGryImg     [inout, width*rows elements]
+/// @param pChainCode  [in, N elements]
 NUV_C_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
                                  int32_t N);
 
@@ -1909,10 +2185,10 @@ NUV_C_API void NuvMarkChainByInc(uint8_t* pGryImg, int32_t width, int32_t x, int
 
 /// Fills what a chain encloses.
 ///
-/// @param pGryImg         gray image, changed
+/// @param pGryImg         [inout, width*rows elements] gray image, changed
 /// @param width           columns of the image
 /// @param x, y            start point
-/// @param pChainCode      the chain
+/// @param pChainCode      [in, N elements] the chain
 /// @param N               number of codes
 /// @param includeContour  true: the contour's pixels become fill too, for outer chains and for holes; false:
 ///                        they stay
@@ -1928,10 +2204,10 @@ NUV_C_API int32_t NuvFillingContour(uint8_t* pGryImg, int32_t width, int32_t x, 
 ///
 /// An empty chain encloses its start pixel.
 ///
-/// @param pGryImg     gray image, changed
+/// @param pGryImg     [inout, width*rows elements] gray image, changed
 /// @param width       columns of the image
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
 /// @param mark        a value (its low byte) that is not among the pixels inside
 /// @param oldColor    the value to replace; none is found if it is not a byte
@@ -1948,14 +2224,15 @@ NUV_C_API int32_t NuvReplacePixelsColor(uint8_t* pGryImg, int32_t width, int32_t
 /// In C++: NuvPastePixels2ResImg(uint8_t*, int32_t, int32_t, int32_t, uint8_t*, int32_t, int32_t, int32_t,
 ///         uint8_t*, int32_t)
 ///
-/// @param pGryImg     gray image
+/// @param pGryImg     [in, width*rows elements] gray image
 /// @param width       columns of both images
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
 /// @param mark        a value (its low byte) that is not among the pixels inside
 /// @param color       the value to find; none is found if it is not a byte
-/// @param pResImg     receives newColor (its low byte) at the places found; the rest is left alone
+/// @param pResImg     [inout, width*rows elements] receives newColor (its low byte) at the places found; the
+///                    rest is left alone
 /// @param newColor    the value written
 /// @return the number of pixels found, each counted once; 0 if the allocation for a long chain fails
 NUV_C_API int32_t NuvPastePixels2ResImgByColor(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y,
@@ -1969,14 +2246,15 @@ NUV_C_API int32_t NuvPastePixels2ResImgByColor(uint8_t* pGryImg, int32_t width, 
 /// In C++: NuvPastePixels2ResImg(uint8_t*, int32_t, int32_t, int32_t, const uint8_t*, int32_t, uint8_t,
 ///         uint8_t, uint8_t*)
 ///
-/// @param pGryImg     gray image
+/// @param pGryImg     [in, width*rows elements] gray image
 /// @param width       columns of both images
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
 /// @param mark        a value that is not among the pixels inside
 /// @param bgColor     pixels of this value are not copied
-/// @param pResImg     image of the same size; receives the pixels, and the rest is left alone
+/// @param pResImg     [inout, width*rows elements] image of the same size; receives the pixels, and the rest is
+///                    left alone
 /// @return the number of pixels copied, each counted once; 0 if the allocation for a long chain fails
 NUV_C_API int32_t NuvPastePixels2ResImgButBackground(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y,
                                                      const uint8_t* pChainCode, int32_t N, uint8_t mark,
@@ -1986,19 +2264,21 @@ NUV_C_API int32_t NuvPastePixels2ResImgButBackground(uint8_t* pGryImg, int32_t w
 ///
 /// Pixels inside that hold B or F, and contour pixels that hold mark, are not counted.
 ///
-/// @param pGryImg     gray image
+/// @param pGryImg     [in, width*rows elements] gray image
 /// @param width       columns of the image
 /// @param x, y        start point
-/// @param pChainCode  the chain
+/// @param pChainCode  [in, N elements] the chain
 /// @param N           number of codes
 /// @param mark        a value that is not among the pixels inside
-/// @param pHistogram  256 bins, cleared first. An empty chain leaves them 0 and writes the value of its start
-///                    pixel to a 257th entry, which must exist
+/// @param pHistogram  [out, (N < 1 ? 257 : 256) elements] 256 bins, cleared first. An empty chain leaves them 0
+///                    and writes the value of its start pixel to a 257th entry, which must exist
 /// @return the number of pixels counted; 1 for an empty chain; 0 if the allocation for a long chain fails
 NUV_C_API int32_t NuvRegionHistogram(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
                                      int32_t N, uint8_t mark, int32_t* pHistogram);
 
 /// Computes the number of pixels that a closed chain encloses, which is the area of NuvRealAreaAndPerimeter.
+///
+/// @param pChainCode  [in, N elements]
 NUV_C_API int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N);
 
 // ---- Selected contours
@@ -2017,21 +2297,22 @@ NUV_C_API int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N);
 
 /// Draws all contours of a binary image: 255 on the pixels of outer contours and of holes, 0 elsewhere.
 ///
-/// @param pBinImg        read only
+/// @param pBinImg        [in, width*height elements] read only
 /// @param width, height  size of both images
-/// @param pResImg        every byte is written; its border becomes 0
+/// @param pResImg        [out, width*height elements] every byte is written; its border becomes 0
 NUV_C_API void NuvMarkContours(uint8_t* pBinImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Draws the contours whose perimeter, as computed by NuvAreaAndPerimeter, lies in a range.
 ///
 /// Chains of fewer than max(minPerimeter/2, 2) codes are left out. The background is narrow.
 ///
-/// @param pBinImg                     binary image
-/// @param pChainCode                  work space
+/// @param pBinImg                     [inout, width*height elements] binary image
+/// @param pChainCode                  [work, width*height elements] work space
 /// @param width, height               size of both images
 /// @param yStep                       distance of the scanned rows, from row 1 on; below 1 counts as 1
 /// @param minPerimeter, maxPerimeter  the range
-/// @param pResImg                     receives 255 on the contours; it is not cleared first
+/// @param pResImg                     [inout, width*height elements] receives 255 on the contours; it is not
+///                                    cleared first
 /// @return the number of contours drawn
 NUV_C_API int32_t NuvSelectContoursByPerimeter(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
                                                int32_t height, int32_t yStep, int32_t minPerimeter,
@@ -2050,12 +2331,12 @@ NUV_C_API int32_t NuvSelectContoursByPerimeter(uint8_t* pBinImg, uint8_t* pChain
 /// of pChainCode as the caller left them, width*height at most. Places outside the image are not drawn. The
 /// background is narrow.
 ///
-/// @param pBinImg           binary image
-/// @param pChainCode        work space
+/// @param pBinImg           [inout, width*height elements] binary image
+/// @param pChainCode        [work, width*height elements] work space
 /// @param width, height     size of both images
 /// @param yStep             distance of the scanned rows, from row 1 on; below 1 counts as 1
 /// @param minArea, maxArea  the range
-/// @param pResImg           receives 255; it is not cleared first
+/// @param pResImg           [inout, width*height elements] receives 255; it is not cleared first
 /// @return how often a chain was drawn
 NUV_C_API int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
                                           int32_t yStep, int32_t minArea, int32_t maxArea, uint8_t* pResImg);
@@ -2064,10 +2345,10 @@ NUV_C_API int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode,
 ///
 /// Holes are compared by the area of NuvRealAreaAndPerimeter; ties go to the first hole of the scan.
 ///
-/// @param pBinImg        binary image. The marks of the traces stay in it. Its border is not cleared, and
-///                       everything outside it counts as background
-/// @param pChainCode     receives the chains of all contours, one after the other. If they do not fit, later
-///                       ones overwrite the first
+/// @param pBinImg        [inout, width*height elements] binary image. The marks of the traces stay in it. Its
+///                       border is not cleared, and everything outside it counts as background
+/// @param pChainCode     [out, width*height elements] receives the chains of all contours, one after the other.
+///                       If they do not fit, later ones overwrite the first
 /// @param width, height  size of the image
 /// @param color          its low byte is written to the rim; without a hole to pixel (0, 0)
 /// @return the area; 0 without a hole. If allocation fails, nothing is done and the result is 0
@@ -2079,10 +2360,10 @@ NUV_C_API int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCod
 /// The sum runs over the start pixel and the ends of all N steps, and is divided by N. An empty chain gives
 /// its start pixel.
 ///
-/// @param pGryImg     gray image, read only
+/// @param pGryImg     [in, width*rows elements] gray image, read only
 /// @param width       columns of the image
 /// @param x, y        start point
-/// @param pChainCode  the chain, read only
+/// @param pChainCode  [in, N elements] the chain, read only
 /// @param N           number of codes
 /// @return the sum divided by N
 NUV_C_API double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
@@ -2094,12 +2375,12 @@ NUV_C_API double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, in
 /// NuvAreaAndPerimeter. If there are N regions or more, those strictly larger than the Nth largest are
 /// painted, which is at most N-1. If there are fewer, all are painted.
 ///
-/// @param pBinImg        binary image
+/// @param pBinImg        [inout, width*height elements] binary image
 /// @param width, height  size of both images
 /// @param N              rank of the region that sets the limit
 /// @param minPerimeter   contours with fewer codes or a smaller perimeter are left out
-/// @param pResImg        every byte is written: 255 on the white pixels inside and on the contours painted, 0
-///                       elsewhere
+/// @param pResImg        [out, width*height elements] every byte is written: 255 on the white pixels inside and
+///                       on the contours painted, 0 elsewhere
 /// @return the number of regions painted; 0 for N below 1, or if allocation fails
 NUV_C_API int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32_t height, int32_t N,
                                             int32_t minPerimeter, uint8_t* pResImg);
@@ -2109,12 +2390,12 @@ NUV_C_API int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int
 /// A lone pixel of 251 to 254 starts the contour of a hole that has no codes, and its area is 0. If 0 is in
 /// the range, it is counted and nothing is filled.
 ///
-/// @param pBinImg           binary image
-/// @param pChainCode        work space
+/// @param pBinImg           [inout, width*height elements] binary image
+/// @param pChainCode        [work, width*height elements] work space
 /// @param width, height     size of both images
 /// @param minArea, maxArea  the range
-/// @param pResImg           every byte is written: the image with its border cleared and with those holes at
-///                          255
+/// @param pResImg           [out, width*height elements] every byte is written: the image with its border
+///                          cleared and with those holes at 255
 /// @return the number of holes counted
 NUV_C_API int32_t NuvRemoveBlackRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
                                               int32_t height, int32_t minArea, int32_t maxArea,
@@ -2124,11 +2405,12 @@ NUV_C_API int32_t NuvRemoveBlackRegionsByArea(uint8_t* pBinImg, uint8_t* pChainC
 ///
 /// A lone pixel has area 0. If 0 is in the range, it is counted but not removed.
 ///
-/// @param pBinImg           binary image
-/// @param pChainCode        work space
+/// @param pBinImg           [inout, width*height elements] binary image
+/// @param pChainCode        [work, width*height elements] work space
 /// @param width, height     size of both images
 /// @param minArea, maxArea  the range
-/// @param pResImg           every byte is written: the image with its border cleared and without those objects
+/// @param pResImg           [out, width*height elements] every byte is written: the image with its border
+///                          cleared and without those objects
 /// @return the number of objects counted
 NUV_C_API int32_t NuvRemoveWhiteRegionsByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
                                               int32_t height, int32_t minArea, int32_t maxArea,
@@ -2140,11 +2422,12 @@ NUV_C_API int32_t NuvRemoveWhiteRegionsByArea(uint8_t* pBinImg, uint8_t* pChainC
 /// start pixels of other contours become 0, too: each pair of different neighbours in a row that starts no
 /// contour and whose right pixel is not 0 erases the start pixel of the last contour traced, outer or hole.
 ///
-/// @param pBinImg        binary image
-/// @param pChainCode     work space
+/// @param pBinImg        [inout, width*height elements] binary image
+/// @param pChainCode     [work, width*height elements] work space
 /// @param width, height  size of both images
 /// @param minLength      the greatest number of codes of a contour to erase
-/// @param pResImg        every byte is written: the image with its border cleared and those pixels 0
+/// @param pResImg        [out, width*height elements] every byte is written: the image with its border cleared
+///                       and those pixels 0
 NUV_C_API void NuvDeleteShortContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
                                      int32_t minLength, uint8_t* pResImg);
 
@@ -2159,17 +2442,17 @@ NUV_C_API void NuvDeleteShortContour(uint8_t* pBinImg, uint8_t* pChainCode, int3
 /// A contour counts if it has at least 4*step codes, q >= 1 - tolerance and r >= 1 - tolerance. The
 /// background is narrow.
 ///
-/// @param pBinImg        binary image. Changed: its border becomes 0, and the marks of the traces (254 and 1)
-///                       stay
-/// @param pChainCode     work space
+/// @param pBinImg        [inout, width*height elements] binary image. Changed: its border becomes 0, and the
+///                       marks of the traces (254 and 1) stay
+/// @param pChainCode     [work, width*height elements] work space
 /// @param width, height  size of the image
 /// @param step           every step-th row from row 0 is scanned; below 1 counts as 1
 /// @param useOuter       true: objects; false: holes
 /// @param tolerance      how far q and r may lie below 1
-/// @param pX, pY         N entries: the middles of the bounding boxes, in the order of the scan until all
-///                       entries are taken
-/// @param pError         N entries: the errors. Once all are taken, a new square replaces the first one with
-///                       the greatest error, even if its own is greater
+/// @param pX, pY         [out, N elements] N entries: the middles of the bounding boxes, in the order of the
+///                       scan until all entries are taken
+/// @param pError         [out, N elements] N entries: the errors. Once all are taken, a new square replaces the
+///                       first one with the greatest error, even if its own is greater
 /// @param N              size of pX, pY and pError
 /// @return the number of entries written; 0 for N below 1
 NUV_C_API int32_t NuvGetNSquaresCenter(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
@@ -2202,10 +2485,14 @@ NUV_C_API int32_t NuvGetNSquaresCenter(uint8_t* pBinImg, uint8_t* pChainCode, in
 /// image. A vertical or horizontal line, or a point, is drawn with both its ends. Any other line is drawn by
 /// columns, in single precision. Each column is filled from the row where the column before ended, so the
 /// line is connected. The column of the left end point is not drawn.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvGryLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t y1, int32_t x2,
                           int32_t y2, int32_t color);
 
 /// Draws a line between two points of an RGB image, as NuvGryLine does in a gray one.
+///
+/// @param pRGBImg  [inout, width*height*3 elements]
 NUV_C_API void NuvRGBLine(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t y1, int32_t x2,
                           int32_t y2, int32_t r, int32_t g, int32_t b);
 
@@ -2223,8 +2510,9 @@ NUV_C_API void NuvRGBLine(uint8_t* pRGBImg, int32_t width, int32_t height, int32
 ///
 /// By columns, column 0 is drawn only if x0 is negative; by rows, row 0 only if y0 is negative.
 ///
-/// @param x0, y0  point on the line, in the image or outside
-/// @param degree  angle to the x axis, in degrees
+/// @param pGryImg  [inout, width*height elements]
+/// @param x0, y0   point on the line, in the image or outside
+/// @param degree   angle to the x axis, in degrees
 NUV_C_API void NuvDrawDegreeLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x0, int32_t y0,
                                  double degree, int32_t color);
 
@@ -2232,12 +2520,16 @@ NUV_C_API void NuvDrawDegreeLine(uint8_t* pGryImg, int32_t width, int32_t height
 ///
 ///     by columns    y = truncate(x*k + b + 0.5)    if isVertical is 0
 ///     by rows       x = truncate(y*k + b + 0.5)    otherwise
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvDrawKBLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t isVertical, double k,
                              double b, int32_t color);
 
 /// Draws the line in KB form in an RGB image.
 ///
 /// In C++: NuvDrawKBLine(uint8_t*, int32_t, int32_t, int32_t, double, double, int32_t, int32_t, int32_t)
+///
+/// @param pRGBImg  [inout, width*height*3 elements]
 NUV_C_API void NuvDrawKBLineRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t isVertical, double k,
                                 double b, int32_t colorR, int32_t colorG, int32_t colorB);
 
@@ -2247,6 +2539,8 @@ NUV_C_API void NuvDrawKBLineRGB(uint8_t* pRGBImg, int32_t width, int32_t height,
 ///     by columns    y = truncate(0.5 - (x*A + C)/B)    otherwise
 ///
 /// A = B = 0 draws nothing.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvDrawABCLineByColor(uint8_t* pGryImg, int32_t width, int32_t height, double A, double B,
                                      double C, int32_t color);
 
@@ -2258,8 +2552,9 @@ NUV_C_API void NuvDrawABCLineByColor(uint8_t* pGryImg, int32_t width, int32_t he
 /// In C++: NuvDrawABCLineByColor(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, double,
 ///         double, double, int32_t)
 ///
-/// @param x1, x2  first and last column, in either order; clamped to the image
-/// @param y1, y2  first and last row, in either order; clamped to the image
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   first and last column, in either order; clamped to the image
+/// @param y1, y2   first and last row, in either order; clamped to the image
 NUV_C_API void NuvDrawABCLineByColorInRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1,
                                            int32_t x2, int32_t y1, int32_t y2, double A, double B, double C,
                                            int32_t color);
@@ -2267,6 +2562,8 @@ NUV_C_API void NuvDrawABCLineByColorInRect(uint8_t* pGryImg, int32_t width, int3
 /// Adds 1 to each pixel of the line A*x + B*y + C = 0, so that many lines vote in an image.
 ///
 /// The pixels are those of NuvDrawABCLineByColor. A pixel of 255 stays as it is.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvDrawABCLineByInc(uint8_t* pGryImg, int32_t width, int32_t height, double A, double B,
                                    double C);
 
@@ -2275,8 +2572,9 @@ NUV_C_API void NuvDrawABCLineByInc(uint8_t* pGryImg, int32_t width, int32_t heig
 ///     by columns    y = truncate((thro - x*cos(theta))/sin(theta))    if 45 <= theta <= 125
 ///     by rows       x = truncate((thro - y*sin(theta))/cos(theta))    otherwise
 ///
-/// @param thro   distance from the origin, in pixels; may be negative
-/// @param theta  angle of the normal, in degrees
+/// @param pGryImg  [inout, width*height elements]
+/// @param thro     distance from the origin, in pixels; may be negative
+/// @param theta    angle of the normal, in degrees
 NUV_C_API void NuvDrawHoughLine(uint8_t* pGryImg, int32_t width, int32_t height, int32_t thro, int32_t theta,
                                 uint8_t color);
 
@@ -2288,10 +2586,11 @@ NUV_C_API void NuvDrawHoughLine(uint8_t* pGryImg, int32_t width, int32_t height,
 ///
 /// The sides are lines as NuvGryLine draws them. Sums of coordinates are 32-bit and wrap.
 ///
-/// @param pX, pY  vertices, N entries each; read only
-/// @param N       number of vertices. Below 2 draws nothing. 2 draws one line, and its second end is moved by
-///                (dx, dx)
-/// @param dx, dy  offset of the vertices, in pixels
+/// @param pGryImg  [inout, width*height elements]
+/// @param pX, pY   [in, N elements] vertices, N entries each; read only
+/// @param N        number of vertices. Below 2 draws nothing. 2 draws one line, and its second end is moved by
+///                 (dx, dx)
+/// @param dx, dy   offset of the vertices, in pixels
 NUV_C_API void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pX, int32_t* pY,
                               int32_t N, int32_t dx, int32_t dy, int32_t color);
 
@@ -2303,27 +2602,32 @@ NUV_C_API void NuvDrawPolygon(uint8_t* pGryImg, int32_t width, int32_t height, i
 ///
 ///     y = truncate(cy - sqrt(rx*rx - (x - cx)^2) * (ry/rx))
 ///
-/// @param cx, cy  centre
-/// @param rx      horizontal half axis. A negative one draws nothing. With 0 the quotient has no value: column
-///                cx is drawn from the centre up to row 0, or whole if cy is negative, whatever ry is
-/// @param ry      vertical half axis
+/// @param pGryImg  [inout, width*height elements]
+/// @param cx, cy   centre
+/// @param rx       horizontal half axis. A negative one draws nothing. With 0 the quotient has no value: column
+///                 cx is drawn from the centre up to row 0, or whole if cy is negative, whatever ry is
+/// @param ry       vertical half axis
 NUV_C_API void NuvDrawCircle(uint8_t* pGryImg, int32_t width, int32_t height, int32_t cx, int32_t cy,
                              int32_t rx, int32_t ry, int32_t color);
 
 /// Draws the outline of a rectangle in a gray image.
 ///
-/// @param x1, x2  first and last column, in either order; clamped to the image
-/// @param y1, y2  first and last row, in either order; clamped to the image
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   first and last column, in either order; clamped to the image
+/// @param y1, y2   first and last row, in either order; clamped to the image
 NUV_C_API void NuvDrawGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, int32_t color);
 
 /// Draws the outline of a rectangle in an RGB image, as NuvDrawGryRect does in a gray one.
+///
+/// @param pRGBImg  [inout, width*height*3 elements]
 NUV_C_API void NuvDrawRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, int32_t r, int32_t g, int32_t b);
 
 /// Draws the outline of a rectangle in a gray or an RGB image.
 ///
-/// @param pImg     RGB image if bRGB is true, otherwise a gray one
+/// @param pImg     [inout, width*height*(bRGB ? 3 : 1) elements] RGB image if bRGB is true, otherwise a gray
+///                 one
 /// @param x1, x2   first and last column, in either order; clamped to the image
 /// @param y1, y2   first and last row, in either order; clamped to the image
 /// @param r, g, b  colour in an RGB image; ignored for a gray one
@@ -2333,6 +2637,7 @@ NUV_C_API void NuvDrawRect(uint8_t* pImg, int32_t width, int32_t height, bool bR
 
 /// Changes one colour into another on the outline of a rectangle.
 ///
+/// @param pGryImg   [inout, width*height elements]
 /// @param x1, x2    first and last column, cut to the image. x1 > x2 leaves the two rows alone
 /// @param y1, y2    first and last row, cut to the image. y1 > y2 leaves the two columns alone
 /// @param oldColor  value of the pixels to change; outside 0..255 it matches none
@@ -2342,12 +2647,15 @@ NUV_C_API void NuvChangeColorOnRect(uint8_t* pGryImg, int32_t width, int32_t hei
 
 /// Fills a rectangle in a gray image.
 ///
-/// @param x1, x2  first and last column, cut to the image. x1 > x2 fills nothing
-/// @param y1, y2  first and last row, cut to the image. y1 > y2 fills nothing
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   first and last column, cut to the image. x1 > x2 fills nothing
+/// @param y1, y2   first and last row, cut to the image. y1 > y2 fills nothing
 NUV_C_API void NuvFillGryRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, int32_t color);
 
 /// Fills a rectangle in an RGB image, as NuvFillGryRect does in a gray one.
+///
+/// @param pRGBImg  [inout, width*height*3 elements]
 NUV_C_API void NuvFillRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                               int32_t y1, int32_t y2, int32_t r, int32_t g, int32_t b);
 
@@ -2367,8 +2675,9 @@ NUV_C_API void NuvFillRGBRect(uint8_t* pRGBImg, int32_t width, int32_t height, i
 ///
 /// An image less than 3 pixels wide or high is left alone.
 ///
-/// @param x, y  centre
-/// @param size  length of the cross from its centre to each side, in pixels
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     centre
+/// @param size     length of the cross from its centre to each side, in pixels
 NUV_C_API void NuvDrawGryCross(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                int32_t size, uint8_t color);
 
@@ -2377,8 +2686,9 @@ NUV_C_API void NuvDrawGryCross(uint8_t* pGryImg, int32_t width, int32_t height, 
 /// Columns x-1 and x+1 and rows y-1 and y+1 are set to 0 over the extents of the arms. Then the cross of
 /// NuvDrawGryCross is drawn over them.
 ///
-/// @param x, y  centre
-/// @param size  length of the cross from its centre to each side, in pixels
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     centre
+/// @param size     length of the cross from its centre to each side, in pixels
 NUV_C_API void NuvDrawGryCrossShadow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                      int32_t size, uint8_t color);
 
@@ -2390,8 +2700,9 @@ NUV_C_API void NuvDrawGryCrossShadow(uint8_t* pGryImg, int32_t width, int32_t he
 ///     column x    rows y-half to y+half
 ///     row x       columns x-half to x+half
 ///
-/// @param x, y  centre
-/// @param size  length of a whole arm, in pixels
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x, y     centre
+/// @param size     length of a whole arm, in pixels
 NUV_C_API void NuvDrawRGBCross(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                int32_t size, int32_t r, int32_t g, int32_t b);
 
@@ -2412,8 +2723,9 @@ NUV_C_API void NuvDrawRGBCross(uint8_t* pRGBImg, int32_t width, int32_t height, 
 /// An arm whose column or row lies outside the image is left out. The squares in d are 32-bit and wrap from a
 /// length of 46,341 pixels on.
 ///
-/// @param x1, y1  start of the line
-/// @param x2, y2  end of the line and centre of the cross
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, y1   start of the line
+/// @param x2, y2   end of the line and centre of the cross
 NUV_C_API void NuvGryImgDrawArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t y1,
                                   int32_t x2, int32_t y2, int32_t color);
 
@@ -2425,9 +2737,10 @@ NUV_C_API void NuvGryImgDrawArrow(uint8_t* pGryImg, int32_t width, int32_t heigh
 ///     columns x2-1 to x2+1    rows max(2, y2-size) to min(height-3, y2+size)
 ///     rows y2-1 to y2+1       columns max(2, x2-size) to min(width-3, x2+size)
 ///
-/// @param x1, y1  start of the line
-/// @param x2, y2  end of the line and centre of the cross
-/// @param size    length of the cross from its centre to each side, in pixels
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x1, y1   start of the line
+/// @param x2, y2   end of the line and centre of the cross
+/// @param size     length of the cross from its centre to each side, in pixels
 NUV_C_API void NuvRGBImgDrawArrow(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t y1,
                                   int32_t x2, int32_t y2, int32_t size, int32_t r, int32_t g, int32_t b);
 
@@ -2453,8 +2766,9 @@ NUV_C_API void NuvRGBImgDrawArrow(uint8_t* pRGBImg, int32_t width, int32_t heigh
 ///
 /// In C++: NuvDrawUpArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x1, x2  first and last column of the rectangle
-/// @param y1, y2  first and last row of the rectangle
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   first and last column of the rectangle
+/// @param y1, y2   first and last row of the rectangle
 NUV_C_API void NuvDrawUpArrowBlock(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                    int32_t y1, int32_t y2, int32_t color);
 
@@ -2462,8 +2776,9 @@ NUV_C_API void NuvDrawUpArrowBlock(uint8_t* pGryImg, int32_t width, int32_t heig
 ///
 /// In C++: NuvDrawDownArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x1, x2  first and last column of the rectangle
-/// @param y1, y2  first and last row of the rectangle
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   first and last column of the rectangle
+/// @param y1, y2   first and last row of the rectangle
 NUV_C_API void NuvDrawDownArrowBlock(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, int32_t color);
 
@@ -2471,8 +2786,9 @@ NUV_C_API void NuvDrawDownArrowBlock(uint8_t* pGryImg, int32_t width, int32_t he
 ///
 /// In C++: NuvDrawLeftArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x1, x2  first and last column of the rectangle
-/// @param y1, y2  first and last row of the rectangle
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   first and last column of the rectangle
+/// @param y1, y2   first and last row of the rectangle
 NUV_C_API void NuvDrawLeftArrowBlock(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                      int32_t y1, int32_t y2, int32_t color);
 
@@ -2480,8 +2796,9 @@ NUV_C_API void NuvDrawLeftArrowBlock(uint8_t* pGryImg, int32_t width, int32_t he
 ///
 /// In C++: NuvDrawRightArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x1, x2  first and last column of the rectangle
-/// @param y1, y2  first and last row of the rectangle
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   first and last column of the rectangle
+/// @param y1, y2   first and last row of the rectangle
 NUV_C_API void NuvDrawRightArrowBlock(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                       int32_t y1, int32_t y2, int32_t color);
 
@@ -2508,29 +2825,33 @@ NUV_C_API void NuvDrawRightArrowBlock(uint8_t* pGryImg, int32_t width, int32_t h
 
 /// Draws a simple arrow that points up in a gray image.
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawUpArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                               int32_t len, int32_t color);
 
 /// Draws a simple arrow that points down in a gray image.
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawDownArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                 int32_t len, int32_t color);
 
 /// Draws a simple arrow that points right in a gray image.
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawRightArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                  int32_t len, int32_t color);
 
 /// Draws a simple arrow that points left in a gray image.
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawLeftArrow(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                 int32_t len, int32_t color);
 
@@ -2538,8 +2859,9 @@ NUV_C_API void NuvDrawLeftArrow(uint8_t* pGryImg, int32_t width, int32_t height,
 ///
 /// In C++: NuvDrawUpArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawUpArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                  int32_t len, int32_t r, int32_t g, int32_t b);
 
@@ -2547,8 +2869,9 @@ NUV_C_API void NuvDrawUpArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t height
 ///
 /// In C++: NuvDrawDownArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawDownArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                    int32_t len, int32_t r, int32_t g, int32_t b);
 
@@ -2556,8 +2879,9 @@ NUV_C_API void NuvDrawDownArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t heig
 ///
 /// In C++: NuvDrawLeftArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawLeftArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                    int32_t len, int32_t r, int32_t g, int32_t b);
 
@@ -2565,8 +2889,9 @@ NUV_C_API void NuvDrawLeftArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t heig
 ///
 /// In C++: NuvDrawRightArrow(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t)
 ///
-/// @param x, y  start of the shaft
-/// @param len   length of the shaft, in pixels
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x, y     start of the shaft
+/// @param len      length of the shaft, in pixels
 NUV_C_API void NuvDrawRightArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                     int32_t len, int32_t r, int32_t g, int32_t b);
 
@@ -2589,15 +2914,17 @@ NUV_C_API void NuvDrawRightArrowRGB(uint8_t* pRGBImg, int32_t width, int32_t hei
 ///
 /// In C++: NuvDrawPrjX(uint8_t*, int32_t, int32_t, int32_t*, int32_t, int32_t, int32_t)
 ///
-/// @param pPrj    entries by column: pPrj[x] is that of column x
-/// @param x1, x2  first and last column. All their entries from 0 on set the scale, also those past the image
+/// @param pGryImg  [inout, width*height elements]
+/// @param pPrj     [in, x2 + 1 elements] entries by column: pPrj[x] is that of column x
+/// @param x1, x2   first and last column. All their entries from 0 on set the scale, also those past the image
 NUV_C_API void NuvDrawPrjXInColumns(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrj, int32_t x1,
                                     int32_t x2, int32_t color);
 
 /// Plots the first N columns as bars upwards from the last row, never into row 0.
 ///
-/// @param pPrj  N entries; entry x is that of column x
-/// @param N     number of entries. All of them set the scale, also those past the image
+/// @param pGryImg  [inout, width*height elements]
+/// @param pPrj     [in, N elements] N entries; entry x is that of column x
+/// @param N        number of entries. All of them set the scale, also those past the image
 NUV_C_API void NuvDrawPrjX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrj, int32_t N,
                            int32_t color);
 
@@ -2605,8 +2932,9 @@ NUV_C_API void NuvDrawPrjX(uint8_t* pGryImg, int32_t width, int32_t height, int3
 ///
 /// The bars are those of NuvDrawPrjX with lo = 0.
 ///
-/// @param pPrj  N entries; entry x is that of column x
-/// @param N     number of entries. All of them set the scale, also those past the image
+/// @param pGryImg  [inout, width*height elements]
+/// @param pPrj     [in, N elements] N entries; entry x is that of column x
+/// @param N        number of entries. All of them set the scale, also those past the image
 NUV_C_API void NuvDrawPrjXMinV0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrj, int32_t N,
                                 int32_t color);
 
@@ -2614,8 +2942,10 @@ NUV_C_API void NuvDrawPrjXMinV0(uint8_t* pGryImg, int32_t width, int32_t height,
 ///
 /// A bar covers columns 0 to min(L, width-1)-1.
 ///
-/// @param pPrj  entries by row, N or height of them, whichever is less. Only these are read and set the scale
-/// @param N     number of rows to plot; those past the image are left out
+/// @param pGryImg  [inout, width*height elements]
+/// @param pPrj     [in, (N < height ? N : height) elements] entries by row, N or height of them, whichever is
+///                 less. Only these are read and set the scale
+/// @param N        number of rows to plot; those past the image are left out
 NUV_C_API void NuvDrawPrjY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrj, int32_t N,
                            int32_t color);
 
@@ -2623,8 +2953,10 @@ NUV_C_API void NuvDrawPrjY(uint8_t* pGryImg, int32_t width, int32_t height, int3
 ///
 /// The bars are those of NuvDrawPrjY with lo = 0.
 ///
-/// @param pPrj  entries by row, N or height of them, whichever is less. Only these are read and set the scale
-/// @param N     number of rows to plot; those past the image are left out
+/// @param pGryImg  [inout, width*height elements]
+/// @param pPrj     [in, (N < height ? N : height) elements] entries by row, N or height of them, whichever is
+///                 less. Only these are read and set the scale
+/// @param N        number of rows to plot; those past the image are left out
 NUV_C_API void NuvDrawPrjYMinV0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrj, int32_t N,
                                 int32_t color);
 
@@ -2645,17 +2977,21 @@ NUV_C_API void NuvDrawPrjYMinV0(uint8_t* pGryImg, int32_t width, int32_t height,
 
 /// Writes digits of 8 by 9 pixels in a gray image and leaves their ground as it is.
 ///
-/// @param x  left end of the text; up to width-9
-/// @param y  top of the text; up to height-1. Rows past the image are left out
+/// @param pGryImg  [inout, width*height elements]
+/// @param x        left end of the text; up to width-9
+/// @param y        top of the text; up to height-1. Rows past the image are left out
+/// @param pStr     [in, text]
 /// @return the x where the pen ends
 NUV_C_API int32_t NuvSetNumberString2GryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x,
                                             int32_t y, int32_t gap, int32_t color, char* pStr);
 
 /// Writes digits of 8 by 9 pixels on black in an RGB image.
 ///
+/// @param pRGBImg  [inout, width*height*3 elements]
 /// @param x        left end of the text; up to width-9
 /// @param y        top of the text; up to height-11
 /// @param b, g, r  colour of the digits; blue comes first
+/// @param pStr     [in, text]
 /// @return the x where the pen ends
 NUV_C_API int32_t NuvSetNumberString2RGBImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x,
                                             int32_t y, int32_t gap, int32_t b, int32_t g, int32_t r,
@@ -2663,10 +2999,12 @@ NUV_C_API int32_t NuvSetNumberString2RGBImg(uint8_t* pRGBImg, int32_t width, int
 
 /// Writes digits of 16 by 18 pixels on a ground of one colour in an RGB image.
 ///
+/// @param pRGBImg        [inout, width*height*3 elements]
 /// @param x              left end of the text; up to width-17
 /// @param y              top of the text; up to height-21
 /// @param bkR, bkG, bkB  colour of the ground
 /// @param fgR, fgG, fgB  colour of the digits
+/// @param pStr           [in, text]
 /// @return the x where the pen ends
 NUV_C_API int32_t NuvSetNumberString20x16RGBImg(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x,
                                                 int32_t y, int32_t gap, int32_t bkR, int32_t bkG, int32_t bkB,
@@ -2674,10 +3012,12 @@ NUV_C_API int32_t NuvSetNumberString20x16RGBImg(uint8_t* pRGBImg, int32_t width,
 
 /// Writes digits of 16 by 18 pixels on a ground of one colour in a gray image.
 ///
+/// @param pGryImg  [inout, width*height elements]
 /// @param x        left end of the text; up to width-17
 /// @param y        top of the text; up to height-21
 /// @param bkColor  colour of the ground
 /// @param fgColor  colour of the digits
+/// @param pStr     [in, text]
 /// @return the x where the pen ends
 NUV_C_API int32_t NuvSetNumberString20x16GryImg(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x,
                                                 int32_t y, int32_t gap, int32_t bkColor, int32_t fgColor,
@@ -2721,7 +3061,9 @@ NUV_C_API int32_t NuvSetNumberString20x16GryImg(uint8_t* pGryImg, int32_t width,
 
 /// Writes Hanzi of 16 by 16 pixels in a gray image.
 ///
-/// @param x, y  top left corner of the text; y must be below height-16
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     top left corner of the text; y must be below height-16
+/// @param pStr     [in, text]
 /// @return false, with nothing drawn, if y is out of range or the font could not be opened
 NUV_C_API bool NuvDrawChineseString16x16(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                          int32_t gap, int32_t bkColor, int32_t fgColor, char* pStr);
@@ -2731,7 +3073,9 @@ NUV_C_API bool NuvDrawChineseString16x16(uint8_t* pGryImg, int32_t width, int32_
 /// In C++: NuvDrawChineseString16x16(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
 ///         int32_t, int32_t, int32_t, int32_t, char*)
 ///
-/// @param x, y  top left corner of the text; y must be below height-20
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x, y     top left corner of the text; y must be below height-20
+/// @param pStr     [in, text]
 /// @return false, with nothing drawn, if y is out of range or the font could not be opened
 NUV_C_API bool NuvDrawChineseString16x16RGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x,
                                             int32_t y, int32_t gap, int32_t bkR, int32_t bkG, int32_t bkB,
@@ -2742,7 +3086,9 @@ NUV_C_API bool NuvDrawChineseString16x16RGB(uint8_t* pRGBImg, int32_t width, int
 /// In C++: NuvDrawChineseString32x32(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t,
 ///         int32_t, int32_t, int32_t, int32_t, char*)
 ///
-/// @param x, y  top left corner of the text; y must be below height-32
+/// @param pRGBImg  [inout, width*height*3 elements]
+/// @param x, y     top left corner of the text; y must be below height-32
+/// @param pStr     [in, text]
 /// @return false, with nothing drawn, if y is out of range or the font could not be opened
 NUV_C_API bool NuvDrawChineseString32x32RGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x,
                                             int32_t y, int32_t gap, int32_t bkR, int32_t bkG, int32_t bkB,
@@ -2750,7 +3096,9 @@ NUV_C_API bool NuvDrawChineseString32x32RGB(uint8_t* pRGBImg, int32_t width, int
 
 /// Writes Hanzi of 32 by 32 pixels in a gray image.
 ///
-/// @param x, y  top left corner of the text; y must be below height-32
+/// @param pGryImg  [inout, width*height elements]
+/// @param x, y     top left corner of the text; y must be below height-32
+/// @param pStr     [in, text]
 /// @return false, with nothing drawn, if y is out of range or the font could not be opened
 NUV_C_API bool NuvDrawChineseString32x32(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x, int32_t y,
                                          int32_t gap, int32_t bkColor, int32_t fgColor, char* pStr);
@@ -2760,8 +3108,9 @@ NUV_C_API bool NuvDrawChineseString32x32(uint8_t* pGryImg, int32_t width, int32_
 /// A byte with its top bit set is copied. Any other byte becomes A3 and itself + 128, the full-width form of
 /// the character.
 ///
-/// @param pSrc  text, zero-terminated; read only
-/// @param pDst  receives the codes, zero-terminated: up to 2*strlen(pSrc) + 1 bytes, in another buffer
+/// @param pSrc  [in, text] text, zero-terminated; read only
+/// @param pDst  [out, 2*strlen(pSrc) + 1 elements] receives the codes, zero-terminated: up to 2*strlen(pSrc) +
+///              1 bytes, in another buffer
 NUV_C_API void NuvChar2Wide(char* pSrc, char* pDst);
 
 // ---- The mark of the project
@@ -2770,7 +3119,7 @@ NUV_C_API void NuvChar2Wide(char* pSrc, char* pDst);
 
 /// Stamps the project's mark, white letters on a black plate of 29 by 13 pixels.
 ///
-/// @param pImg  RGB image if bRGB is true, otherwise a gray one
+/// @param pImg  [inout, width*height*(bRGB ? 3 : 1) elements] RGB image if bRGB is true, otherwise a gray one
 /// @param x, y  top left corner of the plate; what lies outside the image is left out
 NUV_C_API void NuvSetPrivateLogo(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, int32_t x, int32_t y);
 
@@ -2802,19 +3151,28 @@ NUV_C_API void NuvSetPrivateLogo(uint8_t* pImg, int32_t width, int32_t height, b
 // See J. Prewitt, Object enhancement and extraction, 1970
 
 /// Computes the larger of the two central differences: max(|R - L|, |B - T|).
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvRobert(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the sum of the two central differences where a mask is set.
 ///
 /// The value is min(|B - T| + |R - L|, 255) there, and 0 elsewhere.
 ///
-/// @param pMskImg  mask of width*height bytes, not 0 where the gradient is taken. Null selects every pixel
+/// @param pGryImg  [in, width*height elements]
+/// @param pMskImg  [in, width*height elements] mask of width*height bytes, not 0 where the gradient is taken.
+///                 Null selects every pixel
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvRobertByMask(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                uint8_t* pResImg);
 
 /// Computes the largest of the three channels' sums of central differences as a gray image.
 ///
 /// The sum of a channel is min(|B - T| + |R - L|, 255).
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvRobertRGBImage2GryRobert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the sum of the two central differences of each channel as an RGB image.
@@ -2825,22 +3183,39 @@ NUV_C_API void NuvRobertRGBImage2GryRobert(uint8_t* pRGBImg, int32_t width, int3
 /// After the interior, 0 is written to the first width bytes of the first and of the last row, and to
 /// bytes 0 and width-1 of each row. All other bytes of the border pixels are unchanged.
 ///
-/// @param pResImg  receives an RGB image of width*height*3 bytes in another buffer
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [inout, width*height*3 elements] receives an RGB image of width*height*3 bytes in another
+///                 buffer
 NUV_C_API void NuvRobertRGBImage2RGBRobert(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the Sobel gradient in city-block form: min(|G0| + |G90|, 255).
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgSobel(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the Sobel gradient of vertical edges alone: min(|G90|, 255) where |G0| < |G90|, and 0 elsewhere.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgSobel90Just(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the Sobel gradient of horizontal edges alone: min(|G0|, 255) where |G90| < |G0|, and 0 elsewhere.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgSobel0Just(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the Sobel response to horizontal edges: min(|G0|, 255).
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgSobel0(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the Sobel response to vertical edges: min(|G90|, 255).
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgSobel90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the difference of the N rows above and the N rows below each pixel, over 2M + 1 columns.
@@ -2855,8 +3230,10 @@ NUV_C_API void NuvGryImgSobel90(uint8_t* pGryImg, int32_t width, int32_t height,
 /// has them. All other pixels, such as the last row and column width-M-1, are left alone. If allocation
 /// fails, only the rows of 0 are written.
 ///
-/// @param M  half width of the window; below 1 counts as 1
-/// @param N  half height of the window; below 1 counts as 1
+/// @param pGryImg  [in, width*height elements]
+/// @param M        half width of the window; below 1 counts as 1
+/// @param N        half height of the window; below 1 counts as 1
+/// @param pResImg  [inout, width*height elements]
 NUV_C_API void NuvGradientByPrewitt0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                      uint8_t* pResImg);
 
@@ -2871,8 +3248,10 @@ NUV_C_API void NuvGradientByPrewitt0(uint8_t* pGryImg, int32_t width, int32_t he
 /// height-N-1..height-2 and, in columns M..width-M-2, to rows height-N..height-1, as far as the image has
 /// them. All other pixels are left alone. If allocation fails, only the zeros are written.
 ///
-/// @param M  half width of the window; below 1 counts as 1
-/// @param N  half height of the window; below 1 counts as 1
+/// @param pGryImg  [in, width*height elements]
+/// @param M        half width of the window; below 1 counts as 1
+/// @param N        half height of the window; below 1 counts as 1
+/// @param pResImg  [inout, width*height elements]
 NUV_C_API void NuvGradientByPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                       uint8_t* pResImg);
 
@@ -2880,6 +3259,9 @@ NUV_C_API void NuvGradientByPrewitt90(uint8_t* pGryImg, int32_t width, int32_t h
 ///
 ///     max(min(|p(x-2,y) + p(x-1,y) - p(x+1,y) - p(x+2,y)|, 250),
 ///         min(|p(x,y-2) + p(x,y-1) - p(x,y+1) - p(x,y+2)|, 250))
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGradient5x5ByPrewitt0_90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the difference of the two pixels left and the two pixels right of each pixel.
@@ -2887,20 +3269,28 @@ NUV_C_API void NuvGradient5x5ByPrewitt0_90(uint8_t* pGryImg, int32_t width, int3
 ///     min(|p(x-2,y) + p(x-1,y) - p(x+1,y) - p(x+2,y)|, 255)
 ///
 /// The border is two pixels wide on all four sides.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvPrewitt90(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the difference of the two pixels left and right in a region alone, without a border.
 ///
 /// In C++: NuvPrewitt90(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)
 ///
-/// @param x1, x2  first and last column; cut to 2..width-3
-/// @param y1, y2  first and last row; cut to 2..height-3
+/// @param pGryImg  [in, width*height elements]
+/// @param x1, x2   first and last column; cut to 2..width-3
+/// @param y1, y2   first and last row; cut to 2..height-3
+/// @param pResImg  [inout, width*height elements]
 NUV_C_API void NuvPrewitt90InRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, uint8_t* pResImg);
 
 /// Computes the difference of the two rows above and the two rows below each pixel, over five columns.
 ///
 ///     min(|sum of rows y-2..y-1 - sum of rows y+1..y+2|, 250)        over columns x-2..x+2
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGradient0ByPrewitt5x5(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Computes the mean of four directional differences in windows of 2M + 1 columns by 2N + 1 rows.
@@ -2925,8 +3315,10 @@ NUV_C_API void NuvGradient0ByPrewitt5x5(uint8_t* pGryImg, int32_t width, int32_t
 /// width. The other columns that no window reaches are left alone. If allocation fails, only the zeros are
 /// written.
 ///
-/// @param M  half width of the window
-/// @param N  half height of the window
+/// @param pGryImg  [in, width*height elements]
+/// @param M        half width of the window
+/// @param N        half height of the window
+/// @param pResImg  [inout, width*height elements]
 /// @note If M or N is negative, or (2M + 1)*(2N + 1) > 16129, nothing is written.
 NUV_C_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                     uint8_t* pResImg);
@@ -2970,8 +3362,10 @@ NUV_C_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t hei
 /// step is (new - old)*a0 + old, truncated toward zero. A coefficient outside the stated range can take it
 /// out of the range of a byte; its low byte is then stored.
 ///
-/// @param pTmpImg  work space of width*height bytes
+/// @param pGryImg  [in, width*height elements]
+/// @param pTmpImg  [work, width*height elements] work space of width*height bytes
 /// @param a0       weight of the new sample, above 0 and at most 1. 1 smooths nothing and finds nothing
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height, double a0,
                                  int32_t grdThreshold, uint8_t* pResImg);
 
@@ -2979,8 +3373,10 @@ NUV_C_API void NuvShenJunEdgeStd(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t wid
 ///
 /// step is ((new - old) >> shift) + old, which rounds down.
 ///
-/// @param pTmpImg  work space of width*height bytes
+/// @param pGryImg  [in, width*height elements]
+/// @param pTmpImg  [work, width*height elements] work space of width*height bytes
 /// @param shift    gives the coefficient a0 = 1/2^shift; clamped to 1..3
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, int32_t height,
                                   int32_t shift, int32_t grdThreshold, uint8_t* pResImg);
 
@@ -2989,9 +3385,11 @@ NUV_C_API void NuvShenJunEdgeFast(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t wi
 /// In C++: NuvShenJunEdgeFast(uint8_t*, uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t*, int32_t*,
 ///         int32_t)
 ///
-/// @param pTmpImg  work space of width*height bytes
+/// @param pGryImg  [in, width*height elements]
+/// @param pTmpImg  [work, width*height elements] work space of width*height bytes
 /// @param shift    gives the coefficient a0 = 1/2^shift; clamped to 1..3
-/// @param pX, pY   receive the points. Each has maxN entries, and at least one
+/// @param pX, pY   [out, (maxN > 1 ? maxN : 1) elements] receive the points. Each has maxN entries, and at
+///                 least one
 /// @param maxN     capacity of the list. It is compared after a point is stored, so 0 or below still stores the
 ///                 first point
 /// @return the number of points stored
@@ -3004,10 +3402,12 @@ NUV_C_API int32_t NuvShenJunEdgeFastToPoints(uint8_t* pGryImg, uint8_t* pTmpImg,
 /// In C++: NuvShenJunEdgeFast(uint8_t*, uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t*, int32_t*,
 ///         int32_t, uint8_t*)
 ///
-/// @param pTmpImg  work space of width*height bytes
+/// @param pGryImg  [in, width*height elements]
+/// @param pTmpImg  [work, width*height elements] work space of width*height bytes
 /// @param shift    gives the coefficient a0 = 1/2^shift; clamped to 1..3
-/// @param pX, pY   receive the points, maxN entries each
+/// @param pX, pY   [out, maxN elements] receive the points, maxN entries each
 /// @param maxN     capacity of the list. Points beyond it are marked in pResImg only; 0 or below stores none
+/// @param pResImg  [out, width*height elements]
 /// @return the number of points stored
 NUV_C_API int32_t NuvShenJunEdgeFastWithPoints(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width,
                                                int32_t height, int32_t shift, int32_t grdThreshold, int32_t* pX,
@@ -3017,8 +3417,10 @@ NUV_C_API int32_t NuvShenJunEdgeFastWithPoints(uint8_t* pGryImg, uint8_t* pTmpIm
 ///
 /// step is (new - old)*a0 + old in double precision, without rounding to gray levels.
 ///
-/// @param pTmpImg  work space of width*height double
+/// @param pGryImg  [in, width*height elements]
+/// @param pTmpImg  [work, width*height elements] work space of width*height double
 /// @param a0       weight of the new sample, above 0 and at most 1
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t width, int32_t height, double a0,
                                   int32_t grdThreshold, uint8_t* pResImg);
 
@@ -3034,7 +3436,7 @@ NUV_C_API void NuvShenJunEdgeFine(uint8_t* pGryImg, double* pTmpImg, int32_t wid
 /// neighbours set are deleted at once: none of these deletions changes the count of another pixel. Pixels of
 /// value 128 are deleted in any case.
 ///
-/// @param pBinImg        edge image, changed in place
+/// @param pBinImg        [inout, width*height elements] edge image, changed in place
 /// @param maxNeighbours  most neighbours that an edge pixel may have and stay; below 0 counts as 0
 NUV_C_API void NuvEdgeDeleteNoiseAndCrossPoints(uint8_t* pBinImg, int32_t width, int32_t height,
                                                 int32_t maxNeighbours);
@@ -3045,9 +3447,10 @@ NUV_C_API void NuvEdgeDeleteNoiseAndCrossPoints(uint8_t* pBinImg, int32_t width,
 /// lone pixel has no codes and is never kept. If the allocation for a contour fails, that contour is left
 /// out.
 ///
-/// @param pBinImg    edge image of 0 and 255; changed as by NuvGetContours
+/// @param pBinImg    [inout, width*height elements] edge image of 0 and 255; changed as by NuvGetContours
 /// @param minLength  least number of codes and least perimeter
-/// @param pResImg    receives 255 on the contours kept and 0 elsewhere, width*height bytes in another buffer
+/// @param pResImg    [out, width*height elements] receives 255 on the contours kept and 0 elsewhere,
+///                   width*height bytes in another buffer
 NUV_C_API void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32_t height, int32_t minLength,
                                           uint8_t* pResImg);
 
@@ -3055,8 +3458,8 @@ NUV_C_API void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32
 ///
 /// The gradient is |B - T| + |R - L| of the four direct neighbours. Edge pixels in the border stay.
 ///
-/// @param pEdgeImg  edge image, changed in place
-/// @param pGryImg   gray image of the same size in another buffer; read only
+/// @param pEdgeImg  [inout, width*height elements] edge image, changed in place
+/// @param pGryImg   [in, width*height elements] gray image of the same size in another buffer; read only
 /// @param minGrd    least gradient of the pixels that stay, in gray levels
 NUV_C_API void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int32_t width, int32_t height,
                                         int32_t minGrd);
@@ -3072,8 +3475,9 @@ NUV_C_API void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int
 /// - Two ends in its window have row y between their rows and column x between their columns, inclusive. Only
 ///   the first thousand ends of a window count, in raster order.
 ///
-/// @param pEdgeImg   edge image, changed in place
-/// @param pMskImg    mask of width*height bytes, not 0 where a gap may be bridged; read only
+/// @param pEdgeImg   [inout, width*height elements] edge image, changed in place
+/// @param pMskImg    [in, width*height elements] mask of width*height bytes, not 0 where a gap may be bridged;
+///                   read only
 /// @param gapLength  about the longest gap, in pixels. Below -1 only the ends are marked
 NUV_C_API void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width, int32_t height,
                               int32_t gapLength);
@@ -3091,11 +3495,12 @@ NUV_C_API void NuvConnectEdge(uint8_t* pEdgeImg, uint8_t* pMskImg, int32_t width
 /// second is the strongest pixel at least minGap rows from the first, or the first again if all of those are
 /// 0. Ties go to the uppermost pixel.
 ///
+/// @param pGrdImg          [in, width*(y2+1) elements]
 /// @param minGap           least distance of the second point from the first, in rows
 /// @param x1, x2           first and last column
 /// @param y1, y2           rows that bound the search; neither is searched
-/// @param pFirst, pSecond  receive the upper and the lower of the two rows, width entries each; 0 outside
-///                         x1..x2
+/// @param pFirst, pSecond  [out, width elements] receive the upper and the lower of the two rows, width entries
+///                         each; 0 outside x1..x2
 NUV_C_API void NuvExtractTwoEdgePointPerCol(uint8_t* pGrdImg, int32_t width, int32_t minGap, int32_t x1,
                                             int32_t x2, int32_t y1, int32_t y2, int32_t* pFirst,
                                             int32_t* pSecond);
@@ -3109,9 +3514,14 @@ NUV_C_API void NuvExtractTwoEdgePointPerCol(uint8_t* pGrdImg, int32_t width, int
 /// A column of zeros gives -1 twice. A row y of zeros gives pRight[y] = -1, and pLeft[y] receives the value
 /// that pBottom[y] holds on entry.
 ///
-/// @param pLeft, pRight  receive the columns of the two points of each row in rising order, entries y1..y2
-/// @param pTop, pBottom  receive the rows of the two points of each column in rising order, entries x1..x2.
-///                       Entries y1..y2 of pBottom are also read, for rows of zeros
+/// @param pGrdImg        [in, width*(y2+1) elements]
+/// @param pLeft, pRight  [inout, y2 + 1 elements] receive the columns of the two points of each row in rising
+///                       order, entries y1..y2
+/// @param pTop           [inout, x2 + 1 elements] receive the rows of the two points of each column in rising
+///                       order, entries x1..x2. Entries y1..y2 of pBottom are also read, for rows of zeros
+/// @param pBottom        [inout, (x2 > y2 ? x2 : y2) + 1 elements] receive the rows of the two points of each
+///                       column in rising order, entries x1..x2. Entries y1..y2 of pBottom are also read, for
+///                       rows of zeros
 NUV_C_API void NuvExtractEdgePointInRect(uint8_t* pGrdImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                          int32_t y2, int32_t* pLeft, int32_t* pRight, int32_t* pTop,
                                          int32_t* pBottom);
@@ -3126,11 +3536,16 @@ NUV_C_API void NuvExtractEdgePointInRect(uint8_t* pGrdImg, int32_t width, int32_
 ///
 /// If ry is 0, its row has no pixels and counts as a row of zeros; if rx is 0, the same holds for its column.
 ///
+/// @param pGrdImg        [in, width*(cy + ry + 1) elements]
 /// @param cx, cy         centre
 /// @param rx, ry         half axes
-/// @param pLeft, pRight  receive the columns of the two points of each row, entries cy-ry..cy+ry
-/// @param pTop, pBottom  receive the rows of the two points of each column, entries cx-rx..cx+rx. Entries
-///                       cy-ry..cy+ry of pBottom are also read, for rows of zeros
+/// @param pLeft, pRight  [inout, cy + ry + 1 elements] receive the columns of the two points of each row,
+///                       entries cy-ry..cy+ry
+/// @param pTop           [inout, cx + rx + 1 elements] receive the rows of the two points of each column,
+///                       entries cx-rx..cx+rx. Entries cy-ry..cy+ry of pBottom are also read, for rows of zeros
+/// @param pBottom        [inout, (cx + rx > cy + ry ? cx + rx : cy + ry) + 1 elements] receive the rows of the
+///                       two points of each column, entries cx-rx..cx+rx. Entries cy-ry..cy+ry of pBottom are
+///                       also read, for rows of zeros
 NUV_C_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int32_t cx, int32_t cy, int32_t rx,
                                            int32_t ry, int32_t* pLeft, int32_t* pRight, int32_t* pTop,
                                            int32_t* pBottom);
@@ -3142,8 +3557,8 @@ NUV_C_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int3
 ///
 ///     (1,0)  (2,-1)  (2,-2)  (1,-3)  (0,-3)  (-1,-2)  (-1,-1)
 ///
-/// @param pGryImg         gray image; the samples of all voting pixels must lie in it
-/// @param pEdgeImg        edge image of the same size; not 0 on edge pixels
+/// @param pGryImg         [in, width*rows elements] gray image; the samples of all voting pixels must lie in it
+/// @param pEdgeImg        [in, width*rows elements] edge image of the same size; not 0 on edge pixels
 /// @param x1, x2, y1, y2  region
 /// @param mode            1 votes for lo..c, 2 for c..hi, any other value for lo..hi
 /// @return the level with most votes; ties go to the lowest. 0 without an edge pixel
@@ -3160,10 +3575,11 @@ NUV_C_API int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int
 ///     x-2M..x      if x >= width - M - 1
 ///     x-M..x+M     otherwise
 ///
+/// @param pGryImg     [in, width*height elements]
 /// @param M           half width of the window; below 0 counts as 0
 /// @param N           half height of the window; below 0 counts as 0
-/// @param pResImg     receives the ranges, width*height bytes in another buffer
-/// @param pHistogram  receives 256 bins; all are 0 for an image without pixels
+/// @param pResImg     [out, width*height elements] receives the ranges, width*height bytes in another buffer
+/// @param pHistogram  [out, 256 elements] receives 256 bins; all are 0 for an image without pixels
 /// @return false, with nothing written, if width > 4096
 NUV_C_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                      uint8_t* pResImg, int32_t* pHistogram);
@@ -3189,12 +3605,14 @@ NUV_C_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t he
 ///   its right, nearest first and without column 0. On each side the first pixel that differs from it by more
 ///   than T is sampled together with the middle.
 ///
+/// @param pGryImg     [in, width*height elements]
 /// @param M           half width of the window; below 0 counts as 0
 /// @param T           threshold of ranges and differences, in gray levels
-/// @param pHistogram  receives 256 bins
-/// @param pResImg     receives 200 on edge pixels and 0 elsewhere, each increased by 1 per sample taken,
-///                    width*height bytes in another buffer. Later runs of a row are found in it as the samples
-///                    of earlier ones leave it. If width > 4096, its values on entry count as the local ranges
+/// @param pHistogram  [out, 256 elements] receives 256 bins
+/// @param pResImg     [out, width*height elements] receives 200 on edge pixels and 0 elsewhere, each increased
+///                    by 1 per sample taken, width*height bytes in another buffer. Later runs of a row are
+///                    found in it as the samples of earlier ones leave it. If width > 4096, its values on entry
+///                    count as the local ranges
 NUV_C_API void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t T,
                                      int32_t* pHistogram, uint8_t* pResImg);
 
@@ -3215,10 +3633,10 @@ NUV_C_API void NuvEdgeModelHistogram(uint8_t* pGryImg, int32_t width, int32_t he
 /// "d:\parts\a.b.bmp" gives "a". A forward slash does not separate. A path that ends in a backslash, or a
 /// name that begins with a full stop, gives an empty name.
 ///
-/// @param pFileName  the path
-/// @param pNakeName  receives the name, zero-terminated; may be pFileName itself. It needs room for everything
-///                   after the last backslash and a terminating zero, because all of that is copied before it
-///                   is cut
+/// @param pFileName  [in, text] the path
+/// @param pNakeName  [out, strlen(pFileName) + 1 elements] receives the name, zero-terminated; may be pFileName
+///                   itself. It needs room for everything after the last backslash and a terminating zero,
+///                   because all of that is copied before it is cut
 NUV_C_API void NuvGetFileNakeName(char* pFileName, char* pNakeName);
 
 /// Reads an 8-bit BMP file as a gray image.
@@ -3235,9 +3653,9 @@ NUV_C_API void NuvGetFileNakeName(char* pFileName, char* pNakeName);
 /// - allocation fails;
 /// - the path names something without an end to seek, such as a pipe.
 ///
-/// @param pFileName        path of the file
-/// @param pWidth, pHeight  receive the dimensions that the file states, also if a later step fails; 0 in the
-///                         first case above
+/// @param pFileName        [in, text] path of the file
+/// @param pWidth, pHeight  [out, 1 element] receive the dimensions that the file states, also if a later step
+///                         fails; 0 in the first case above
 /// @return the image, width*height bytes, to be released with nuv_free; an image without pixels if a dimension
 ///         is 0; null on failure
 NUV_C_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
@@ -3247,8 +3665,8 @@ NUV_C_API uint8_t* NuvRead8BitBmpFile2Img(const char* pFileName, int32_t* pWidth
 /// The padding of a row repeats its last pixel. The file size that the header states does not count the
 /// padding. A width or height of 0 or less gives a file of headers and palette alone.
 ///
-/// @param pGryImg    width*height bytes, not changed
-/// @param pFileName  path of the file; an existing file is replaced
+/// @param pGryImg    [in, width*height elements] width*height bytes, not changed
+/// @param pFileName  [in, text] path of the file; an existing file is replaced
 /// @return true on success. False if the file cannot be opened, if allocation fails (the file then consists of
 ///         headers and palette), or if a write comes back short (the remaining writes are still made)
 /// @note Bytes that are still buffered when the file is closed, and are lost then, are not reported. A host
@@ -3260,8 +3678,8 @@ NUV_C_API bool NuvWrite8BitImg2BmpFile(uint8_t* pGryImg, int32_t width, int32_t 
 /// The file is that of NuvWrite8BitImg2BmpFile, except for the last four palette entries: 252 shows yellow,
 /// 253 blue, 254 (a traced contour) green, and 255 (an object) red.
 ///
-/// @param pGryImg    width*height bytes, not changed
-/// @param pFileName  path of the file; an existing file is replaced
+/// @param pGryImg    [in, width*height elements] width*height bytes, not changed
+/// @param pFileName  [in, text] path of the file; an existing file is replaced
 /// @return as NuvWrite8BitImg2BmpFile
 NUV_C_API bool NuvWrite8BitImg2BmpFileMarkColor(uint8_t* pGryImg, int32_t width, int32_t height,
                                                 const char* pFileName);
@@ -3271,8 +3689,8 @@ NUV_C_API bool NuvWrite8BitImg2BmpFileMarkColor(uint8_t* pGryImg, int32_t width,
 /// The function works as NuvRead8BitBmpFile2Img, with two differences. The image has width*height*3 bytes in
 /// the order blue, green, red. The padding of the last row may be missing from the file.
 ///
-/// @param pFileName        path of the file
-/// @param pWidth, pHeight  receive the dimensions, as in NuvRead8BitBmpFile2Img
+/// @param pFileName        [in, text] path of the file
+/// @param pWidth, pHeight  [out, 1 element] receive the dimensions, as in NuvRead8BitBmpFile2Img
 /// @return the image, to be released with nuv_free, or null as in NuvRead8BitBmpFile2Img
 NUV_C_API uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidth, int32_t* pHeight);
 
@@ -3281,8 +3699,9 @@ NUV_C_API uint8_t* NuvRead24BitBmpFile2Img(const char* pFileName, int32_t* pWidt
 /// The padding of a row repeats the blue byte of its last pixel. The file size that the header states does
 /// not count the padding. A width or height of 0 or less gives a file of headers alone.
 ///
-/// @param pRGBImg    width*height*3 bytes in the order blue, green, red, not changed
-/// @param pFileName  path of the file; an existing file is replaced
+/// @param pRGBImg    [in, width*height*3 elements] width*height*3 bytes in the order blue, green, red, not
+///                   changed
+/// @param pFileName  [in, text] path of the file; an existing file is replaced
 /// @return as NuvWrite8BitImg2BmpFile, without a palette
 NUV_C_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t height, const char* pFileName);
 
@@ -3300,7 +3719,7 @@ NUV_C_API bool NuvWrite24BitImg2BmpFile(uint8_t* pRGBImg, int32_t width, int32_t
 /// file gives false only while no memory is held from a previous list. A read error is not reported: bytes
 /// that could not be read are 0.
 ///
-/// @param pFileName  name of the list, less than 1024 bytes long
+/// @param pFileName  [in, text] name of the list, less than 1024 bytes long
 /// @return whether the list was read
 NUV_C_API bool NuvSequenceFiles_Initialize(char* pFileName);
 
@@ -3308,7 +3727,8 @@ NUV_C_API bool NuvSequenceFiles_Initialize(char* pFileName);
 ///
 /// Tabs are kept. A line of size bytes or more, trailing spaces included, gives false and is skipped.
 ///
-/// @param pFileName  receives the line. All size bytes are written; those after the line are 0
+/// @param pFileName  [out, size elements] receives the line. All size bytes are written; those after the line
+///                   are 0
 /// @param size       size of pFileName in bytes; 0 or less writes nothing, and every line is too long
 /// @return false, with an empty name, if the line does not fit, if the walk is at the end, or if no list is
 ///         held
@@ -3319,7 +3739,7 @@ NUV_C_API bool NuvSequenceFiles_GetNextFileName(char* pFileName, int32_t size);
 /// The walk of NuvSequenceFiles_GetNextFileName does not move.
 ///
 /// @param index      number of the line, from 0
-/// @param pFileName  receives the line, as in NuvSequenceFiles_GetNextFileName
+/// @param pFileName  [out, size elements] receives the line, as in NuvSequenceFiles_GetNextFileName
 /// @param size       size of pFileName in bytes, as in NuvSequenceFiles_GetNextFileName
 /// @return false, with an empty name, if the line does not fit, or if the list has no line of that number
 NUV_C_API bool NuvSequenceFiles_GetFileName(int32_t index, char* pFileName, int32_t size);
@@ -3335,7 +3755,7 @@ NUV_C_API bool NuvSequenceFiles_GetFileName(int32_t index, char* pFileName, int3
 /// If it cannot be opened, the line is lost, with no other effect. Only one thread at a time may call this
 /// function.
 ///
-/// @param pText  text, zero-terminated
+/// @param pText  [in, text] text, zero-terminated
 /// @param value  number written after the text
 NUV_C_API void NuvDebugInfo(char* pText, int32_t value);
 
@@ -3368,6 +3788,9 @@ NUV_C_API void NuvDebugInfo(char* pText, int32_t value);
 ///
 /// The window at pixel (x, y) has the half sizes min(M, x, width-1-x) and min(N, y, height-1-y), so it stays
 /// centred. A corner pixel keeps its value.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryAverageFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                    uint8_t* pResImg);
 
@@ -3376,6 +3799,8 @@ NUV_C_API void NuvGryAverageFilter(uint8_t* pGryImg, int32_t width, int32_t heig
 /// A window of exactly 16129 pixels (M = N = 63, for example) is accepted, but it gives 0 wherever it lies
 /// wholly in the image. The smaller windows at the border give their means.
 ///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 /// @return true on success; false, with nothing written, if width > 4096, if (2M + 1)*(2N + 1) > 16129, or if
 ///         allocation fails
 NUV_C_API bool NuvGryAverageFilterFast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
@@ -3391,6 +3816,8 @@ NUV_C_API bool NuvGryAverageFilterFast(uint8_t* pGryImg, int32_t width, int32_t 
 /// copied, from whatever the result holds at that moment: first those at the top, then those at the bottom. A
 /// copy from or to a row outside the image is left out.
 ///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 /// @return true on success; false, with nothing written, if width > 4096 or if allocation fails
 NUV_C_API bool NuvGryAverageFilterFastNonBoundary(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M,
                                                   int32_t N, uint8_t* pResImg);
@@ -3398,18 +3825,27 @@ NUV_C_API bool NuvGryAverageFilterFastNonBoundary(uint8_t* pGryImg, int32_t widt
 /// Computes means along the rows of a gray image.
 ///
 /// The result is that of NuvGryAverageFilterFastNonBoundary with the half sizes |M| and 0, at any width.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryAverageFilterByX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M,
                                       uint8_t* pResImg);
 
 /// Computes means along the columns of a gray image.
 ///
 /// The result is that of NuvGryAverageFilterFastNonBoundary with the half sizes 0 and |N|, at any width.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryAverageFilterByY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t N,
                                       uint8_t* pResImg);
 
 /// Computes box means of an RGB image, with windows that shrink at the border.
 ///
 /// The rule is that of NuvGryAverageFilter, applied to each of the three bytes of a pixel.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, width*height*3 elements]
 NUV_C_API void NuvRGBAverageFilter(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                    uint8_t* pResImg);
 
@@ -3417,6 +3853,8 @@ NUV_C_API void NuvRGBAverageFilter(uint8_t* pRGBImg, int32_t width, int32_t heig
 ///
 /// The limits and the special case of 16129 pixels are those of NuvGryAverageFilterFast.
 ///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, width*height*3 elements]
 /// @return as NuvGryAverageFilterFast
 NUV_C_API bool NuvRGBAverageFilterFast(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                        uint8_t* pResImg);
@@ -3425,6 +3863,8 @@ NUV_C_API bool NuvRGBAverageFilterFast(uint8_t* pRGBImg, int32_t width, int32_t 
 ///
 /// The rule is that of NuvGryAverageFilterFastNonBoundary, applied to each of the three bytes of a pixel.
 ///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, width*height*3 elements]
 /// @return as NuvGryAverageFilterFastNonBoundary
 NUV_C_API bool NuvRGBAverageFilterFastNonBoundary(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t M,
                                                   int32_t N, uint8_t* pResImg);
@@ -3436,30 +3876,54 @@ NUV_C_API bool NuvRGBAverageFilterFastNonBoundary(uint8_t* pRGBImg, int32_t widt
 // row or column.
 
 /// Replaces each pixel by the greatest of columns x-1..x+1 in its row.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMaxFilter3xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Replaces each pixel by the greatest of columns x-2..x+2 in its row.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMaxFilter5xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Replaces each pixel by the greatest of rows y-1..y+1 in its column.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMaxFilter3xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Replaces each pixel by the greatest of rows y-2..y+2 in its column.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMaxFilter5xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Replaces each pixel by the least of columns x-1..x+1 in its row.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMinFilter3xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Replaces each pixel by the least of columns x-2..x+2 in its row.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMinFilter5xInRow(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Replaces each pixel by the least of rows y-1..y+1 in its column.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMinFilter3xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Replaces each pixel by the least of rows y-3..y+1 in its column.
 ///
 /// The window is clipped to rows 0..height-2, so the last row is never read. Unlike the other windows of this
 /// group, it is centred one row above the pixel that it is written to. An image of one row is copied.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMinFilter5xInCol(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 // ---- Medians
@@ -3474,7 +3938,9 @@ NUV_C_API void NuvGryImgMinFilter5xInCol(uint8_t* pGryImg, int32_t width, int32_
 /// M columns at each side and N rows at top and bottom become 0. The whole result becomes 0 if no window fits
 /// or if allocation fails.
 ///
-/// @param M, N  half sizes of the window; values below 1 count as 1
+/// @param pGryImg  [in, width*height elements]
+/// @param M, N     half sizes of the window; values below 1 count as 1
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryImgMedianBoundary0(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                         uint8_t* pResImg);
 
@@ -3497,9 +3963,10 @@ NUV_C_API void NuvGryImgMedianBoundary0(uint8_t* pGryImg, int32_t width, int32_t
 /// Sums are 32-bit; they wrap from windows of 8,421,505 white pixels on. If width <= 2M, nothing is written.
 /// If allocation fails, the result is incomplete.
 ///
-/// @param pGryImg  gray image of width*height bytes, followed by M more readable bytes: the means at the end of
-///                 the last rows depend on them
+/// @param pGryImg  [in, width*height + M elements] gray image of width*height bytes, followed by M more
+///                 readable bytes: the means at the end of the last rows depend on them
 /// @param M, N     half sizes of the window; negative values count as 0
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                       uint8_t* pResImg);
 
@@ -3519,8 +3986,10 @@ NUV_C_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t h
 /// The low 8 bits are stored. Results near 0 and 255 can wrap around, because a neighbour just beyond T
 /// contributes nearly 2T. The border is not written.
 ///
-/// @param T  level of the noise, in gray levels. At 0 or less the interior pixels are copied; at 255 or more
-///           all neighbours count in full
+/// @param pGryImg  [in, width*height elements]
+/// @param T        level of the noise, in gray levels. At 0 or less the interior pixels are copied; at 255 or
+///                 more all neighbours count in full
+/// @param pResImg  [inout, width*height elements]
 NUV_C_API void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg);
 
 // -- Geometry
@@ -3539,33 +4008,46 @@ NUV_C_API void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, 
 /// Mirrors top and bottom: row y becomes row height-1-y.
 ///
 /// In C++: NuvFlipVertical(uint8_t*, int32_t, int32_t, bool, uint8_t*)
+///
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg  [out, width*height*(bRGB ? 3 : 1) elements]
 NUV_C_API void NuvFlipVerticalToRes(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, uint8_t* pResImg);
 
 /// Mirrors top and bottom in place.
+///
+/// @param pImg  [inout, width*height*(bRGB ? 3 : 1) elements]
 NUV_C_API void NuvFlipVertical(uint8_t* pImg, int32_t width, int32_t height, bool bRGB);
 
 /// Mirrors left and right in place: column x becomes column width-1-x.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvFlipHorizontal(uint8_t* pGryImg, int32_t width, int32_t height);
 
 /// Turns a gray image by 180 degrees: byte i becomes byte width*height-1-i.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height elements]
 NUV_C_API void NuvReverseImg(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Turns an image of four bytes per pixel by a quarter.
 ///
+/// @param pImg     [in, width*height*4 elements]
 /// @param bCS      true: clockwise, as NuvImgRotate90DegreeCS does; false: anticlockwise, as
 ///                 NuvImgRotate90DegreeCCS does
-/// @param pResImg  receives an image height wide and width high
+/// @param pResImg  [out, width*height*4 elements] receives an image height wide and width high
 NUV_C_API void NuvRGB32Rotate90Degree(uint8_t* pImg, int32_t width, int32_t height, bool bCS, uint8_t* pResImg);
 
 /// Turns an image by a quarter clockwise on the screen: pixel (x, y) moves to column height-1-y of row x.
 ///
-/// @param pResImg  receives an image height wide and width high
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg  [out, width*height*(bRGB ? 3 : 1) elements] receives an image height wide and width high
 NUV_C_API void NuvImgRotate90DegreeCS(uint8_t* pImg, int32_t width, int32_t height, bool bRGB,
                                       uint8_t* pResImg);
 
 /// Turns an image by a quarter anticlockwise on the screen: pixel (x, y) moves to column y of row width-1-x.
 ///
-/// @param pResImg  receives an image height wide and width high
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg  [out, width*height*(bRGB ? 3 : 1) elements] receives an image height wide and width high
 NUV_C_API void NuvImgRotate90DegreeCCS(uint8_t* pImg, int32_t width, int32_t height, bool bRGB,
                                        uint8_t* pResImg);
 
@@ -3584,9 +4066,10 @@ NUV_C_API void NuvImgRotate90DegreeCCS(uint8_t* pImg, int32_t width, int32_t hei
 /// It is 0 if the source has no such pixel. A positive angle turns clockwise on the screen, because y grows
 /// downwards.
 ///
+/// @param pGryImg                [in, width*height elements]
 /// @param angle                  degrees
-/// @param pResWidth, pResHeight  receive the size of the result, also if allocation fails; 0 for an image
-///                               without pixels
+/// @param pResWidth, pResHeight  [out, 1 element] receive the size of the result, also if allocation fails; 0
+///                               for an image without pixels
 /// @return *pResWidth * *pResHeight bytes, to be released with nuv_free; null if allocation fails, if the
 ///         result would have more than 2^31-1 bytes, or for an image without pixels
 /// @note The sine of 90 degrees is truncated to 1023. That turn gives one row fewer than the source has
@@ -3620,6 +4103,9 @@ NUV_C_API uint8_t* NuvRotateImgByCCS(uint8_t* pGryImg, int32_t width, int32_t he
 /// Reads a turned rectangle of a gray image, with 0 outside the source.
 ///
 /// The rectangle should lie inside the source. Sampling is bilinear.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, resWidth*resHeight elements]
 NUV_C_API void NuvCopyRectFromRotateCCS(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x0, int32_t y0,
                                         double angle, uint8_t* pResImg, int32_t resWidth, int32_t resHeight);
 
@@ -3631,7 +4117,9 @@ NUV_C_API void NuvCopyRectFromRotateCCS(uint8_t* pGryImg, int32_t width, int32_t
 /// In C++: NuvCopyRectFromRotateCCS(uint8_t*, int32_t, int32_t, int32_t, int32_t, double, int32_t, uint8_t*,
 ///         int32_t, int32_t)
 ///
+/// @param pGryImg  [in, width*height elements]
 /// @param bkColor  its low byte is written to the pixels outside
+/// @param pResImg  [out, resWidth*resHeight elements]
 /// @return whether a pixel was outside. If the source has no pixels, all are outside
 NUV_C_API bool NuvCopyRectFromRotateCCSWithBackground(uint8_t* pGryImg, int32_t width, int32_t height,
                                                       int32_t x0, int32_t y0, double angle, int32_t bkColor,
@@ -3640,6 +4128,9 @@ NUV_C_API bool NuvCopyRectFromRotateCCSWithBackground(uint8_t* pGryImg, int32_t 
 /// Reads a turned rectangle of an RGB image, with 0 outside the source.
 ///
 /// The rectangle should lie inside the source. Sampling is bilinear.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, resWidth*resHeight*3 elements]
 NUV_C_API void NuvRgbCopyRectFromRotateCCS(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x0,
                                            int32_t y0, double angle, uint8_t* pResImg, int32_t resWidth,
                                            int32_t resHeight);
@@ -3651,7 +4142,9 @@ NUV_C_API void NuvRgbCopyRectFromRotateCCS(uint8_t* pRGBImg, int32_t width, int3
 /// In C++: NuvRgbCopyRectFromRotateCCS(uint8_t*, int32_t, int32_t, int32_t, int32_t, double, int32_t, uint8_t*,
 ///         int32_t, int32_t)
 ///
+/// @param pRGBImg  [in, width*height*3 elements]
 /// @param bkColor  its low byte is written to all three bytes of the pixels outside
+/// @param pResImg  [out, resWidth*resHeight*3 elements]
 /// @return whether a pixel was outside. If the source has no pixels, all are outside
 NUV_C_API bool NuvRgbCopyRectFromRotateCCSWithBackground(uint8_t* pRGBImg, int32_t width, int32_t height,
                                                          int32_t x0, int32_t y0, double angle, int32_t bkColor,
@@ -3665,6 +4158,9 @@ NUV_C_API bool NuvRgbCopyRectFromRotateCCSWithBackground(uint8_t* pRGBImg, int32
 ///     i0 = (j*step >> 12) + 1    step = truncate(-tan((-d + shiftAngle - 90)*3.14159/180)*4096)
 ///
 /// Each pixel is the source at (xi, yi), and 0 outside the source. The rectangle should lie inside.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, resWidth*resHeight elements]
 NUV_C_API void NuvCopyRectFromRotateAndShiftFast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x0,
                                                  int32_t y0, double angle, double shiftAngle, uint8_t* pResImg,
                                                  int32_t resWidth, int32_t resHeight);
@@ -3686,11 +4182,17 @@ NUV_C_API void NuvCopyRectFromRotateAndShiftFast(uint8_t* pGryImg, int32_t width
 /// For a negative k, x and x+s run below 0. Pixels follow each other as in memory, so that these places are
 /// the ends of the rows above. Rows are written from the top. Pixels that would be read or written outside
 /// the images are left out, which can happen if 2*|k| exceeds width. a and x*4096 + a are 32-bit and wrap.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [inout, width*height elements]
 NUV_C_API void NuvShiftXPerRowFine(uint8_t* pGryImg, int32_t width, int32_t height, double k, uint8_t* pResImg);
 
 /// Shifts each row to the left by k times its number, without interpolation.
 ///
 /// Pixel x becomes p[x+s]. The shift s, the range of x and the limits are those of NuvShiftXPerRowFine.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [inout, width*height elements]
 NUV_C_API void NuvShiftXPerRowFast(uint8_t* pGryImg, int32_t width, int32_t height, double k, uint8_t* pResImg);
 
 /// Shifts an image by whole pixels: (x, y) moves to (x+dx, y+dy).
@@ -3698,7 +4200,9 @@ NUV_C_API void NuvShiftXPerRowFast(uint8_t* pGryImg, int32_t width, int32_t heig
 /// Columns that nothing is moved to become 0. Rows that nothing is moved to keep what pResImg held, but
 /// shifted by dx as well, with 0 in the columns left free.
 ///
-/// @param pResImg  receives the shifted image; what it held is read in the rows left free
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg  [inout, width*height*(bRGB ? 3 : 1) elements] receives the shifted image; what it held is
+///                 read in the rows left free
 NUV_C_API void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool bRGB, int32_t dx, int32_t dy,
                              uint8_t* pResImg);
 
@@ -3710,11 +4214,14 @@ NUV_C_API void NuvImageShift(uint8_t* pImg, int32_t width, int32_t height, bool 
 /// truncated. The least mean wins. Ties go to the first trial in the order of dx, then of dy, both from
 /// negative to positive.
 ///
-/// @param pResImg       receives pImg1, and then pImg2 shifted by NuvImageShift so that it lies on pImg1. Free
-///                      rows therefore show pImg1, shifted sideways with them, and free columns are 0
+/// @param pImg1, pImg2  [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param pResImg       [out, width*height*(bRGB ? 3 : 1) elements] receives pImg1, and then pImg2 shifted by
+///                      NuvImageShift so that it lies on pImg1. Free rows therefore show pImg1, shifted
+///                      sideways with them, and free columns are 0
 /// @param maxDX, maxDY  limits in pixels; if one is below 0, nothing is tried
 /// @param rect          the part of pImg1 to compare
-/// @param pDX, pDY      receive the shift at which pImg2 shows what pImg1 shows in the rectangle
+/// @param pDX, pDY      [out, 1 element] receive the shift at which pImg2 shows what pImg1 shows in the
+///                      rectangle
 /// @return the mean difference of that shift. If nothing can be tried, if the cut rectangle is empty, or if the
 ///         images have no pixels, the shift is (0, 0), and the result is columns*rows*255 of the cut rectangle,
 ///         or columns*rows*765 with bRGB. It is negative if one of the two is
@@ -3737,14 +4244,23 @@ NUV_C_API int32_t NuvShiftImg2BasedImg1(uint8_t* pImg1, uint8_t* pImg2, uint8_t*
 ///
 /// The source pixels stand at even places. A place between two pixels a and b gets (a + b) >> 1, first along
 /// the rows, then between the rows. The last column and row repeat the one before.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, width*height*4 elements]
 NUV_C_API void NuvZoomGryImg2x2(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Doubles an RGB image to 2*width by 2*height.
 ///
 /// Each byte of a pixel becomes what NuvZoomGryImg2x2 makes of it.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, width*height*12 elements]
 NUV_C_API void NuvZoomRGBImg2x2(uint8_t* pRGBImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Shrinks a gray image to every M-th pixel of every N-th row: width/M by height/N pixels.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, (width/M)*(height/N) elements]
 NUV_C_API void NuvShrinkGryImgByExtract(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
                                         uint8_t* pResImg);
 
@@ -3752,7 +4268,9 @@ NUV_C_API void NuvShrinkGryImgByExtract(uint8_t* pGryImg, int32_t width, int32_t
 ///
 /// If allocation fails, nothing is written.
 ///
-/// @param bRGB  the second argument here, not the fourth
+/// @param pImg     [in, width*height*(bRGB ? 3 : 1) elements]
+/// @param bRGB     the second argument here, not the fourth
+/// @param pResImg  [out, (width/M)*(height/N)*(bRGB ? 3 : 1) elements]
 /// @note Sums are 32-bit and wrap, from blocks of 8,421,505 white pixels on.
 NUV_C_API void NuvShrinkImgByAvr(uint8_t* pImg, bool bRGB, int32_t width, int32_t height, int32_t M, int32_t N,
                                  uint8_t* pResImg);
@@ -3762,27 +4280,39 @@ NUV_C_API void NuvShrinkImgByAvr(uint8_t* pImg, bool bRGB, int32_t width, int32_
 /// A cell has width/resWidth by height/resHeight pixels. Where this division leaves a remainder, it is
 /// width/(resWidth-1) or height/(resHeight-1) instead. The last cells are cut off at the end of the image.
 /// The median is the low byte of what NuvGetMedianInHistogram gives, and 0 for a cell without pixels.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, resWidth*resHeight elements]
 NUV_C_API void NuvShrinkGryImgByMedian(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                        int32_t resWidth, int32_t resHeight);
 
 /// Shrinks a gray image to every second pixel of every second row: width/2 by height/2 pixels.
 ///
-/// @param pResWidth, pResHeight  receive the size of the result
+/// @param pGryImg                [in, width*height elements]
+/// @param pResImg                [out, (width/2)*(height/2) elements]
+/// @param pResWidth, pResHeight  [out, 1 element] receive the size of the result
 NUV_C_API void NuvShrinkGryImg2x2ByExtract(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                            int32_t* pResWidth, int32_t* pResHeight);
 
 /// Shrinks a gray image to the means of blocks of 2 by 2 pixels: width/2 by height/2 pixels.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, (width/2)*(height/2) elements]
 NUV_C_API void NuvShrinkGryImg2x2ByAvr(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
 
 /// Shrinks a gray image to the means of blocks of 4 by 4 pixels: width/4 by height/4 pixels.
 ///
-/// @param pResWidth, pResHeight  receive the size of the result
+/// @param pGryImg                [in, width*height elements]
+/// @param pResImg                [out, (width/4)*(height/4) elements]
+/// @param pResWidth, pResHeight  [out, 1 element] receive the size of the result
 NUV_C_API void NuvShrinkGryImg4x4ByAvr(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                        int32_t* pResWidth, int32_t* pResHeight);
 
 /// Shrinks a gray image to every fourth pixel of every fourth row: width/4 by height/4 pixels.
 ///
-/// @param pResWidth, pResHeight  receive the size of the result
+/// @param pGryImg                [in, width*height elements]
+/// @param pResImg                [out, (width/4)*(height/4) elements]
+/// @param pResWidth, pResHeight  [out, 1 element] receive the size of the result
 NUV_C_API void NuvShrinkGryImg4x4ByExtract(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg,
                                            int32_t* pResWidth, int32_t* pResHeight);
 
@@ -3792,6 +4322,9 @@ NUV_C_API void NuvShrinkGryImg4x4ByExtract(uint8_t* pGryImg, int32_t width, int3
 /// sy = (height-1)*65536/(resHeight-1), truncated. It is sampled as described for geometry_rectangles,
 /// but the last column and row are their own neighbours. The truncated steps can end up short of the last
 /// column and row. They do not wrap. A result width or height of 1 takes the first column or row.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, resWidth*resHeight elements]
 NUV_C_API void NuvGryImgBilinearInterpolattionFast(uint8_t* pGryImg, int32_t width, int32_t height,
                                                    uint8_t* pResImg, int32_t resWidth, int32_t resHeight);
 
@@ -3805,12 +4338,18 @@ NUV_C_API void NuvGryImgBilinearInterpolattionFast(uint8_t* pGryImg, int32_t wid
 ///     result  truncate((Y-yi)*bottom + ((yi+1)-Y)*top)
 ///
 /// A result width or height of 1 takes the first column or row.
+///
+/// @param pGryImg  [in, width*height elements]
+/// @param pResImg  [out, resWidth*resHeight elements]
 NUV_C_API void NuvGryImgBilinearInterpolattionStd(uint8_t* pGryImg, int32_t width, int32_t height,
                                                   uint8_t* pResImg, int32_t resWidth, int32_t resHeight);
 
 /// Resizes an RGB image by bilinear interpolation in 1/65536 of a pixel, with corners on corners.
 ///
 /// Each byte of a pixel becomes what NuvGryImgBilinearInterpolattionFast makes of it.
+///
+/// @param pRGBImg  [in, width*height*3 elements]
+/// @param pResImg  [out, resWidth*resHeight*3 elements]
 NUV_C_API void NuvRgbImgBilinearInterpolattionFast(uint8_t* pRGBImg, int32_t width, int32_t height,
                                                    uint8_t* pResImg, int32_t resWidth, int32_t resHeight);
 
@@ -3826,7 +4365,7 @@ NUV_C_API void NuvRgbImgBilinearInterpolattionFast(uint8_t* pRGBImg, int32_t wid
 /// smaller height stays.
 ///
 /// @param height              not used
-/// @param pX1, pX2, pY1, pY2  the rectangle; read, and changed
+/// @param pX1, pX2, pY1, pY2  [inout, 1 element] the rectangle; read, and changed
 NUV_C_API void NuvRectResizeX4(int32_t width, int32_t height, int32_t maxWidth, int32_t maxHeight, int32_t* pX1,
                                int32_t* pX2, int32_t* pY1, int32_t* pY2);
 
@@ -3853,28 +4392,28 @@ NUV_C_API void NuvRectResizeX4(int32_t width, int32_t height, int32_t maxWidth, 
 
 /// Counts all pixels of an image.
 ///
-/// @param pGryImg        gray image, read only
+/// @param pGryImg        [in, width*height elements] gray image, read only
 /// @param width, height  its size; a size of 0 or below gives 256 zeros
-/// @param pHistogram     receives 256 bins
+/// @param pHistogram     [out, 256 elements] receives 256 bins
 NUV_C_API void NuvGetHistogram(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pHistogram);
 
 /// Counts the pixels of a region.
 ///
-/// @param pGryImg         gray image, read only
+/// @param pGryImg         [in, width*(y2+1) elements] gray image, read only
 /// @param width           columns of the image
 /// @param x1, x2, y1, y2  region inside the image
-/// @param pHistogram      receives 256 bins
+/// @param pHistogram      [out, 256 elements] receives 256 bins
 NUV_C_API void NuvGetHistogramInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
                                      int32_t y2, int32_t* pHistogram);
 
 /// Counts the pixels of a region at which a mask is not 0.
 ///
-/// @param pGryImg         gray image, read only
-/// @param pMskImg         mask, read only; its rows have width bytes, and its pixel (x, y) belongs to pixel (x,
-///                        y) of the image
+/// @param pGryImg         [in, width*(y2+1) elements] gray image, read only
+/// @param pMskImg         [in, width*(y2+1) elements] mask, read only; its rows have width bytes, and its pixel
+///                        (x, y) belongs to pixel (x, y) of the image
 /// @param width           columns of the image and of the mask
 /// @param x1, x2, y1, y2  region inside both images
-/// @param pHistogram      receives 256 bins
+/// @param pHistogram      [out, 256 elements] receives 256 bins
 NUV_C_API void NuvGetHistogramByMasked(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t x1,
                                        int32_t x2, int32_t y1, int32_t y2, int32_t* pHistogram);
 
@@ -3883,12 +4422,12 @@ NUV_C_API void NuvGetHistogramByMasked(uint8_t* pGryImg, uint8_t* pMskImg, int32
 /// Row y counts the columns from pLeft[y] up to but not including pRight[y]. It counts nothing if pLeft[y] is
 /// not less than pRight[y].
 ///
-/// @param pGryImg        gray image, read only
+/// @param pGryImg        [in, width*(y2+1) elements] gray image, read only
 /// @param width          columns of the image
 /// @param y1, y2         rows, inclusive, inside the image
-/// @param pLeft, pRight  limits, read only; y2 + 1 entries each, because the index is the row y of the image,
-///                       not y - y1. The columns that they select must lie inside the image
-/// @param pHistogram     receives 256 bins
+/// @param pLeft, pRight  [in, y2 + 1 elements] limits, read only; y2 + 1 entries each, because the index is the
+///                       row y of the image, not y - y1. The columns that they select must lie inside the image
+/// @param pHistogram     [out, 256 elements] receives 256 bins
 NUV_C_API void NuvGetHistogramByLimited(uint8_t* pGryImg, int32_t width, int32_t y1, int32_t y2, int32_t* pLeft,
                                         int32_t* pRight, int32_t* pHistogram);
 
@@ -3906,8 +4445,8 @@ NUV_C_API void NuvGetHistogramByLimited(uint8_t* pGryImg, int32_t width, int32_t
 ///
 /// The sums are floating. Each product v*h[v] is formed in 32 bits.
 ///
-/// @param pHistogram  256 bins
-/// @param pAvr, pDev  receive the mean and the deviation, both 0 for an empty histogram
+/// @param pHistogram  [in, 256 elements] 256 bins
+/// @param pAvr, pDev  [out, 1 element] receive the mean and the deviation, both 0 for an empty histogram
 /// @return N, the number of pixels
 NUV_C_API int32_t NuvGetImageAvrAndDev(int32_t* pHistogram, double* pAvr, double* pDev);
 
@@ -3915,9 +4454,10 @@ NUV_C_API int32_t NuvGetImageAvrAndDev(int32_t* pHistogram, double* pAvr, double
 ///
 /// In C++: NuvGetImageAvrAndDev(uint8_t*, int32_t, int32_t, double*, double*)
 ///
-/// @param pGryImg        gray image, read only
+/// @param pGryImg        [in, width*height elements] gray image, read only
 /// @param width, height  its size
-/// @param pAvr, pDev     receive the mean and the deviation, both 0 for an image without pixels
+/// @param pAvr, pDev     [out, 1 element] receive the mean and the deviation, both 0 for an image without
+///                       pixels
 /// @return the number of pixels, width*height
 NUV_C_API int32_t NuvGetImageAvrAndDevOfImg(uint8_t* pGryImg, int32_t width, int32_t height, double* pAvr,
                                             double* pDev);
@@ -3930,10 +4470,10 @@ NUV_C_API int32_t NuvGetImageAvrAndDevOfImg(uint8_t* pGryImg, int32_t width, int
 /// S1 wraps from 8,421,505 white pixels on. Each product v*v*h[v] is formed in 32 bits and wraps, for
 /// v = 255, from 33,026 pixels on.
 ///
-/// @param pHistogram  256 bins
-/// @param pAvr        receives the mean; left alone for an empty histogram
-/// @param pDev        receives the deviation. It is 0 for an empty histogram, and not a number where rounding
-///                    or wrapping makes the variance negative
+/// @param pHistogram  [in, 256 elements] 256 bins
+/// @param pAvr        [out, 1 element] receives the mean; left alone for an empty histogram
+/// @param pDev        [out, 1 element] receives the deviation. It is 0 for an empty histogram, and not a number
+///                    where rounding or wrapping makes the variance negative
 /// @return N, the number of pixels
 NUV_C_API int32_t NuvGetImageAvrAndDevFast(int32_t* pHistogram, double* pAvr, double* pDev);
 
@@ -3945,8 +4485,8 @@ NUV_C_API int32_t NuvGetImageAvrAndDevFast(int32_t* pHistogram, double* pAvr, do
 /// Both divisions truncate, and the deviation is taken from the truncated mean. The sums are integer: they
 /// wrap from 8,421,505 white pixels on.
 ///
-/// @param pHistogram  256 bins
-/// @param pAvr, pDif  receive the mean and the deviation, both 0 for an empty histogram
+/// @param pHistogram  [in, 256 elements] 256 bins
+/// @param pAvr, pDif  [out, 1 element] receive the mean and the deviation, both 0 for an empty histogram
 NUV_C_API void NuvGetImageAvrAndDif(int32_t* pHistogram, int32_t* pAvr, int32_t* pDif);
 
 /// Computes the mean, the standard deviation and the mean absolute deviation.
@@ -3957,9 +4497,9 @@ NUV_C_API void NuvGetImageAvrAndDif(int32_t* pHistogram, int32_t* pAvr, int32_t*
 ///
 /// The sums are floating. Each product v*h[v] is formed in 32 bits.
 ///
-/// @param pHistogram  256 bins
-/// @param pAvr        receives the mean; for an empty histogram, the value that *pDev holds
-/// @param pDev, pDif  receive the deviations; left alone for an empty histogram
+/// @param pHistogram  [in, 256 elements] 256 bins
+/// @param pAvr        [out, 1 element] receives the mean; for an empty histogram, the value that *pDev holds
+/// @param pDev, pDif  [out, 1 element] receive the deviations; left alone for an empty histogram
 /// @return N, the number of pixels
 NUV_C_API int32_t NuvGetImageAvrAndDevAndDif(int32_t* pHistogram, double* pAvr, double* pDev, double* pDif);
 
@@ -3974,20 +4514,20 @@ NUV_C_API int32_t NuvGetImageAvrAndDevAndDif(int32_t* pHistogram, double* pAvr, 
 /// T. The excess e is that sum minus T. The result is m if h[m + 1] - e < e, otherwise m + 1. Bin 256 counts
 /// as empty and is not read. One pixel of value v gives v + 1, and five pixels give v.
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @return 0 to 256; 0 for an empty histogram
 NUV_C_API int32_t NuvGetMedianInHistogram(int32_t* pHistogram);
 
 /// Returns the most frequent value; ties go to the lowest.
 ///
-/// @param pHistogram  256 bins
-/// @param pMaxCount   receives the count of that value; 0 if no bin is positive
+/// @param pHistogram  [in, 256 elements] 256 bins
+/// @param pMaxCount   [out, 1 element] receives the count of that value; 0 if no bin is positive
 /// @return 0 to 255; 0 if no bin is positive
 NUV_C_API int32_t NuvGetMostInHistogram(int32_t* pHistogram, int32_t* pMaxCount);
 
 /// Returns the lower tail: the lowest value whose cumulative count from 0 upward exceeds truncate(N*ratio).
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @param ratio       share of the pixels to leave below, 0 to 1; with 0 the result is the lowest value present
 /// @return 0 to 255. 256 if no count exceeds the share, as for a ratio of 1 or more or an empty histogram. 0 if
 ///         N*ratio is -1 or less, is not finite or lies outside int32_t
@@ -3996,7 +4536,7 @@ NUV_C_API int32_t NuvGetMinValueInHistogram(int32_t* pHistogram, double ratio);
 /// Returns the upper tail: the highest value whose cumulative count from 255 downward exceeds
 /// truncate(N*ratio).
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @param ratio       share of the pixels to leave above, 0 to 1; with 0 the result is the highest value
 ///                    present
 /// @return 0 to 255. -1 if no count exceeds the share, as for a ratio of 1 or more or an empty histogram. 255
@@ -4009,7 +4549,7 @@ NUV_C_API int32_t NuvGetMaxValueInHistogram(int32_t* pHistogram, double ratio);
 /// which is 256 if there is none. The result is truncate((p + j)*0.5 + 0.5). A peak one bin wide gives p + 1.
 /// A plateau from p to q gives (p + q)/2 + 1, with the quotient rounded down.
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @return 1 to 256; 128 for an empty histogram
 NUV_C_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 
@@ -4030,7 +4570,7 @@ NUV_C_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 /// The sums of t*h[t] below hi are integer: they wrap from 8,454,661 pixels of value 254 or 16.8 million
 /// pixels of mean 127.5 on. For a larger image, divide the counts first.
 ///
-/// @param pHistogram  nSize bins
+/// @param pHistogram  [in, nSize elements] nSize bins
 /// @param nSize       number of bins; with 0 or below the result is 0
 /// @return the highest value of the dark class; 0 for fewer than three occupied bins. The threshold that
 ///         NuvThreshold takes is one higher
@@ -4042,7 +4582,7 @@ NUV_C_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 /// The result is the first value, from 255 downward, at which the cumulative count reaches
 /// c = truncate(N*ratio).
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @param ratio       share of the pixels, 0 to 1
 /// @return 0 to 255. 255 if c is 0 or below, or if N*ratio is not finite or lies outside int32_t. -1 if the
 ///         count never reaches c
@@ -4055,9 +4595,9 @@ NUV_C_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
 ///
 /// The moments are those of NuvGetImageAvrAndDev. An empty histogram gives 0 and 0.
 ///
-/// @param pHistogram    256 bins
+/// @param pHistogram    [in, 256 elements] 256 bins
 /// @param k             number of standard deviations
-/// @param pMinT, pMaxT  receive the levels
+/// @param pMinT, pMaxT  [out, 1 element] receive the levels
 NUV_C_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t* pMaxT);
 
 /// Returns a noise threshold of three sigma, from a histogram of absolute differences.
@@ -4069,7 +4609,8 @@ NUV_C_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMin
 ///     m = i - (s - c)/h[i]            i itself for i = 0
 ///     T = truncate(m/0.67*3 + 0.5)
 ///
-/// @param pHistogram  256 bins; bin v holds the number of pixels whose absolute difference is v
+/// @param pHistogram  [in, 256 elements] 256 bins; bin v holds the number of pixels whose absolute difference
+///                    is v
 /// @return T; 0 for an empty histogram
 NUV_C_API int32_t NuvGetDifImgThreshold(int32_t* pHistogram);
 
@@ -4082,10 +4623,10 @@ NUV_C_API int32_t NuvGetDifImgThreshold(int32_t* pHistogram);
 ///
 /// In C++: NuvGetDifImgThreshold(int32_t*, int32_t, int32_t, int32_t*)
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @param nIgnored    not read
 /// @param maxT        highest bin that can be the valley; more than 250 counts as 250
-/// @param pThreshold  receives the valley; 0 if there is none
+/// @param pThreshold  [out, 1 element] receives the valley; 0 if there is none
 /// @return whether there is a valley
 NUV_C_API bool NuvGetDifImgThresholdByValley(int32_t* pHistogram, int32_t nIgnored, int32_t maxT,
                                              int32_t* pThreshold);
@@ -4108,12 +4649,12 @@ NUV_C_API bool NuvGetDifImgThresholdByValley(int32_t* pHistogram, int32_t nIgnor
 /// for an eps of 1e-3, they wrap from 84,216 white pixels or 168,000 pixels of mean 127.5 on. For a larger
 /// image, divide the counts first.
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @param nClusters   2 to 256; more counts as 256
 /// @param eps         1e-4 or more keeps the number of passes to some thousands, which take milliseconds; 1e-12
 ///                    can need millions, which take seconds. With a not-a-number there is one pass
-/// @param pCentres    receives K centres in the order of their start, not sorted; nothing for an empty
-///                    histogram
+/// @param pCentres    [out, nClusters elements] receives K centres in the order of their start, not sorted;
+///                    nothing for an empty histogram
 /// @return false for nClusters below 2; nothing is written then
 /// @see J. MacQueen, Some methods for classification and analysis of multivariate observations, 1967
 NUV_C_API bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, double eps, double* pCentres);
@@ -4133,7 +4674,7 @@ NUV_C_API bool NuvClusterHistogram(int32_t* pHistogram, int32_t nClusters, doubl
 
 /// Binarises an image in place.
 ///
-/// @param pGryImg        gray image, read and written
+/// @param pGryImg        [inout, width*height elements] gray image, read and written
 /// @param width, height  its size
 /// @param T              threshold
 NUV_C_API void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T);
@@ -4142,15 +4683,15 @@ NUV_C_API void NuvThreshold(uint8_t* pGryImg, int32_t width, int32_t height, int
 ///
 /// In C++: NuvThreshold(uint8_t*, int32_t, int32_t, int32_t, uint8_t*)
 ///
-/// @param pGryImg        gray image, read only
+/// @param pGryImg        [in, width*height elements] gray image, read only
 /// @param width, height  size of both images
 /// @param T              threshold
-/// @param pResImg        receives width*height pixels
+/// @param pResImg        [out, width*height elements] receives width*height pixels
 NUV_C_API void NuvThresholdToRes(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg);
 
 /// Replaces the pixels of an image by v1 below T and by v2 from T upward, in place.
 ///
-/// @param pGryImg        gray image, read and written
+/// @param pGryImg        [inout, width*height elements] gray image, read and written
 /// @param width, height  its size
 /// @param T              threshold
 /// @param v1, v2         new values; the low byte of each is stored
@@ -4159,7 +4700,7 @@ NUV_C_API void NuvThreshold2V1V2(uint8_t* pGryImg, int32_t width, int32_t height
 
 /// Binarises a region in place.
 ///
-/// @param pGryImg         gray image, read and written
+/// @param pGryImg         [inout, width*(y2+1) elements] gray image, read and written
 /// @param width           columns of the image
 /// @param x1, x2, y1, y2  region inside the image
 /// @param T               threshold
@@ -4170,11 +4711,11 @@ NUV_C_API void NuvThresholdInRect(uint8_t* pGryImg, int32_t width, int32_t x1, i
 ///
 /// In C++: NuvThresholdInRect(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)
 ///
-/// @param pGryImg         gray image, read only
+/// @param pGryImg         [in, width*(y2+1) elements] gray image, read only
 /// @param width           columns of both images
 /// @param x1, x2, y1, y2  region inside both images
 /// @param T               threshold
-/// @param pResImg         receives the pixels of the region
+/// @param pResImg         [inout, width*(y2+1) elements] receives the pixels of the region
 NUV_C_API void NuvThresholdInRectToRes(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
                                        int32_t y2, int32_t T, uint8_t* pResImg);
 
@@ -4183,12 +4724,14 @@ NUV_C_API void NuvThresholdInRectToRes(uint8_t* pGryImg, int32_t width, int32_t 
 /// The packed result has ceil(height/step) rows of ceil(width/step) pixels, one after the other without
 /// padding. The reported size is smaller by 1 in each direction in which step does not divide the size.
 ///
-/// @param pGryImg                gray image, read only
+/// @param pGryImg                [in, width*height elements] gray image, read only
 /// @param width, height          its size
 /// @param T                      threshold
 /// @param step                   distance of the pixels; 1 or below takes the whole image
-/// @param pResImg                receives the packed pixels
-/// @param pNewWidth, pNewHeight  receive width/step and height/step, truncated
+/// @param pResImg                [out, ((width + (step > 1 ? step : 1) - 1)/(step > 1 ? step : 1))*((height +
+///                               (step > 1 ? step : 1) - 1)/(step > 1 ? step : 1)) elements] receives the
+///                               packed pixels
+/// @param pNewWidth, pNewHeight  [out, 1 element] receive width/step and height/step, truncated
 NUV_C_API void NuvThresholdAndShrink(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, int32_t step,
                                      uint8_t* pResImg, int32_t* pNewWidth, int32_t* pNewHeight);
 
@@ -4197,7 +4740,7 @@ NUV_C_API void NuvThresholdAndShrink(uint8_t* pGryImg, int32_t width, int32_t he
 /// The requested number of pixels is width*height*percent/100, with the product in 32 bits and the quotient
 /// truncated. A T of 0 is raised to 1 if percent is below 50, so that black pixels stay black.
 ///
-/// @param pGryImg        gray image, read and written
+/// @param pGryImg        [inout, width*height elements] gray image, read and written
 /// @param width, height  its size
 /// @param percent        share of the pixels that become 255, 0 to 100; not clamped
 NUV_C_API void NuvThresholdByPercent(uint8_t* pGryImg, int32_t width, int32_t height, int32_t percent);
@@ -4207,7 +4750,7 @@ NUV_C_API void NuvThresholdByPercent(uint8_t* pGryImg, int32_t width, int32_t he
 /// The requested number of pixels is truncate(width*height*ratio). A T of 0 is raised to 1 if the ratio is
 /// below 0.5, so that black pixels stay black.
 ///
-/// @param pGryImg        gray image, read and written
+/// @param pGryImg        [inout, width*height elements] gray image, read and written
 /// @param width, height  its size
 /// @param ratio          share of the pixels that become 255, clamped to 0..1
 /// @return T as applied
@@ -4217,10 +4760,10 @@ NUV_C_API int32_t NuvThresholdByRatio(uint8_t* pGryImg, int32_t width, int32_t h
 ///
 /// In C++: NuvThresholdByRatio(uint8_t*, int32_t, int32_t, double, uint8_t*)
 ///
-/// @param pGryImg        gray image, read only
+/// @param pGryImg        [in, width*height elements] gray image, read only
 /// @param width, height  size of both images
 /// @param ratio          share of the pixels that become 255, clamped to 0..1
-/// @param pResImg        receives width*height pixels
+/// @param pResImg        [out, width*height elements] receives width*height pixels
 /// @return T as applied; a T of 0 is raised to 1 if the ratio is below 0.5
 NUV_C_API int32_t NuvThresholdByRatioToRes(uint8_t* pGryImg, int32_t width, int32_t height, double ratio,
                                            uint8_t* pResImg);
@@ -4229,7 +4772,7 @@ NUV_C_API int32_t NuvThresholdByRatioToRes(uint8_t* pGryImg, int32_t width, int3
 ///
 /// In C++: NuvThresholdByRatio(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, double)
 ///
-/// @param pGryImg         gray image, read and written
+/// @param pGryImg         [inout, width*(y2+1) elements] gray image, read and written
 /// @param width           columns of the image
 /// @param x1, x2, y1, y2  region inside the image
 /// @param ratio           share of the pixels of the region that become 255, clamped to 0..1
@@ -4243,12 +4786,12 @@ NUV_C_API int32_t NuvThresholdByRatioInRect(uint8_t* pGryImg, int32_t width, int
 /// In C++: NuvThresholdByRatio(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, double, int32_t,
 ///         uint8_t*)
 ///
-/// @param pGryImg         gray image, read only
+/// @param pGryImg         [in, width*(y2+1) elements] gray image, read only
 /// @param width           columns of both images
 /// @param x1, x2, y1, y2  region inside both images
 /// @param ratio           share of the pixels of the region that become 255, clamped to 0..1
 /// @param minT            least threshold; a lower T is raised to it, and there is no other raise
-/// @param pResImg         receives the pixels of the region
+/// @param pResImg         [inout, width*(y2+1) elements] receives the pixels of the region
 /// @return T as found in the histogram, before it is raised
 NUV_C_API int32_t NuvThresholdByRatioInRectWithMinTToRes(uint8_t* pGryImg, int32_t width, int32_t x1,
                                                          int32_t x2, int32_t y1, int32_t y2, double ratio,
@@ -4258,7 +4801,7 @@ NUV_C_API int32_t NuvThresholdByRatioInRectWithMinTToRes(uint8_t* pGryImg, int32
 ///
 /// The requested number of pixels is truncate(width*height*ratio).
 ///
-/// @param pGryImg        gray image, read and written
+/// @param pGryImg        [inout, width*height elements] gray image, read and written
 /// @param width, height  its size
 /// @param ratio          share of the pixels that become 255, clamped to 0..1
 /// @param minT           least threshold; a lower T is raised to it, and there is no other raise
@@ -4290,12 +4833,12 @@ NUV_C_API int32_t NuvThresholdByRatioAndMiniT(uint8_t* pGryImg, int32_t width, i
 /// weights as the divisor. Sums have 32 bits and wrap from bins of 2,097,152 pixels on. Quotients are
 /// truncated.
 ///
-/// @param pHistogram     256 bins
+/// @param pHistogram     [in, 256 elements] 256 bins
 /// @param nIgnored       not read
 /// @param sigma          standard deviation of the Gaussian, in bins
 /// @param cutoff         least value of the Gaussian that still counts, relative to 1 at its centre; 0 or below
 ///                       gives 256 weights
-/// @param pResHistogram  receives 256 bins; must be another array
+/// @param pResHistogram  [out, 256 elements] receives 256 bins; must be another array
 /// @return the highest minus the lowest occupied bin; 0 for an empty histogram, which is copied
 NUV_C_API int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t nIgnored, double sigma, double cutoff,
                                              int32_t* pResHistogram);
@@ -4304,9 +4847,9 @@ NUV_C_API int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t nIgnor
 ///
 /// Near the ends, the mean is taken over the bins that exist. Sums are integer, and quotients are truncated.
 ///
-/// @param pHistogram     256 bins
+/// @param pHistogram     [in, 256 elements] 256 bins
 /// @param M              half the window in bins, without its centre bin; a negative M gives 256 zeros
-/// @param pResHistogram  receives 256 bins; must be another array
+/// @param pResHistogram  [out, 256 elements] receives 256 bins; must be another array
 NUV_C_API void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t* pResHistogram);
 
 /// Marks the peaks of a series with 100 and its valleys with -100, and all other elements with their slope.
@@ -4323,20 +4866,20 @@ NUV_C_API void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t
 /// The valleys are marked by a second scan of the same kind over the marks of the first, with rises and falls
 /// exchanged. A mark of 100 counts as a rise.
 ///
-/// @param pData   N elements
+/// @param pData   [in, N elements] N elements
 /// @param N       number of elements; below 1 nothing is written
-/// @param pMarks  receives N values out of 1, 0, -1, 100 and -100; a single 0 for N = 1
+/// @param pMarks  [out, N elements] receives N values out of 1, 0, -1, 100 and -100; a single 0 for N = 1
 NUV_C_API void NuvSetPeakTo100ValleyTo_100(int32_t* pData, int32_t N, int32_t* pMarks);
 
 /// Finds the greatest peak of a histogram, and the greatest peak at least minDist bins away from it.
 ///
 /// The peaks are those of NuvSetPeakTo100ValleyTo_100. Ties go to the lowest bin.
 ///
-/// @param pHistogram  256 bins
+/// @param pHistogram  [in, 256 elements] 256 bins
 /// @param minDist     least distance between the two peaks, in bins
-/// @param pPeak1      receives the first peak. If there is none, *pPeak1 is left alone, and the second peak is
-///                    searched for at a distance from the value that it holds
-/// @param pPeak2      receives the second peak; *pPeak1 if there is none
+/// @param pPeak1      [out, 1 element] receives the first peak. If there is none, *pPeak1 is left alone, and
+///                    the second peak is searched for at a distance from the value that it holds
+/// @param pPeak2      [out, 1 element] receives the second peak; *pPeak1 if there is none
 NUV_C_API void NuvFindTwoPeaks(int32_t* pHistogram, int32_t minDist, int32_t* pPeak1, int32_t* pPeak2);
 
 /// Lists the bins of a histogram by falling count.
@@ -4344,8 +4887,8 @@ NUV_C_API void NuvFindTwoPeaks(int32_t* pHistogram, int32_t minDist, int32_t* pP
 /// The order of equal counts is that of an exchange sort: for i = 0..255 and for j = i+1..255, entries i and
 /// j are exchanged if the count of i is less than the count of j.
 ///
-/// @param pHistogram  256 bins
-/// @param pOrder      receives 256 bin numbers
+/// @param pHistogram  [in, 256 elements] 256 bins
+/// @param pOrder      [out, 256 elements] receives 256 bin numbers
 /// @return the number of occupied bins
 NUV_C_API int32_t NuvHistogramOrder(int32_t* pHistogram, int32_t* pOrder);
 
@@ -4358,7 +4901,7 @@ NUV_C_API int32_t NuvHistogramOrder(int32_t* pHistogram, int32_t* pOrder);
 /// The product has 32 bits and wraps from 8,421,505 pixels on. The quotient is truncated. An image of one
 /// value becomes 255.
 ///
-/// @param pGryImg        gray image, read and written
+/// @param pGryImg        [inout, width*height elements] gray image, read and written
 /// @param width, height  its size
 NUV_C_API void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t height);
 
@@ -4377,7 +4920,7 @@ NUV_C_API void NuvHistogramEqualizeFast(uint8_t* pGryImg, int32_t width, int32_t
 ///
 /// An image of one value becomes 0.
 ///
-/// @param pGryImg        gray image, read and written
+/// @param pGryImg        [inout, width*height elements] gray image, read and written
 /// @param width, height  its size
 NUV_C_API void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int32_t height);
 
@@ -4389,10 +4932,10 @@ NUV_C_API void NuvHistogramEqualizeStandard(uint8_t* pGryImg, int32_t width, int
 /// the target holds fewer pixels than the image, the walk does not reach the ends of the highest values, and
 /// those count as -10.
 ///
-/// @param pGryImg           gray image, read and written
+/// @param pGryImg           [inout, width*height elements] gray image, read and written
 /// @param width, height     its size
-/// @param pTargetHistogram  256 bins, which should sum to width*height; an empty histogram leaves the image
-///                          unchanged
+/// @param pTargetHistogram  [in, 256 elements] 256 bins, which should sum to width*height; an empty histogram
+///                          leaves the image unchanged
 NUV_C_API void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_t height,
                                          int32_t* pTargetHistogram);
 
@@ -4406,9 +4949,9 @@ NUV_C_API void NuvHistogramNormalization(uint8_t* pGryImg, int32_t width, int32_
 ///
 /// All quotients are floating.
 ///
-/// @param pHistogram     N values; a negative one has no bar
+/// @param pHistogram     [in, N elements] N values; a negative one has no bar
 /// @param N              number of values; below 1 the image becomes 0
-/// @param pGryImg        gray image, overwritten
+/// @param pGryImg        [out, width*height elements] gray image, overwritten
 /// @param width, height  its size
 NUV_C_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGryImg, int32_t width,
                                     int32_t height);
@@ -4428,14 +4971,14 @@ NUV_C_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGr
 /// If both peaks are missing, or if minDist is 0 or below, A can be 0. The contrast is then infinite or not a
 /// number. A not-a-number reaches no ratio.
 ///
-/// @param pHistogram             256 bins
+/// @param pHistogram             [in, 256 elements] 256 bins
 /// @param T                      level between the two modes, 1 to 255; any other leaves one side without bins
 /// @param M                      length of the window in bins; a negative M counts as 0
 /// @param minDist                least distance between the peaks, in bins
 /// @param ratio                  least contrast
-/// @param pLeftPeak, pRightPeak  receive the peaks. A side without a positive bin gives 256 - W, which is
-///                               negative from M = 256 on; bins below 0 count as 0
-/// @param pContrast              receives the contrast; 0 if right - left is less than minDist
+/// @param pLeftPeak, pRightPeak  [out, 1 element] receive the peaks. A side without a positive bin gives 256 -
+///                               W, which is negative from M = 256 on; bins below 0 count as 0
+/// @param pContrast              [out, 1 element] receives the contrast; 0 if right - left is less than minDist
 /// @return whether the peaks are minDist or more apart and the contrast reaches the ratio
 NUV_C_API bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, int32_t minDist, double ratio,
                                     int32_t* pLeftPeak, int32_t* pRightPeak, double* pContrast);
@@ -4462,13 +5005,13 @@ NUV_C_API bool NuvIsHighContrastImg(int32_t* pHistogram, int32_t T, int32_t M, i
 ///    neighbour.
 /// 5. Classes. The levels are numbered from 0 in the order of their gray values.
 ///
-/// @param pHistogram  256 bins; an empty histogram is one gap
+/// @param pHistogram  [in, 256 elements] 256 bins; an empty histogram is one gap
 /// @param minStep     least width of a cell in gray values, 1 or more
 /// @param maxStep     mean width of a level in gray values, 1 or more. If a step is below 1, all entries become
 ///                    0 and the result is 0
-/// @param pLUT        receives 256 class numbers, which start at 0 and never fall. If s does not divide 256 and
-///                    the last cell is occupied, up to s - 1 further entries are written: room for 255 +
-///                    maxStep entries is always enough
+/// @param pLUT        [out, 255 + (maxStep > 1 ? maxStep : 1) elements] receives 256 class numbers, which start
+///                    at 0 and never fall. If s does not divide 256 and the last cell is occupied, up to s - 1
+///                    further entries are written: room for 255 + maxStep entries is always enough
 /// @return the number of levels, with those that hold no gray value; there can be fewer classes
 NUV_C_API int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, int32_t maxStep, int32_t* pLUT);
 
@@ -4482,10 +5025,11 @@ NUV_C_API int32_t NuvGenerateMainGryLUT(int32_t* pHistogram, int32_t minStep, in
 ///
 /// The sum of a window is integer. The |M| elements at each end get the mean of the nearest full window.
 ///
-/// @param pData  N elements
+/// @param pData  [in, N elements] N elements
 /// @param N      number of elements
 /// @param M      half the window, without its centre
-/// @param pRes   receives N elements; must be another array. Left alone if N is less than the window
+/// @param pRes   [out, N elements] receives N elements; must be another array. Left alone if N is less than the
+///               window
 NUV_C_API void Nuv1DAverageFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
 
 /// Filters a series of 0 and 1 by the median of a moving window of 2|M| + 1 elements.
@@ -4493,10 +5037,11 @@ NUV_C_API void Nuv1DAverageFilter(int32_t* pData, int32_t N, int32_t M, int32_t*
 /// An element becomes 1 if more than half of its window is 1, otherwise 0. The |M| elements at each end get
 /// the median of the nearest full window.
 ///
-/// @param pData  N elements, 0 or 1
+/// @param pData  [in, N elements] N elements, 0 or 1
 /// @param N      number of elements
 /// @param M      half the window, without its centre
-/// @param pRes   receives N elements; must be another array. Left alone if N is less than the window
+/// @param pRes   [out, N elements] receives N elements; must be another array. Left alone if N is less than the
+///               window
 NUV_C_API void NuvBin1DMedianFilter(int32_t* pData, int32_t N, int32_t M, int32_t* pRes);
 
 /// Resamples N values to resN values by linear interpolation.
@@ -4507,23 +5052,23 @@ NUV_C_API void NuvBin1DMedianFilter(int32_t* pData, int32_t N, int32_t M, int32_
 /// pData[N - 1] takes the place of pData[N]. Rounding can place p for the last value just below N - 1. That
 /// value can then be one less than the last element.
 ///
-/// @param pData  N elements
+/// @param pData  [in, N elements] N elements
 /// @param N      number of elements, 2 or more
-/// @param pRes   receives resN elements; must be another array
+/// @param pRes   [out, resN elements] receives resN elements; must be another array
 /// @param resN   number of results, 2 or more
 /// @return false if N or resN is below 2; nothing is written then
 NUV_C_API bool NuvDataLinearInterpolattion(int32_t* pData, int32_t N, int32_t* pRes, int32_t resN);
 
 /// Returns the position of the greatest element; ties go to the first.
 ///
-/// @param pData  N elements
+/// @param pData  [in, N elements] N elements
 /// @param N      number of elements
 /// @return 0 to N - 1; 0 if N is below 2
 NUV_C_API int32_t NuvDataMaxDataPos(int32_t* pData, int32_t N);
 
 /// Returns the greatest element.
 ///
-/// @param pData  N elements; at least one
+/// @param pData  [in, (N > 1 ? N : 1) elements] N elements; at least one
 /// @param N      number of elements
 /// @return the greatest element; pData[0] if N is below 2
 NUV_C_API int32_t NuvDataMaxDataValue(int32_t* pData, int32_t N);
@@ -4535,9 +5080,10 @@ NUV_C_API int32_t NuvDataMaxDataValue(int32_t* pData, int32_t N);
 ///
 /// The sums are floating.
 ///
-/// @param pData       N elements
+/// @param pData       [in, N elements] N elements
 /// @param N           number of elements
-/// @param pAvr, pDif  receive the mean and the deviation; not a number if N is 0, and 0 if N is negative
+/// @param pAvr, pDif  [out, 1 element] receive the mean and the deviation; not a number if N is 0, and 0 if N
+///                    is negative
 NUV_C_API void NuvDataAvrAndDif(int32_t* pData, int32_t N, double* pAvr, double* pDif);
 
 /// Computes the mean and the standard deviation of a series, and returns its greatest element.
@@ -4547,9 +5093,10 @@ NUV_C_API void NuvDataAvrAndDif(int32_t* pData, int32_t N, double* pAvr, double*
 ///
 /// The sums are floating.
 ///
-/// @param pData       N elements; at least one
+/// @param pData       [in, (N > 1 ? N : 1) elements] N elements; at least one
 /// @param N           number of elements
-/// @param pAvr, pDev  receive the mean and the deviation; not a number if N is 0, and 0 if N is negative
+/// @param pAvr, pDev  [out, 1 element] receive the mean and the deviation; not a number if N is 0, and 0 if N
+///                    is negative
 /// @return the greatest element; pData[0] if N is below 2
 NUV_C_API int32_t NuvDataAvrAndDevAndReturnMax(int32_t* pData, int32_t N, double* pAvr, double* pDev);
 
@@ -4558,9 +5105,10 @@ NUV_C_API int32_t NuvDataAvrAndDevAndReturnMax(int32_t* pData, int32_t N, double
 ///     avr = S / N                                    with S = sum(pData[i]), integer
 ///     dev = sqrt(sum((pData[i] - avr)^2) / N)        floating
 ///
-/// @param pData       N elements
+/// @param pData       [in, N elements] N elements
 /// @param N           number of elements
-/// @param pAvr, pDev  receive the mean and the deviation; not a number if N is 0, and 0 if N is negative
+/// @param pAvr, pDev  [out, 1 element] receive the mean and the deviation; not a number if N is 0, and 0 if N
+///                    is negative
 /// @return S, which has 32 bits and wraps
 NUV_C_API int32_t NuvDataAvrAndDevAndReturnSum(int32_t* pData, int32_t N, double* pAvr, double* pDev);
 
@@ -4570,11 +5118,12 @@ NUV_C_API int32_t NuvDataAvrAndDevAndReturnSum(int32_t* pData, int32_t N, double
 /// windows with the same sum, whether or not lower ones lie between. The reported window begins at i + c/2,
 /// truncated: on a flat top that is about the middle.
 ///
-/// @param pData    N elements
+/// @param pData    [in, N elements] N elements
 /// @param N        number of elements
 /// @param W        length of the window, 1 to N
-/// @param pMaxAvr  receives the mean; 0 on failure
-/// @param pPos     receives the centre of the window, its first element plus W/2 (truncated); 0 on failure
+/// @param pMaxAvr  [out, 1 element] receives the mean; 0 on failure
+/// @param pPos     [out, 1 element] receives the centre of the window, its first element plus W/2 (truncated);
+///                 0 on failure
 /// @return false if W is below 1 or above N
 NUV_C_API bool NuvDataMaxAvrAndPosInMovingWindow(int32_t* pData, int32_t N, int32_t W, double* pMaxAvr,
                                                  int32_t* pPos);
@@ -4591,12 +5140,12 @@ NUV_C_API bool NuvDataMaxAvrAndPosInMovingWindow(int32_t* pData, int32_t N, int3
 /// The time is proportional to N, except where many windows equal the best one up to rounding. Each of those
 /// takes up to W steps: fewer where the data are level, and none where they repeat themselves exactly.
 ///
-/// @param pData    N elements
+/// @param pData    [in, N elements] N elements
 /// @param N        number of elements
 /// @param W        length of the window, 1 to N
-/// @param pMaxDev  receives the deviation; 0 on failure
-/// @param pPos     receives the centre of the window, its first element plus W/2 (truncated); 0 on failure. It
-///                 is W/2 if no deviation is above 0
+/// @param pMaxDev  [out, 1 element] receives the deviation; 0 on failure
+/// @param pPos     [out, 1 element] receives the centre of the window, its first element plus W/2 (truncated);
+///                 0 on failure. It is W/2 if no deviation is above 0
 /// @return false if W is below 1 or above N, or if allocation fails
 NUV_C_API bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDev,
                                                  int32_t* pPos);
@@ -4607,12 +5156,12 @@ NUV_C_API bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32
 /// A window that begins with a not-a-number is passed over. A not-a-number elsewhere in a window is ignored.
 /// The time is proportional to N.
 ///
-/// @param pData    N elements
+/// @param pData    [in, N elements] N elements
 /// @param N        number of elements
 /// @param W        length of the window, 1 to N
-/// @param pMaxDif  receives the difference; 0 on failure
-/// @param pPos     receives the centre of the window, its first element plus W/2 (truncated); 0 on failure. It
-///                 is W/2 if no difference is above 0
+/// @param pMaxDif  [out, 1 element] receives the difference; 0 on failure
+/// @param pPos     [out, 1 element] receives the centre of the window, its first element plus W/2 (truncated);
+///                 0 on failure. It is W/2 if no difference is above 0
 /// @return false if W is below 1 or above N, or if allocation fails
 NUV_C_API bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDif,
                                                  int32_t* pPos);
@@ -4622,8 +5171,8 @@ NUV_C_API bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32
 /// The other elements and their weights move to the front of both arrays, in their order. The rest of both
 /// arrays becomes 0.
 ///
-/// @param pData      N elements, read and written
-/// @param pWeight    N weights, read and written
+/// @param pData      [inout, N elements] N elements, read and written
+/// @param pWeight    [inout, N elements] N weights, read and written
 /// @param N          number of elements
 /// @param minWeight  least weight to keep
 /// @param maxWeight  greatest weight to keep
@@ -4642,11 +5191,11 @@ NUV_C_API int32_t NuvpDataDeleteByWeightReturnNum(int32_t* pData, int32_t* pWeig
 /// element found last, or at element 0 if no round has found one. It ends at the first element that is
 /// blocked or differs from pData[0].
 ///
-/// @param pData       N elements
+/// @param pData       [in, N elements] N elements
 /// @param N           number of elements, 1 to 4096
 /// @param minDist     distance to block on each side
-/// @param pPeakValue  receives K values; all 0 on failure
-/// @param pPeakPos    receives K positions, 0 to N; all 0 on failure
+/// @param pPeakValue  [out, K elements] receives K values; all 0 on failure
+/// @param pPeakPos    [out, K elements] receives K positions, 0 to N; all 0 on failure
 /// @param K           number of peaks
 /// @return false if N is below 1 or above 4096
 NUV_C_API bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, double* pPeakValue,
@@ -4666,11 +5215,11 @@ NUV_C_API bool NuvDataFindPeaks(double* pData, int32_t N, int32_t minDist, doubl
 /// S is the sum of the n values of the column, and Q is the sum of their squares. If Q wraps (from 33,026
 /// pixels of 255 on) or there are no rows, the result can be the most negative int32_t.
 ///
-/// @param pGryImg         gray image
+/// @param pGryImg         [in, width*height elements] gray image
 /// @param width           columns of the image
 /// @param height          not read
 /// @param x1, x2, y1, y2  region inside the image
-/// @param pRes            receives width entries, 0 outside x1..x2
+/// @param pRes            [out, width elements] receives width entries, 0 outside x1..x2
 NUV_C_API void NuvGryImgColDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t* pRes);
 
@@ -4678,10 +5227,10 @@ NUV_C_API void NuvGryImgColDev100(uint8_t* pGryImg, int32_t width, int32_t heigh
 ///
 /// The formula is that of NuvGryImgColDev100, for the columns x1 to x2 of a row.
 ///
-/// @param pGryImg         gray image
+/// @param pGryImg         [in, width*height elements] gray image
 /// @param width, height   its size
 /// @param x1, x2, y1, y2  region inside the image
-/// @param pRes            receives height entries, 0 outside y1..y2
+/// @param pRes            [out, height elements] receives height entries, 0 outside y1..y2
 NUV_C_API void NuvGryImgRowDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t* pRes);
 
@@ -4691,11 +5240,11 @@ NUV_C_API void NuvGryImgRowDev100(uint8_t* pGryImg, int32_t width, int32_t heigh
 ///
 /// S is the sum of the n values of the column, and Q is the sum of their squares, all in 32 bits.
 ///
-/// @param pGryImg         gray image
+/// @param pGryImg         [in, width*height elements] gray image
 /// @param width           columns of the image
 /// @param height          not read
 /// @param x1, x2, y1, y2  region inside the image
-/// @param pRes            receives the entries x1..x2; the others are left alone
+/// @param pRes            [inout, width elements] receives the entries x1..x2; the others are left alone
 NUV_C_API void NuvGryImgColDevDev(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t* pRes);
 
@@ -4703,11 +5252,11 @@ NUV_C_API void NuvGryImgColDevDev(uint8_t* pGryImg, int32_t width, int32_t heigh
 ///
 /// The formula is that of NuvGryImgColDevDev, for the columns x1 to x2 of a row.
 ///
-/// @param pGryImg         gray image
+/// @param pGryImg         [in, width*height elements] gray image
 /// @param width           columns of the image
 /// @param height          not read
 /// @param x1, x2, y1, y2  region inside the image
-/// @param pRes            receives the entries y1..y2; the others are left alone
+/// @param pRes            [inout, height elements] receives the entries y1..y2; the others are left alone
 NUV_C_API void NuvGryImgRowDevDev(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t* pRes);
 
@@ -4717,10 +5266,10 @@ NUV_C_API void NuvGryImgRowDevDev(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// strip get its value. If M does not divide the width, a further strip consists of the last M columns. It
 /// overlaps the strip before it, and the shared entries get the value of the last strip.
 ///
-/// @param pGryImg        gray image
+/// @param pGryImg        [in, width*height elements] gray image
 /// @param width, height  its size
 /// @param M              columns of a strip, 1 to width. For any other M, or without pixels, nothing is written
-/// @param pRes           receives width entries
+/// @param pRes           [out, width elements] receives width entries
 NUV_C_API void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t* pRes);
 
 /// Sums the strength of vertical edges in each column.
@@ -4733,9 +5282,9 @@ NUV_C_API void NuvGryImgColsDev100(uint8_t* pGryImg, int32_t width, int32_t heig
 /// The first and the last row have no strength. The first and the last entry repeat their neighbours. All
 /// entries are 0 for an image with fewer than three columns or rows.
 ///
-/// @param pGryImg        gray image
+/// @param pGryImg        [in, width*height elements] gray image
 /// @param width, height  its size
-/// @param pPrjX          receives width entries
+/// @param pPrjX          [out, width elements] receives width entries
 NUV_C_API void NuvGryImgSobel90JustToPrjX(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX);
 
 /// Sums the strength of vertical edges in each row.
@@ -4744,20 +5293,20 @@ NUV_C_API void NuvGryImgSobel90JustToPrjX(uint8_t* pGryImg, int32_t width, int32
 /// NuvGryImgSobel90JustToPrjX. The first and the last column have no strength. The first and the last entry
 /// repeat their neighbours. All entries are 0 for an image with fewer than three columns or rows.
 ///
-/// @param pGryImg        gray image
+/// @param pGryImg        [in, width*height elements] gray image
 /// @param width, height  its size
-/// @param pPrjY          receives height entries
+/// @param pPrjY          [out, height elements] receives height entries
 NUV_C_API void NuvGryImgSobel90JustToPrjY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjY);
 
 /// Sums each of the three channels of an RGB image by column.
 ///
 /// In C++: NuvRGBImgPrj2X(uint8_t*, int32_t, int32_t, int32_t*, int32_t*, int32_t*)
 ///
-/// @param pRGBImg        RGB image
+/// @param pRGBImg        [in, width*height*3 elements] RGB image
 /// @param width, height  its size
-/// @param pRed           receives width sums of byte 2
-/// @param pGreen         receives width sums of byte 1
-/// @param pBlue          receives width sums of byte 0
+/// @param pRed           [out, width elements] receives width sums of byte 2
+/// @param pGreen         [out, width elements] receives width sums of byte 1
+/// @param pBlue          [out, width elements] receives width sums of byte 0
 NUV_C_API void NuvRGBImgPrj2XByChannel(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t* pRed,
                                        int32_t* pGreen, int32_t* pBlue);
 
@@ -4765,36 +5314,36 @@ NUV_C_API void NuvRGBImgPrj2XByChannel(uint8_t* pRGBImg, int32_t width, int32_t 
 ///
 ///     sum(byte 0 + byte 1 + 2*byte 2) >> 2
 ///
-/// @param pRGBImg        RGB image
+/// @param pRGBImg        [in, width*height*3 elements] RGB image
 /// @param width, height  its size
-/// @param pPrjX          receives width entries
+/// @param pPrjX          [out, width elements] receives width entries
 NUV_C_API void NuvRGBImgPrj2X(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t* pPrjX);
 
 /// Sums the pixels of a gray image by column and by row.
 ///
-/// @param pGryImg        gray image
+/// @param pGryImg        [in, width*height elements] gray image
 /// @param width, height  its size
-/// @param pPrjX          receives width column sums
-/// @param pPrjY          receives height row sums
+/// @param pPrjX          [out, width elements] receives width column sums
+/// @param pPrjY          [out, height elements] receives height row sums
 NUV_C_API void NuvGryImgPrjXY(uint8_t* pGryImg, int32_t width, int32_t height, int32_t* pPrjX, int32_t* pPrjY);
 
 /// Sums the pixels of a region by column and by row.
 ///
-/// @param pGryImg         gray image
+/// @param pGryImg         [in, width*height elements] gray image
 /// @param width, height   its size
 /// @param x1, x2, y1, y2  region inside the image
-/// @param pPrjX           receives width column sums, 0 outside x1..x2
-/// @param pPrjY           receives height row sums, 0 outside y1..y2
+/// @param pPrjX           [out, width elements] receives width column sums, 0 outside x1..x2
+/// @param pPrjY           [out, height elements] receives height row sums, 0 outside y1..y2
 NUV_C_API void NuvGryImgPrjXYInRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, int32_t* pPrjX, int32_t* pPrjY);
 
 /// Counts the object pixels of a region by column and by row.
 ///
-/// @param pBinImg         binary image
+/// @param pBinImg         [in, width*height elements] binary image
 /// @param width, height   its size
 /// @param x1, x2, y1, y2  region inside the image
-/// @param pPrjX           receives the entries x1..x2; the others are left alone
-/// @param pPrjY           receives the entries y1..y2; the others are left alone
+/// @param pPrjX           [inout, width elements] receives the entries x1..x2; the others are left alone
+/// @param pPrjY           [inout, height elements] receives the entries y1..y2; the others are left alone
 NUV_C_API void NuvBinImgPrjXYInRect(uint8_t* pBinImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, int32_t* pPrjX, int32_t* pPrjY);
 
@@ -4827,6 +5376,8 @@ NUV_C_API void NuvBinImgPrjXYInRect(uint8_t* pBinImg, int32_t width, int32_t hei
 ///
 /// isVertical = 0 if |dy| < |dx|, else 1, also at exactly 45 degrees. dx and dy are 32-bit differences. Two
 /// equal points give isVertical = 1, and k and b that are not a number.
+///
+/// @param pIsVertical, pK, pB  [out, 1 element]
 NUV_C_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical,
                                  double* pK, double* pB);
 
@@ -4836,7 +5387,9 @@ NUV_C_API void NuvLineKBEquation(int32_t x1, int32_t y1, int32_t x2, int32_t y2,
 ///
 /// In C++: NuvLineKBEquation(int32_t, int32_t, int32_t, int32_t, int32_t*, double*, double*, double*)
 ///
-/// @param pAngle  receives 90 - atan(k) if isVertical is 1, else atan(k), plus 180 if that is negative
+/// @param pIsVertical, pK, pB  [out, 1 element]
+/// @param pAngle               [out, 1 element] receives 90 - atan(k) if isVertical is 1, else atan(k), plus
+///                             180 if that is negative
 NUV_C_API void NuvLineKBEquationWithAngle(int32_t x1, int32_t y1, int32_t x2, int32_t y2, int32_t* pIsVertical,
                                           double* pK, double* pB, double* pAngle);
 
@@ -4846,11 +5399,15 @@ NUV_C_API void NuvLineKBEquationWithAngle(int32_t x1, int32_t y1, int32_t x2, in
 NUV_C_API double NuvGetLineB(int32_t isVertical, double k, int32_t x, int32_t y);
 
 /// Converts KB to ABC form: k, -1, b if isVertical is 0, else 1, -k, -b.
+///
+/// @param pA, pB, pC  [out, 1 element]
 NUV_C_API void NuvKBLine2ABCLine(int32_t isVertical, double k, double b, double* pA, double* pB, double* pC);
 
 /// Converts ABC to KB form.
 ///
 /// isVertical = 1 if |B| < |A|, else 0. At exactly 45 degrees it is 0, unlike that of NuvLineKBEquation.
+///
+/// @param pIsVertical, pK, pB  [out, 1 element]
 NUV_C_API void NuvABCLine2KBLine(double A, double B, double C, int32_t* pIsVertical, double* pK, double* pB);
 
 /// Converts 2P to Hough form, with pi = 3.14 and both results truncated.
@@ -4860,6 +5417,7 @@ NUV_C_API void NuvABCLine2KBLine(double A, double B, double C, int32_t* pIsVerti
 /// what the equation of the form gives. Two equal points return 0.0 and write the most negative int32_t
 /// twice.
 ///
+/// @param pThro, pTheta  [out, 1 element]
 /// @return the distance between the points
 NUV_C_API double NuvTwoPoints2ThroTheta(double x1, double y1, double x2, double y2, int32_t* pThro,
                                         int32_t* pTheta);
@@ -4868,6 +5426,8 @@ NUV_C_API double NuvTwoPoints2ThroTheta(double x1, double y1, double x2, double 
 ///
 /// The result is that of NuvTwoPoints2ThroTheta for two points of the line: those at y = -10 and 10 if
 /// |B| <= |A|, else those at x = -10 and 10.
+///
+/// @param pThro, pTheta  [out, 1 element]
 NUV_C_API void NuvABC2ThroTheta(double A, double B, double C, int32_t* pThro, int32_t* pTheta);
 
 /// Converts Hough form, in a frame of its own, to ABC form in the image.
@@ -4876,7 +5436,8 @@ NUV_C_API void NuvABC2ThroTheta(double A, double B, double C, int32_t* pThro, in
 /// frame. If the line passes through point (10, 10) of the frame at a general Theta, the chord is 0 or nearly
 /// so.
 ///
-/// @param x0, y0  image point at which the frame has its origin
+/// @param x0, y0      image point at which the frame has its origin
+/// @param pA, pB, pC  [out, 1 element]
 NUV_C_API void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Theta, double* pA, double* pB,
                                 double* pC);
 
@@ -4886,7 +5447,7 @@ NUV_C_API void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Th
 /// NuvTwoPoints2ThroTheta. The N positions of the chain count, the first N/2 of them in the first half.
 ///
 /// @param x, y        start of the chain
-/// @param pChainCode  N direction codes
+/// @param pChainCode  [in, N elements] N direction codes
 /// @return Theta; the most negative int32_t for N below 2
 NUV_C_API int32_t NuvCodeLineEstimateTheta(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N);
 
@@ -4900,7 +5461,7 @@ NUV_C_API int32_t NuvCodeLineEstimateTheta(int32_t x, int32_t y, uint8_t* pChain
 ///
 /// In C++: NuvPointOfIntersection(int32_t, double, double, int32_t, double, double, double*, double*)
 ///
-/// @param pX, pY  receive the point; unchanged if the lines are parallel
+/// @param pX, pY  [out, 1 element] receive the point; unchanged if the lines are parallel
 /// @return false if the lines are parallel
 NUV_C_API bool NuvPointOfIntersectionOfKBLines(int32_t isVertical1, double k1, double b1, int32_t isVertical2,
                                                double k2, double b2, double* pX, double* pY);
@@ -4911,7 +5472,7 @@ NUV_C_API bool NuvPointOfIntersectionOfKBLines(int32_t isVertical1, double k1, d
 ///
 /// In C++: NuvPointOfIntersection(double, double, double, double, double, double, double*, double*)
 ///
-/// @param pX, pY  receive the point; unchanged if the lines are parallel
+/// @param pX, pY  [out, 1 element] receive the point; unchanged if the lines are parallel
 /// @return false if the lines are parallel
 NUV_C_API bool NuvPointOfIntersectionOfABCLines(double A1, double B1, double C1, double A2, double B2,
                                                 double C2, double* pX, double* pY);
@@ -4923,14 +5484,14 @@ NUV_C_API bool NuvPointOfIntersectionOfABCLines(double A1, double B1, double C1,
 ///
 /// In C++: NuvPointOfIntersection(int32_t, int32_t, int32_t, int32_t, double*, double*)
 ///
-/// @param pX, pY  receive the point; 0.0 if the lines are parallel
+/// @param pX, pY  [out, 1 element] receive the point; 0.0 if the lines are parallel
 /// @return false if the lines are parallel
 NUV_C_API bool NuvPointOfIntersectionOfHoughLines(int32_t Thro1, int32_t Theta1, int32_t Thro2, int32_t Theta2,
                                                   double* pX, double* pY);
 
 /// Computes the x of a Hough line in row y.
 ///
-/// @param pX  receives x; 0.0 if there is none
+/// @param pX  [out, 1 element] receives x; 0.0 if there is none
 /// @return false if |cos(Theta)| <= 1e-05
 NUV_C_API bool NuvGetHoughLinePointX(int32_t Thro, int32_t Theta, int32_t y, double* pX);
 
@@ -4991,7 +5552,7 @@ NUV_C_API double NuvABCLineIntersectAngleDegree(double A1, double B1, double C1,
 ///
 /// In C++: NuvLineOverlapLen(int32_t, int32_t, int32_t, int32_t, int32_t*, int32_t*)
 ///
-/// @param pBegin, pEnd  receive the common range; 0 if there is none
+/// @param pBegin, pEnd  [out, 1 element] receive the common range; 0 if there is none
 /// @return end - begin + 1, which wraps: 1 for ranges that share one value; 0 for disjoint ranges
 NUV_C_API int32_t NuvLineOverlapLenWithEnds(int32_t begin1, int32_t end1, int32_t begin2, int32_t end2,
                                             int32_t* pBegin, int32_t* pEnd);
@@ -5019,7 +5580,7 @@ NUV_C_API int32_t NuvRectOverlapArea(NUV_RECT rect1, NUV_RECT rect2);
 /// then sorted by x. Crossings of equal x keep their order. The first two are returned, truncated. A line
 /// through a corner is listed twice there, so that both points can be the same.
 ///
-/// @param pX1, pY1, pX2, pY2  receive the two points; unchanged with fewer than two crossings
+/// @param pX1, pY1, pX2, pY2  [out, 1 element] receive the two points; unchanged with fewer than two crossings
 /// @return false with fewer than two crossings
 NUV_C_API bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVertical, double k, double b,
                                     int32_t* pX1, int32_t* pY1, int32_t* pX2, int32_t* pY2);
@@ -5031,8 +5592,9 @@ NUV_C_API bool NuvKBLineImgBoundary(int32_t width, int32_t height, int32_t isVer
 ///
 /// A vertical line in the last column is therefore not found. The time grows with the side that is walked.
 ///
-/// @param pX1, pY1  receive the first point found from 0 up; unchanged if there is none
-/// @param pX2, pY2  receive the first point found from the other end down; unchanged if there is none
+/// @param pX1, pY1  [out, 1 element] receive the first point found from 0 up; unchanged if there is none
+/// @param pX2, pY2  [out, 1 element] receive the first point found from the other end down; unchanged if there
+///                  is none
 /// @return whether both were found
 NUV_C_API bool NuvABCLineImgBoundary(int32_t width, int32_t height, double A, double B, double C, int32_t* pX1,
                                      int32_t* pY1, int32_t* pX2, int32_t* pY2);
@@ -5045,7 +5607,7 @@ NUV_C_API bool NuvABCLineImgBoundary(int32_t width, int32_t height, double A, do
 /// of the bottom border is, in an image of two rows or more. A line across only the left and the top border
 /// therefore returns false with entry 0 filled.
 ///
-/// @param pX, pY  receive two entries each; entries not found are 0
+/// @param pX, pY  [out, 2 elements] receive two entries each; entries not found are 0
 /// @return whether two points were found
 NUV_C_API bool NuvHoughLineImgBoundary(int32_t width, int32_t height, int32_t Thro, int32_t Theta, int32_t* pX,
                                        int32_t* pY);
@@ -5056,7 +5618,7 @@ NUV_C_API bool NuvHoughLineImgBoundary(int32_t width, int32_t height, int32_t Th
 /// truncate(value + 0.5). Each is clamped to the image on its own, so that a clamped point can leave the
 /// line.
 ///
-/// @param pX, pY  receive two entries each
+/// @param pX, pY  [out, 2 elements] receive two entries each
 /// @return true
 NUV_C_API bool NuvKBLineRectBoundary(int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                                      int32_t y2, int32_t isVertical, double k, double b, int32_t* pX,
@@ -5065,6 +5627,8 @@ NUV_C_API bool NuvKBLineRectBoundary(int32_t width, int32_t height, int32_t x1, 
 /// Finds the points of a KB line at the two ends of a range along its major axis, in four outputs.
 ///
 /// They are those of NuvKBLineRectBoundary.
+///
+/// @param pX1, pY1, pX2, pY2  [out, 1 element]
 NUV_C_API void NuvKBLineBeginEndPoint(int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1,
                                       int32_t y2, int32_t isVertical, double k, double b, int32_t* pX1,
                                       int32_t* pY1, int32_t* pX2, int32_t* pY2);
@@ -5078,14 +5642,16 @@ NUV_C_API void NuvKBLineBeginEndPoint(int32_t width, int32_t height, int32_t x1,
 
 /// Counts the object and the background pixels along an ABC line.
 ///
-/// @param pWhite  receives the number of object pixels
-/// @param pBlack  receives the number of background pixels
+/// @param pBinImg  [in, width*height elements]
+/// @param pWhite   [out, 1 element] receives the number of object pixels
+/// @param pBlack   [out, 1 element] receives the number of background pixels
 NUV_C_API void NuvPixlesOnABCLine(uint8_t* pBinImg, int32_t width, int32_t height, double A, double B, double C,
                                   int32_t* pWhite, int32_t* pBlack);
 
 /// Computes the histogram of the pixels along an ABC line.
 ///
-/// @param pHistogram  receives 256 bins
+/// @param pGryImg     [in, width*height elements]
+/// @param pHistogram  [out, 256 elements] receives 256 bins
 NUV_C_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t height, double A, double B,
                                    double C, int32_t* pHistogram);
 
@@ -5097,9 +5663,10 @@ NUV_C_API void NuvABCLineHistogram(uint8_t* pGryImg, int32_t width, int32_t heig
 /// single precision. Rounding can take it one row above the upper point, and that pixel counts. Pixels
 /// farther outside the rows of the two points do not count, nor do those of row -1.
 ///
+/// @param pGryImg         [in, width*((y1 > y2 ? y1 : y2) + 1) elements]
 /// @param x1, y1, x2, y2  two points in the image
-/// @param pEqual          receives the number of pixels that equal gray
-/// @param pOther          receives the number of other pixels
+/// @param pEqual          [out, 1 element] receives the number of pixels that equal gray
+/// @param pOther          [out, 1 element] receives the number of other pixels
 NUV_C_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t y1, int32_t x2,
                                  int32_t y2, int32_t gray, int32_t* pEqual, int32_t* pOther);
 
@@ -5110,6 +5677,8 @@ NUV_C_API void NuvPixelsOn2PLine(uint8_t* pGryImg, int32_t width, int32_t x1, in
 ///
 /// First x1 and y1 are raised to 0, x2 and y2 lowered to the last column and row. If x1 > x2 after that, only
 /// the columns are walked. If y1 > y2, only the rows are walked. A side outside the image counts nothing.
+///
+/// @param pGryImg  [in, width*height elements]
 NUV_C_API int32_t NuvPixelsOnRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                   int32_t y1, int32_t y2, int32_t gray);
 
@@ -5126,10 +5695,11 @@ NUV_C_API int32_t NuvPixelsOnRect(uint8_t* pGryImg, int32_t width, int32_t heigh
 /// The trimmed mean difference leaves out the lowest and the highest quarter of the absolute differences. The
 /// bins in which the quarters end stay whole.
 ///
-/// @param x1, x2  columns of the image, inclusive; clamped to the image
-/// @param dist    distance of the samples from the line along its minor axis
-/// @param bMark   true: counted line pixels become 255, and then their samples 0, in pGryImg. Marks are set at
-///                once, so that later samples read them
+/// @param pGryImg  [inout, width*height elements]
+/// @param x1, x2   columns of the image, inclusive; clamped to the image
+/// @param dist     distance of the samples from the line along its minor axis
+/// @param bMark    true: counted line pixels become 255, and then their samples 0, in pGryImg. Marks are set at
+///                 once, so that later samples read them
 /// @return the least of three: the trimmed mean difference, the plain mean difference, and the difference
 ///         between the means of the two sides, each in truncating integers; 0 if nothing counted
 NUV_C_API int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
@@ -5150,8 +5720,12 @@ NUV_C_API int32_t NuvABCLineContrast(uint8_t* pGryImg, int32_t width, int32_t he
 
 /// Fits a line to N points and measures the fit.
 ///
-/// @param pDev      receives sqrt(sum(r^2) / (sqrt(k^2 + 1)*N)), about the root mean square distance
-/// @param pMaxDist  receives the greatest distance of a point from the line: max(r) / sqrt(k^2 + 1)
+/// @param pX, pY                       [in, N elements]
+/// @param pIsVertical, pK, pB, pAngle  [out, 1 element]
+/// @param pDev                         [out, 1 element] receives sqrt(sum(r^2) / (sqrt(k^2 + 1)*N)), about the
+///                                     root mean square distance
+/// @param pMaxDist                     [out, 1 element] receives the greatest distance of a point from the
+///                                     line: max(r) / sqrt(k^2 + 1)
 NUV_C_API void NuvFittingLine(int32_t* pX, int32_t* pY, int32_t N, int32_t* pIsVertical, double* pK, double* pB,
                               double* pAngle, double* pDev, double* pMaxDist);
 
@@ -5162,16 +5736,21 @@ NUV_C_API void NuvFittingLine(int32_t* pX, int32_t* pY, int32_t N, int32_t* pIsV
 /// In C++: NuvFittingLine(int32_t, int32_t, uint8_t*, int32_t, int32_t*, double*, double*, double*, double*,
 ///         double*)
 ///
-/// @param x, y        start of the chain
-/// @param pChainCode  N direction codes
-/// @param pDev        receives sqrt(sum(r^2) / (sqrt(k^2 + 1)*N)), about the root mean square distance
-/// @param pMaxDist    receives the greatest distance of a point from the line: max(r) / sqrt(k^2 + 1)
+/// @param x, y                         start of the chain
+/// @param pChainCode                   [in, N elements] N direction codes
+/// @param pIsVertical, pK, pB, pAngle  [out, 1 element]
+/// @param pDev                         [out, 1 element] receives sqrt(sum(r^2) / (sqrt(k^2 + 1)*N)), about the
+///                                     root mean square distance
+/// @param pMaxDist                     [out, 1 element] receives the greatest distance of a point from the
+///                                     line: max(r) / sqrt(k^2 + 1)
 NUV_C_API void NuvFittingLineOfChain(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pIsVertical,
                                      double* pK, double* pB, double* pAngle, double* pDev, double* pMaxDist);
 
 /// Fits a line to the points that a mask selects.
 ///
-/// @param pMask  N entries, true where the point counts
+/// @param pX, pY                       [in, N elements]
+/// @param pMask                        [in, N elements] N entries, true where the point counts
+/// @param pIsVertical, pK, pB, pAngle  [out, 1 element]
 NUV_C_API void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N, int32_t* pIsVertical,
                                  double* pK, double* pB, double* pAngle);
 
@@ -5179,7 +5758,10 @@ NUV_C_API void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t 
 ///
 /// The test passes every finite residual, so that the first fit stands.
 ///
-/// @param pWork  receives N entries, 1 for a point that passes the test, else 100
+/// @param pX, pY                       [in, N elements]
+/// @param pWork                        [out, N elements] receives N entries, 1 for a point that passes the
+///                                     test, else 100
+/// @param pIsVertical, pK, pB, pAngle  [out, 1 element]
 /// @return false if N < 3, with nothing written, or if all points coincide, with outputs that are not a number
 /// @note Sums of coordinates are 32-bit and wrap, for example those of a million points of mean x or y 2148.
 NUV_C_API bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int32_t N, int32_t* pIsVertical,
@@ -5187,7 +5769,9 @@ NUV_C_API bool NuvFittingLineTwice(int32_t* pX, int32_t* pY, int32_t* pWork, int
 
 /// Fits a line to N points, and again to those whose residual is at most the mean residual.
 ///
-/// @param pWork  receives N residuals, truncate(r*100)
+/// @param pX, pY                       [in, N elements]
+/// @param pWork                        [out, N elements] receives N residuals, truncate(r*100)
+/// @param pIsVertical, pK, pB, pAngle  [out, 1 element]
 /// @return false if N < 3, with nothing written, or if fewer than 2 points are left, with the first fit in the
 ///         outputs. Points that all coincide return true, with outputs that are not a number
 /// @note Sums of coordinates are 32-bit and wrap, for example those of a million points of mean x or y 2148.
@@ -5227,13 +5811,15 @@ NUV_C_API bool NuvImgChainLines_Initialize(int32_t width, int32_t height, double
 /// Detects the lines of an image: another name of NuvImgChainLines_DoGryImg.
 ///
 /// The edge detector runs on whatever image is given, binary or gray.
+///
+/// @param pGryImg  [in, width*height elements]
 NUV_C_API int32_t NuvImgChainLines_DoBinImg(uint8_t* pGryImg, int32_t width, int32_t height, bool bFitLines);
 
 /// Detects the lines of an image. Allocates nothing.
 ///
 /// The results replace those of the detection before.
 ///
-/// @param pGryImg    gray image; must stay valid for NuvImgChainLines_Debug
+/// @param pGryImg    [in, width*height elements] gray image; must stay valid for NuvImgChainLines_Debug
 /// @param bFitLines  true: fit a line to each stretch and clip it to the points of the stretch, which also
 ///                   trims the stretch; false: give the stretches as they were cut
 /// @return the number of lines; 0 if the detector has no memory, or if the image has more pixels than the size
@@ -5242,9 +5828,9 @@ NUV_C_API int32_t NuvImgChainLines_DoGryImg(uint8_t* pGryImg, int32_t width, int
 
 /// Returns the points of the next line found, in order.
 ///
-/// @param ppX, ppY  receive pointers to the points, which belong to the detector. They are valid until the next
-///                  detection, or until NuvImgChainLines_Initialize needs more memory
-/// @param pN        receives the number of points
+/// @param ppX, ppY  [out, 1 element] receive pointers to the points, which belong to the detector. They are
+///                  valid until the next detection, or until NuvImgChainLines_Initialize needs more memory
+/// @param pN        [out, 1 element] receives the number of points
 /// @return false, with nothing written, if there is no further line
 NUV_C_API bool NuvImgChainLines_GetNxtCodeLine(int32_t** ppX, int32_t** ppY, int32_t* pN);
 
@@ -5266,7 +5852,7 @@ NUV_C_API TAVI_LINE_SEGMENT* NuvImgChainLines_GetLines(void);
 /// settings. It is 0 for an image larger than the memory of the detector. Before any detection nothing is
 /// written.
 ///
-/// @param pResImg  receives 6*width*height bytes
+/// @param pResImg  [out, 6*width*height elements] receives 6*width*height bytes
 /// @return the number of lines
 NUV_C_API int32_t NuvImgChainLines_Debug(uint8_t* pResImg);
 
@@ -5300,12 +5886,12 @@ NUV_C_API bool NuvHoughLines_Initialize(int32_t width, int32_t height);
 
 /// Finds the strongest line of a set of points, with a Theta in a range.
 ///
-/// @param pX, pY                     N points, also outside the image. They are moved during the call and moved
-///                                   back. If the detector is too small for them, they stay relative to the
-///                                   centre of their bounding box
+/// @param pX, pY                     [inout, N elements] N points, also outside the image. They are moved
+///                                   during the call and moved back. If the detector is too small for them,
+///                                   they stay relative to the centre of their bounding box
 /// @param Theta1, Theta2             degrees, Theta1 up to but not including Theta2; Thetas outside 0..180 get
 ///                                   no votes
-/// @param pA, pB, pC, pThro, pTheta  receive the line; unchanged if there is none
+/// @param pA, pB, pC, pThro, pTheta  [out, 1 element] receive the line; unchanged if there is none
 /// @return the strength; 0 for no line, for N below 2, or if the detector is too small. In each of these cases
 ///         the lines found before are forgotten
 NUV_C_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, int32_t Theta1, int32_t Theta2,
@@ -5316,12 +5902,12 @@ NUV_C_API int32_t NuvHoughLines_HT(int32_t* pX, int32_t* pY, int32_t N, int32_t 
 ///
 /// In C++: NuvHoughLines_HT(int32_t*, int32_t*, int32_t, bool*, double*, double*, double*, int32_t*, int32_t*)
 ///
-/// @param pX, pY                     N points, also outside the image. They are moved during the call and moved
-///                                   back. If the detector is too small for them, they stay relative to the
-///                                   centre of their bounding box
-/// @param pThetaMask                 181 entries, true where the Theta is enabled; with none enabled there is
-///                                   no line
-/// @param pA, pB, pC, pThro, pTheta  receive the line; unchanged if there is none
+/// @param pX, pY                     [inout, N elements] N points, also outside the image. They are moved
+///                                   during the call and moved back. If the detector is too small for them,
+///                                   they stay relative to the centre of their bounding box
+/// @param pThetaMask                 [in, 181 elements] 181 entries, true where the Theta is enabled; with none
+///                                   enabled there is no line
+/// @param pA, pB, pC, pThro, pTheta  [out, 1 element] receive the line; unchanged if there is none
 /// @return the strength; 0 for no line, for N below 2, or if the detector is too small. In each of these cases
 ///         the lines found before are forgotten
 /// @note With N below 2 the lines found before stay, for NuvHoughLines_GetNextLine.
@@ -5335,13 +5921,13 @@ NUV_C_API int32_t NuvHoughLines_HTByThetaMask(int32_t* pX, int32_t* pY, int32_t 
 /// In C++: NuvHoughLines_HT(int32_t*, int32_t*, int32_t*, bool*, int32_t, int32_t, double*, double*, double*,
 ///         int32_t*, int32_t*)
 ///
-/// @param pX, pY                     N points, also outside the image. They are moved during the call and moved
-///                                   back. If the detector is too small for them, they stay relative to the
-///                                   centre of their bounding box
-/// @param pPointTheta                N entries, in degrees
-/// @param pPointMask                 N entries, true where the point is left out. Point 0 counts for the
-///                                   bounding box and for the range of Thetas in any case
-/// @param pA, pB, pC, pThro, pTheta  receive the line; unchanged if there is none
+/// @param pX, pY                     [inout, N elements] N points, also outside the image. They are moved
+///                                   during the call and moved back. If the detector is too small for them,
+///                                   they stay relative to the centre of their bounding box
+/// @param pPointTheta                [in, N elements] N entries, in degrees
+/// @param pPointMask                 [in, N elements] N entries, true where the point is left out. Point 0
+///                                   counts for the bounding box and for the range of Thetas in any case
+/// @param pA, pB, pC, pThro, pTheta  [out, 1 element] receive the line; unchanged if there is none
 /// @return the strength; 0 for no line, for N below 2, or if the detector is too small. In each of these cases
 ///         the lines found before are forgotten
 NUV_C_API int32_t NuvHoughLines_HTByPointTheta(int32_t* pX, int32_t* pY, int32_t* pPointTheta, bool* pPointMask,
@@ -5353,13 +5939,15 @@ NUV_C_API int32_t NuvHoughLines_HTByPointTheta(int32_t* pX, int32_t* pY, int32_t
 /// Cells nearer than dThro in Thro and nearer than dTheta in Theta to the cell of such a line are left out.
 /// The votes stay as they are. Theta 0 and Theta 179 are not neighbours.
 ///
-/// @param pA, pB, pC, pThro, pTheta  receive the line, or zeros if there is none
+/// @param pA, pB, pC, pThro, pTheta  [out, 1 element] receive the line, or zeros if there is none
 /// @return the strength; 0 for no line. After a transform without a line, or after 1024 lines, it is 0 and the
 ///         outputs are unchanged
 NUV_C_API int32_t NuvHoughLines_GetNextLine(int32_t dThro, int32_t dTheta, double* pA, double* pB, double* pC,
                                             int32_t* pThro, int32_t* pTheta);
 
 /// Draws the line found last, as NuvDrawABCLineByColor does. Draws nothing before any line.
+///
+/// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t height, int32_t color);
 
 // ---- Key points
@@ -5377,9 +5965,9 @@ NUV_C_API void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t heig
 ///
 /// The time grows as N log N. If coordinates leave -2^20..2^20 and splits are uneven, it grows as N*M.
 ///
-/// @param pX, pY        N points; changed: sorted by y with an exchange sort. For each i, and for each j > i,
-///                      it exchanges points i and j if pY[j] < pY[i]
-/// @param pKeyX, pKeyY  receive min(M, N) points, sorted in the same way
+/// @param pX, pY        [inout, N elements] N points; changed: sorted by y with an exchange sort. For each i,
+///                      and for each j > i, it exchanges points i and j if pY[j] < pY[i]
+/// @param pKeyX, pKeyY  [out, (M < N ? M : N) elements] receive min(M, N) points, sorted in the same way
 /// @return the number of points written: min(M, N); 0 for M below 1, or if allocation fails
 /// @see U. Ramer, An iterative procedure for the polygonal approximation of plane curves, 1972
 /// @see D. H. Douglas and T. K. Peucker, Algorithms for the reduction of the number of points, 1973
@@ -5394,8 +5982,8 @@ NUV_C_API int32_t NuvLineKeyPoints(int32_t* pX, int32_t* pY, int32_t N, int32_t 
 ///
 /// The time grows as N log N, or as N^2 where squared distances can wrap.
 ///
-/// @param pX, pY          N points of a contour, in order
-/// @param pPolyX, pPolyY  receive 4 corners
+/// @param pX, pY          [in, N elements] N points of a contour, in order
+/// @param pPolyX, pPolyY  [out, 4 elements] receive 4 corners
 /// @return false, with nothing written, if there are no two different points
 /// @note Squared distances are 32-bit and wrap. Points should lie less than 32,768 apart in x and in y.
 NUV_C_API bool NuvContour2Poly4(int32_t* pX, int32_t* pY, int32_t N, int32_t* pPolyX, int32_t* pPolyY);
@@ -5416,9 +6004,10 @@ NUV_C_API bool NuvContour2Poly4(int32_t* pX, int32_t* pY, int32_t N, int32_t* pP
 /// The sum is 32-bit and wraps. For noise of standard deviation s it wraps at 2^32/(36*s^2) pixels, which is
 /// 1.19 million for s = 10. For a checkerboard of black and white it wraps from 1,033 pixels on.
 ///
-/// @param pGryImg  gray image of width*height bytes, not changed
-/// @param pResImg  another buffer of the same size. It receives min(d^2/36, 250), rounded down, at the interior
-///                 pixels: the energy of the noise there. The border is not written
+/// @param pGryImg  [in, width*height elements] gray image of width*height bytes, not changed
+/// @param pResImg  [inout, width*height elements] another buffer of the same size. It receives min(d^2/36,
+///                 250), rounded down, at the interior pixels: the energy of the noise there. The border is not
+///                 written
 /// @return the estimate in gray levels; not a number if width or height is 2, and 0 for other images without
 ///         interior pixels
 /// @see J. Immerkaer, Fast noise variance estimation, 1996
@@ -5452,7 +6041,7 @@ NUV_C_API double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t 
 /// first call therefore gets the same noise for the same seed, as long as nobody else calls rand() in
 /// between. Calls may run at once on separate buffers wherever rand() may.
 ///
-/// @param pImg   N bytes, read and written
+/// @param pImg   [inout, N elements] N bytes, read and written
 /// @param N      number of bytes; 0 or less changes nothing
 /// @param noise  strength: percent for type 2, gray levels for the others. A negative strength is a percentage
 ///               of the range of the bytes: it is first replaced by ((hi - lo)*noise)/-100. If that is 0, only
@@ -5485,9 +6074,9 @@ NUV_C_API void Brindlemar2008AddNoise(uint8_t* pImg, int32_t N, double noise, ui
 /// - A region of the tree that holds several has split, and they enter the tree. They replace it if the sum
 ///   of their areas is more than ratio times its curArea. Otherwise they come below it.
 ///
-/// @param pGryImg        gray image. Changed even if there are no regions: it becomes its inverse, with its
-///                       border 0
-/// @param pTmpImg        work space of 2*width*height bytes
+/// @param pGryImg        [inout, width*height elements] gray image. Changed even if there are no regions: it
+///                       becomes its inverse, with its border 0
+/// @param pTmpImg        [work, width*height*2 elements] work space of 2*width*height bytes
 /// @param width, height  size of the image
 /// @param minArea        least area of a region, in pixels; below 0 there is no limit, and lone pixels are
 ///                       regions, too
@@ -5504,7 +6093,7 @@ NUV_C_API RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_
 ///
 /// Other lists must not be passed: the library's records are larger than RegionStruct.
 ///
-/// @param pRegion  the first record to release; null is accepted
+/// @param pRegion  [in] the first record to release; null is accepted
 NUV_C_API void NuvFreeRegionStruct(RegionStruct* pRegion);
 
 // -- Statistics
@@ -5518,7 +6107,8 @@ NUV_C_API void NuvFreeRegionStruct(RegionStruct* pRegion);
 ///
 /// The sum is 32-bit; it wraps from 8,421,505 white pixels on.
 ///
-/// @param height  not used
+/// @param pGryImg  [in, width*height elements]
+/// @param height   not used
 /// @return the mean; 0 for an empty region
 NUV_C_API int32_t NuvGryRectAvr(uint8_t* pGryImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                 int32_t y1, int32_t y2);
@@ -5529,11 +6119,12 @@ NUV_C_API int32_t NuvGryRectAvr(uint8_t* pGryImg, int32_t width, int32_t height,
 ///
 ///     K = truncate((x2-x1+1)*ratio*(y2-y1+1))
 ///
-/// @param ratio  share to ignore at each end; 0 gives the smallest and the largest value
-/// @param pMin   receives the first value, from 0 upward, at which the cumulative count exceeds K; 256 if there
-///               is none
-/// @param pMax   receives the first value, from 255 downward, at which the cumulative count exceeds K; 0 if
-///               there is none
+/// @param pGryImg  [in, width*(y2+1) elements]
+/// @param ratio    share to ignore at each end; 0 gives the smallest and the largest value
+/// @param pMin     [out, 1 element] receives the first value, from 0 upward, at which the cumulative count
+///                 exceeds K; 256 if there is none
+/// @param pMax     [out, 1 element] receives the first value, from 255 downward, at which the cumulative count
+///                 exceeds K; 0 if there is none
 NUV_C_API void NuvGryMinMaxInRect(uint8_t* pGryImg, int32_t width, int32_t x1, int32_t x2, int32_t y1,
                                   int32_t y2, double ratio, int32_t* pMin, int32_t* pMax);
 
@@ -5544,6 +6135,7 @@ NUV_C_API void NuvGryMinMaxInRect(uint8_t* pGryImg, int32_t width, int32_t x1, i
 /// the widened block is clipped to the image. Sums are 32-bit; they wrap from a block or a ring of 8,421,505
 /// white pixels on.
 ///
+/// @param pGryImg         [in, width*height elements]
 /// @param x1, x2, y1, y2  the block, ends inclusive; it must lie in the image
 /// @param M               width of the ring in pixels
 /// @return the contrast; 0 if the block or the ring has no pixels
@@ -5557,8 +6149,9 @@ NUV_C_API int32_t NuvCenterBlockMeanDif(uint8_t* pGryImg, int32_t width, int32_t
 /// the first window in raster order. The time per pixel does not depend on N, and it grows with the logarithm
 /// of M.
 ///
-/// @param M, N    size of the window
-/// @param pX, pY  receive the corner plus (M/2, N/2); (width/2, height/2) if the result is 0
+/// @param pGryImg  [in, width*height elements]
+/// @param M, N     size of the window
+/// @param pX, pY   [out, 1 element] receive the corner plus (M/2, N/2); (width/2, height/2) if the result is 0
 /// @return the mean of the window; 0 if every window tried is black, if the window is empty or larger than the
 ///         image, or if allocation fails
 NUV_C_API double NuvMaxBrightRect(uint8_t* pGryImg, int32_t width, int32_t height, int32_t M, int32_t N,
@@ -5580,7 +6173,10 @@ NUV_C_API double NuvMaxBrightRect(uint8_t* pGryImg, int32_t width, int32_t heigh
 ///
 /// Sums are 32-bit. They wrap from 8,421,505 bytes that differ by 255 on, which are 2,807,169 RGB pixels.
 ///
-/// @param pImg1, pImg2  images with three bytes per pixel if bRGB, else one
+/// @param pImg1         [in, width*(rect1.bottom+1)*(bRGB ? 3 : 1) elements] images with three bytes per pixel
+///                      if bRGB, else one
+/// @param pImg2         [in, width*(rect2.bottom+1)*(bRGB ? 3 : 1) elements] images with three bytes per pixel
+///                      if bRGB, else one
 /// @param width         width of both images in pixels
 /// @param rect1, rect2  rectangles in image 1 and image 2, in pixels, all ends inclusive; they must lie in
 ///                      their images
@@ -5597,7 +6193,8 @@ NUV_C_API int32_t NuvImgDifferenceInRect(uint8_t* pImg1, uint8_t* pImg2, bool bR
 ///
 /// M*N, 3n and 4n are 32-bit; they wrap from windows of 536,870,912 pixels on.
 ///
-/// @param pMskImg  mask of the size of the image; pixels that are not 0 count
+/// @param pGryImg  [in, width*height elements]
+/// @param pMskImg  [in, width*height elements] mask of the size of the image; pixels that are not 0 count
 /// @param M, N     size of the windows in columns and rows
 /// @return the noise level in gray levels; 0 if M or N is below 1
 NUV_C_API int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
@@ -5607,10 +6204,10 @@ NUV_C_API int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_
 ///
 /// The first point is always read: with N of 0 or less it is the result.
 ///
-/// @param pX, pY        coordinates of the points
+/// @param pX, pY        [in, (N > 1 ? N : 1) elements] coordinates of the points
 /// @param N             number of points
-/// @param pMinX, pMaxX  receive the least and the greatest x
-/// @param pMinY, pMaxY  receive the least and the greatest y
+/// @param pMinX, pMaxX  [out, 1 element] receive the least and the greatest x
+/// @param pMinY, pMaxY  [out, 1 element] receive the least and the greatest y
 NUV_C_API void NuvPointsRect(int32_t* pX, int32_t* pY, int32_t N, int32_t* pMinX, int32_t* pMaxX,
                              int32_t* pMinY, int32_t* pMaxY);
 
