@@ -19,8 +19,9 @@ need_packages "${build_packages[@]}" "${bench_packages[@]}"
 if [ "${1:-}" = --web ]; then
   need_packages "${wasm_packages[@]}"
   for preset in bench-wasm bench-v2 bench-v3; do build "$preset" nuv_web_bench; done
-  exec tools/web_report "WebAssembly=node --no-warnings cmake/run_wasm.mjs build/bench-wasm/bench/web/nuv_web_bench.wasm" \
-    "x86-64-v2=build/bench-v2/bench/web/nuv_web_bench" "x86-64-v3=build/bench-v3/bench/web/nuv_web_bench" "${@:2}"
+  program=bench/web/nuv_web_bench
+  exec tools/web_report "WebAssembly=node --no-warnings cmake/run_wasm.mjs build/bench-wasm/$program.wasm" \
+    "x86-64-v2=build/bench-v2/$program" "x86-64-v3=build/bench-v3/$program" "${@:2}"
 fi
 if [ "${1:-}" = --clang ]; then
   need_packages clang
