@@ -26,7 +26,7 @@ fi
 if [ "${1:-}" = --clang ]; then
   need_packages clang
   for preset in bench-v3 bench-clang; do build "$preset" nuv_bench; done
-  exec tools/bench_report build/bench-v3/bench/nuv_bench --beside build/bench-clang/bench/nuv_bench "${@:2}"
+  exec tools/bench_report build/bench-v3/bench/nuv_bench "${@:2}" --beside build/bench-clang/bench/nuv_bench
 fi
 preset=bench
 if [ "${1:-}" = --level ]; then
