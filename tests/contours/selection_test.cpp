@@ -165,6 +165,15 @@ TEST(Squares, AreSelectedByShapeAndReplacedByLaterOnes) {
   };
   EXPECT_THAT(centres(3), ElementsAre(8, 50, -1));
   EXPECT_THAT(centres(1), ElementsAre(50, -1, -1));
+  for (uint8_t ground : {1, 2}) {
+    image = TestImage(60, 30, ground);
+    NuvFillGryRect(image.data(), 60, 30, 3, 13, 3, 13, 255);
+    Buffers b(image);
+    int32_t x, y;
+    double error;
+    EXPECT_EQ(NuvGetNSquaresCenter(b.image.data(), b.codes.data(), 60, 30, 2, true, 0.1, &x, &y, &error, 1),
+              ground == 1 ? 1 : 0);
+  }
 }
 
 }  // namespace

@@ -42,6 +42,14 @@ TEST(Trace, MarksASinglePixelAndItsNeighbours) {
   EXPECT_EQ(image, TestImage(3, 3, 1));
 }
 
+TEST(Trace, TakesValuesFrom2OnForObjects) {
+  for (uint8_t value : {1, 2}) {
+    TestImage image = draw({"....", ".#..", "...."});
+    image.at(2, 1) = value;
+    EXPECT_EQ(trace(image, 1, 1, true).n(), value == 2 ? 2 : 0);
+  }
+}
+
 TEST(Trace, BeyondItsCapacityDropsCodesAndCompletesTheMarks) {
   TestImage whole = draw({".....", ".###.", ".###.", ".###.", "....."});
   TestImage cut = whole;
