@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "core/arithmetic.h"
 #include "core/buffer.h"
@@ -135,16 +136,58 @@ NUV_INLINE uint16_t pair_sum(const uint8_t* p) {
   return static_cast<uint16_t>((pair & 255) + (pair >> 8));
 }
 
-NUV_ROW_KERNEL void mean_2x2_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width, std::ptrdiff_t n,
-                                 uint8_t* NUV_RESTRICT out) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
+#if NUV_HAS_LANES
+using Pairs = uint16_t __attribute__((vector_size(32)));
+
+NUV_INLINE void load_pairs(const uint8_t* p, Pairs& pairs) {
+  Bytes32 bytes;
+  load32(p, bytes);
+  pairs = reinterpret_cast<Pairs>(bytes);
+}
+
+// The means of 16 blocks, as words. The word low + 256*high minus 255*high is the sum of its two bytes.
+NUV_INLINE void means_2x2(const uint8_t* p, std::ptrdiff_t width, Pairs& means) {
+  Pairs upper;
+  Pairs lower;
+  load_pairs(p, upper);
+  load_pairs(p + width, lower);
+  means = (upper + lower - 255 * ((upper >> 8) + (lower >> 8))) >> 2;
+}
+
+template <int... J>
+NUV_INLINE void low_bytes_of(const Pairs& a, const Pairs& b, Bytes32& bytes,
+                             std::integer_sequence<int, J...> /*places*/) {
+  bytes = __builtin_shufflevector(reinterpret_cast<Bytes32>(a), reinterpret_cast<Bytes32>(b), 2 * J...);
+}
+#endif
+
+// The rows of the blocks below start at the distance next. They are fetched meanwhile, because the work on a row
+// is too short to hide the delay of the memory.
+NUV_ROW_KERNEL void mean_2x2_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width, std::ptrdiff_t next,
+                                 std::ptrdiff_t n, uint8_t* NUV_RESTRICT out) {
+  std::ptrdiff_t x = 0;
+#if NUV_HAS_LANES
+  for (; x + 32 <= n; x += 32) {
+    const uint8_t* q = p + 2 * x;
+    __builtin_prefetch(q + next);
+    __builtin_prefetch(q + next + width);
+    Pairs left;
+    Pairs right;
+    means_2x2(q, width, left);
+    means_2x2(q + 32, width, right);
+    Bytes32 means;
+    low_bytes_of(left, right, means, std::make_integer_sequence<int, 32>{});
+    store32(out + x, means);
+  }
+#endif
+  for (; x < n; ++x) {
     const auto sum = static_cast<uint16_t>(pair_sum(p + 2 * x) + pair_sum(p + width + 2 * x));
     out[x] = static_cast<uint8_t>(sum >> 2);
   }
 }
 
-NUV_ROW_KERNEL void mean_4x4_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width, std::ptrdiff_t n,
-                                 uint8_t* NUV_RESTRICT out) {
+NUV_ROW_KERNEL void mean_4x4_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width, std::ptrdiff_t /*next*/,
+                                 std::ptrdiff_t n, uint8_t* NUV_RESTRICT out) {
   constexpr std::ptrdiff_t kSpan = 512;
   uint16_t pairs[2 * kSpan];
   for (std::ptrdiff_t first = 0; first < n; first += kSpan) {
@@ -160,14 +203,16 @@ NUV_ROW_KERNEL void mean_4x4_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t w
   }
 }
 
-using MeanRow = void(const uint8_t* p, std::ptrdiff_t width, std::ptrdiff_t n, uint8_t* out);
+using MeanRow = void(const uint8_t* p, std::ptrdiff_t width, std::ptrdiff_t next, std::ptrdiff_t n,
+                     uint8_t* out);
 
 void shrink_by_mean(GrayImage image, int32_t side, MeanRow mean_row, uint8_t* result) {
   if (image.empty()) return;
   const int32_t columns = image.width / side;
   const int32_t rows = image.height / side;
+  const std::ptrdiff_t block_row = static_cast<std::ptrdiff_t>(side) * image.width;
   for (int32_t y = 0; y < rows; ++y, result += columns) {
-    mean_row(image.row(y * side), image.width, columns, result);
+    mean_row(image.row(y * side), image.width, y + 1 < rows ? block_row : 0, columns, result);
   }
 }
 
