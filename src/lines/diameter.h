@@ -22,11 +22,12 @@ struct PointPair {
 
 class Diameter {
  public:
-  Diameter(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y) {
+  // The differences of coordinates must fit 16 bits. x1 and y1 are the least coordinates.
+  Diameter(const int32_t* x, const int32_t* y, int32_t n, int32_t x1, int32_t y1) : x_(x), y_(y) {
     // hull_ takes the lower side from the left, then the upper side from the right.
-    order_ = allocate<int32_t>(n);
+    order_ = allocate<uint64_t>(n);
     hull_ = allocate<int32_t>(2 * int64_t{n});
-    if (allocated()) build_hull(n);
+    if (allocated()) build_hull(n, x1, y1);
   }
   bool allocated() const { return order_ != nullptr && hull_ != nullptr; }
 
@@ -70,31 +71,34 @@ class Diameter {
            (static_cast<int64_t>(y_[b]) - y_[a]) * (static_cast<int64_t>(x_[c]) - x_[a]);
   }
 
-  void build_hull(int32_t n) {
-    for (int32_t i = 0; i < n; ++i) order_[static_cast<std::size_t>(i)] = i;
-    int32_t* const end = order_.get() + n;
-    std::sort(order_.get(), end, [this](int32_t a, int32_t b) {
-      if (x_[a] != x_[b]) return x_[a] < x_[b];
-      return y_[a] != y_[b] ? y_[a] < y_[b] : a < b;
-    });
+  // The points are sorted by x, then by y, then by index. A key holds all three, so a comparison reads no point.
+  void build_hull(int32_t n, int32_t x1, int32_t y1) {
+    for (int32_t i = 0; i < n; ++i) {
+      const auto x = static_cast<uint64_t>(x_[i] - x1);
+      const auto y = static_cast<uint64_t>(y_[i] - y1);
+      order_[static_cast<std::size_t>(i)] = x << 48 | y << 32 | static_cast<uint64_t>(i);
+    }
+    uint64_t* const end = order_.get() + n;
+    std::sort(order_.get(), end);
     // Only the first of several points in one place stays.
-    int32_t* const last = std::unique(
-        order_.get(), end, [this](int32_t a, int32_t b) { return x_[a] == x_[b] && y_[a] == y_[b]; });
+    uint64_t* const last =
+        std::unique(order_.get(), end, [](uint64_t a, uint64_t b) { return a >> 32 == b >> 32; });
     const auto add = [this](int32_t first, int32_t point) {
       const auto corner = [this](int32_t i) { return hull_[static_cast<std::size_t>(i)]; };
       while (corners_ - first >= 2 && turn(corner(corners_ - 2), corner(corners_ - 1), point) <= 0)
         --corners_;
       hull_[static_cast<std::size_t>(corners_++)] = point;
     };
-    for (const int32_t* p = order_.get(); p != last; ++p) add(0, *p);
+    const auto point_of = [](uint64_t key) { return static_cast<int32_t>(key & UINT32_MAX); };
+    for (const uint64_t* p = order_.get(); p != last; ++p) add(0, point_of(*p));
     const int32_t lower = corners_ - 1;
-    for (const int32_t* p = last - 1; p != order_.get();) add(lower, *--p);
+    for (const uint64_t* p = last - 1; p != order_.get();) add(lower, point_of(*--p));
     if (corners_ > 1) --corners_;  // the last corner repeats the first
   }
 
   const int32_t* x_;
   const int32_t* y_;
-  Buffer<int32_t> order_;
+  Buffer<uint64_t> order_;
   Buffer<int32_t> hull_;
   int32_t corners_ = 0;
 };

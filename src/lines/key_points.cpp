@@ -68,7 +68,7 @@ PointPair farthest_apart(Points points, int32_t n) {
   if (static_cast<int64_t>(*x2) - *x1 > kSide || static_cast<int64_t>(*y2) - *y1 > kSide) {
     return farthest_of_all_pairs(points, n);
   }
-  const Diameter diameter(points.x, points.y, n);
+  const Diameter diameter(points.x, points.y, n, *x1, *y1);
   return diameter.allocated() ? diameter.find() : farthest_of_all_pairs(points, n);
 }
 
