@@ -6,14 +6,17 @@
 // from a chord is a linear function. Its extremes over a node lie on the chains of the node and are found
 // there by bisection.
 //
-// The tree computes in integers. For small coordinates the numerators of all distances are exact and their
-// quotients keep the order, so that scan and tree find the same point.
+// For small coordinates the numerators of all distances are exact and their quotients keep the order. So scan
+// and tree compare numerators, and find the same point as a scan that compares distances.
 
 #include "lines/farthest_points.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <cstring>
 
+#include "core/row_kernel.h"
 #include "nuv/lines.h"
 
 namespace nuv {
@@ -28,6 +31,25 @@ constexpr int32_t kSides = 2;  // toward greater x, and toward smaller x
 
 int64_t toward(int32_t side, int32_t x) {
   return side == 0 ? x : -int64_t{x};
+}
+
+// The bits of the greatest |x*dy - y*dx + offset|. The bits of numbers that are not negative have the order of
+// the numbers, and compilers make vector code for the maximum of integers.
+int64_t bits_of(double v) {
+  int64_t bits;
+  std::memcpy(&bits, &v, sizeof bits);
+  return bits;
+}
+NUV_ROW_KERNEL int64_t greatest_bits(const int32_t* x, const int32_t* y, std::ptrdiff_t n, double dx,
+                                     double dy, double offset) {
+  int64_t greatest = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const double v = std::fabs(x[i] * dy - y[i] * dx + offset);
+    int64_t bits;
+    std::memcpy(&bits, &v, sizeof bits);
+    greatest = bits > greatest ? bits : greatest;
+  }
+  return greatest;
 }
 
 }  // namespace
@@ -48,6 +70,21 @@ struct FarthestPoints::Best {
   int32_t place = -1;  // the point, if a single point is the best; -1 if a whole node is
 };
 
+FarthestPoints::FarthestPoints(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y), n_(n) {
+  const auto is_small = [](int32_t v) { return v >= -kGreatestCoordinate && v <= kGreatestCoordinate; };
+  is_exact_ = std::all_of(x, x + n, is_small) && std::all_of(y, y + n, is_small);
+}
+
+FarthestPoints::Chord FarthestPoints::chord_of(int32_t low, int32_t high) const {
+  const int32_t y1x2 = y_[low] * x_[high];  // in 32 bits
+  const int32_t x1y2 = x_[low] * y_[high];
+  return {int64_t{x_[high]} - x_[low], int64_t{y_[high]} - y_[low], int64_t{y1x2} - x1y2};
+}
+
+double FarthestPoints::distance(int32_t low, int32_t high, int32_t place) const {
+  return NuvDistFromPoint3To2PLine(x_[low], y_[low], x_[high], y_[high], x_[place], y_[place]);
+}
+
 FarthestPoints::Found FarthestPoints::search(int32_t low, int32_t high) {
   const int32_t inner = high - low - 1;
   if (inner <= 4 * kBlock) return scan(low, high);
@@ -55,23 +92,41 @@ FarthestPoints::Found FarthestPoints::search(int32_t low, int32_t high) {
     scanned_ += inner;
     if (scanned_ <= int64_t{kScansBeforeTree} * n_ || !build()) return scan(low, high);
   }
-  const int32_t y1x2 = y_[low] * x_[high];  // in 32 bits
-  const int32_t x1y2 = x_[low] * y_[high];
-  const Chord chord{int64_t{x_[high]} - x_[low], int64_t{y_[high]} - y_[low], int64_t{y1x2} - x1y2};
+  const Chord chord = chord_of(low, high);
   if (chord.dx == 0 && chord.dy == 0) return {high, kNoDistance};
   Best best;
   search_node(levels_ - 1, 0, low + 1, high, chord, best);
   const int32_t place = best.place >= 0 ? best.place : first_with(best.value, best.level, best.node, chord);
-  return {place, NuvDistFromPoint3To2PLine(x_[low], y_[low], x_[high], y_[high], x_[place], y_[place])};
+  return {place, distance(low, high, place)};
 }
 
 FarthestPoints::Found FarthestPoints::scan(int32_t low, int32_t high) const {
+  if (is_exact_) return scan_exactly(low, high, chord_of(low, high));
   Found found{high, kNoDistance};
   for (int32_t k = low + 1; k < high; ++k) {
-    const double distance = NuvDistFromPoint3To2PLine(x_[low], y_[low], x_[high], y_[high], x_[k], y_[k]);
-    if (distance > found.distance) found = {k, distance};
+    const double d = distance(low, high, k);
+    if (d > found.distance) found = {k, d};
   }
   return found;
+}
+
+// Finds the first block of points with the greatest numerator, then the point in it.
+FarthestPoints::Found FarthestPoints::scan_exactly(int32_t low, int32_t high, const Chord& chord) const {
+  constexpr int32_t kScanned = 256;
+  if (high - low < 2 || (chord.dx == 0 && chord.dy == 0)) return {high, kNoDistance};
+  const auto dx = static_cast<double>(chord.dx);
+  const auto dy = static_cast<double>(chord.dy);
+  const auto offset = static_cast<double>(chord.offset);
+  int64_t greatest = -1;
+  int32_t place = 0;
+  for (int32_t k = low + 1; k < high; k += kScanned) {
+    const int64_t bits = greatest_bits(x_ + k, y_ + k, std::min(kScanned, high - k), dx, dy, offset);
+    if (bits <= greatest) continue;
+    greatest = bits;
+    place = k;
+  }
+  while (bits_of(std::fabs(x_[place] * dy - y_[place] * dx + offset)) != greatest) ++place;
+  return {place, distance(low, high, place)};
 }
 
 // ---- the tree ----
@@ -98,8 +153,7 @@ int32_t& FarthestPoints::length_at(int32_t level, int32_t side, int32_t node) co
 bool FarthestPoints::build() {
   if (cannot_be_built_) return false;
   cannot_be_built_ = true;
-  const auto is_small = [](int32_t v) { return v >= -kGreatestCoordinate && v <= kGreatestCoordinate; };
-  if (!std::all_of(x_, x_ + n_, is_small) || !std::all_of(y_, y_ + n_, is_small)) return false;
+  if (!is_exact_) return false;
   blocks_ = (n_ - 1) / kBlock + 1;
   levels_ = 1;
   while ((int64_t{1} << (levels_ - 1)) < blocks_) ++levels_;

@@ -12,7 +12,7 @@ namespace nuv {
 // Searches among points that are sorted by y. The points must outlive the searches.
 class FarthestPoints {
  public:
-  FarthestPoints(const int32_t* x, const int32_t* y, int32_t n) : x_(x), y_(y), n_(n) {}
+  FarthestPoints(const int32_t* x, const int32_t* y, int32_t n);
 
   struct Found {
     int32_t place;
@@ -26,7 +26,10 @@ class FarthestPoints {
   struct Chord;
   struct Best;
 
+  Chord chord_of(int32_t low, int32_t high) const;
+  double distance(int32_t low, int32_t high, int32_t place) const;
   Found scan(int32_t low, int32_t high) const;
+  Found scan_exactly(int32_t low, int32_t high, const Chord& chord) const;
   bool build();
   void build_chain(int32_t level, int32_t node);
   int64_t greatest_in(int32_t level, int32_t node, const Chord& chord) const;
@@ -42,6 +45,7 @@ class FarthestPoints {
   const int32_t* x_;
   const int32_t* y_;
   int32_t n_;
+  bool is_exact_;  // the coordinates are so small that numerators of distances are exact
   int64_t scanned_ = 0;
   bool is_built_ = false;
   bool cannot_be_built_ = false;
