@@ -4,6 +4,7 @@
 // first fit.
 
 #include <cmath>
+#include <type_traits>
 
 #include "contours/chain.h"
 #include "core/arithmetic.h"
@@ -20,19 +21,39 @@ void store(const KbLine& line, int32_t* is_vertical, double* k, double* b, doubl
   *angle = angle_of_slope(line.is_vertical != 0, line.k);
 }
 
+template <class Sum>
+struct Sums {
+  Sum x = 0;
+  Sum y = 0;
+  int32_t n = 0;
+};
+
+template <class Sum, class ForPoints>
+Sums<Sum> sums_of(ForPoints for_points) {
+  Sums<Sum> sums;
+  for_points([&](Point p) {
+    sums.x += p.x;
+    sums.y += p.y;
+    ++sums.n;
+  });
+  return sums;
+}
+
 // Fits the points that for_points(visit) visits. Sum is the type that coordinates are summed in.
 template <class Sum, class ForPoints>
 KbLine fit_line(ForPoints for_points) {
-  Sum sum_x = 0;
-  Sum sum_y = 0;
-  int32_t n = 0;
-  for_points([&](Point p) {
-    sum_x += p.x;
-    sum_y += p.y;
-    ++n;
-  });
-  const double mx = static_cast<double>(sum_x) / n;
-  const double my = static_cast<double>(sum_y) / n;
+  // The sum of so few integers is exact in a double, so a sum in 64 bits, which vectors compute, equals it.
+  constexpr int32_t kExact = 1 << 22;
+  constexpr bool kIsFloating = std::is_floating_point_v<Sum>;
+  const auto sums = sums_of<std::conditional_t<kIsFloating, int64_t, Sum>>(for_points);
+  const int32_t n = sums.n;
+  double mx = static_cast<double>(sums.x) / n;
+  double my = static_cast<double>(sums.y) / n;
+  if (kIsFloating && n > kExact) {
+    const auto rounded = sums_of<Sum>(for_points);
+    mx = static_cast<double>(rounded.x) / n;
+    my = static_cast<double>(rounded.y) / n;
+  }
   double sxx = 0.0;
   double syy = 0.0;
   double sxy = 0.0;
