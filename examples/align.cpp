@@ -1,28 +1,22 @@
-// Aligns a picture to another one of the same scene.
+// Aligns pictures to another one of the same scene.
 //
 // All shifts up to a limit are tried, and the middle of the first picture is compared. The sums of the library
 // have 32 bits. If the differences of a large picture could exceed them, a smaller middle is compared.
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <exception>
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
+#include "host.h"
 #include "picture.h"
 
 namespace {
 
 struct Options {
-  std::string first;
-  std::string second;
-  std::string result;
-  std::string difference;
+  std::string reference;
   int32_t limit = 16;
 };
 
@@ -57,71 +51,71 @@ Alignment aligned(Picture& first, Picture& second, int32_t limit, tagRECT area) 
 
 // The absolute difference of each pixel; in colour, the largest of the three channels.
 Picture difference_of(Picture& a, Picture& b) {
-  Picture result{a.width, a.height, 1,
-                 std::vector<uint8_t>(a.pixels.size() / static_cast<std::size_t>(a.channels))};
+  Picture result = blank_like(a);
   NuvDifferenceImg12(a.pixels.data(), b.pixels.data(), a.width, a.height, a.channels == 3,
                      result.pixels.data());
   return result;
 }
 
-void run(Options options) {
-  Picture first = read_picture(options.first);
-  Picture second = read_picture(options.second);
+Report work(const Job& job, const Options& options) {
+  Picture first = read_picture(options.reference);
+  Picture second = read_picture(job.input);
   if (first.width != second.width || first.height != second.height) {
-    throw PictureError(options.second, "differs in size from " + options.first);
+    throw PictureError(job.input, "is " + size_text(second) + " pixels large, and " + options.reference +
+                                      " is " + size_text(first));
   }
   if (2 * options.limit + 2 > std::min(first.width, first.height)) {
-    throw PictureError(options.first, "too small for shifts of " + std::to_string(options.limit) + " pixels");
+    throw PictureError(job.input, size_text(first) + " pixels are too few for shifts of " +
+                                      std::to_string(options.limit) + "; try a lower --limit");
   }
   if (first.channels != second.channels) {
     first = to_gray(first);
     second = to_gray(second);
   }
-  const std::string name = std::filesystem::path(options.second).stem().string();
-  if (options.result.empty()) options.result = name + "_aligned.bmp";
-  if (options.difference.empty()) options.difference = name + "_difference.bmp";
-  for (const std::string& picture : {options.first, options.second}) {
-    check_result(picture, options.result);
-    check_result(picture, options.difference);
-  }
-
   const tagRECT area = compared_area(first, options.limit);
+  job.says("trying shifts");
   Alignment alignment = aligned(first, second, options.limit, area);
   Picture difference = difference_of(first, alignment.picture);
-  std::printf("shift               %d, %d\n", alignment.dx, alignment.dy);
-  std::printf("mean difference     %d\n", alignment.mean);
-  if (area.left > options.limit || area.top > options.limit) {
-    // On Windows the ends of a rectangle have a type of their own.
-    const int32_t columns = area.right - area.left + 1;
-    const int32_t rows = area.bottom - area.top + 1;
-    std::printf("compared            the middle %d x %d pixels\n", columns, rows);
+  write_picture(alignment.picture, job.results[0]);
+  write_picture(difference, job.results[1]);
+
+  const bool is_at_limit = std::max(std::abs(alignment.dx), std::abs(alignment.dy)) == options.limit;
+  Report report;
+  report.numbers = {alignment.dx,
+                    alignment.dy,
+                    alignment.mean,
+                    area.right - area.left + 1,
+                    area.bottom - area.top + 1,
+                    is_at_limit ? "yes" : "no"};
+  if (is_at_limit) {
+    report.conclusion = "the shift is at the limit: try --limit " + std::to_string(2 * options.limit) + "\n";
   }
-  if (std::max(std::abs(alignment.dx), std::abs(alignment.dy)) == options.limit) {
-    std::printf("the shift is at the limit: try --limit %d\n", 2 * options.limit);
-  }
-  write_picture(alignment.picture, options.result);
-  write_picture(difference, options.difference);
-  std::printf("written             %s, %s\n", options.result.c_str(), options.difference.c_str());
+  report.conclusion += "written to " + job.results[0] + " and " + job.results[1];
+  return report;
 }
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+  Plan plan;
+  plan.name = "align";
+  plan.purpose = "Finds the shift between pictures of a scene, and moves them onto the first one.";
+  plan.results = {{"-o,--output", "_aligned", kPictureEndings, "picture to write: the moved one"},
+                  {"--difference", "_difference", kPictureEndings,
+                   "picture to write: the difference of the moved picture from the first one"}};
+  plan.numbers = {{"dx", "shift to the right, in pixels, by which the picture is moved"},
+                  {"dy", "shift downwards, in pixels"},
+                  {"mean_difference", "of the compared pixels after the shift, in gray levels"},
+                  {"compared_width", "columns of the compared middle"},
+                  {"compared_height", "rows of the compared middle"},
+                  {"at_limit", "yes if the shift is the largest that was tried, or else no"}};
+  Host host(plan);
   Options options;
-  CLI::App app("Finds the shift between two pictures of a scene, and moves the second one onto the first.");
-  app.add_option("first", options.first, "BMP file of 8 or 24 bits per pixel")->required();
-  app.add_option("second", options.second, "BMP file of the same size, to be moved")->required();
-  app.add_option("result", options.result,
-                 "BMP file to write (default: SECOND_aligned.bmp in the current directory)");
-  app.add_option("--difference", options.difference,
-                 "BMP file for the difference (default: SECOND_difference.bmp in the current directory)");
-  app.add_option("-l,--limit", options.limit, "largest shift to try, in pixels along each axis")
-      ->capture_default_str()
-      ->check(CLI::Range(1, 1000));
-  CLI11_PARSE(app, argc, argv);
-  run(options);
-  return 0;
-} catch (const std::exception& error) {
-  std::fprintf(stderr, "align: %s\n", error.what());
-  return 1;
+  host.input_file("reference", options.reference, "picture onto which the others are moved, of the same size")
+      ->required();
+  host.number("-l,--limit", options.limit, "largest shift to try, in pixels along each axis", 1, 1000);
+  host.check([&options] {
+    if (options.reference == "-") throw UsageError("standard input cannot be the reference");
+  });
+  return host.run(argc, argv, [&options](const Job& job) { return work(job, options); });
 }

@@ -1,33 +1,28 @@
-// Counts the parts in a photograph and measures each.
+// Counts the parts in photographs and measures each.
 //
 // Most inspections take these steps: threshold, clean-up, contours. Parts are brighter than the background or,
 // with --dark, darker. Objects below a least area are ignored, and holes below a least area are closed.
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <cstdio>
-#include <exception>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
+#include "host.h"
+#include "marks.h"
 #include "picture.h"
 
 namespace {
 
 struct Options {
-  std::string picture;
-  std::string result;
   int32_t threshold = -1;  // below 0: Otsu's
   bool dark = false;
   int32_t background = 0;
   int32_t smooth = 1;
   int32_t min_area = 100;
   int32_t min_hole = 100;
-  bool csv = false;
 };
 
 struct Part {
@@ -38,6 +33,13 @@ struct Part {
   int32_t perimeter = 0;
   int32_t holes = 0;
   const NUV_CONTOUR_STRUCT* contour = nullptr;
+};
+
+// A threshold, and how it was found.
+struct Threshold {
+  int32_t level = 0;
+  std::string method;  // "given", "otsu" or "flat"
+  std::string reason;
 };
 
 // Evens out light that changes across the picture. The result is 128 plus the difference of each pixel from the
@@ -51,24 +53,55 @@ Picture flattened(Picture& gray, int32_t half_size) {
   return mean;
 }
 
-// Sets parts to 255 and the background to 0.
-Picture binarised(Picture& gray, Options& options) {
-  if (options.threshold < 0) options.threshold = otsu_threshold(gray);
-  Picture binary = gray;
-  NuvThreshold(binary.pixels.data(), binary.width, binary.height, options.threshold);
-  if (options.dark) {
-    for (uint8_t& pixel : binary.pixels) pixel = static_cast<uint8_t>(255 - pixel);
+// The mean gray level from level first up to the level before last.
+double mean_level(const Histogram& bins, int32_t first, int32_t last) {
+  double sum = 0;
+  double pixels = 0;
+  for (int32_t level = first; level < last; ++level) {
+    sum += static_cast<double>(level) * bins[static_cast<std::size_t>(level)];
+    pixels += bins[static_cast<std::size_t>(level)];
   }
+  return pixels > 0 ? sum / pixels : 0;
+}
+
+// The gray picture is as read; evened has even light. Rounding can make two levels of a flat picture there.
+Threshold threshold_for(const Picture& gray, Picture& evened, const Options& options) {
+  if (options.threshold >= 0) return {options.threshold, "given", "as given"};
+  const auto [least, most] = std::minmax_element(gray.pixels.begin(), gray.pixels.end());
+  if (*least == *most) return {*most, "flat", "the picture has a single gray level, so it has no parts"};
+  const Histogram bins = histogram_of(evened);
+  const int32_t level = otsu_threshold(evened);
+  const std::string light = options.background > 0 ? ", after the light is evened out" : "";
+  return {level, "otsu",
+          "Otsu's method: it best separates a dark class of mean " + text_of(mean_level(bins, 0, level), 0) +
+              " from a bright class of mean " + text_of(mean_level(bins, level, 256), 0) + light};
+}
+
+// Sets parts to 255 and the background to 0.
+Picture binarised(Picture& gray, const Threshold& threshold, bool dark) {
+  if (threshold.method == "flat") return blank_like(gray);
+  Picture binary = gray;
+  NuvThreshold(binary.pixels.data(), binary.width, binary.height, threshold.level);
+  if (dark) NuvInvertGryValue(binary.pixels.data(), binary.width, binary.height);
   return binary;
 }
 
-// Smooths rough outlines.
+// Smooths rough outlines. A picture that is smaller than the window stays as it is.
 Picture smoothed(Picture binary, int32_t half_size) {
-  if (half_size == 0) return binary;
-  Picture result = blank_like(binary);
   const int32_t side = 2 * half_size + 1;
+  if (half_size == 0 || side > std::min(binary.width, binary.height)) return binary;
+  Picture result = blank_like(binary);
   NuvBinImgFilter(binary.pixels.data(), binary.width, binary.height, half_size, half_size,
                   static_cast<uint32_t>(side * side * 127), result.pixels.data());
+  return result;
+}
+
+// A copy with a border of background pixels. Contours need it; without it, parts would lose their outermost
+// pixels at the rim of the picture.
+Picture framed(Picture& binary, int32_t border) {
+  Picture result = blank(binary.width + 2 * border, binary.height + 2 * border);
+  NuvPasteGryImg2ResImg(binary.pixels.data(), binary.width, binary.height, result.pixels.data(), result.width,
+                        result.height, border, border);
   return result;
 }
 
@@ -76,9 +109,17 @@ using Contours = std::unique_ptr<NUV_CONTOUR_STRUCT, decltype(&NuvFreeContours)>
 
 // The outlines of the objects and holes that have at least min_area pixels.
 Contours contours_of(Picture& binary, int32_t min_area) {
-  std::vector<uint8_t> work(binary.pixels.size());
-  return {NuvGetContours(binary.pixels.data(), work.data(), binary.width, binary.height, 1, min_area, 0),
-          NuvFreeContours};
+  constexpr int32_t kBorder = 1;
+  Picture image = framed(binary, kBorder);
+  std::vector<uint8_t> work(image.pixels.size());
+  Contours contours(
+      NuvGetContours(image.pixels.data(), work.data(), image.width, image.height, 1, min_area, 0),
+      NuvFreeContours);
+  for (auto* c = contours.get(); c != nullptr; c = c->pNext) {
+    c->x -= kBorder;
+    c->y -= kBorder;
+  }
+  return contours;
 }
 
 // The outline of an object or of a hole. Everything inside belongs to it.
@@ -141,96 +182,84 @@ std::vector<Part> parts_of(const NUV_CONTOUR_STRUCT* contours, const Options& op
   return parts;
 }
 
-// Draws the outline of each part into the picture, and its number at its centre.
-Picture drawn(Picture picture, const std::vector<Part>& parts) {
-  constexpr std::array<uint8_t, 3> kOutline = {60, 220, 60};
-  constexpr int32_t kDigitWidth = 8;
-  constexpr int32_t kDigitHeight = 9;
-  Picture result = to_colour(picture);
-  int32_t number = 0;
+// Draws the outline and the number of each part into the picture.
+Marks drawn(const Picture& picture, const std::vector<Part>& parts) {
+  Marks marks(picture);
+  int64_t number = 0;
   for (const Part& part : parts) {
     const NUV_CONTOUR_STRUCT& c = *part.contour;
-    std::vector<int32_t> x(static_cast<std::size_t>(c.N) + 1);
-    std::vector<int32_t> y(x.size());
-    NuvChain2Points(c.x, c.y, c.pChainCode, c.N, x.data(), y.data());
-    for (std::size_t i = 0; i < static_cast<std::size_t>(c.N); ++i) {
-      std::copy(kOutline.begin(), kOutline.end(), result.pixels.begin() + (y[i] * result.width + x[i]) * 3);
-    }
-    std::string text = std::to_string(++number);
-    const auto text_width = static_cast<int32_t>(text.size()) * kDigitWidth;
-    NuvSetNumberString2RGBImg(result.pixels.data(), result.width, result.height, part.x - text_width / 2,
-                              part.y - kDigitHeight / 2, 0, 255, 255, 255, text.data());
+    const Box box = {double(part.box.left), double(part.box.top), double(part.box.right),
+                     double(part.box.bottom)};
+    marks.keep_free(box);
+    marks.outline(c.x, c.y, c.pChainCode, c.N, kGreen, 1.4);
+    marks.label(box, std::to_string(++number), kWhite);
   }
-  return result;
+  marks.place_labels();
+  return marks;
 }
 
-void print_table(const std::vector<Part>& parts, const Options& options) {
-  const char* row =
-      options.csv ? "%d,%d,%d,%d,%d,%d,%d,%d,%d,%d\n" : "%6d  %5d %5d %5d %5d  %5d %5d  %8d %9d %5d\n";
-  std::puts(options.csv ? "number,left,top,right,bottom,x,y,area,perimeter,holes"
-                        : "number   left   top right bottom     x     y      area perimeter holes");
-  int32_t number = 0;
-  for (const Part& part : parts) {
-    std::printf(row, ++number, part.box.left, part.box.top, part.box.right, part.box.bottom, part.x, part.y,
-                part.area, part.perimeter, part.holes);
-  }
-}
-
-void run(Options options) {
-  Picture picture = read_picture(options.picture);
-  if (options.result.empty()) {
-    options.result = std::filesystem::path(options.picture).stem().string() + "_parts.bmp";
-  }
-  check_result(options.picture, options.result);
-
+Report work(const Job& job, const Options& options) {
+  Picture picture = read_picture(job.input);
   Picture gray = to_gray(picture);
-  if (options.background > 0) gray = flattened(gray, options.background);
-  Picture binary = smoothed(binarised(gray, options), options.smooth);
+  Picture evened = options.background > 0 ? flattened(gray, options.background) : gray;
+  const Threshold threshold = threshold_for(gray, evened, options);
+  Picture binary = smoothed(binarised(evened, threshold, options.dark), options.smooth);
   const Contours contours = contours_of(binary, std::min(options.min_area, options.min_hole));
   const std::vector<Part> parts = parts_of(contours.get(), options);
+  job.says("drawing");
+  Marks marks = drawn(picture, parts);
+  write_picture(marks.drawing(), job.results[0]);
 
-  print_table(parts, options);
-  Picture result = drawn(picture, parts);
-  write_picture(result, options.result);
-  if (options.csv) return;
-  std::printf("%zu parts at threshold %d, drawn in %s\n", parts.size(), options.threshold,
-              options.result.c_str());
+  Report report;
+  report.numbers = {picture.width, picture.height, threshold.level, threshold.method};
+  int64_t number = 0;
+  for (const Part& part : parts) {
+    report.rows.push_back({++number, part.box.left, part.box.top, part.box.right, part.box.bottom, part.x,
+                           part.y, part.area, part.perimeter, part.holes});
+  }
+  report.conclusion = counted(parts.size(), "part") + " at threshold " + std::to_string(threshold.level) +
+                      ", drawn into " + job.results[0] + "\nthreshold: " + threshold.reason + marks.remark();
+  return report;
 }
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+  Plan plan;
+  plan.name = "count_parts";
+  plan.purpose =
+      "Counts and measures the parts in photographs: a table, and a picture with outlines and numbers.";
+  plan.results = {
+      {"-o,--output", "_parts", kPictureEndings, "picture to write, with the outlines and numbers"}};
+  plan.numbers = {{"width", "of the picture, in pixels"},
+                  {"height", "of the picture, in pixels"},
+                  {"threshold", "gray level from which a pixel is bright"},
+                  {"threshold_method", "given, otsu, or flat if the picture has a single gray level"}};
+  plan.items = "parts";
+  plan.columns = {{"number", "as in the picture"},
+                  {"left", "first column of the part"},
+                  {"top", "first row"},
+                  {"right", "last column"},
+                  {"bottom", "last row"},
+                  {"x", "centre of the outline, in pixels"},
+                  {"y", "centre of the outline, in pixels"},
+                  {"area", "in pixels, without holes"},
+                  {"perimeter", "length of the outline, in pixels"},
+                  {"holes", "number of holes"}};
+  plan.notes = "Coins on dark cloth, lit from one side: count_parts coins.png --background 40";
+  Host host(plan);
   Options options;
-  CLI::App app("Counts the parts in a photograph: a table, and a picture with outlines and numbers.");
-  app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
-  app.add_option("result", options.result,
-                 "BMP file to write (default: PICTURE_parts.bmp in the current directory)");
-  app.add_option("-t,--threshold", options.threshold,
-                 "gray value from which a pixel belongs to a part (default: Otsu's)")
-      ->check(CLI::Range(0, 255));
-  app.add_flag("-d,--dark", options.dark, "parts are darker than the background");
-  app.add_option(
-         "-b,--background", options.background,
-         "evens out light that changes across the picture: compares each pixel with the mean over this many "
-         "pixels to each side, about the size of a part; 0: off")
-      ->capture_default_str()
-      ->check(CLI::Range(0, 1000));
-  app.add_option("-s,--smooth", options.smooth,
-                 "smooths outlines by a majority over this many pixels to each side; 0: off")
-      ->capture_default_str()
-      ->check(CLI::Range(0, 100));
-  app.add_option("-a,--min-area", options.min_area, "parts of fewer pixels are dropped")
-      ->capture_default_str()
-      ->check(CLI::PositiveNumber);
-  app.add_option("-o,--min-hole", options.min_hole, "holes of fewer pixels are closed")
-      ->capture_default_str()
-      ->check(CLI::PositiveNumber);
-  app.add_flag("--csv", options.csv, "print the table as comma-separated values");
-  app.footer("Coins on dark cloth, lit from one side: count_parts coins.bmp --background 40");
-  CLI11_PARSE(app, argc, argv);
-  run(options);
-  return 0;
-} catch (const std::exception& error) {
-  std::fprintf(stderr, "count_parts: %s\n", error.what());
-  return 1;
+  host.number("-t,--threshold", options.threshold, "gray level from which a pixel is bright", 0, 255,
+              "Otsu's");
+  host.flag("-d,--dark", options.dark, "parts are darker than the background");
+  host.number(
+      "-b,--background", options.background,
+      "evens out light that changes across the picture: compares each pixel with the mean over this many "
+      "pixels to each side, about the size of a part; 0: off",
+      0, 1000);
+  host.number("-s,--smooth", options.smooth,
+              "smooths outlines by a majority over this many pixels to each side; 0: off", 0, 100);
+  host.number("-a,--min-area", options.min_area, "parts of fewer pixels are dropped", 1, 1000000000);
+  host.number("--min-hole", options.min_hole, "holes of fewer pixels are closed", 1, 1000000000);
+  return host.run(argc, argv, [&options](const Job& job) { return work(job, options); });
 }

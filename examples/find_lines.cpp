@@ -1,32 +1,28 @@
-// Finds the straight edges of a photograph.
+// Finds the straight edges of photographs.
 //
 // A program with the chain-line detector takes these steps: read a picture, initialise the detector for its
 // size, detect, read the segments, draw them.
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
-#include <exception>
-#include <filesystem>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
+#include "host.h"
+#include "marks.h"
 #include "picture.h"
 
 namespace {
 
 struct Options {
-  std::string picture;
-  std::string result;
   int32_t threshold = 24;
   int32_t min_length = 0;  // 0: depends on the size of the picture
   double straightness = 0.9;
   double deviation = 1.0;
   int32_t max_lines = 0;  // 0: depends on the size of the picture
-  bool csv = false;
 };
 
 struct Detection {
@@ -42,20 +38,21 @@ double angle_of(const TAVI_LINE_SEGMENT& s) {
 }
 
 // Options that are not given depend on the picture. The least length of a line is a share of the shorter side.
-void complete(Options& options, const Picture& picture) {
+Options completed(Options options, const Picture& picture) {
   if (options.min_length == 0) {
     options.min_length = std::max(12, std::min(picture.width, picture.height) / 20);
   }
   if (options.max_lines == 0) options.max_lines = 1000 + picture.width / 10 * (picture.height / 10);
-  if (options.result.empty()) {
-    options.result = std::filesystem::path(options.picture).stem().string() + "_lines.bmp";
-  }
+  return options;
 }
 
+// The segments of a picture, the longest first. The detector is one object that all threads share.
 Detection detect(Picture& gray, const Options& options) {
+  static std::mutex detector;
+  const std::lock_guard lock(detector);
   if (!NuvImgChainLines_Initialize(gray.width, gray.height, options.straightness, options.deviation,
                                    options.min_length, options.threshold, options.max_lines)) {
-    throw PictureError(options.picture, "not enough memory for its size");
+    throw std::bad_alloc();
   }
   Detection detection;
   const auto begin = std::chrono::steady_clock::now();
@@ -64,104 +61,115 @@ Detection detect(Picture& gray, const Options& options) {
   detection.milliseconds = std::chrono::duration<double, std::milli>(end - begin).count();
   const TAVI_LINE_SEGMENT* segments = NuvImgChainLines_GetLines();
   detection.segments.assign(segments, segments + n);
+  std::stable_sort(detection.segments.begin(), detection.segments.end(),
+                   [](const auto& a, const auto& b) { return length_of(a) > length_of(b); });
   return detection;
 }
 
-struct Colour {
-  int32_t r, g, b;
-};
-
-// A colour of the wheel for each angle, so directions can be distinguished.
-Colour colour_of(double angle) {
-  const auto channel = [angle](double peak) {
-    const double distance = std::fabs(std::remainder(angle - peak, 180.0)) / 90.0;
-    return static_cast<int32_t>(255 * std::clamp(2.0 - 3.0 * distance, 0.0, 1.0));
-  };
-  return {channel(0), channel(60), channel(120)};
+// A colour of the wheel for each angle, so directions can be distinguished. It is lightened, because blue is
+// hard to see on a dark picture.
+Colour colour_of(const TAVI_LINE_SEGMENT& s) {
+  const Colour colour = hue(2 * angle_of(s));
+  const auto light = [](uint8_t value) { return static_cast<uint8_t>(70 + value * 185 / 255); };
+  return {light(colour.b), light(colour.g), light(colour.r)};
 }
 
-// Darkens the picture and draws the segments in colour.
-Picture draw(Picture& picture, const std::vector<TAVI_LINE_SEGMENT>& segments) {
-  Picture drawing = to_colour(picture);
-  for (uint8_t& byte : drawing.pixels) byte = static_cast<uint8_t>(byte / 2);
+// Darkens the picture, and draws the segments and their numbers.
+Marks drawn(const Picture& picture, const std::vector<TAVI_LINE_SEGMENT>& segments) {
+  Marks marks(picture, 0.5);
+  int64_t number = 0;
   for (const TAVI_LINE_SEGMENT& s : segments) {
-    const Colour colour = colour_of(angle_of(s));
-    NuvRGBLine(drawing.pixels.data(), drawing.width, drawing.height, s.x1, s.y1, s.x2, s.y2, colour.r,
-               colour.g, colour.b);
+    const Colour colour = colour_of(s);
+    marks.line({double(s.x1), double(s.y1)}, {double(s.x2), double(s.y2)}, colour, 1.4);
+    const Place middle = {(s.x1 + s.x2) / 2.0, (s.y1 + s.y2) / 2.0};
+    marks.label({middle.x, middle.y, middle.x, middle.y}, std::to_string(++number), colour);
   }
-  return drawing;
+  marks.place_labels();
+  return marks;
 }
 
-void print_csv(const std::vector<TAVI_LINE_SEGMENT>& segments) {
-  std::puts("x1,y1,x2,y2,length,angle");
+// The segments as lines over the picture, which is part of the file. A viewer shows the number and the length
+// of the line under the pointer.
+std::string svg_of(const Picture& picture, const std::vector<TAVI_LINE_SEGMENT>& segments) {
+  const std::string width = std::to_string(picture.width);
+  const std::string height = std::to_string(picture.height);
+  const double stroke = std::max(1.0, std::max(picture.width, picture.height) / 500.0);
+  std::string svg = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + width + "\" height=\"" + height +
+                    "\" viewBox=\"0 0 " + width + " " + height + "\">\n<image width=\"" + width +
+                    "\" height=\"" + height + "\" href=\"data:image/png;base64," + base64(png_of(picture)) +
+                    "\"/>\n<g stroke-linecap=\"round\" stroke-width=\"" + text_of(stroke, 1) + "\">\n";
+  int64_t number = 0;
   for (const TAVI_LINE_SEGMENT& s : segments) {
-    std::printf("%d,%d,%d,%d,%.2f,%.2f\n", s.x1, s.y1, s.x2, s.y2, length_of(s), angle_of(s));
+    const Colour c = colour_of(s);
+    const auto centre = [](int32_t pixel) { return text_of(pixel + 0.5, 1); };
+    const auto channel = [](uint8_t value) { return std::to_string(value); };
+    svg += "<line x1=\"" + centre(s.x1) + "\" y1=\"" + centre(s.y1) + "\" x2=\"" + centre(s.x2) + "\" y2=\"" +
+           centre(s.y2) + "\" stroke=\"rgb(" + channel(c.r) + "," + channel(c.g) + "," + channel(c.b) +
+           ")\"><title>" + std::to_string(++number) + ": " + text_of(length_of(s), 1) +
+           " pixels</title></line>\n";
   }
+  return svg + "</g>\n</svg>\n";
 }
 
-void print_table(const Detection& detection, const Options& options) {
-  std::puts("         begin           end    length     angle");
-  for (const TAVI_LINE_SEGMENT& s : detection.segments) {
-    std::printf("  (%4d, %4d)  (%4d, %4d)  %8.1f  %8.1f\n", s.x1, s.y1, s.x2, s.y2, length_of(s),
-                angle_of(s));
-  }
-  std::printf("%zu segments in %.2f ms, drawn into %s\n", detection.segments.size(), detection.milliseconds,
-              options.result.c_str());
-}
-
-void run(Options options) {
-  Picture picture = read_picture(options.picture);
-  complete(options, picture);
-  check_result(options.picture, options.result);
+Report work(const Job& job, const Options& given) {
+  Picture picture = read_picture(job.input);
+  const Options options = completed(given, picture);
   Picture gray = to_gray(picture);
-  Detection detection = detect(gray, options);
-  std::stable_sort(detection.segments.begin(), detection.segments.end(),
-                   [](const auto& a, const auto& b) { return length_of(a) > length_of(b); });
-  Picture drawing = draw(picture, detection.segments);
-  write_picture(drawing, options.result);
-  if (options.csv) {
-    print_csv(detection.segments);
-  } else {
-    print_table(detection, options);
+  job.says("detecting");
+  const Detection detection = detect(gray, options);
+  job.says("drawing");
+  Marks marks = drawn(picture, detection.segments);
+  write_picture(marks.drawing(), job.results[0]);
+  if (!job.results[1].empty()) {
+    const std::string svg = svg_of(picture, detection.segments);
+    write_file({svg.begin(), svg.end()}, job.results[1]);
   }
+
+  Report report;
+  report.numbers = {picture.width, picture.height, options.min_length};
+  int64_t number = 0;
+  for (const TAVI_LINE_SEGMENT& s : detection.segments) {
+    report.rows.push_back({++number, s.x1, s.y1, s.x2, s.y2, length_of(s), angle_of(s)});
+  }
+  report.conclusion = counted(detection.segments.size(), "segment") + " in " +
+                      text_of(detection.milliseconds, 2) + " ms, drawn into " + job.results[0];
+  if (number == options.max_lines) report.conclusion += "\nthere may be more: --max-lines is reached";
+  report.conclusion += marks.remark();
+  return report;
 }
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
+  Plan plan;
+  plan.name = "find_lines";
+  plan.purpose = "Finds the straight edges of photographs, lists them, and draws them into a copy.";
+  plan.results = {
+      {"-o,--output", "_lines", kPictureEndings, "picture to write, with the segments and their numbers"},
+      {"--svg", "_lines", {".svg"}, "write the picture with the segments as SVG, too", true}};
+  plan.numbers = {{"width", "of the picture, in pixels"},
+                  {"height", "of the picture, in pixels"},
+                  {"min_length", "least length of a segment that was used, in pixels"}};
+  plan.items = "segments";
+  plan.columns = {
+      {"number", "as in the picture, from the longest segment to the shortest"},
+      {"x1", "first end, in pixels"},
+      {"y1", "first end, in pixels"},
+      {"x2", "second end, in pixels"},
+      {"y2", "second end, in pixels"},
+      {"length", "in pixels", 2},
+      {"angle", "to the x axis in degrees, from 0 up to 180; grows clockwise, as y grows downwards", 2}};
+  Host host(plan);
   Options options;
-  CLI::App app("Finds the straight edges of a photograph, lists them, and draws them into a copy of it.");
-  app.add_option("picture", options.picture, "BMP file of 8 or 24 bits per pixel")->required();
-  app.add_option("result", options.result,
-                 "BMP file to write (default: PICTURE_lines.bmp in the current directory)");
-  app.add_option("-t,--threshold", options.threshold,
-                 "least step in gray value of an edge, 1 to 255; below 8 the exact edge filter is used")
-      ->capture_default_str()
-      ->check(CLI::Range(1, 255));
-  app.add_option("-l,--min-length", options.min_length,
-                 "least length of a segment in pixels (default: 1/20 of the shorter side, at least 12)")
-      ->check(CLI::Range(6, 1000000));
-  app.add_option("-s,--straightness", options.straightness,
-                 "least ratio of the distance between a segment's ends to the length of its edge")
-      ->capture_default_str()
-      ->check(CLI::Range(0.0, 1.0));
-  app.add_option("-d,--deviation", options.deviation,
-                 "greatest mean distance of the edge from the line between its ends, in pixels")
-      ->capture_default_str()
-      ->check(CLI::Range(0.0, 1000.0));
-  app.add_option("-m,--max-lines", options.max_lines,
-                 "most segments to keep (default: depends on the size of the picture)")
-      ->check(CLI::Range(1, 100000000));
-  app.add_flag("--csv", options.csv, "print the segments as comma-separated values and nothing else");
-  app.footer(
-      "Segments are listed from the longest to the shortest. Angles are in degrees to the x axis, from 0 up "
-      "to\n"
-      "180, and grow clockwise, as y grows downwards.");
-  CLI11_PARSE(app, argc, argv);
-
-  run(options);
-  return 0;
-} catch (const std::exception& error) {
-  std::fprintf(stderr, "find_lines: %s\n", error.what());
-  return 1;
+  host.number("-t,--threshold", options.threshold,
+              "least step in gray level of an edge; below 8 the exact edge filter is used", 1, 255);
+  host.number("-l,--min-length", options.min_length, "least length of a segment in pixels", 6, 1000000,
+              "1/20 of the shorter side, at least 12");
+  host.number("-s,--straightness", options.straightness,
+              "least ratio of the distance between a segment's ends to the length of its edge", 0.0, 1.0);
+  host.number("-d,--deviation", options.deviation,
+              "greatest mean distance of the edge from the line between its ends, in pixels", 0.0, 1000.0);
+  host.number("-m,--max-lines", options.max_lines, "most segments to keep", 1, 100000000,
+              "depends on the size of the picture");
+  return host.run(argc, argv, [&options](const Job& job) { return work(job, options); });
 }

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
+#include "host.h"
 #include "marks.h"
 #include "picture.h"
 
@@ -624,12 +625,17 @@ void run(const Options& options) {
 int main(int argc, char** argv) try {
   Options options;
   CLI::App app("Makes the pictures of the gallery and prints the names of their files.");
-  app.add_option("camera", options.camera, "BMP file of the photograph, made 512x512")->required();
-  app.add_option("coins", options.coins, "BMP file of bright parts on a dark ground, made 384x303")
+  app.add_option("camera", options.camera, "photograph, made 512x512")->required();
+  app.add_option("coins", options.coins, "photograph of bright parts on a dark ground, made 384x303")
       ->required();
   app.add_option("folder", options.folder, "folder to write BMP files to, made if missing")->required();
   app.footer("Hanzi are drawn if hzk16.dat (tools/make_hzk16) lies beside this program.");
-  CLI11_PARSE(app, argc, argv);
+  app.set_version_flag("--version", version_text("gallery"), "print the version and exit");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  }
   run(options);
   return 0;
 } catch (const std::exception& error) {

@@ -4,14 +4,6 @@
 // adds its own options, and passes a function that works on one picture. The frame does the rest in the same
 // way for all hosts: files and folders, threads, names of results, tables, CSV and JSON, messages, --help,
 // --version and the exit status.
-//
-//     Host host({"mean_gray", "Computes the mean gray of pictures."});
-//     host.plan().numbers = {{"mean", "mean gray level", 2}};
-//     return host.run(argc, argv, [](const Job& job) {
-//       Picture picture = read_picture(job.input);
-//       ...
-//       return Report{{mean}};
-//     });
 
 #ifndef NUV_EXAMPLES_HOST_H
 #define NUV_EXAMPLES_HOST_H
@@ -20,59 +12,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <variant>
 #include <vector>
 
-// A number or a text. An empty one is empty in CSV, null in JSON and "-" in a table.
-using Value = std::variant<std::monostate, int64_t, double, std::string>;
-
-// A value that the host states for each picture, or for each item that it finds in a picture.
-struct Column {
-  std::string name;     // as in CSV and JSON; tables show spaces for underscores
-  std::string meaning;  // with the unit, for --help
-  int decimals = 0;     // of numbers that are not whole
-};
-
-// A kind of file that the host makes of each picture.
-struct ResultKind {
-  std::string option;                // "-o,--output"
-  std::string suffix;                // "_lines": camera.jpg becomes camera_lines and the first ending
-  std::vector<std::string> endings;  // those that a user may choose
-  std::string meaning;               // for --help
-  bool is_optional = false;          // made only if the option is given
-};
-
-// The endings of pictures, the default first.
-inline const std::vector<std::string> kPictureEndings = {".png", ".bmp"};
-
-struct Plan {
-  std::string name;
-  std::string purpose;
-  std::vector<ResultKind> results;
-  std::vector<Column> numbers;  // one value for each picture
-  std::string items;            // name of the list of items in JSON; empty: there is no list
-  std::vector<Column> columns;  // one value for each item
-  std::string notes;            // last paragraphs of --help
-  std::string input_meaning =
-      "PNG, JPEG, BMP, PGM or PPM file, folder of such files, or - for standard input";
-  std::function<bool(const std::string&)> takes;  // whether a file of a folder is an input; default: pictures
-  std::string result_of_input;  // default name of the first result if standard input is read
-};
-
-// One picture to work on.
-struct Job {
-  std::string input;                             // a file name, or "-"
-  std::vector<std::string> results;              // a name for each result kind; empty: not to be made
-  std::function<void(const std::string&)> says;  // shows on a terminal what is being done
-};
-
-// What a host states about one picture.
-struct Report {
-  std::vector<Value> numbers;            // in the order of Plan::numbers
-  std::vector<std::vector<Value>> rows;  // an item each, in the order of Plan::columns
-  std::string conclusion;                // the last line of the table
-  bool is_complete = true;               // false: something was not found, which the exit status says
-};
+#include "plan.h"
 
 class Host {
  public:
@@ -102,10 +44,7 @@ class Host {
 
  private:
   void add_common_options();
-  std::string help_text() const;
   std::vector<std::string> inputs() const;
-  std::vector<Job> jobs_of(const std::vector<std::string>& inputs) const;
-  void check_results(const std::vector<Job>& jobs) const;
 
   Plan plan_;
   CLI::App app_;
@@ -118,12 +57,7 @@ class Host {
   bool json_ = false;
 };
 
-// The command line cannot be carried out. Nothing has been done; the exit status is 2.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
-// A number as the tables show it.
-std::string text_of(double value, int decimals);
+// What --version prints.
+std::string version_text(const std::string& name);
 
 #endif

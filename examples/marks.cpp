@@ -6,6 +6,8 @@
 #include <cmath>
 #include <string_view>
 
+#include "NuvImgSDK2014DLL.h"
+
 namespace {
 
 // What a cell of the grid holds, in the order of how bad it is to put a label there.
@@ -149,8 +151,9 @@ Colour colour_of_depth(int32_t depth) {
   return kColours[static_cast<std::size_t>(depth) % kColours.size()];
 }
 
-Marks::Marks(Picture picture, double dimmed) : canvas_(to_colour(picture)), factor_(factor_for(picture)) {
-  for (uint8_t& byte : canvas_.pixels) byte = static_cast<uint8_t>(byte * dimmed);
+Marks::Marks(Picture picture, double brightness, Colour rim)
+    : canvas_(to_colour(picture)), factor_(factor_for(picture)), rim_(rim) {
+  for (uint8_t& byte : canvas_.pixels) byte = static_cast<uint8_t>(byte * brightness);
   if (factor_ > 1) canvas_ = enlarged(canvas_, factor_);
   constexpr double kDigitHeight = 9;
   unit_ = unit_for(canvas_) / factor_;
@@ -242,11 +245,14 @@ void Marks::box(const Box& box, Colour colour, double width) {
   for (std::size_t i = 0; i < 4; ++i) line(corners[i], corners[(i + 1) % 4], colour, width);
 }
 
-void Marks::outline(const std::vector<int32_t>& x, const std::vector<int32_t>& y, Colour colour,
-                    double width) {
-  for (std::size_t i = 0; i < x.size(); ++i) {
-    const std::size_t next = (i + 1) % x.size();
-    line({double(x[i]), double(y[i])}, {double(x[next]), double(y[next])}, colour, width);
+void Marks::outline(int32_t x, int32_t y, const uint8_t* chain, int32_t n, Colour colour, double width) {
+  std::vector<uint8_t> codes(chain, chain + n);
+  std::vector<int32_t> xs(codes.size());
+  std::vector<int32_t> ys(codes.size());
+  NuvChain2Points(x, y, codes.data(), n, xs.data(), ys.data());
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    const std::size_t next = (i + 1) % codes.size();
+    line({double(xs[i]), double(ys[i])}, {double(xs[next]), double(ys[next])}, colour, width);
   }
 }
 
@@ -275,7 +281,7 @@ Place Marks::size_of(const std::string& text) const {
 
 void Marks::text(Place centre, const std::string& text, Colour colour) {
   const double radius = height_ * factor_ / 14;
-  glyphs(centre, text, {0, 0, 0}, radius + std::max(1.0, unit_ * factor_));
+  glyphs(centre, text, rim_, radius + std::max(1.0, unit_ * factor_));
   glyphs(centre, text, colour, radius);
   Place size = size_of(text);
   cover(around(centre, size), kLabel);
@@ -344,7 +350,7 @@ void Marks::put_label(const Label& label) {
     constexpr int32_t kDirections = 16;
     const double gap = ring * ring * height_ / 4;
     for (int32_t i = 0; i < kDirections; ++i) {
-      const double angle = 2 * kPi * i / kDirections;
+      const double angle = 2 * kPi * i / kDirections - kPi / 2;  // from the top on
       const Place centre = {middle.x + std::cos(angle) * (width / 2 + room.x / 2 + gap),
                             middle.y + std::sin(angle) * (height / 2 + room.y / 2 + gap)};
       consider(centre, ring, false);
@@ -364,8 +370,13 @@ void Marks::put_label(const Label& label) {
   cover(around(best, room), kLabel);
 }
 
-Picture Marks::drawing() {
+void Marks::place_labels() {
   for (const Label& label : labels_) put_label(label);
   labels_.clear();
-  return canvas_;
+}
+
+std::string Marks::remark() const {
+  if (left_out_ == 0) return "";
+  return "\n" + std::to_string(left_out_) + (left_out_ == 1 ? " number has" : " numbers have") +
+         " no room in the picture";
 }

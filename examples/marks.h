@@ -18,6 +18,7 @@ struct Colour {
 };
 
 inline constexpr Colour kWhite = {255, 255, 255};
+inline constexpr Colour kBlack = {0, 0, 0};
 inline constexpr Colour kGreen = {60, 220, 60};
 
 // A colour of the wheel in degrees: 0 is red, 120 green, 240 blue.
@@ -36,8 +37,9 @@ struct Box {
 
 class Marks {
  public:
-  // dimmed: the share of the picture's brightness that is kept, so that marks stand out.
-  explicit Marks(Picture picture, double dimmed = 1.0);
+  // brightness: the share of the picture's brightness that is kept. On a darker picture, marks stand out.
+  // rim: the colour around texts.
+  explicit Marks(Picture picture, double brightness = 1.0, Colour rim = kBlack);
 
   int32_t factor() const { return factor_; }  // by which the picture is enlarged
   double unit() const { return unit_; }       // about the width of a thin line, in pixels of the picture
@@ -47,11 +49,10 @@ class Marks {
   void circle(Place centre, double radius, Colour colour, double width = 1.0);
   void arrow(Place from, Place to, Colour colour, double width = 1.0);  // with a head at both ends
   void box(const Box& box, Colour colour, double width = 1.0);
-  // A closed outline through the centres of pixels, drawn as steps of the pixels if it is enlarged.
-  void outline(const std::vector<int32_t>& x, const std::vector<int32_t>& y, Colour colour,
-               double width = 1.0);
+  // A contour of the library: n codes from the start (x, y) on.
+  void outline(int32_t x, int32_t y, const uint8_t* chain, int32_t n, Colour colour, double width = 1.0);
 
-  // A text of digits, letters of units and simple signs, with a dark rim. The place is its centre.
+  // A text of digits, letters of units and simple signs, with a rim. The place is its centre.
   void text(Place centre, const std::string& text, Colour colour);
   // The size of a text in pixels of the picture.
   Place size_of(const std::string& text) const;
@@ -62,9 +63,12 @@ class Marks {
   // cover each other, and cover as little else as possible. A label without room is left out.
   void label(const Box& item, const std::string& text, Colour colour);
 
-  // The finished drawing. Labels are put last, so they must know all parts that are kept.
-  Picture drawing();
-  int32_t left_out() const { return left_out_; }  // number of labels without room
+  // Draws the labels. All parts that are kept free must be known by then.
+  void place_labels();
+  // A line about labels that had no room, or nothing; for the end of a table.
+  std::string remark() const;
+
+  const Picture& drawing() const { return canvas_; }
 
  private:
   struct Label {
@@ -84,6 +88,7 @@ class Marks {
 
   Picture canvas_;
   int32_t factor_;
+  Colour rim_;
   double unit_;    // in pixels of the picture
   double height_;  // of a digit, in pixels of the picture
   std::vector<Label> labels_;

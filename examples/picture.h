@@ -39,11 +39,21 @@ Picture decoded_picture(const std::vector<uint8_t>& bytes, const std::string& fi
 // Writes a BMP file if the name ends in .bmp, and else a PNG file; the name "-" is standard output.
 void write_picture(const Picture& picture, const std::string& file);
 
+// The bytes of a picture as a PNG file, and as a PGM or PPM file.
+std::vector<uint8_t> png_of(const Picture& picture);
+std::vector<uint8_t> pnm_of(const Picture& picture);
+
+std::string base64(const std::vector<uint8_t>& bytes);
+
 // Whether the ending of the name is that of a picture which read_picture reads.
 bool is_picture_name(const std::string& file);
 
 // The ending of the name in small letters, with its dot: ".png".
 std::string ending_of(const std::string& file);
+
+// A size as messages show it: 640x480.
+std::string size_text(int64_t width, int64_t height);
+std::string size_text(const Picture& picture);
 
 Picture blank(int32_t width, int32_t height, int32_t channels = 1, uint8_t value = 0);
 // A black gray picture of the same size.
@@ -51,9 +61,6 @@ Picture blank_like(const Picture& picture);
 
 Picture to_gray(Picture& picture);
 Picture to_colour(Picture& picture);
-
-// Throws if the result file is the file of the picture.
-void check_result(const std::string& picture, const std::string& result);
 
 using Histogram = std::array<int32_t, 256>;
 

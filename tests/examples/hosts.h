@@ -30,6 +30,7 @@ class HostTest : public testing::Test {
     return std::string(std::istreambuf_iterator<char>(stream), {});
   }
 
+  // The arguments may redirect standard input and output.
   Outcome run(const std::string& program, const std::string& arguments) const {
 #if defined(_WIN32)
     const std::string start = "cd /d " + quoted(dir_) + " && " + quoted(program);
@@ -40,7 +41,9 @@ class HostTest : public testing::Test {
 #endif
     const std::filesystem::path err = dir_ / "err.txt";
     const std::filesystem::path out = dir_ / "out.txt";
-    const std::string command = start + " " + arguments + " >" + quoted(out) + " 2>" + quoted(err);
+    const bool has_output = arguments.find('>') != std::string::npos;
+    const std::string command =
+        start + " " + arguments + (has_output ? "" : " >" + quoted(out)) + " 2>" + quoted(err);
     Outcome outcome;
     const int status = std::system(command.c_str());
     outcome.status = status < 0 ? status : status / kStatusUnit;
