@@ -1,53 +1,63 @@
 #!/usr/bin/env bash
-# Builds the example find_lines and finds the straight edges of a photograph with it. ./run.sh --help lists the options.
+# Builds a host and runs it: ./run.sh [host] [options] [picture...]. ./run.sh --help lists the hosts.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+hosts=$(sed -n 's/^nuv_add_example(\(.*\))$/\1/p' "$root/examples/CMakeLists.txt")
 
 usage() {
   cat <<'END'
-Finds the straight edges of a photograph, lists them, and draws them into a copy of it.
+Builds a host and runs it.
 
-Usage: ./run.sh [options] [picture.bmp [result.bmp]]
+Usage: ./run.sh [HOST] [OPTION]... [PICTURE]...
 
-  picture.bmp               BMP file of 8 or 24 bits per pixel (default: a photograph of the project,
-                            whose result is build/camera_lines.bmp)
-  result.bmp                BMP file to write (default: PICTURE_lines.bmp in the current directory)
-  -t, --threshold N         least step in gray level of an edge, 1 to 255 (24); below 8 the exact edge filter is used
-  -l, --min-length N        least length of a segment in pixels (1/20 of the shorter side, at least 12)
-  -s, --straightness X      least ratio of the distance between a segment's ends to the length of its edge (0.9)
-  -d, --deviation X         greatest mean distance of the edge from the line between its ends, in pixels (1)
-  -m, --max-lines N         most segments to keep (depends on the size of the picture)
-      --csv                 print the segments as comma-separated values and nothing else
-  -h, --help                print this
+END
+  for name in $hosts; do
+    # The first line of the source says what the host does.
+    printf '  %-15s %s\n' "$name" "$(sed -n '1s|^// ||p' "$root/examples/$name.cpp")"
+  done
+  cat <<'END'
 
-Segments are listed from the longest to the shortest. Angles are in degrees to the x axis, from 0 up to 180, and grow
-clockwise, because y grows downwards. The script first installs the packages that the example needs and that are
-missing.
+The default HOST is find_lines. ./run.sh HOST --help lists its options. Without a picture, a host takes a photograph of
+the project, and writes its results into the folder build. The script first installs the packages that the host needs
+and that are missing.
 END
 }
 
+host=find_lines
+case ${1:-} in
+  -h | --help)
+    usage
+    exit
+    ;;
+  *)
+    if grep -qxF -- "${1:-}" <<<"$hosts"; then
+      host=$1
+      shift
+    fi
+    ;;
+esac
+
+# Whether an argument is a picture: it exists, is standard input, or is named like a picture.
 has_picture=
-is_value=
 for argument in "$@"; do
-  if [ "$is_value" ]; then
-    is_value=
-    continue
-  fi
   case $argument in
-    -h | --help)
-      usage
-      exit
-      ;;
-    -[tlsdm] | --threshold | --min-length | --straightness | --deviation | --max-lines) is_value=yes ;;
+    - | *.[pP][nN][gG] | *.[jJ][pP][gG] | *.[jJ][pP][eE][gG] | *.[bB][mM][pP] | *.[pP][gGpP][mM]) has_picture=yes ;;
+    -h | --help | --version) has_picture=none ;;
     -*) ;;
-    *) has_picture=yes ;;
+    *) [ ! -e "$argument" ] || has_picture=yes ;;
   esac
 done
 
 source "$root/tools/setup.sh"
-(cd "$root" && build_host find_lines)
-if [ ! "$has_picture" ]; then
-  set -- "$@" "$root/examples/data/camera.bmp" "$root/build/camera_lines.bmp"
-  echo "Writing the result to $root/build/camera_lines.bmp" >&2
-fi
-exec "$root/build/release/examples/find_lines" "$@"
+(cd "$root" && build_host "$host")
+data=$root/examples/data
+given="$*"
+case ${has_picture:-$host} in
+  find_lines | segment | threshold) set -- "$@" "$data/camera.bmp" ;;
+  count_parts)
+    set -- "$@" "$data/coins.bmp"
+    [[ $given == *-b* ]] || set -- "$@" --background 40
+    ;;
+esac
+[ "$has_picture" ] || [[ $given == *-o* ]] || set -- "$@" -o "$root/build/"
+exec "$root/build/release/examples/$host" "$@"

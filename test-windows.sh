@@ -25,8 +25,8 @@ check() {
   build_host find_lines
   mkdir -p "$work/here" "$work/there"
   cp examples/data/camera.bmp "$work"
-  (cd "$work/here" && "$root/build/release/examples/find_lines" --csv ../camera.bmp lines.bmp >lines.csv)
-  (cd "$work/there" && run_wine "$1" "$bin/find_lines.exe" --csv ../camera.bmp lines.bmp >lines.csv)
+  (cd "$work/here" && "$root/build/release/examples/find_lines" --csv ../camera.bmp -o lines.png >lines.csv)
+  (cd "$work/there" && run_wine "$1" "$bin/find_lines.exe" --csv ../camera.bmp -o lines.png >lines.csv)
   diff -r "$work/here" "$work/there"
   echo "find_lines gives the same bytes on Windows ($1)"
 }
