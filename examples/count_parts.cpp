@@ -53,7 +53,7 @@ Picture flattened(Picture& gray, int32_t half_size) {
   return mean;
 }
 
-// The mean gray level from level first up to the level before last.
+// The mean gray value from level first up to the level before last.
 double mean_level(const Histogram& bins, int32_t first, int32_t last) {
   double sum = 0;
   double pixels = 0;
@@ -68,7 +68,7 @@ double mean_level(const Histogram& bins, int32_t first, int32_t last) {
 Threshold threshold_for(const Picture& gray, Picture& evened, const Options& options) {
   if (options.threshold >= 0) return {options.threshold, "given", "as given"};
   const auto [least, most] = std::minmax_element(gray.pixels.begin(), gray.pixels.end());
-  if (*least == *most) return {*most, "flat", "the picture has a single gray level, so it has no parts"};
+  if (*least == *most) return {*most, "flat", "the picture has a single gray value, so it has no parts"};
   const Histogram bins = histogram_of(evened);
   const int32_t level = otsu_threshold(evened);
   const std::string light = options.background > 0 ? ", after the light is evened out" : "";
@@ -233,8 +233,8 @@ int main(int argc, char** argv) {
       {"-o,--output", "_parts", kPictureEndings, "picture to write, with the outlines and numbers"}};
   plan.numbers = {{"width", "of the picture, in pixels"},
                   {"height", "of the picture, in pixels"},
-                  {"threshold", "gray level from which a pixel is bright"},
-                  {"threshold_method", "given, otsu, or flat if the picture has a single gray level"}};
+                  {"threshold", "gray value from which a pixel is bright"},
+                  {"threshold_method", "given, otsu, or flat if the picture has a single gray value"}};
   plan.items = "parts";
   plan.columns = {{"number", "as in the picture"},
                   {"left", "first column of the part"},
@@ -249,7 +249,7 @@ int main(int argc, char** argv) {
   plan.notes = "Coins on dark cloth, lit from one side: count_parts coins.png --background 40";
   Host host(plan);
   Options options;
-  host.number("-t,--threshold", options.threshold, "gray level from which a pixel is bright", 0, 255,
+  host.number("-t,--threshold", options.threshold, "gray value from which a pixel is bright", 0, 255,
               "Otsu's");
   host.flag("-d,--dark", options.dark, "parts are darker than the background");
   host.number(

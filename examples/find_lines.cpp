@@ -162,7 +162,7 @@ int main(int argc, char** argv) {
   Host host(plan);
   Options options;
   host.number("-t,--threshold", options.threshold,
-              "least step in gray level of an edge; below 8 the exact edge filter is used", 1, 255);
+              "least step in gray value of an edge; below 8 the exact edge filter is used", 1, 255);
   host.number("-l,--min-length", options.min_length, "least length of a segment in pixels", 6, 1000000,
               "1/20 of the shorter side, at least 12");
   host.number("-s,--straightness", options.straightness,

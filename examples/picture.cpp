@@ -226,7 +226,7 @@ Histogram scaled_down(Histogram bins, int32_t most_pixels) {
 int32_t otsu_threshold(Picture& gray) {
   constexpr int32_t kMostPixels = 8000000;  // 31 bits hold their sum at level 255
   Histogram bins = scaled_down(histogram_of(gray), kMostPixels);
-  // The library has no threshold for two gray levels; it is the brighter one.
+  // The library has no threshold for two gray values; it is the brighter one.
   if (bins.size() - static_cast<std::size_t>(std::count(bins.begin(), bins.end(), 0)) <= 2) {
     return *std::max_element(gray.pixels.begin(), gray.pixels.end());
   }

@@ -1,7 +1,7 @@
 // Chooses a gray threshold for photographs and applies it.
 //
 // There are four methods, each based on a histogram: Otsu's threshold, a share of the pixels, the noise of a
-// difference image, and clusters of gray levels.
+// difference image, and clusters of gray values.
 
 #include <algorithm>
 #include <cmath>
@@ -196,21 +196,21 @@ int main(int argc, char** argv) {
       {"--histogram", "_histogram", kPictureEndings,
        "picture to write: the histogram with axes and the threshold; bars that are cut off are light"}};
   plan.numbers = {{"pixels", "number of pixels"},
-                  {"mean", "mean gray level", 2},
-                  {"deviation", "standard deviation of the gray levels", 2},
-                  {"median", "median gray level"},
-                  {"most_frequent", "the most frequent gray level"},
+                  {"mean", "mean gray value", 2},
+                  {"deviation", "standard deviation of the gray values", 2},
+                  {"median", "median gray value"},
+                  {"most_frequent", "the most frequent gray value"},
                   {"most_frequent_pixels", "number of pixels of that level"},
-                  {"low_tail", "gray level up to which 1 % of the pixels lie"},
-                  {"high_tail", "gray level from which 1 % of the pixels lie"},
+                  {"low_tail", "gray value up to which 1 % of the pixels lie"},
+                  {"high_tail", "gray value from which 1 % of the pixels lie"},
                   {"method", "as chosen by --method"},
-                  {"threshold", "gray level from which pixels are white; none for kmeans"},
-                  {"centres", "gray levels of the clusters, for kmeans"}};
+                  {"threshold", "gray value from which pixels are white; none for kmeans"},
+                  {"centres", "gray values of the clusters, for kmeans"}};
   Host host(plan);
   Options options;
   host.choice("-m,--method", options.method,
               "otsu: two classes; ratio: the brightest share; difference: steps above the noise; kmeans: "
-              "clusters of gray levels",
+              "clusters of gray values",
               {"otsu", "ratio", "difference", "kmeans"});
   host.number("-r,--ratio", options.ratio, "share of the pixels that become white, for ratio", 0.0, 1.0);
   host.number("-k,--clusters", options.clusters, "number of clusters, for kmeans", 2, 256);
