@@ -83,6 +83,7 @@ using namespace nuv;
 
 int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize) {
   const int32_t lo = first_occupied(pHistogram, nSize);
+  if (lo >= nSize) return 0;
   const int32_t hi = last_occupied(pHistogram, nSize);
   if (lo >= hi) return 0;
 
