@@ -28,13 +28,15 @@ NUV_INLINE uint8_t neighbours_of(const uint8_t* p, std::ptrdiff_t w) {
                               (p[1] != 0) + (p[w - 1] != 0) + (p[w] != 0) + (p[w + 1] != 0));
 }
 
-// Pixels that are not 0 and have least to most neighbours become mark; the others stay.
+// Pixels that are not 0 and have least to most neighbours become mark; the others stay. Each condition chooses
+// between two bytes: GCC 12 makes wrong vector code for 64-bit ARM where the conditions are combined first.
 NUV_ROW_KERNEL void mark_by_neighbours(const uint8_t* p, std::ptrdiff_t w, uint8_t least, uint8_t most,
                                        uint8_t mark, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t count = neighbours_of(p, w);
-    const uint8_t chosen = ((p[0] != 0) & (count >= least) & (count <= most)) ? 255 : 0;
-    out[x] = static_cast<uint8_t>((chosen & mark) | (~chosen & p[0]));
+    const uint8_t from_least = count < least ? p[0] : mark;
+    const uint8_t within = count > most ? p[0] : from_least;
+    out[x] = p[0] == 0 ? 0 : within;
   }
 }
 
