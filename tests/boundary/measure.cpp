@@ -11,7 +11,8 @@
 //                                      those whose results depend on its first content; and those that wrote
 //                                      an element and left an earlier one alone
 //     reach <index> <reached>...       for each call line of typical and special scenes, the number of
-//                                      elements up to the last one that matters
+//                                      elements up to the last one that matters; not for tiny scenes, where
+//                                      other values can lead out of the image
 //
 // Reaches are measured for the arguments that standard input names: <name and types> TAB <index>.
 
@@ -203,9 +204,12 @@ const char* name_of(Kind kind) {
   return kind == Kind::kTypical ? "typical" : kind == Kind::kSpecial ? "special" : "hostile";
 }
 
+bool is_tiny(Kind kind, uint32_t seed) {
+  return kind == Kind::kSpecial && Scene(kind, seed).hostile;
+}
+
 void print_call(Kind kind, uint32_t seed, const Play& play) {
-  const bool is_tiny = kind == Kind::kSpecial && Scene(kind, seed).hostile;
-  std::printf("call\t%s", is_tiny ? "tiny" : name_of(kind));
+  std::printf("call\t%s", is_tiny(kind, seed) ? "tiny" : name_of(kind));
   for (const Argument& argument : play.arguments) {
     if (argument.is_pointer && argument.memory == nullptr) {
       std::printf("\t#?");
@@ -257,7 +261,8 @@ void measure(const Call& call, const std::set<std::size_t>& reaches) {
     std::printf("reach\t%zu", argument);
     for (const auto& [kind, of_kind] : plays) {
       for (const auto& [seed, first] : of_kind) {
-        if (kind != Kind::kHostile) std::printf("\t%zu", reach(call, kind, seed, first, argument));
+        if (kind == Kind::kHostile || is_tiny(kind, seed)) continue;
+        std::printf("\t%zu", reach(call, kind, seed, first, argument));
       }
     }
     std::printf("\n");

@@ -18,7 +18,7 @@ class Measured:
         self.keeps_state = keeps_state
         self.calls = []     # (kind, [argument...])
         self.counts = {}    # by the index of the argument and the kind of scenes
-        self.reaches = {}   # by the index of the argument: one for each call but the hostile ones
+        self.reaches = {}   # by the index of the argument: one for each call but hostile and tiny ones
 
 
 def run(program, reaches=()):
@@ -223,7 +223,8 @@ class Argument:
     def holds_the_reach(self, formula, is_tight=True):
         """Whether only elements that the formula counts matter, and, if it must be tight, nearly all of them."""
         tightest = 0
-        for (numbers, word, _), reach in zip(self.numbers, self.measured.reaches[self.index]):
+        sizable = [(numbers, word) for numbers, word, is_tiny in self.numbers if not is_tiny]
+        for (numbers, word), reach in zip(sizable, self.measured.reaches[self.index]):
             if word == "#?":
                 continue
             if not formula.names <= numbers.keys():
