@@ -92,6 +92,7 @@ class Watch : public Observer {
  private:
   static std::vector<Bytes> contents(const std::vector<Argument>& arguments) {
     std::vector<Bytes> contents;
+    contents.reserve(arguments.size());
     for (const Argument& a : arguments) contents.emplace_back(a.memory, a.memory + a.bytes);
     return contents;
   }
