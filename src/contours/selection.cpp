@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 
 #include "contours/chain.h"
 #include "contours/marks.h"
@@ -106,27 +107,53 @@ class Squares {
  public:
   Squares(int32_t* x, int32_t* y, double* error, int32_t n) : x_(x), y_(y), error_(error), n_(n) {}
 
-  // Once all places are taken, a square replaces the one of greatest error, even if its own is greater.
+  // Once all places are taken, a square replaces the first one of greatest error, even if its own is greater.
   void add(int32_t x, int32_t y, double error) {
     if (n_ < 1) return;
-    int32_t place = found_;
-    if (found_ == n_) {
-      place = static_cast<int32_t>(std::max_element(error_, error_ + n_) - error_);
-    } else {
-      ++found_;
+    if (found_ < n_) {
+      store(found_++, x, y, error);
+      return;
     }
-    x_[place] = x;
-    y_[place] = y;
-    error_[place] = error;
+    if (!heap_ && !heap_was_tried_) build_heap();
+    if (!heap_) {
+      store(static_cast<int32_t>(std::max_element(error_, error_ + n_) - error_), x, y, error);
+      return;
+    }
+    const auto comes_later = [this](int32_t a, int32_t b) { return is_replaced_later(a, b); };
+    int32_t* const end = heap_.get() + n_;
+    std::pop_heap(heap_.get(), end, comes_later);
+    store(end[-1], x, y, error);
+    std::push_heap(heap_.get(), end, comes_later);
   }
   int32_t found() const { return found_; }
 
  private:
+  void store(int32_t place, int32_t x, int32_t y, double error) {
+    x_[place] = x;
+    y_[place] = y;
+    error_[place] = error;
+  }
+  bool is_replaced_later(int32_t a, int32_t b) const {
+    return error_[a] != error_[b] ? error_[a] < error_[b] : a > b;
+  }
+  // A heap of the places. A search per square would cost the product of squares and places. If allocation fails,
+  // there is no heap.
+  void build_heap() {
+    heap_was_tried_ = true;
+    heap_ = allocate<int32_t>(static_cast<std::size_t>(n_));
+    if (!heap_) return;
+    std::iota(heap_.get(), heap_.get() + n_, 0);
+    std::make_heap(heap_.get(), heap_.get() + n_,
+                   [this](int32_t a, int32_t b) { return is_replaced_later(a, b); });
+  }
+
   int32_t* x_;
   int32_t* y_;
   double* error_;
   int32_t n_;
   int32_t found_ = 0;
+  Buffer<int32_t> heap_;
+  bool heap_was_tried_ = false;
 };
 
 }  // namespace

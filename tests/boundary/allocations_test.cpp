@@ -124,7 +124,7 @@ const std::pair<Outcome, std::vector<std::string>> kOutcomes[] = {
      {"NuvBinImgMarkMinOfRLXandRLY", "NuvRLYBlackCount", "NuvRLYDeleteWhiteShort", "NuvRLYReginsGetAndGrow",
       "NuvRLYRegionsGet", "NuvRLYWhiteCount", "NuvRLYWhiteDeleteLong", "NuvRLYWhiteDeleteShort",
       "NuvRLYWhiteShort", "NuvRLYWhiteShortAndRLXWhiteLong", "NuvConnectEdge", "NuvContour2Poly4",
-      "Brindlemar2008AddNoise"}}};
+      "NuvGetNSquaresCenter", "Brindlemar2008AddNoise"}}};
 
 std::map<std::string, Outcome> outcomes() {
   std::map<std::string, Outcome> outcomes;

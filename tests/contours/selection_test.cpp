@@ -176,4 +176,47 @@ TEST(Squares, AreSelectedByShapeAndReplacedByLaterOnes) {
   }
 }
 
+TEST(Squares, ReplaceTheFirstOneOfGreatestError) {
+  constexpr int32_t kWidth = 400;
+  constexpr int32_t kHeight = 60;
+  TestImage image(kWidth, kHeight);
+  for (int32_t i = 0; i < 3 * 20; ++i) {
+    const int32_t x = 20 * (i % 20) + 2;
+    const int32_t y = 20 * (i / 20) + 2;
+    NuvFillGryRect(image.data(), kWidth, kHeight, x, x + 7 + i % 3, y, y + 7 + i * 7 % 5, 255);
+  }
+  struct Squares {
+    std::vector<int32_t> x = std::vector<int32_t>(60);
+    std::vector<int32_t> y = std::vector<int32_t>(60);
+    std::vector<double> error = std::vector<double>(60);
+    int32_t found = 0;
+  };
+  const auto squares = [&](int32_t n) {
+    Buffers b(image);
+    Squares s;
+    s.found = NuvGetNSquaresCenter(b.image.data(), b.codes.data(), kWidth, kHeight, 1, true, 0.9, s.x.data(),
+                                   s.y.data(), s.error.data(), n);
+    return s;
+  };
+  const Squares all = squares(60);
+  ASSERT_EQ(all.found, 60);
+  for (int32_t n : {1, 2, 7, 30}) {
+    Squares expected;
+    for (std::size_t i = 0; i < 60; ++i) {
+      const auto end = expected.error.begin() + n;
+      const auto place = i < static_cast<std::size_t>(n) ? expected.error.begin() + static_cast<int32_t>(i)
+                                                         : std::max_element(expected.error.begin(), end);
+      const auto at = static_cast<std::size_t>(place - expected.error.begin());
+      expected.x[at] = all.x[i];
+      expected.y[at] = all.y[i];
+      expected.error[at] = all.error[i];
+    }
+    const Squares kept = squares(n);
+    EXPECT_EQ(kept.found, n);
+    EXPECT_EQ(kept.x, expected.x);
+    EXPECT_EQ(kept.y, expected.y);
+    EXPECT_EQ(kept.error, expected.error);
+  }
+}
+
 }  // namespace
