@@ -79,14 +79,28 @@ int32_t* length_counts(Scene& s) {
 int32_t room(Scene& s) {
   return s.hostile || s.count % 2 == 0 ? s.count : s.width * s.height;
 }
+// The last place of a run. Runs of pictures that are shown in several sizes have lengths that do not depend on
+// the size, so that their pixels are a share of the picture's.
+int32_t end_of_run(const Scene& s, int32_t first, int32_t last) {
+  constexpr int32_t kGreatestLength = 64;
+  return s.exhibit == nullptr ? last : first + last % kGreatestLength;
+}
 RLX* row_runs(Scene& s) {
   RLX* runs = s.memory<RLX>(Scene::length(room(s)));
-  std::generate_n(runs, Scene::length(room(s)), [&s] { return RLX{y(s), x(s), x(s), s.integer(-9, 9)}; });
+  std::generate_n(runs, Scene::length(room(s)), [&s] {
+    RLX run{y(s), x(s), x(s), s.integer(-9, 9)};
+    run.x2 = end_of_run(s, run.x1, run.x2);
+    return run;
+  });
   return runs;
 }
 RLY* column_runs(Scene& s) {
   RLY* runs = s.memory<RLY>(Scene::length(room(s)));
-  std::generate_n(runs, Scene::length(room(s)), [&s] { return RLY{x(s), y(s), y(s)}; });
+  std::generate_n(runs, Scene::length(room(s)), [&s] {
+    RLY run{x(s), y(s), y(s)};
+    run.y2 = end_of_run(s, run.y1, run.y2);
+    return run;
+  });
   return runs;
 }
 
