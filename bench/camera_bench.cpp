@@ -97,6 +97,29 @@ const Row yuv_to_p("NuvRGB2YUV420P/libyuv RGB24ToJ420", [] {
   };
 });
 
+// The functions above average the colours of four pixels and convert the mean. The library converts every pixel and
+// averages the chroma. This is the same work by the peer: chroma for every pixel, then means of 2x2.
+auto chroma_of_every_pixel(Conversion from_rgb, bool in_pairs) {
+  return
+      [=, c = Camera(from_rgb), rows = LineVector<uint8_t>(2 * 4 * 1280), u = LineVector<uint8_t>(2 * 1280),
+       v = LineVector<uint8_t>(2 * 1280), means = LineVector<uint8_t>(1280)]() mutable {
+        const int w = c.width;
+        for (int y = 0; y < c.height; y += 2) {
+          libyuv::RGB24ToARGB(c.rgb.data() + 3 * y * w, 3 * w, rows.data(), 4 * w, w, 2);
+          libyuv::ARGBToI444(rows.data(), 4 * w, c.luma() + y * w, w, u.data(), w, v.data(), w, w, 2);
+          uint8_t* cb = in_pairs ? means.data() : c.chroma() + y / 2 * (w / 2);
+          uint8_t* cr = in_pairs ? means.data() + w / 2 : c.chroma() + w * c.height / 4 + y / 2 * (w / 2);
+          libyuv::ScalePlane(u.data(), w, w, 2, cb, w / 2, w / 2, 1, libyuv::kFilterBox);
+          libyuv::ScalePlane(v.data(), w, w, 2, cr, w / 2, w / 2, 1, libyuv::kFilterBox);
+          if (in_pairs) libyuv::MergeUVPlane(cb, w / 2, cr, w / 2, c.chroma() + y / 2 * w, w, w / 2, 1);
+        }
+      };
+}
+const Row yuv_every_p("NuvRGB2YUV420P/libyuv ARGBToI444 + ScalePlane",
+                      [] { return chroma_of_every_pixel(NuvRGB2YUV420P, false); });
+const Row yuv_every_sp("NuvRGB2YUV420SP/libyuv ARGBToI444 + ScalePlane",
+                       [] { return chroma_of_every_pixel(NuvRGB2YUV420SP, true); });
+
 // These conversions use rows with four bytes per pixel in between.
 const Row yuv_packed("NuvCbYCrY2RGB/libyuv UYVYToARGB + ARGBToRGB24", [] {
   return [c = Camera(NuvRGB2CbYCrY), row = LineVector<uint8_t>(4 * 1280)]() mutable {

@@ -51,27 +51,6 @@ const Row select_on_comb("NuvSelectContoursByArea 640x480 comb/nuv", [] {
   };
 });
 
-struct RoundContour {
-  static constexpr int32_t kPoints = 19200;
-  std::vector<int32_t> x;
-  std::vector<int32_t> y;
-
-  RoundContour() {
-    for (int32_t i = 0; i < kPoints; ++i) {
-      const double angle = i * 6.283185307 / kPoints;
-      x.push_back(static_cast<int32_t>(3000 * std::cos(angle)));
-      y.push_back(static_cast<int32_t>(2500 * std::sin(angle)));
-    }
-  }
-};
-const Row quadrilateral("NuvContour2Poly4 19200 points/nuv", [] {
-  return [contour = RoundContour()]() mutable {
-    int32_t corner_x[4];
-    int32_t corner_y[4];
-    NuvContour2Poly4(contour.x.data(), contour.y.data(), RoundContour::kPoints, corner_x, corner_y);
-  };
-});
-
 // The work of the example count_parts without its files: finds parts and holes of 100 pixels or more and
 // measures where they are.
 const Row count_parts("count_parts/nuv", [] {
@@ -124,18 +103,6 @@ const Row fill_contours("NuvFillingContour/opencv drawContours", [] {
   return [contours = contours_of(source, cv::RETR_CCOMP), picture = binary_picture()]() mutable {
     cv::Mat filled = picture.mat();
     cv::drawContours(filled, contours, -1, 255, cv::FILLED);
-  };
-});
-
-// The peer finds the convex hull only; it has no quadrilateral.
-const Row hull("NuvContour2Poly4 19200 points/opencv convexHull", [] {
-  std::vector<cv::Point> points;
-  const RoundContour contour;
-  for (std::size_t i = 0; i < contour.x.size(); ++i) points.emplace_back(contour.x[i], contour.y[i]);
-  return [points] {
-    std::vector<cv::Point> corners;
-    cv::convexHull(points, corners);
-    benchmark::DoNotOptimize(corners.data());
   };
 });
 

@@ -131,6 +131,18 @@ const Row fine("NuvShenJunEdgeFine/nuv", [] { return fine_work(1280, 960); });
 const Row fine_large("NuvShenJunEdgeFine 2560x1920/nuv", [] { return fine_work(2560, 1920); });
 
 #if NUV_WITH_OPENCV
+// The greater of the two differences of neighbours, by three passes over the interior.
+const Row cv_robert("NuvRobert/opencv absdiff x2 + max", [] {
+  return [picture = gray_picture(), across = cv::Mat(), down = cv::Mat(),
+          result = cv::Mat(960, 1280, CV_8UC1)]() mutable {
+    const auto moved = [image = picture.mat()](int x, int y) { return image(cv::Rect(x, y, 1278, 958)); };
+    cv::absdiff(moved(2, 1), moved(0, 1), across);
+    cv::absdiff(moved(1, 2), moved(1, 0), down);
+    cv::Mat inner = result(cv::Rect(1, 1, 1278, 958));
+    cv::max(across, down, inner);
+  };
+});
+
 const Row cv_sobel("NuvGryImgSobel/opencv Sobel x2 + add", [] {
   return [picture = gray_picture(), x = cv::Mat(), y = cv::Mat(), result = cv::Mat()]() mutable {
     cv::Sobel(picture.mat(), x, CV_16S, 1, 0);

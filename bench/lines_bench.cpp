@@ -46,6 +46,24 @@ BenchPicture edge_points(std::size_t count) {
 
 constexpr std::size_t kEdgePoints = 20000;
 
+// The work of the example find_lines without its files: finds the segments, sorts them by length and draws them.
+const Row find_lines("find_lines/nuv", [] {
+  NuvImgChainLines_Initialize(1280, 960, 0.9, 1.0, 48, 24, 100000);
+  return [picture = gray_picture(), drawing = colour_picture()]() mutable {
+    const int32_t n = NuvImgChainLines_DoGryImg(picture.data(), picture.width, picture.height, true);
+    const TAVI_LINE_SEGMENT* found = NuvImgChainLines_GetLines();
+    std::vector<TAVI_LINE_SEGMENT> segments(found, found + n);
+    std::stable_sort(segments.begin(), segments.end(), [](const auto& a, const auto& b) {
+      return NuvDistBetweenPoint12(a.x1, a.y1, a.x2, a.y2) > NuvDistBetweenPoint12(b.x1, b.y1, b.x2, b.y2);
+    });
+    NuvGry2RGBImg(picture.data(), picture.data(), picture.data(), picture.width, picture.height,
+                  drawing.data());
+    for (const TAVI_LINE_SEGMENT& s : segments) {
+      NuvRGBLine(drawing.data(), drawing.width, drawing.height, s.x1, s.y1, s.x2, s.y2, 255, 0, 0);
+    }
+  };
+});
+
 const Row hough("NuvHoughLines_HT/nuv", [] {
   BenchPicture edges = edge_points(kEdgePoints);
   std::vector<int32_t> x;
@@ -143,19 +161,37 @@ std::vector<cv::Point> cv_points(const Points& points) {
   for (std::size_t i = 0; i < points.x.size(); ++i) result.emplace_back(points.x[i], points.y[i]);
   return result;
 }
-const Row approximate("NuvLineKeyPoints 64000 points/opencv approxPolyDP", [] {
+const Row approximate_once("NuvLineKeyPoints 64000 points/opencv approxPolyDP", [] {
   return [points = cv_points(wavy_curve(64000)), keys = std::vector<cv::Point>()]() mutable {
     cv::approxPolyDP(points, keys, 2, false);
+  };
+});
+// The peer takes a tolerance and not a number of points, so bisection finds the tolerance for that number.
+const Row approximate("NuvLineKeyPoints 64000 points/opencv approxPolyDP bisected", [] {
+  return [points = cv_points(wavy_curve(64000)), keys = std::vector<cv::Point>()]() mutable {
+    double low = 0;
+    double high = 64;
+    for (int i = 0; i < 20; ++i) {
+      const double tolerance = (low + high) / 2;
+      cv::approxPolyDP(points, keys, tolerance, false);
+      if (keys.size() == 500) break;
+      (keys.size() > 500 ? low : high) = tolerance;
+    }
+    benchmark::DoNotOptimize(keys.data());
   };
 });
 const Row least_rectangle("NuvContour2Poly4 19200 points/opencv minAreaRect", [] {
   return [points = cv_points(circle(19200))]() mutable { benchmark::DoNotOptimize(cv::minAreaRect(points)); };
 });
-const Row fit_line("NuvFittingLine 2000 points/opencv fitLine", [] {
-  return [points = cv_points(scattered_about_a_line(2000))]() mutable {
+// The library also measures the deviation and the greatest distance, which the peer has other functions for.
+const Row fit_line("NuvFittingLine 2000 points/opencv fitLine + transform + norm x2", [] {
+  return [points = cv_points(scattered_about_a_line(2000)), distances = cv::Mat()]() mutable {
     cv::Vec4f line;
     cv::fitLine(points, line, cv::DIST_L2, 0, 0.01, 0.01);
-    benchmark::DoNotOptimize(line);
+    const cv::Matx13f across(-line[1], line[0], line[1] * line[2] - line[0] * line[3]);
+    cv::transform(cv::Mat_<cv::Point2f>(cv::Mat(points)), distances, across);
+    benchmark::DoNotOptimize(cv::norm(distances, cv::NORM_L2));
+    benchmark::DoNotOptimize(cv::norm(distances, cv::NORM_INF));
   };
 });
 
@@ -165,6 +201,22 @@ const Row hough_lines("NuvHoughLines_HT/opencv HoughLines", [] {
     cv::HoughLines(edges.mat(), lines, 1, CV_PI / 180, 500);
     benchmark::DoNotOptimize(lines.data());
   };
+});
+
+const Row cv_find_lines("find_lines/opencv LineSegmentDetector + line", [] {
+  return
+      [picture = gray_picture(), detector = cv::createLineSegmentDetector(), drawing = cv::Mat()]() mutable {
+        std::vector<cv::Vec4f> lines;
+        detector->detect(picture.mat(), lines);
+        std::stable_sort(lines.begin(), lines.end(), [](const cv::Vec4f& a, const cv::Vec4f& b) {
+          return std::hypot(a[0] - a[2], a[1] - a[3]) > std::hypot(b[0] - b[2], b[1] - b[3]);
+        });
+        cv::cvtColor(picture.mat(), drawing, cv::COLOR_GRAY2BGR);
+        for (const cv::Vec4f& s : lines) {
+          cv::line(drawing, cv::Point(cvRound(s[0]), cvRound(s[1])), cv::Point(cvRound(s[2]), cvRound(s[3])),
+                   cv::Scalar(0, 0, 255));
+        }
+      };
 });
 
 const Row line_segment_detector("NuvImgChainLines_DoGryImg/opencv LineSegmentDetector", [] {

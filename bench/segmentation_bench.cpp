@@ -1,3 +1,5 @@
+#include <vector>
+
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
 
@@ -8,6 +10,7 @@
 namespace {
 
 constexpr int32_t kMinArea = 60;
+constexpr int32_t kSegmentArea = 200;  // of the example
 
 // The library's function changes the picture, so each call gets a copy.
 auto merge_split_of(BenchPicture picture) {
@@ -24,7 +27,50 @@ const Row merge_split_camera("NuvMergeSplit 512x512 camera/nuv",
 const Row merge_split_coins("NuvMergeSplit 384x303 coins/nuv",
                             [] { return merge_split_of(coins_picture()); });
 
+// The work of the example segment without its files: finds the regions and draws their outlines.
+const Row segment("segment 512x512/nuv", [] {
+  BenchPicture source = gray_picture(512, 512);
+  return [source, picture = source, work = LineVector<uint8_t>(2 * source.pixels.size()),
+          drawing = LineVector<uint8_t>(3 * source.pixels.size())]() mutable {
+    picture.pixels = source.pixels;
+    NuvGry2RGBImg(source.data(), source.data(), source.data(), source.width, source.height, drawing.data());
+    RegionStruct* regions =
+        NuvMergeSplit(picture.data(), work.data(), picture.width, picture.height, kSegmentArea, 0, 0.5);
+    std::vector<int32_t> x;
+    std::vector<int32_t> y;
+    for (const RegionStruct* r = regions; r != nullptr; r = r->next) {
+      x.resize(static_cast<std::size_t>(r->N) + 1);
+      y.resize(x.size());
+      NuvChain2Points(r->x0, r->y0, r->pChainCode, r->N, x.data(), y.data());
+      for (std::size_t i = 0; i + 1 < x.size(); ++i) {
+        drawing[static_cast<std::size_t>(y[i] * picture.width + x[i]) * 3] = 255;
+      }
+    }
+    NuvFreeRegionStruct(regions);
+  };
+});
+
 #if NUV_WITH_OPENCV
+// The peer's regions are sets of pixels, and their outlines are found in a mask.
+const Row cv_segment("segment 512x512/opencv MSER + findContours", [] {
+  BenchPicture source = gray_picture(512, 512);
+  return [source, detector = cv::MSER::create(5, kSegmentArea, 512 * 512), drawing = cv::Mat()]() mutable {
+    std::vector<std::vector<cv::Point>> regions;
+    std::vector<cv::Rect> boxes;
+    cv::cvtColor(source.mat(), drawing, cv::COLOR_GRAY2BGR);
+    detector->detectRegions(source.mat(), regions, boxes);
+    std::vector<std::vector<cv::Point>> outlines;
+    for (std::size_t i = 0; i < regions.size(); ++i) {
+      cv::Mat mask = cv::Mat::zeros(boxes[i].height, boxes[i].width, CV_8UC1);
+      for (const cv::Point& p : regions[i]) mask.at<uint8_t>(p - boxes[i].tl()) = 255;
+      cv::findContours(mask, outlines, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE, boxes[i].tl());
+      for (const std::vector<cv::Point>& outline : outlines) {
+        for (const cv::Point& p : outline) drawing.at<cv::Vec3b>(p)[0] = 255;
+      }
+    }
+  };
+});
+
 // The peer has its default delta and, like the library, no effective upper limit of the area.
 auto extremal_regions_of(BenchPicture picture) {
   return [picture, detector = cv::MSER::create(5, kMinArea, picture.width * picture.height)]() mutable {
@@ -40,6 +86,20 @@ const Row extremal_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER",
                                   [] { return extremal_regions_of(gray_picture(512, 512)); });
 const Row extremal_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER",
                                  [] { return extremal_regions_of(coins_picture()); });
+
+// With the peer's default limit of the area it leaves out large regions, which the library finds.
+auto small_regions_of(BenchPicture picture) {
+  return [picture, detector = cv::MSER::create(5, kMinArea)]() mutable {
+    std::vector<std::vector<cv::Point>> regions;
+    std::vector<cv::Rect> boxes;
+    detector->detectRegions(picture.mat(), regions, boxes);
+    benchmark::DoNotOptimize(regions.data());
+  };
+}
+const Row small_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER to 14400 pixels",
+                               [] { return small_regions_of(gray_picture(512, 512)); });
+const Row small_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER to 14400 pixels",
+                              [] { return small_regions_of(coins_picture()); });
 #endif
 
 }  // namespace
