@@ -21,8 +21,8 @@ make_debian() {
   mkdir -p "$copy"
   git ls-files -z | xargs -0 cp --parents -t "$copy"
   echo "Building the Debian packages; the log is $work/build.log" >&2
-  (cd "$copy" && DEB_BUILD_OPTIONS=nocheck DEB_BUILD_PROFILES=nocheck dpkg-buildpackage -us -uc) \
-    >"$work/build.log" 2>&1 || {
+  (cd "$copy" && DEB_BUILD_OPTIONS='nocheck noautodbgsym' DEB_BUILD_PROFILES=nocheck \
+    dpkg-buildpackage -us -uc) >"$work/build.log" 2>&1 || {
     tail -n 50 "$work/build.log" >&2
     fail "building the Debian packages failed; the log is $work/build.log"
   }
