@@ -17,7 +17,7 @@ fail() {
 make_debian() {
   need_packages "${build_packages[@]}" "${debian_packages[@]}"
   local work=build/package/debian copy=build/package/debian/nuvimgsdk2014dll-$version
-  rm -rf "$work"
+  rm -rf "$work" dist/*nuvimgsdk*
   mkdir -p "$copy"
   git ls-files -z | xargs -0 cp --parents -t "$copy"
   echo "Building the Debian packages; the log is $work/build.log" >&2
@@ -35,7 +35,7 @@ make_windows() {
   need_packages "${build_packages[@]}" "${windows_packages[@]}" "${windows64_packages[@]}"
   local name=NuvImgSDK2014DLL-$version-windows preset width file
   local root=$PWD/build/package/windows/$name
-  rm -rf "$root"
+  rm -rf "$root" dist/*-windows.zip
   mkdir -p "$root"
   for preset in windows windows64; do
     width=x86
@@ -56,7 +56,6 @@ make_windows() {
 mkdir -p dist
 case ${1-} in
   '')
-    rm -rf dist/*
     make_debian
     make_windows
     ;;
