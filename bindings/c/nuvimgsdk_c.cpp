@@ -845,6 +845,10 @@ bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, 
   return ::NuvHasPixelsOnChain(pGryImg, width, x, y, pChainCode, N, gry);
 }
 
+double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode, int32_t N) {
+  return ::NuvContourGryAvr(pGryImg, width, x, y, pChainCode, N);
+}
+
 int32_t NuvContourPosPoints(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine) {
   return ::NuvContourPosPoints(x, y, pChainCode, N, yLine);
 }
@@ -934,10 +938,6 @@ int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode, int32_t w
 int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width, int32_t height,
                                   int32_t color) {
   return ::NuvMarkMaxAreaHoleContour(pBinImg, pChainCode, width, height, color);
-}
-
-double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode, int32_t N) {
-  return ::NuvContourGryAvr(pGryImg, width, x, y, pChainCode, N);
 }
 
 int32_t Nuv255NRegionsWithMaxArea(uint8_t* pBinImg, int32_t width, int32_t height, int32_t N,

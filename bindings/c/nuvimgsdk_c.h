@@ -113,7 +113,7 @@ typedef struct RegionStruct {
   uint8_t* pChainCode;        ///< N direction codes 0..7, owned by the record
   int32_t area;               ///< by NuvAreaAndPerimeter at the level that made the record; never changes
   int32_t perimeter;          ///< by NuvAreaAndPerimeter at the same level
-  int32_t gry;                ///< gray level that made the record; the region's pixels are darker
+  int32_t gry;                ///< level that made the record; the region's pixels are darker
   int32_t sameLevelParentID;  ///< without meaning in a result
   int32_t ID;                 ///< number of the record, unique in the result, in the order of creation
   int32_t parentID;           ///< ID of the region around it, which comes later in the list; -1 if none
@@ -300,11 +300,14 @@ NUV_C_API void NuvInvertGryValueToRes(uint8_t* pGryImg, int32_t width, int32_t h
 /// @param dev      standard deviation to reach
 NUV_C_API void NuvGryImgNormalize(uint8_t* pGryImg, int32_t width, int32_t height, int32_t avr, int32_t dev);
 
-/// Reduces a gray image to the 16 levels 0 to 15: v becomes ((v - lo)*15)/(hi - lo), truncated.
+/// Reduces a gray image to the 16 gray values 0 to 15: v becomes ((v - lo)*15)/(hi - lo), truncated.
 ///
 /// lo is the first value, from 0 upward, at which the cumulative count exceeds a tenth of the pixels. hi is
 /// the first such value from 255 downward. Values below lo become 0, and values above hi become 15. If lo
 /// equals hi, all pixels become 0.
+///
+/// The test is count*10 > width*height. Products have 32 bits and wrap: from a count of 214,748,365 pixels
+/// on, the test can fail, and a later value is taken. If all values fail, lo is 0, or hi is 255.
 ///
 /// @param pGryImg  [inout, width*height elements]
 NUV_C_API void NuvGryImg4Bit(uint8_t* pGryImg, int32_t width, int32_t height);
@@ -1202,8 +1205,8 @@ NUV_C_API void NuvExtractMaxRGB2GryImg(uint8_t* pRGBImg, int32_t width, int32_t 
 //
 // Single bytes of RGB pixels: selected, replaced, combined, interleaved.
 //
-// channel is the number of the byte: 0 for blue, 1 for green, 2 for red. It is not tested. A gray image has
-// width*height bytes, an RGB image three times as many.
+// channel is the number of the byte: 0 for blue, 1 for green, 2 for red. It is not tested unless an entry
+// says otherwise. A gray image has width*height bytes, an RGB image three times as many.
 
 /// Copies one channel of an RGB image to a gray image.
 ///
@@ -1227,7 +1230,7 @@ NUV_C_API void NuvExtractOneChannelFromRGB(uint8_t* pRGBImg, int32_t width, int3
 NUV_C_API void NuvSelectRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t x1, int32_t x2,
                                     int32_t y1, int32_t y2, int32_t channel, uint8_t* pGryImg);
 
-/// Writes a gray image over one channel of an RGB image.
+/// Writes a gray image over one channel of an RGB image. Nothing is written for a channel outside 0..2.
 ///
 /// @param pRGBImg  [inout, width*height*3 elements] RGB image, changed in place; the other two channels are
 ///                 kept
@@ -1235,7 +1238,8 @@ NUV_C_API void NuvSelectRGBRect2Gry(uint8_t* pRGBImg, int32_t width, int32_t hei
 NUV_C_API void NuvReplaceOneChannelInRGB(uint8_t* pRGBImg, int32_t width, int32_t height, int32_t channel,
                                          uint8_t* pGryImg);
 
-/// Combines one channel of an RGB image with a gray image by bitwise OR.
+/// Combines one channel of an RGB image with a gray image by bitwise OR. Nothing is written for a channel
+/// outside 0..2.
 ///
 /// @param pRGBImg  [inout, width*height*3 elements] RGB image, changed in place; the other two channels are
 ///                 kept
@@ -2076,6 +2080,20 @@ NUV_C_API int32_t NuvWhitePixlePassedByChain(uint8_t* pBinImg, int32_t width, in
 NUV_C_API bool NuvHasPixelsOnChain(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
                                    int32_t N, int32_t gry);
 
+/// Computes the mean gray value along a chain, with the start counted twice.
+///
+/// The sum runs over the start pixel and the ends of all N steps, and is divided by N. An empty chain gives
+/// its start pixel.
+///
+/// @param pGryImg     [in, width*rows elements] gray image, read only
+/// @param width       columns of the image
+/// @param x, y        start point
+/// @param pChainCode  [in, N elements] the chain, read only
+/// @param N           number of codes
+/// @return the sum divided by N
+NUV_C_API double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
+                                  int32_t N);
+
 /// Counts the points of a chain in image row yLine.
 ///
 /// It visits the ends of the first N-1 steps, so the start does not count. x is not read.
@@ -2354,20 +2372,6 @@ NUV_C_API int32_t NuvSelectContoursByArea(uint8_t* pBinImg, uint8_t* pChainCode,
 /// @return the area; 0 without a hole. If allocation fails, nothing is done and the result is 0
 NUV_C_API int32_t NuvMarkMaxAreaHoleContour(uint8_t* pBinImg, uint8_t* pChainCode, int32_t width,
                                             int32_t height, int32_t color);
-
-/// Computes the mean gray value along a chain, with the start counted twice.
-///
-/// The sum runs over the start pixel and the ends of all N steps, and is divided by N. An empty chain gives
-/// its start pixel.
-///
-/// @param pGryImg     [in, width*rows elements] gray image, read only
-/// @param width       columns of the image
-/// @param x, y        start point
-/// @param pChainCode  [in, N elements] the chain, read only
-/// @param N           number of codes
-/// @return the sum divided by N
-NUV_C_API double NuvContourGryAvr(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y, uint8_t* pChainCode,
-                                  int32_t N);
 
 /// Paints the regions that are larger than the Nth largest one.
 ///
@@ -3352,7 +3356,7 @@ NUV_C_API void NuvGradientByPrewitt(uint8_t* pGryImg, int32_t width, int32_t hei
 // - pTmpImg is work space with one entry per pixel. It is overwritten and holds T on return.
 // - pResImg receives 255 on edge pixels and 0 elsewhere, also in the border. It has width*height bytes, in
 //   another buffer than the other two.
-// - grdThreshold is in gray levels. At 0 or below the step condition always holds, above 255 it never does.
+// - grdThreshold is in gray values. At 0 or below the step condition always holds, above 255 it never does.
 //
 // An image less than 3 pixels wide or high has no interior and so no edges.
 // See J. Shen and S. Castan, An optimal linear operator for step edge detection, 1992
@@ -3415,7 +3419,7 @@ NUV_C_API int32_t NuvShenJunEdgeFastWithPoints(uint8_t* pGryImg, uint8_t* pTmpIm
 
 /// Finds Shen-Jun edges with a floating-point coefficient on a work image of double.
 ///
-/// step is (new - old)*a0 + old in double precision, without rounding to gray levels.
+/// step is (new - old)*a0 + old in double precision, without rounding to gray values.
 ///
 /// @param pGryImg  [in, width*height elements]
 /// @param pTmpImg  [work, width*height elements] work space of width*height double
@@ -3460,7 +3464,7 @@ NUV_C_API void NuvEdgeDeleteNoiseByLength(uint8_t* pBinImg, int32_t width, int32
 ///
 /// @param pEdgeImg  [inout, width*height elements] edge image, changed in place
 /// @param pGryImg   [in, width*height elements] gray image of the same size in another buffer; read only
-/// @param minGrd    least gradient of the pixels that stay, in gray levels
+/// @param minGrd    least gradient of the pixels that stay, in gray values
 NUV_C_API void NuvRemoveEdgePointsByGrd(uint8_t* pEdgeImg, uint8_t* pGryImg, int32_t width, int32_t height,
                                         int32_t minGrd);
 
@@ -3550,10 +3554,10 @@ NUV_C_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int3
                                            int32_t ry, int32_t* pLeft, int32_t* pRight, int32_t* pTop,
                                            int32_t* pBottom);
 
-/// Returns the gray level that most edge pixels vote for as a threshold.
+/// Returns the gray value that most edge pixels vote for as a threshold.
 ///
-/// Each edge pixel strictly inside the region votes for every level of a range. The range is made of its own
-/// gray value c and the extremes lo and hi of c and seven samples, at these offsets (dx, dy):
+/// Each edge pixel strictly inside the region votes for every gray value of a range. The range is made of its
+/// own gray value c and the extremes lo and hi of c and seven samples, at these offsets (dx, dy):
 ///
 ///     (1,0)  (2,-1)  (2,-2)  (1,-3)  (0,-3)  (-1,-2)  (-1,-1)
 ///
@@ -3561,13 +3565,13 @@ NUV_C_API void NuvExtractEdgePointInCircle(uint8_t* pGrdImg, int32_t width, int3
 /// @param pEdgeImg        [in, width*rows elements] edge image of the same size; not 0 on edge pixels
 /// @param x1, x2, y1, y2  region
 /// @param mode            1 votes for lo..c, 2 for c..hi, any other value for lo..hi
-/// @return the level with most votes; ties go to the lowest. 0 without an edge pixel
+/// @return the gray value with most votes; ties go to the lowest. 0 without an edge pixel
 NUV_C_API int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width, int32_t x1,
                                         int32_t x2, int32_t y1, int32_t y2, int32_t mode);
 
-/// Computes the range of gray levels around each pixel, and the histogram of the ranges.
+/// Computes the range of gray values around each pixel, and the histogram of the ranges.
 ///
-/// The range is the largest minus the smallest level in a window of 2M + 1 columns by 2N + 1 rows. With
+/// The range is the largest minus the smallest gray value in a window of 2M + 1 columns by 2N + 1 rows. With
 /// top = max(y - N, 0), the window of row y has rows top..top+2N, cut short at the bottom of the image. Its
 /// columns are the first of these that applies, without those outside the image:
 ///
@@ -3586,13 +3590,13 @@ NUV_C_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t he
 
 // ---- The histogram at edges
 //
-// Counts the gray levels at both sides of edges.
+// Counts the gray values at both sides of edges.
 
-/// Computes the histogram of the gray levels at the two sides of edges.
+/// Computes the histogram of the gray values at the two sides of edges.
 ///
 /// It shows object and ground without the ramp between them. Edge pixels are those whose local range, as
 /// computed by NuvEdgeTripeDetection with half sizes M and 1, is at least T. Each run start..end of edge
-/// pixels in a row is sampled. G(x) is the gray level in column x of that row, W = 2M + 1, and divisions
+/// pixels in a row is sampled. G(x) is the gray value in column x of that row, W = 2M + 1, and divisions
 /// truncate:
 ///
 /// - If G(start) - G(end) >= T, pixels are sampled in pairs, left - k and right + k for k = 0, 1, 2, ... They
@@ -3607,7 +3611,7 @@ NUV_C_API bool NuvEdgeTripeDetection(uint8_t* pGryImg, int32_t width, int32_t he
 ///
 /// @param pGryImg     [in, width*height elements]
 /// @param M           half width of the window; below 0 counts as 0
-/// @param T           threshold of ranges and differences, in gray levels
+/// @param T           threshold of ranges and differences, in gray values
 /// @param pHistogram  [out, 256 elements] receives 256 bins
 /// @param pResImg     [out, width*height elements] receives 200 on edge pixels and 0 elsewhere, each increased
 ///                    by 1 per sample taken, width*height bytes in another buffer. Later runs of a row are
@@ -3974,7 +3978,7 @@ NUV_C_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t h
 //
 // Weighted means that smooth noise and spare edges.
 
-/// Smooths noise below a given level and spares edges.
+/// Smooths noise below a given strength and spares edges.
 ///
 /// An interior pixel c becomes c + (sum >> 3), where sum adds up the contributions of its eight neighbours n.
 /// With a = |n - c|, a neighbour contributes
@@ -3987,8 +3991,8 @@ NUV_C_API void NuvGryFastMedianFilter(uint8_t* pGryImg, int32_t width, int32_t h
 /// contributes nearly 2T. The border is not written.
 ///
 /// @param pGryImg  [in, width*height elements]
-/// @param T        level of the noise, in gray levels. At 0 or less the interior pixels are copied; at 255 or
-///                 more all neighbours count in full
+/// @param T        strength of the noise, in gray values. At 0 or less the interior pixels are copied; at 255
+///                 or more all neighbours count in full
 /// @param pResImg  [inout, width*height elements]
 NUV_C_API void NuvGryZedFilter(uint8_t* pGryImg, int32_t width, int32_t height, int32_t T, uint8_t* pResImg);
 
@@ -4555,7 +4559,7 @@ NUV_C_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 
 // ---- Threshold selection
 //
-// Gray levels that divide the pixels of a histogram into classes.
+// Gray values that divide the pixels of a histogram into classes.
 
 /// Returns Otsu's threshold, computed without the highest occupied bin.
 ///
@@ -4577,7 +4581,7 @@ NUV_C_API int32_t NuvGetPeakInHistogram(int32_t* pHistogram);
 /// @see N. Otsu, A threshold selection method from gray-level histograms, 1979
 NUV_C_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 
-/// Returns the level at and above which a share of the pixels lies.
+/// Returns the gray value at and above which a share of the pixels lies.
 ///
 /// The result is the first value, from 255 downward, at which the cumulative count reaches
 /// c = truncate(N*ratio).
@@ -4588,7 +4592,7 @@ NUV_C_API int32_t NuvGetOtsuThreshold(int32_t* pHistogram, int32_t nSize);
 ///         count never reaches c
 NUV_C_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
 
-/// Computes the levels k standard deviations below and above the mean.
+/// Computes the gray values k standard deviations below and above the mean.
 ///
 ///     minT = truncate(avr - k*dev)    or 0 where the difference is negative
 ///     maxT = truncate(avr + k*dev)    or 255 where the sum is greater
@@ -4597,7 +4601,7 @@ NUV_C_API int32_t NuvGetThresholdByRatio(int32_t* pHistogram, double ratio);
 ///
 /// @param pHistogram    [in, 256 elements] 256 bins
 /// @param k             number of standard deviations
-/// @param pMinT, pMaxT  [out, 1 element] receive the levels
+/// @param pMinT, pMaxT  [out, 1 element] receive the gray values
 NUV_C_API void NuvGetThresholdLimit(int32_t* pHistogram, double k, int32_t* pMinT, int32_t* pMaxT);
 
 /// Returns a noise threshold of three sigma, from a histogram of absolute differences.
@@ -4631,15 +4635,15 @@ NUV_C_API int32_t NuvGetDifImgThreshold(int32_t* pHistogram);
 NUV_C_API bool NuvGetDifImgThresholdByValley(int32_t* pHistogram, int32_t nIgnored, int32_t maxT,
                                              int32_t* pThreshold);
 
-/// Clusters the gray levels by one-dimensional k-means, weighted by the counts.
+/// Clusters the gray values by one-dimensional k-means, weighted by the counts.
 ///
-/// The updates are sequential. In each pass, every occupied level from 0 upward joins the nearest centre;
-/// ties go to the centre of the lowest index. That centre moves at once to the mean of all pixels that have
-/// joined it. Its sums are never cleared between passes.
+/// The updates are sequential. In each pass, every occupied gray value from 0 upward joins the nearest
+/// centre; ties go to the centre of the lowest index. That centre moves at once to the mean of all pixels
+/// that have joined it. Its sums are never cleared between passes.
 ///
-/// There are K = min(nClusters, n) centres, where n is the number of occupied levels. The first centre starts
-/// at the most frequent level. Each further one starts n/K places (truncated) after the one before it in the
-/// list of occupied levels, which continues at the lowest level after the highest.
+/// There are K = min(nClusters, n) centres, where n is the number of occupied gray values. The first centre
+/// starts at the most frequent one. Each further one starts n/K places (truncated) after the one before it in
+/// the list of occupied gray values, which continues at the lowest after the highest.
 ///
 /// Passes end when no centre has moved by more than eps relative to its new place. For a new place of 0, the
 /// old place is compared with eps instead. If no pass meets this condition, the last one is number
@@ -4972,7 +4976,8 @@ NUV_C_API void NuvDrawHistogram2Img(int32_t* pHistogram, int32_t N, uint8_t* pGr
 /// number. A not-a-number reaches no ratio.
 ///
 /// @param pHistogram             [in, 256 elements] 256 bins
-/// @param T                      level between the two modes, 1 to 255; any other leaves one side without bins
+/// @param T                      gray value between the two modes, 1 to 255; any other leaves one side without
+///                               bins
 /// @param M                      length of the window in bins; a negative M counts as 0
 /// @param minDist                least distance between the peaks, in bins
 /// @param ratio                  least contrast
@@ -5801,7 +5806,7 @@ NUV_C_API bool NuvFittingLineTwiceByMean(int32_t* pX, int32_t* pY, int32_t* pWor
 /// @param maxDeviation     greatest mean distance of the path from its chord, in pixels; 1 is typical
 /// @param minLength        least length of a chain, in codes, and of a stretch, in pixels of path; raised to 6
 ///                         if smaller. A stretch at the end of its chain gives up one code after that test
-/// @param grdThreshold     least gray-level step of an edge; raised to 1 if smaller
+/// @param grdThreshold     least step in gray value of an edge; raised to 1 if smaller
 /// @param maxLines         capacity, of lines and of stretches per chain; more are dropped
 /// @return false if allocation failed, nothing was ever allocated, or width*height exceeds INT32_MAX
 NUV_C_API bool NuvImgChainLines_Initialize(int32_t width, int32_t height, double minStraightness,
@@ -6008,7 +6013,7 @@ NUV_C_API bool NuvContour2Poly4(int32_t* pX, int32_t* pY, int32_t N, int32_t* pP
 /// @param pResImg  [inout, width*height elements] another buffer of the same size. It receives min(d^2/36,
 ///                 250), rounded down, at the interior pixels: the energy of the noise there. The border is not
 ///                 written
-/// @return the estimate in gray levels; not a number if width or height is 2, and 0 for other images without
+/// @return the estimate in gray values; not a number if width or height is 2, and 0 for other images without
 ///         interior pixels
 /// @see J. Immerkaer, Fast noise variance estimation, 1996
 NUV_C_API double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t height, uint8_t* pResImg);
@@ -6043,7 +6048,7 @@ NUV_C_API double NuvEstimateNoiseDelta(uint8_t* pGryImg, int32_t width, int32_t 
 ///
 /// @param pImg   [inout, N elements] N bytes, read and written
 /// @param N      number of bytes; 0 or less changes nothing
-/// @param noise  strength: percent for type 2, gray levels for the others. A negative strength is a percentage
+/// @param noise  strength: percent for type 2, gray values for the others. A negative strength is a percentage
 ///               of the range of the bytes: it is first replaced by ((hi - lo)*noise)/-100. If that is 0, only
 ///               type 3 changes bytes
 /// @param type   model of the noise, 0 to 4
@@ -6059,7 +6064,7 @@ NUV_C_API void Brindlemar2008AddNoise(uint8_t* pImg, int32_t N, double noise, ui
 
 /// Builds the tree of the dark regions of an image.
 ///
-/// The gray level falls one by one, down to minGry. The first level is the highest gray level g such that
+/// A threshold level falls one by one, down to minGry. The first level is the highest gray value g such that
 /// more than sqrt(minArea) pixels have a value from g to 254. The regions of a level are the outer contours
 /// of the pixels that are darker. A region has more than sqrt(minArea) codes, and its area, as computed by
 /// NuvAreaAndPerimeter, is at least minArea. Codes are those of its chain, as described in contours.
@@ -6196,7 +6201,7 @@ NUV_C_API int32_t NuvImgDifferenceInRect(uint8_t* pImg1, uint8_t* pImg2, bool bR
 /// @param pGryImg  [in, width*height elements]
 /// @param pMskImg  [in, width*height elements] mask of the size of the image; pixels that are not 0 count
 /// @param M, N     size of the windows in columns and rows
-/// @return the noise level in gray levels; 0 if M or N is below 1
+/// @return the noise level in gray values; 0 if M or N is below 1
 NUV_C_API int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, int32_t height,
                                       int32_t M, int32_t N);
 
