@@ -4,6 +4,7 @@
 // does not look at the checksums of a PNG file. So the structure of both is checked first. BMP, PGM and PPM
 // files are decoded here: their headers say where each pixel is, and a file that is cut short is found at once.
 
+#include <stb/stb_image.h>
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -14,21 +15,6 @@
 #include <utility>
 
 #include "picture.h"
-
-#if defined(__GNUC__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wunused-function"
-#endif
-#define STB_IMAGE_IMPLEMENTATION
-#define STB_IMAGE_STATIC
-#define STBI_ONLY_PNG
-#define STBI_ONLY_JPEG
-#define STBI_NO_STDIO
-#define STBI_NO_SIMD  // the same pixels on all processors
-#include <stb/stb_image.h>
-#if defined(__GNUC__)
-#pragma GCC diagnostic pop
-#endif
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "picture.h"
 
+#include <stb/stb_image_write.h>
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
@@ -16,19 +17,6 @@
 
 #include "NuvImgSDK2014DLL.h"
 #include "standard_streams.h"
-
-#if defined(__GNUC__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wunused-function"
-#pragma GCC diagnostic ignored "-Wmissing-field-initializers"
-#endif
-#define STB_IMAGE_WRITE_IMPLEMENTATION
-#define STB_IMAGE_WRITE_STATIC
-#define STBI_WRITE_NO_STDIO
-#include <stb/stb_image_write.h>
-#if defined(__GNUC__)
-#pragma GCC diagnostic pop
-#endif
 
 namespace {
 

@@ -134,7 +134,7 @@ int main(int argc, char** argv) {
                   {"perimeter", "in pixels"},
                   {"level", "gray level of the picture at which the region was found"}};
   plan.notes =
-      "The outlines are green at depth 0, then orange, blue, red and yellow, and green again. Outer ones are "
+      "The outlines are green at depth 0, then orange, blue, red and cyan, and green again. Outer ones are "
       "thicker.";
   Host host(plan);
   Options options;
