@@ -283,11 +283,12 @@ Picture decoded_bmp(const Bytes& bytes) {
 // The next number of the header, after white space and comments.
 int64_t header_number(const Bytes& bytes, std::size_t& at) {
   while (at < bytes.size() && (std::isspace(bytes[at]) != 0 || bytes[at] == '#')) {
-    if (bytes[at] == '#')
-      at = static_cast<std::size_t>(
-          std::find(bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.end(), '\n') - bytes.begin());
-    else
+    if (bytes[at] == '#') {
+      const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(at);
+      at = static_cast<std::size_t>(std::find(begin, bytes.end(), '\n') - bytes.begin());
+    } else {
       ++at;
+    }
   }
   int64_t value = 0;
   const std::size_t begin = at;

@@ -26,6 +26,7 @@ std::string joined(const std::vector<std::string>& parts, const std::string& sep
 
 std::string names_of(const std::vector<Column>& columns, const std::string& separator) {
   std::vector<std::string> names;
+  names.reserve(columns.size());
   for (const Column& column : columns) names.push_back(column.name);
   return joined(names, separator);
 }

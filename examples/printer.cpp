@@ -65,7 +65,7 @@ std::string table_of(const std::vector<Column>& columns, const Report& report) {
       if (std::holds_alternative<std::string>(value)) is_text[c] = true;
     }
     if (!report.depths.empty()) {
-      cells[r + 1][0].insert(0, static_cast<std::size_t>(2 * report.depths[r]), ' ');
+      cells[r + 1][0].insert(0, 2 * static_cast<std::size_t>(report.depths[r]), ' ');
       is_text[0] = true;
     }
   }

@@ -106,7 +106,7 @@ void check_results(const Plan& plan, const std::vector<Job>& jobs,
       if (fs::hard_link_count(name, unknown) > 1 && !unknown) {
         for (const std::string& other : names) {
           if (fs::equivalent(name, other, unknown))
-            throw UsageError(name + ": the result would overwrite the input " + other);
+            throw UsageError(name + ": the result would overwrite an input, another name of the same file");
         }
       }
       const auto [other, is_new] = origins.emplace(key, job.input);
