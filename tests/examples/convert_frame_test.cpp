@@ -105,12 +105,12 @@ TEST_F(ConvertFrame, ConvertsAStreamOfFrames) {
               HasSubstr("three.raw: 18 bytes long; a frame of 2x2 in nv12 has 6. For its 3 frames"));
 }
 
-// Where ffmpeg is installed, its frames become the pictures that it makes of them, but for rounding.
+#if !defined(_WIN32)  // ffmpeg belongs to the machine that builds
+// Frames of ffmpeg become the pictures that it makes of them, but for rounding.
 TEST_F(ConvertFrame, AgreesWithFfmpeg) {
   const auto ffmpeg = [this](const std::string& arguments) {
     return HostTest::run("ffmpeg", "-v error -y " + arguments).status == 0;
   };
-  if (!ffmpeg("-version")) return;
   const std::pair<std::string, std::string> formats[] = {{"nv12", "nv12"},    {"nv21", "nv21"},
                                                          {"yuv420p", "i420"}, {"uyvy422", "uyvy"},
                                                          {"yuyv422", "yuyv"}, {"yuv422p", "yuv422p"}};
@@ -131,6 +131,7 @@ TEST_F(ConvertFrame, AgreesWithFfmpeg) {
     EXPECT_LT(difference / static_cast<double>(a.pixels.size()), 3) << ours;
   }
 }
+#endif
 
 TEST_F(ConvertFrame, ReportsWhatDoesNotFit) {
   write("frame.yuv", std::vector<uint8_t>(23));
