@@ -107,10 +107,11 @@ auto observed(Scene& scene, Function function) {
     const std::vector<Argument> seen{scene.seen(arguments)...};
     scene.observer->before_call(seen);
     if constexpr (std::is_void_v<decltype(function(arguments...))>) {
-      function(arguments...);
+      if (!scene.observer->makes_call(seen, nullptr)) function(arguments...);
       scene.observer->after_call(seen);
     } else {
-      const auto result = function(arguments...);
+      decltype(function(arguments...)) result{};
+      if (!scene.observer->makes_call(seen, &result)) result = function(arguments...);
       scene.observer->after_call(seen);
       return result;
     }
@@ -131,16 +132,24 @@ auto run(Scene& scene, Function function, Arguments... arguments) {
   }
 }
 
-template <class Function, class... Roles>
-Call from_roles(const char* name, Function function, Roles... roles) {
+// A row whose results are adjusted before they are added to the checksum: adjust(function, arguments...) calls
+// the function.
+template <class Function, class Adjust, class... Roles>
+Call from_adjusted_roles(const char* name, Function function, Adjust adjust, Roles... roles) {
   using Result = decltype(function(roles(std::declval<Scene&>())...));
   Call call = row(name, kSpelling<Result>, spelled<decltype(roles(std::declval<Scene&>()))...>());
   call.run = [=](Scene& scene) {
     // Braces evaluate the roles from left to right.
     const std::tuple<decltype(roles(scene))...> arguments{roles(scene)...};
-    std::apply([&](auto... a) { run(scene, observed(scene, function), a...); }, arguments);
+    const auto adjusted = [&](auto... a) { return adjust(observed(scene, function), a...); };
+    std::apply([&](auto... a) { run(scene, adjusted, a...); }, arguments);
   };
   return call;
+}
+
+template <class Function, class... Roles>
+Call from_roles(const char* name, Function function, Roles... roles) {
+  return from_adjusted_roles(name, function, [](auto f, auto... a) { return f(a...); }, roles...);
 }
 
 template <class Function, class Body>

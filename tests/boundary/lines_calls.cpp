@@ -36,10 +36,10 @@ auto run_and_round(Function function, Arguments... arguments) {
 }
 
 // A row whose real results are rounded before they are added to the checksum.
-#define EXPORT_ROUNDED(name, ...)                                                                   \
-  calls::from_roles(                                                                                \
-      #name, [](auto... a) { return run_and_round([](auto... b) { return ::name(b...); }, a...); }, \
-      __VA_ARGS__)
+#define EXPORT_ROUNDED(name, ...)                    \
+  calls::from_adjusted_roles(                        \
+      #name, [](auto... a) { return ::name(a...); }, \
+      [](auto f, auto... a) { return run_and_round(f, a...); }, __VA_ARGS__)
 
 // ---- Points ----------------------------------------------------------------------------------------------
 

@@ -59,17 +59,20 @@ struct Box {
 // An argument of a call as an observer sees it.
 struct Argument {
   bool is_pointer = false;
-  std::vector<double> numbers;  // its value, or the values of its fields
-  uint8_t* memory = nullptr;    // a pointer to a block of the scene; null otherwise
-  std::size_t bytes = 0;        // of the block
-  std::size_t element = 1;      // bytes of an element
+  std::vector<double> numbers;    // its value, or the values of its fields
+  const void* address = nullptr;  // of a pointer
+  uint8_t* memory = nullptr;      // the same address if it is that of a block of the scene; null otherwise
+  std::size_t bytes = 0;          // of the block
+  std::size_t element = 1;        // bytes of an element
 };
 
 // Sees the calls of the export that a row is about. It may change the memory before a call.
 class Observer {
  public:
-  virtual void before_call(const std::vector<Argument>& arguments) = 0;
-  virtual void after_call(const std::vector<Argument>& arguments) = 0;
+  virtual void before_call(const std::vector<Argument>& /*arguments*/) {}
+  virtual void after_call(const std::vector<Argument>& /*arguments*/) {}
+  // Makes the call in place of the export, and stores its result. If it returns false, the export is called.
+  virtual bool makes_call(const std::vector<Argument>& /*arguments*/, void* /*result*/) { return false; }
 
  protected:
   ~Observer() = default;
@@ -277,6 +280,7 @@ class Scene {
     if constexpr (std::is_pointer_v<T>) {
       argument.is_pointer = true;
       argument.element = sizeof(*value);
+      argument.address = value;
       const auto* address = reinterpret_cast<const uint8_t*>(value);
       for (const Block& block : blocks_) {
         if (block.data() != address) continue;

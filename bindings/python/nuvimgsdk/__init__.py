@@ -1,0 +1,25 @@
+"""Image processing over numpy arrays, defined to the bit.
+
+Gray images are arrays of uint8 with shape (height, width), colour images have shape (height, width, 3) with blue,
+green and red. In every argument x comes before y. Functions have their C++ names, take their arguments in C++ order
+without those that an array knows, and return the C++ result followed by the outputs. help() of a function says more.
+"""
+
+from . import _by_name
+from ._lists import Contour, ContourList, Region, RegionList
+from ._values import RLX, RLY, Rect, SEGMENT
+
+__version__ = _by_name.version
+__all__ = ["Contour", "ContourList", "RLX", "RLY", "Rect", "Region", "RegionList", "SEGMENT", *_by_name.names]
+
+
+def __getattr__(name):
+    function = _by_name.function(name)
+    if function is None:
+        raise AttributeError(f"module 'nuvimgsdk' has no attribute {name!r}")
+    globals()[name] = function
+    return function
+
+
+def __dir__():
+    return sorted({*globals(), *__all__})

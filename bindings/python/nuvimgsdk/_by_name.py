@@ -1,0 +1,39 @@
+"""The functions of the library by their names in Python."""
+
+import threading
+
+from . import _contracts as contracts
+from . import _documents
+from . import _lists
+from . import _machine as machine
+from . import _overloads
+from ._plan import plan
+
+version = machine.description["version"]
+names = sorted({*machine.functions, *(f["name"] for f in machine.functions.values())})
+_made = {}
+_lock = threading.RLock()
+
+
+def single(name):
+    """The wrapper of the function with this plain name."""
+    with _lock:
+        if name not in _made:
+            if name in contracts.BY_HAND:
+                _made[name] = getattr(_lists, name)
+                _made[name].plan = plan(machine.functions[name])
+                _made[name].__doc__ = _documents.document(_made[name].plan)
+                _made[name].__module__ = "nuvimgsdk"
+            else:
+                _made[name] = machine.make(name)
+        return _made[name]
+
+
+def function(name):
+    """The function of this name: one overload, or one that chooses between several. None if there is none."""
+    chosen = _overloads.choices(name)
+    if len(chosen) > 1:
+        return _overloads.dispatcher(name, single)
+    if name in machine.functions:
+        return single(name)
+    return single(chosen[0].name) if chosen else None
