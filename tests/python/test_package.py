@@ -1,0 +1,147 @@
+"""Rules of the package that hold beside single results: refusals, returned values, lists, threads and memory."""
+
+import gc
+import pathlib
+import resource
+import subprocess
+import sys
+import threading
+
+import numpy
+import pytest
+import scipy.ndimage
+
+import nuvimgsdk as nuv
+from nuvimgsdk import _by_name, _machine, _services
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+rng = numpy.random.default_rng(1)
+GRAY = rng.integers(0, 256, (48, 64), "u1")
+COLOUR = rng.integers(0, 256, (48, 64, 3), "u1")
+BLOB = numpy.zeros((48, 64), "u1")
+BLOB[10:30, 12:40] = 255
+CHAIN = numpy.array([0, 0, 6, 4, 4, 2], "u1")
+
+REFUSALS = [  # call, error, and what the message must say
+    (lambda: nuv.NuvGryImgSobel([[1]]), TypeError, "GryImg must be a gray image.* not list"),
+    (lambda: nuv.NuvGryImgSobel(GRAY.astype("i4")), TypeError, r"GryImg .* not an array of int32 with shape \(48, 64\)"),
+    (lambda: nuv.NuvGryImgSobel(COLOUR), ValueError, r"GryImg .*\(height, width\), not .*\(48, 64, 3\)"),
+    (lambda: nuv.NuvRGB2Gry(GRAY), ValueError, "RGBImg must be a colour image"),
+    (lambda: nuv.NuvImg1Substract2To1(GRAY, GRAY[1:]), ValueError, r"Img2 must be of shape \(48, 64\)"),
+    (lambda: nuv.NuvThreshold(GRAY, 1.5), TypeError, "T must be an integer, not float 1.5"),
+    (lambda: nuv.NuvThreshold(GRAY, 2**31), ValueError, "T must be from -2147483648 to 2147483647"),
+    (lambda: nuv.NuvThresholdByRatioToRes(GRAY, "much"), TypeError, "ratio must be a number, not str 'much'"),
+    (lambda: nuv.NuvCopyGryRect(GRAY, 0, 64, 0, 3), ValueError, r"x1 and x2 must lie in 0\.\.63"),
+    (lambda: nuv.NuvSelectRGB2Gry(COLOUR, 3), ValueError, "channel must be from 0 to 2, not int 3"),
+    (lambda: nuv.NuvContourCenter(0, 0, [0, 8]), ValueError, "ChainCode must be a chain with codes from 0 to 7"),
+    (lambda: nuv.NuvMarkChainByColor(GRAY, 62, 0, CHAIN, 1), ValueError, "the chain must stay inside the image"),
+    (lambda: nuv.NuvTraceContour(BLOB, 0, 5, 99, True), ValueError, "x must be a column off the border"),
+    (lambda: nuv.NuvGetMedianInHistogram([1, 2]), ValueError, "Histogram must be 256 elements"),
+    (lambda: nuv.NuvDataMaxDataPos([2**40]), ValueError, "Data must be .* from -2147483648 to 2147483647"),
+    (lambda: nuv.NuvDataMaxDataValue([]), ValueError, "Data must be at least 1 elements"),
+    (lambda: nuv.NuvCbYCrY2RGB(numpy.zeros(7, "u1"), 4, 2), ValueError, "CbYCrYImg must be 16 elements"),
+    (lambda: nuv.NuvRectOverlapArea((0, 0, 1), (0, 0, 1, 1)), TypeError, "rect1 must be four integers"),
+    (lambda: nuv.NuvGetFileNakeName(b"a\0b"), ValueError, "FileName must be a text without zero bytes"),
+    (lambda: nuv.NuvGryImgSobel(GRAY, out=GRAY), ValueError, "must not share memory with GryImg"),
+    (lambda: nuv.NuvGryImgSobel(GRAY, out=GRAY[:4].copy()), ValueError, r"out\['ResImg'\] must be .*\(48, 64\)"),
+    (lambda: nuv.NuvCopyRectFromRotateCCS(GRAY, 0, 0, 0.0, 2**20, 2**20), ValueError, "at most 2147483647 elements"),
+    (lambda: nuv.NuvFreeContours(5), TypeError, "Contours must be None or a ContourList"),
+    (lambda: nuv.NuvBinImgMinFilter3x3(GRAY, 1), TypeError, "the arguments must be those of one overload"),
+]
+
+
+@pytest.mark.parametrize("call, error, words", REFUSALS)
+def test_bad_arguments_are_named(call, error, words):
+    with pytest.raises(error, match=words):
+        call()
+
+
+def test_what_is_returned():
+    before = GRAY.copy()
+    result = nuv.NuvThreshold(GRAY, 100)
+    assert numpy.array_equal(GRAY, before)
+    assert numpy.array_equal(result, numpy.where(GRAY >= 100, 255, 0))
+    room = numpy.empty_like(GRAY)
+    assert nuv.NuvThreshold(GRAY, 100, out=room) is room and numpy.array_equal(room, result)
+    centre = nuv.NuvBinImgCentroid(BLOB)
+    assert centre._fields == ("result", "X", "Y")
+    assert numpy.array_equal(nuv.NuvGryImgSobel(GRAY[::-1, ::2]), nuv.NuvGryImgSobel(GRAY[::-1, ::2].copy()))
+    assert nuv.NuvBinImgMinFilter3x3(BLOB).shape == nuv.NuvBinImgMinFilter3x3(BLOB, 1, 9, 1, 9).shape
+    assert nuv.NuvRLXRegionsGet(BLOB, 0, 63, 0, 47).RLX.dtype == nuv.RLX
+    assert help and nuv.NuvGryImgSobel.__doc__.startswith("NuvGryImgSobel(GryImg, *, out=None)")
+
+
+def test_results_agree_with_scipy_where_definitions_meet():
+    inner = (slice(1, -1), slice(1, -1))
+    assert numpy.array_equal(nuv.NuvGryImgMaxFilter3xInRow(GRAY)[inner],
+                             scipy.ndimage.maximum_filter(GRAY, (1, 3))[inner])
+    assert numpy.array_equal(nuv.NuvGetHistogram(GRAY), numpy.bincount(GRAY.ravel(), minlength=256))
+    assert numpy.array_equal(nuv.NuvImg1XorImg2ToRes(GRAY, GRAY[::-1]), GRAY ^ GRAY[::-1])
+    assert numpy.array_equal(nuv.NuvReverseImg(GRAY), GRAY[::-1, ::-1])
+
+
+def test_lists_free_their_memory():
+    contours = nuv.NuvGetContours(BLOB, 0, 0, 0).result
+    assert len(contours) >= 1 and contours[0].ChainCode.size > 0
+    nuv.NuvFreeContours(contours)
+    nuv.NuvFreeContours(contours)  # a second release does nothing
+    gray = numpy.kron(GRAY[:6, :8], numpy.ones((8, 8), "u1"))
+
+    def peak():
+        gc.collect()
+        return resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
+
+    for round_ in range(2):
+        before = peak()
+        for _ in range(5000):
+            nuv.NuvGetContours(BLOB, 0, 0, 0)
+            nuv.NuvMergeSplit(gray, 4, 0, 0.5)
+            nuv.NuvRotateImgByCCS(GRAY, 30.0)
+    assert peak() - before < 2000  # KiB; a leak of one list would take more than 20,000
+
+
+def test_services_do_not_disturb_each_other():
+    image = numpy.kron(BLOB, numpy.ones((2, 2), "u1"))
+    a, b = _services.ChainLines(128, 96), _services.ChainLines(128, 96, grdThreshold=60, minLength=30)
+    expected = [a.detect(image), b.detect(image)]
+    assert len(expected[0].segments) >= 4
+    faults = []
+
+    def work(detector, wanted):
+        for _ in range(40):
+            found = detector.detect(image)
+            if not numpy.array_equal(found.segments, wanted.segments) or len(found.points) != len(wanted.points):
+                faults.append(found)
+
+    threads = [threading.Thread(target=work, args=pair) for pair in ((a, expected[0]), (b, expected[1])) * 2]
+    for t in threads:
+        t.start()
+    for t in threads:
+        t.join()
+    assert not faults
+    x = numpy.arange(40)
+    assert _services.HoughLines(64, 64).detect(x, x)[0].strength >= 30
+
+
+def test_threads_share_functions():
+    wanted = nuv.NuvGryImgMedianBoundary0(GRAY, 2, 2)
+    results = []
+    threads = [threading.Thread(target=lambda: results.append(nuv.NuvGryImgMedianBoundary0(GRAY, 2, 2)))
+               for _ in range(8)]
+    for t in threads:
+        t.start()
+    for t in threads:
+        t.join()
+    assert len(results) == 8 and all(numpy.array_equal(r, wanted) for r in results)
+
+
+def test_every_function_documents_itself():
+    for name in sorted(_by_name.names):
+        assert getattr(nuv, name).__doc__, name
+    assert len(_machine.functions) == 461
+
+
+def test_random_arguments_do_not_crash():
+    run = subprocess.run([sys.executable, "-B", str(pathlib.Path(__file__).with_name("fuzz.py")), "1", "4"],
+                         capture_output=True, text=True)
+    assert run.returncode == 0, run.stdout[-300:] + run.stderr[-2000:]
