@@ -145,3 +145,22 @@ def test_random_arguments_do_not_crash():
     run = subprocess.run([sys.executable, "-B", str(pathlib.Path(__file__).with_name("fuzz.py")), "1", "4"],
                          capture_output=True, text=True)
     assert run.returncode == 0, run.stdout[-300:] + run.stderr[-2000:]
+
+
+def test_jobs(tmp_path):
+    coins = nuv.imread(ROOT / "examples" / "data" / "coins.bmp")
+    parts = nuv.measure_parts(coins, min_area=200)
+    assert len(parts) >= 5 and parts.array()["area"].min() >= 200
+    assert repr(parts).startswith(f"{len(parts)} parts\n")
+    drawn = parts.draw(coins)
+    assert drawn.shape == (*coins.shape[:2], 3) and (drawn == (0, 0, 255)).all(axis=2).sum() > 100
+    for image in (drawn, nuv.to_gray(drawn)):
+        nuv.imwrite(tmp_path / "a.bmp", image)
+        assert numpy.array_equal(nuv.imread(tmp_path / "a.bmp"), image)
+    lines = nuv.find_lines(numpy.kron(BLOB, numpy.ones((2, 2), "u1")))
+    assert len(lines) == 4 and sorted(round(line.angle) % 90 for line in lines) == [0] * 4
+    assert len(nuv.find_contours(BLOB)) == 1 and len(nuv.segment(coins).array()) > 0
+    with pytest.raises(OSError, match="is not a BMP file"):
+        nuv.imread(__file__)
+    with pytest.raises(OSError, match="cannot be written"):
+        nuv.imwrite(tmp_path / "nowhere" / "a.bmp", BLOB)

@@ -233,7 +233,18 @@ def results(function, shape, dtype):
         size *= side
     if size > MOST:
         raise ValueError(f"{function}: the result must have at most {MOST} elements, not shape {shape}")
+    if size * dtype.itemsize > 2**26 and size * dtype.itemsize > _available() // 4:
+        raise MemoryError(f"{function}: a result of shape {shape} takes more than a quarter of the free memory")
     return numpy.zeros(shape, dtype)
+
+
+def _available():
+    """The free memory in bytes. Linux promises more memory than there is, and ends processes that use it."""
+    try:
+        with open("/proc/meminfo", encoding="ascii") as file:
+            return next(int(line.split()[1]) * 1024 for line in file if line.startswith("MemAvailable:"))
+    except (OSError, StopIteration):
+        return 2**40
 
 
 def given(function, out, fields, inputs):
