@@ -149,7 +149,8 @@ Call from_adjusted_roles(const char* name, Function function, Adjust adjust, Rol
 
 template <class Function, class... Roles>
 Call from_roles(const char* name, Function function, Roles... roles) {
-  return from_adjusted_roles(name, function, [](auto f, auto... a) { return f(a...); }, roles...);
+  return from_adjusted_roles(
+      name, function, [](auto f, auto... a) { return f(a...); }, roles...);
 }
 
 template <class Function, class Body>

@@ -25,8 +25,8 @@ class Made : public Observer {
   bool makes_call(const std::vector<Argument>& arguments, void* result) override {
     std::vector<PlainArgument> plain;
     for (const Argument& a : arguments) {
-      plain.push_back({a.is_pointer ? 1 : 0, static_cast<int32_t>(a.numbers.size()), a.numbers.data(), a.address,
-                       a.memory, a.bytes});
+      plain.push_back({a.is_pointer ? 1 : 0, static_cast<int32_t>(a.numbers.size()), a.numbers.data(),
+                       a.address, a.memory, a.bytes});
     }
     return maker_(plain.data(), static_cast<int32_t>(plain.size()), result) != 0;
   }
@@ -55,7 +55,8 @@ NUV_PLAYED const char* played_name(int32_t call) {
 }
 
 // Kinds are numbered in the order of Scene::Kind. Returns false if the contract forbids the scene.
-NUV_PLAYED bool play(int32_t call, int32_t kind, uint32_t seed, Maker maker, uint64_t* checksum, bool* has_guards) {
+NUV_PLAYED bool play(int32_t call, int32_t kind, uint32_t seed, Maker maker, uint64_t* checksum,
+                     bool* has_guards) {
   const Call& row = table()[static_cast<std::size_t>(call)];
   Scene scene(static_cast<Scene::Kind>(kind), seed);
   if (!row.contract(scene)) return false;

@@ -1,7 +1,9 @@
 """Rules of the package that hold beside single results: refusals, returned values, lists, threads and memory."""
 
 import gc
+import os
 import pathlib
+import re
 import resource
 import subprocess
 import sys
@@ -164,3 +166,32 @@ def test_jobs(tmp_path):
         nuv.imread(__file__)
     with pytest.raises(OSError, match="cannot be written"):
         nuv.imwrite(tmp_path / "nowhere" / "a.bmp", BLOB)
+
+
+def test_stubs_are_current_and_strict(tmp_path):
+    subprocess.run([sys.executable, str(ROOT / "tools" / "make_python_stubs"), "--check"], check=True)
+    host = tmp_path / "host.py"
+    host.write_text("""import numpy
+import nuvimgsdk as nuv
+image = numpy.zeros((4, 5), numpy.uint8)
+edges = nuv.NuvGryImgSobel(image)
+centre = nuv.NuvBinImgCentroid(edges)
+x: int = centre.X
+lines = nuv.find_lines(image).draw(image)
+contours = nuv.NuvGetContours(image, 0, 0, 0).result
+areas = [contour.area + x for contour in contours]
+""")
+    run = subprocess.run(["mypy", "--strict", "--cache-dir", str(tmp_path), str(host)], capture_output=True, text=True,
+                         env={**os.environ, "MYPYPATH": str(ROOT / "bindings" / "python")})
+    assert run.returncode == 0, run.stdout
+
+
+def test_the_page_runs(tmp_path, monkeypatch):
+    page = (ROOT / "docs" / "python.md").read_text(encoding="utf-8")
+    blocks = re.findall(r"```python\n(.*?)```", page, re.S)
+    assert len(blocks) >= 4
+    monkeypatch.chdir(ROOT)
+    names = {"folder": tmp_path}
+    for block in blocks:
+        exec(compile(block, "docs/python.md", "exec"), names)
+    assert (tmp_path / "coins.bmp").stat().st_size > 1000
