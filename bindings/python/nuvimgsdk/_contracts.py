@@ -54,10 +54,10 @@ CONDITIONS = {
         ("ry <= cy < rows - ry", "cy", "a row with the ellipse inside the image")),
     # The samples of a pixel lie up to two columns to the right and one to the left, and up to three rows above.
     "NuvGetThresholdByEdge": (
-        ("x2 - x1 < 2 or x1 >= 0", "x1", "0 or more"),
-        ("x2 - x1 < 2 or x2 < columns - 1", "x2", "less than the last column"),
-        ("y2 - y1 < 2 or y1 >= 2", "y1", "2 or more"),
-        ("y2 - y1 < 2 or y2 < rows", "y2", "a row of the image")),
+        ("0 <= x1 <= columns", "x1", "from 0 to the width"),
+        ("-2 <= x2 < columns - 1", "x2", "from -2 to the last column but one"),
+        ("2 <= y1 <= rows + 2", "y1", "from 2 to the height plus 2"),
+        ("-2 <= y2 < rows", "y2", "from -2 to the last row")),
     "NuvGetHistogramByLimited": (
         ("0 <= y1", "y1", "0 or more"),
         ("y1 > y2 or y2 < rows", "y2", "a row of the image"),
