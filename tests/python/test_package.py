@@ -195,3 +195,26 @@ def test_the_page_runs(tmp_path, monkeypatch):
     for block in blocks:
         exec(compile(block, "docs/python.md", "exec"), names)
     assert (tmp_path / "coins.bmp").stat().st_size > 1000
+
+
+def test_a_batch_goes_on_and_continues(tmp_path):
+    folder, table = tmp_path / "pictures", tmp_path / "result.csv"
+    folder.mkdir()
+    batch = [sys.executable, str(ROOT / "examples" / "python" / "find_lines_batch.py"), str(folder), str(table)]
+    where = {**os.environ, "PYTHONPATH": str(ROOT / "bindings" / "python")}
+
+    def start(*options):
+        return subprocess.run([*batch, *options], capture_output=True, text=True, env=where)
+
+    run = start()
+    assert run.returncode == 1 and "has no BMP files" in run.stderr and not table.exists()
+    for i in range(5):
+        nuv.imwrite(folder / f"{i}.bmp", numpy.kron(BLOB, numpy.ones((i + 1, i + 1), "u1")))
+    (folder / "3.bmp").write_bytes(b"BM")
+    assert start("--workers", "2").returncode == 0
+    text = table.read_text()
+    rows = text.splitlines()
+    assert len(rows) == 6 and rows[1].startswith("0.bmp,64,48,4,") and "is not a BMP file" in rows[4]
+    table.write_text("\n".join(rows[:3]) + "\n2.bm")  # as if it had been ended while it wrote a row
+    assert start("--workers", "1").returncode == 0
+    assert table.read_text() == text
