@@ -218,3 +218,19 @@ def test_a_batch_goes_on_and_continues(tmp_path):
     table.write_text("\n".join(rows[:3]) + "\n2.bm")  # as if it had been ended while it wrote a row
     assert start("--workers", "1").returncode == 0
     assert table.read_text() == text
+
+
+def test_a_cluster_gives_the_same_rows(tmp_path, monkeypatch):
+    import distributed
+    monkeypatch.setenv("PYTHONPATH", str(ROOT / "bindings" / "python"))
+    for i in range(4):
+        nuv.imwrite(tmp_path / f"{i}.bmp", numpy.kron(BLOB, numpy.ones((i + 1, i + 1), "u1")))
+    batch = [sys.executable, str(ROOT / "examples" / "python" / "find_lines_batch.py"), str(tmp_path)]
+    subprocess.run([*batch, str(tmp_path / "here.csv"), "--workers", "1"], check=True)
+    with distributed.LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None) as cluster:
+        subprocess.run([*batch, str(tmp_path / "there.csv"), "--scheduler", cluster.scheduler_address], check=True)
+    assert (tmp_path / "here.csv").read_text() == (tmp_path / "there.csv").read_text()
+    run = subprocess.run([*batch, str(tmp_path / "none.csv"), "--scheduler", "tcp://127.0.0.1:9"],
+                         capture_output=True, text=True)
+    assert run.returncode == 1 and len(run.stderr.strip().splitlines()) == 1
+    assert not (tmp_path / "none.csv").exists()
