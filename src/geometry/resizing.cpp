@@ -6,6 +6,7 @@
 // the stack. The fixed-point form and the double form share this plan and differ in their number type.
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "core/arithmetic.h"
@@ -69,12 +70,25 @@ NUV_ROW_KERNEL void stretch_row(const uint8_t* NUV_RESTRICT row, const Taps& lef
   uint8_t right[kStrip];
   left_taps.collect(row, left);
   right_taps.collect(row, right);
-  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = between(left[i], right[i], weights[i]);
+  std::ptrdiff_t i = 0;
+#if NUV_HAS_LANES && defined(__clang__)
+  for (; i + 16 <= n; i += 16) {
+    UnsignedShorts16 lanes;
+    std::memcpy(&lanes, weights + i, sizeof lanes);
+    between(left + i, right + i, lanes, out + i);
+  }
+#endif
+  for (; i < n; ++i) out[i] = between(left[i], right[i], weights[i]);
 }
 
 NUV_ROW_KERNEL void mix_rows(const uint8_t* NUV_RESTRICT above, const uint8_t* NUV_RESTRICT below,
                              uint16_t weight, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  for (std::ptrdiff_t i = 0; i < n; ++i) out[i] = between(above[i], below[i], weight);
+  std::ptrdiff_t i = 0;
+#if NUV_HAS_LANES && defined(__clang__)
+  const UnsignedShorts16 weights = UnsignedShorts16{} + weight;
+  for (; i + 16 <= n; i += 16) between(above + i, below + i, weights, out + i);
+#endif
+  for (; i < n; ++i) out[i] = between(above[i], below[i], weight);
 }
 
 struct FixedPoint {
