@@ -38,6 +38,11 @@ NUV_INLINE int8_t one_if(bool condition) {
   return condition ? 1 : 0;
 }
 
+// Compares counts by the sign of their difference. clang compares bytes that are sums as 32-bit integers.
+NUV_INLINE bool is_less(int8_t a, int8_t b) {
+  return static_cast<int8_t>(a - b) < 0;
+}
+
 // Flags the pixels of the given value that change because more than n, or fewer than n, of their neighbours
 // have it.
 NUV_INLINE void flag_row(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8_t n, bool more,
@@ -49,8 +54,8 @@ NUV_INLINE void flag_row(const uint8_t* p, std::ptrdiff_t w, uint8_t value, int8
         static_cast<int8_t>(one_if(p[w - 1] == value) + one_if(p[w] == value) + one_if(p[w + 1] == value));
     const auto others = static_cast<int8_t>(above + below + one_if(p[1] == value));
     const auto all = static_cast<int8_t>(others + one_if(p[-1] == value));
-    const uint8_t if_left_stays = (more ? all > n : all < n) ? kIfLeftStays : 0;
-    const uint8_t if_left_changes = (more ? others > n : others < n) ? kIfLeftChanges : 0;
+    const uint8_t if_left_stays = is_less(more ? n : all, more ? all : n) ? kIfLeftStays : 0;
+    const uint8_t if_left_changes = is_less(more ? n : others, more ? others : n) ? kIfLeftChanges : 0;
     const uint8_t has_value = *p == value ? 255 : 0;
     flags[x] = has_value & (if_left_stays | if_left_changes);
   }
