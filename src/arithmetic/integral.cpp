@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "core/lanes.h"
 #include "core/row_kernel.h"
 #include "core/views.h"
 #include "nuv/arithmetic.h"
@@ -32,6 +33,22 @@ NUV_INLINE uint16_t entry(const uint64_t* words, std::ptrdiff_t i) {
   std::memcpy(&value, reinterpret_cast<const uint8_t*>(words) + 2 * i, 2);
   return value;
 }
+
+#if NUV_HAS_LANES && defined(__clang__)
+// Writes the sums of a group: those in the group, plus what stands above and the sum of the row so far. clang adds
+// the sums of a loop four at a time; GCC adds eight.
+NUV_INLINE void finish_group(const uint16_t* in_group, int32_t left, const int32_t* above, int32_t* sums) {
+  using Sums = int32_t __attribute__((vector_size(4 * kGroup)));
+  struct __attribute__((packed, may_alias)) SumsAnywhere {
+    Sums sums;
+  };
+  using GroupSums = uint16_t __attribute__((vector_size(2 * kGroup)));
+  GroupSums group;
+  std::memcpy(&group, in_group, sizeof group);
+  reinterpret_cast<SumsAnywhere*>(sums)->sums =
+      reinterpret_cast<const SumsAnywhere*>(above)->sums + left + __builtin_convertvector(group, Sums);
+}
+#endif
 
 // Vectors of 64 bytes gain nothing here: the last loop adds eight sums at a time.
 NUV_LOAD_BOUND_ROW_KERNEL void integral_row(const uint8_t* row, const int32_t* above,
@@ -59,7 +76,11 @@ NUV_LOAD_BOUND_ROW_KERNEL void integral_row(const uint8_t* row, const int32_t* a
       in_group[2 * i + 1] = entry(at_odd, i);
     }
     for (std::ptrdiff_t i = 0; i < groups * kGroup; i += kGroup) {
+#if NUV_HAS_LANES && defined(__clang__)
+      finish_group(in_group + i, left, above + x + i, sums + x + i);
+#else
       for (std::ptrdiff_t k = 0; k < kGroup; ++k) sums[x + i + k] = above[x + i + k] + in_group[i + k] + left;
+#endif
       left += in_group[i + kGroup - 1];
     }
     x += groups * kGroup;
