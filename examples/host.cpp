@@ -174,7 +174,9 @@ int Host::run(int argc, char** argv, const std::function<Report(const Job&)>& wo
   if (check_) check_();
   const std::vector<Job> jobs = jobs_of(plan_, inputs(), result_names_);
   std::vector<std::string> other_inputs;
-  for (const std::string* file : input_files_) other_inputs.push_back(*file);
+  for (const std::string* file : input_files_) {
+    if (!file->empty()) other_inputs.push_back(*file);  // the option may be left out
+  }
   check_results(plan_, jobs, result_names_, other_inputs, csv_ || json_);
   for (const std::string& name : result_names_) {
     std::error_code error;
