@@ -58,6 +58,10 @@ case ${has_picture:-$host} in
     set -- "$@" "$data/coins.bmp"
     [[ $given == *-b* ]] || set -- "$@" --background 40
     ;;
+  gauge)
+    set -- "$@" "$data/coins.bmp"
+    [[ $given == *--[fwec]* || $given == *-f* ]] || set -- "$@" --width 172,262,90,12,30 --circle 336,125,20,8
+    ;;
 esac
 [ "$has_picture" ] || [[ $given == *-o* ]] || set -- "$@" -o "$root/build/"
 exec "$root/build/release/examples/$host" "$@"

@@ -149,8 +149,8 @@ TEST_F(Hosts, ReadStandardInputAndWriteStandardOutput) {
 
 // The form that help2man reads.
 TEST_F(Hosts, StateTheirOptionsAndTheirVersion) {
-  for (const std::string host :
-       {NUV_ALIGN, NUV_CONVERT_FRAME, NUV_COUNT_PARTS, NUV_FIND_LINES, NUV_SEGMENT, NUV_THRESHOLD}) {
+  for (const std::string host : {NUV_ALIGN, NUV_CONVERT_FRAME, NUV_COUNT_PARTS, NUV_FIND_LINES, NUV_GAUGE,
+                                 NUV_SEGMENT, NUV_THRESHOLD}) {
     const std::string name = fs::path(host).stem().string();
     const Outcome help = HostTest::run(host, "--help");
     EXPECT_EQ(help.status, 0);
