@@ -3,7 +3,6 @@
 #ifndef NUV_GEOMETRY_BILINEAR_H
 #define NUV_GEOMETRY_BILINEAR_H
 
-#include <cstddef>
 #include <cstdint>
 
 #include "core/lanes.h"
