@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "colour/from_rgb_avx512.h"
+#include "colour/from_rgb_avx2.h"
 #include "core/pixel_words.h"
 
 namespace nuv {
@@ -56,6 +56,12 @@ NUV_INLINE void from_rgb(const T (&pixel)[3], const Factors& by, Fixed<T>& fixed
   fixed.c = static_cast<T>((b << 5) - by.c_r * r + (e >> 8));
   fixed.d = static_cast<T>((r << 5) - by.d_b * b + (f >> 8));
 }
+
+// The sums of c and of d over each pair.
+struct ChromaSums {
+  alignas(64) int16_t c[kPlaneBlock / 2];
+  alignas(64) int16_t d[kPlaneBlock / 2];
+};
 
 // The Y of two pixels as one word, and the sums of their c and of their d, each c and d rounded down first.
 template <class T>
@@ -131,6 +137,38 @@ NUV_INLINE uint8_t mean_of_two(int16_t sum) {
 }
 NUV_INLINE uint8_t mean_of_four(int16_t upper, int16_t lower) {
   return static_cast<uint8_t>((static_cast<int16_t>(upper + lower) >> 2) + 128);
+}
+
+NUV_ROW_KERNEL void mean_of_two(const ChromaSums& sums, ChromaPlanes chroma, std::ptrdiff_t pairs) {
+  uint8_t* NUV_RESTRICT cb = chroma.cb;
+  uint8_t* NUV_RESTRICT cr = chroma.cr;
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    cb[i] = mean_of_two(sums.c[i]);
+    cr[i] = mean_of_two(sums.d[i]);
+  }
+}
+
+NUV_ROW_KERNEL void mean_of_two(const ChromaSums& sums, ChromaPairs chroma, std::ptrdiff_t pairs) {
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    store_pair(chroma.bytes, i, mean_of_two(sums.c[i]), mean_of_two(sums.d[i]));
+  }
+}
+
+NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPlanes chroma,
+                                 std::ptrdiff_t pairs) {
+  uint8_t* NUV_RESTRICT cb = chroma.cb;
+  uint8_t* NUV_RESTRICT cr = chroma.cr;
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    cb[i] = mean_of_four(upper.c[i], lower.c[i]);
+    cr[i] = mean_of_four(upper.d[i], lower.d[i]);
+  }
+}
+
+NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPairs chroma,
+                                 std::ptrdiff_t pairs) {
+  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
+    store_pair(chroma.bytes, i, mean_of_four(upper.c[i], lower.c[i]), mean_of_four(upper.d[i], lower.d[i]));
+  }
 }
 
 #if NUV_HAS_LANES
@@ -221,46 +259,31 @@ NUV_ROW_KERNEL void red_from_terms(const uint8_t* luma, const TermBlock& terms, 
   }
 }
 
-void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pixels) {
-#if NUV_HAS_AVX512
-  if (pixels >= kWidePixels && has_avx512()) {
-    from_rgb_row_avx512(rgb, luma, sums, pixels);
+template <int Rows, class Chroma>
+void luma_and_chroma(const uint8_t* const (&rgb)[Rows], uint8_t* const (&luma)[Rows], Chroma chroma,
+                     std::ptrdiff_t pixels) {
+#if NUV_HAS_AVX2
+  if (pixels >= kWidePixels && has_avx2()) {
+    from_rgb_rows_avx2(rgb, luma, chroma, pixels);
     return;
   }
 #endif
-  from_rgb_row(rgb, luma, sums, pixels);
-}
-
-NUV_ROW_KERNEL void mean_of_two(const ChromaSums& sums, ChromaPlanes chroma, std::ptrdiff_t pairs) {
-  uint8_t* NUV_RESTRICT cb = chroma.cb;
-  uint8_t* NUV_RESTRICT cr = chroma.cr;
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    cb[i] = mean_of_two(sums.c[i]);
-    cr[i] = mean_of_two(sums.d[i]);
+  ChromaSums sums[Rows];
+  for (int r = 0; r < Rows; ++r) from_rgb_row(rgb[r], luma[r], sums[r], pixels);
+  if constexpr (Rows == 1) {
+    mean_of_two(sums[0], chroma, pixels / 2);
+  } else {
+    mean_of_four(sums[0], sums[1], chroma, pixels / 2);
   }
 }
 
-NUV_ROW_KERNEL void mean_of_two(const ChromaSums& sums, ChromaPairs chroma, std::ptrdiff_t pairs) {
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    store_pair(chroma.bytes, i, mean_of_two(sums.c[i]), mean_of_two(sums.d[i]));
-  }
-}
-
-NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPlanes chroma,
-                                 std::ptrdiff_t pairs) {
-  uint8_t* NUV_RESTRICT cb = chroma.cb;
-  uint8_t* NUV_RESTRICT cr = chroma.cr;
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    cb[i] = mean_of_four(upper.c[i], lower.c[i]);
-    cr[i] = mean_of_four(upper.d[i], lower.d[i]);
-  }
-}
-
-NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPairs chroma,
-                                 std::ptrdiff_t pairs) {
-  for (std::ptrdiff_t i = 0; i < pairs; ++i) {
-    store_pair(chroma.bytes, i, mean_of_four(upper.c[i], lower.c[i]), mean_of_four(upper.d[i], lower.d[i]));
-  }
-}
+template void luma_and_chroma(const uint8_t* const (&)[1], uint8_t* const (&)[1], ChromaPlanes,
+                              std::ptrdiff_t);
+template void luma_and_chroma(const uint8_t* const (&)[1], uint8_t* const (&)[1], ChromaPairs,
+                              std::ptrdiff_t);
+template void luma_and_chroma(const uint8_t* const (&)[2], uint8_t* const (&)[2], ChromaPlanes,
+                              std::ptrdiff_t);
+template void luma_and_chroma(const uint8_t* const (&)[2], uint8_t* const (&)[2], ChromaPairs,
+                              std::ptrdiff_t);
 
 }  // namespace nuv

@@ -74,21 +74,11 @@ void red_terms(ChromaPlanes chroma, TermBlock& terms, std::ptrdiff_t pairs);
 void red_terms(ChromaPairs chroma, TermBlock& terms, std::ptrdiff_t pairs);
 void red_from_terms(const uint8_t* luma, const TermBlock& terms, uint8_t* red, std::ptrdiff_t pairs);
 
-// The sums of c and of d over each pair.
-struct ChromaSums {
-  alignas(64) int16_t c[kPlaneBlock / 2];
-  alignas(64) int16_t d[kPlaneBlock / 2];
-};
-
-// Computes the Y and the chroma sums of an even number of packed pixels, at most one block.
-void luma_and_chroma(const uint8_t* rgb, uint8_t* luma, ChromaSums& sums, std::ptrdiff_t pixels);
-
-// Chroma as the mean over a pair, or over the four pixels of two rows, rounded down.
-void mean_of_two(const ChromaSums& sums, ChromaPlanes chroma, std::ptrdiff_t pairs);
-void mean_of_two(const ChromaSums& sums, ChromaPairs chroma, std::ptrdiff_t pairs);
-void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPlanes chroma,
-                  std::ptrdiff_t pairs);
-void mean_of_four(const ChromaSums& upper, const ChromaSums& lower, ChromaPairs chroma, std::ptrdiff_t pairs);
+// Computes the Y of packed pixels, and the chroma of their units of two pixels, or of four with two rows: the
+// mean of c and of d over the unit, rounded down. The number of pixels in a row is even, at most one block.
+template <int Rows, class Chroma>
+void luma_and_chroma(const uint8_t* const (&rgb)[Rows], uint8_t* const (&luma)[Rows], Chroma chroma,
+                     std::ptrdiff_t pixels);
 
 }  // namespace nuv
 

@@ -154,15 +154,11 @@ void from_rgb(Format frame, Region whole, uint8_t* rgb) {
   for (int32_t y = 0; y <= whole.y2; y += Format::kChromaRows) {
     for_blocks(whole, [=](int32_t x, std::ptrdiff_t n, std::ptrdiff_t /*offset*/) {
       FrameBlock<Format> block(frame, x, y);
-      ChromaSums sums[Format::kChromaRows];
+      const uint8_t* rows[Format::kChromaRows];
       for (int32_t r = 0; r < Format::kChromaRows; ++r) {
-        luma_and_chroma(RgbImage{rgb, frame.width, frame.height}.at(x, y + r), block.luma[r], sums[r], n);
+        rows[r] = RgbImage{rgb, frame.width, frame.height}.at(x, y + r);
       }
-      if constexpr (Format::kChromaRows == 1) {
-        mean_of_two(sums[0], block.chroma, n / 2);
-      } else {
-        mean_of_four(sums[0], sums[1], block.chroma, n / 2);
-      }
+      luma_and_chroma(rows, block.luma, block.chroma, n);
       put_together(frame, x, y, block, n);
     });
   }
