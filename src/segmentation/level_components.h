@@ -16,6 +16,7 @@
 #include "core/byte_counter.h"
 #include "core/neighbours.h"
 #include "core/views.h"
+#include "segmentation/neighbour_bytes.h"
 
 namespace nuv {
 
@@ -88,18 +89,20 @@ class LevelFlood {
   // Climbs from a pixel to one without higher neighbours, and adds that one to its component. The pixels
   // passed on the way become pending. Every pending pixel is connected to the open component of its value.
   void visit(int32_t place, int32_t value) {
-    for (std::size_t i = 0; i < offsets_.size();) {
-      const auto neighbour = static_cast<int32_t>(place + offsets_[i++]);
-      const int32_t reached = image_.pixels[neighbour];
-      if (reached == 0) continue;
+    uint64_t neighbours = neighbours_of(image_.pixels + place, image_.width);
+    while (neighbours != 0) {
+      const int direction = lowest_byte(neighbours);
+      const auto reached = static_cast<int32_t>(neighbours >> (8 * direction) & 255);
+      const auto neighbour = static_cast<int32_t>(place + offsets_[static_cast<std::size_t>(direction)]);
       image_.pixels[neighbour] = 0;
       if (reached <= value) {
         push(neighbour, reached);
+        neighbours &= ~(uint64_t{255} << (8 * direction));
       } else {
         push(place, value);
         place = neighbour;
         value = reached;
-        i = 0;
+        neighbours = neighbours_of(image_.pixels + place, image_.width);
       }
     }
     if (open_count_ == 0 || top().value < value) open_[open_count_++] = {value, place, 0, count_};
