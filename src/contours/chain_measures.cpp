@@ -19,6 +19,19 @@ int32_t perimeter_of(const uint8_t* codes, int32_t n) {
   return truncated(even + std::sqrt(2.0) * odd + 0.5);
 }
 
+// Twice the signed area of the polygon through the positions of a chain, added up in the given type of number.
+template <class Number>
+Number twice_polygon_area(const uint8_t* codes, int32_t n) {
+  Number sum = 0;
+  int64_t y = 0;  // twice the row
+  for (int32_t i = 0; i < n; ++i) {
+    const int code = direction_of(codes[i]);
+    sum += static_cast<Number>(y + kDy[code]) * kDx[code];
+    y += 2 * kDy[code];
+  }
+  return sum;
+}
+
 // What a turn adds to the exact area: per_y times the row, and a constant.
 struct AreaOfTurn {
   int8_t per_y;
@@ -159,16 +172,13 @@ int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N) {
 }
 
 void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter) {
-  double sum = 0.0;
-  int32_t y = 0;
-  for (int32_t i = 0; i < N; ++i) {
-    const int code = direction_of(pChainCode[i]);
-    sum += (kDy[code] * 0.5 + y) * kDx[code];
-    y += kDy[code];
-  }
+  // A double holds every sum of a chain of so many codes exactly.
+  constexpr int32_t kExactCodes = 1 << 25;
+  const double sum = N <= kExactCodes ? static_cast<double>(twice_polygon_area<int64_t>(pChainCode, N))
+                                      : twice_polygon_area<double>(pChainCode, N);
   *pPerimeter = perimeter_of(pChainCode, N);
   const int32_t half_perimeter = *pPerimeter / 2;
-  *pArea = truncated(std::fabs(sum) + 0.5 + half_perimeter);
+  *pArea = truncated(std::fabs(sum) / 2 + 0.5 + half_perimeter);
 }
 
 void NuvContourCenter(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY) {
