@@ -53,6 +53,19 @@ Node* Tracer::region_of(const LevelComponent& component, int32_t level) {
   return node;
 }
 
+namespace {
+
+// A region takes over the parent of the region that it is what is left of. Both have the same start, so the
+// regions of the tree around it are the same. Only those that were too small for the former region come newly
+// into question.
+void take_over_parent(Node& node, const Node& former) {
+  if (!former.parent_is_current || former.parent == nullptr || node.area > former.area) return;
+  node.parent = former.parent;
+  node.parent_known_from = former.area;
+}
+
+}  // namespace
+
 void advance(Level& level, int32_t t, const LevelComponent* starting, const LevelComponent* starting_end,
              Tracer& tracer, Census& census, RegionList& broken) {
   for (RegionStruct** link = level.list.begin(); starting != starting_end || *link != nullptr;) {
@@ -71,6 +84,7 @@ void advance(Level& level, int32_t t, const LevelComponent* starting, const Leve
     Node* node = tracer.region_of(*starting, t);
     ++starting;
     if (node == nullptr) continue;
+    if (!broken.empty() && broken.head()->serial == node->serial) take_over_parent(*node, *broken.head());
     level.file(*node);
     node->next = *link;
     *link = node;

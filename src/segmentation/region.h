@@ -17,9 +17,9 @@ namespace nuv {
 
 // A record, and the working data of the segmentation.
 struct Node : RegionStruct {
-  Region box;                  // of the chain; the image if the chain does not close
-  LevelComponent component{};  // the component that the chain surrounds
-  bool has_holes = true;
+  Region box;                       // of the chain; the image if the chain does not close
+  LevelComponent component{};       // the component that the chain surrounds
+  int32_t hole_pixels = INT32_MAX;  // number of pixels in its holes; meaningless if the chain does not close
   int64_t serial = 0;               // rises with each entry into a list
   Node* parent = nullptr;           // the region that parentID will name
   const Node* container = nullptr;  // the region that sameLevelParentID names
@@ -31,6 +31,8 @@ struct Node : RegionStruct {
   Node* in_start_cell = nullptr;
   int32_t unbroken_to = 0;  // the first level at which a pixel of the contour is missing
   bool parent_is_current = false;
+  // If parent is not current: it is right among the regions of the tree of at least this area.
+  int32_t parent_known_from = INT32_MAX;
   int32_t tests = 0;        // number of points that holds() has tested
   bool was_tested = false;  // whether it has tested one at the present level
   ChainRows rows;
@@ -46,20 +48,29 @@ struct Node : RegionStruct {
     if (N > kLongChain && ++tests == kManyTests) rows.build({{x0, y0}, pChainCode, N}, box);
     return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
+  // Whether a region of a disjoint component may lie in a hole of this one. The component has no more pixels
+  // than the holes, and the box of the region lies between the sides of this one. A chain that does not close
+  // says nothing about either. Its box begins at column 0, and those of other chains do not.
+  bool may_have_in_hole(const Node& other) const {
+    if (hole_pixels <= 0) return false;
+    if (box.x1 == 0 || other.box.x1 == 0) return true;
+    return other.component.pixels <= hole_pixels && box.x1 < other.box.x1 && other.box.x2 < box.x2 &&
+           box.y1 < other.box.y1 && other.box.y2 < box.y2;
+  }
   // Whether the start of another region lies inside this one or on its contour. The start is a pixel of the
   // other component, and two components either are disjoint or one contains the other.
   bool holds_start_of(const Node& other) {
     if (component.contains(other.component)) return true;
-    if (!has_holes && !other.component.contains(component)) return false;
+    if (!other.component.contains(component) && !may_have_in_hole(other)) return false;
     return holds(other.x0, other.y0);
   }
-  // Sets the component that the chain surrounds, and finds whether it has holes. A chain of n codes around a
-  // polygon of the area A encloses A + n/2 + 1 pixels. The area of NuvAreaAndPerimeter is A plus half the
-  // perimeter, and is 1/2 more if n is odd.
+  // Sets the component that the chain surrounds, and the number of pixels in its holes. A chain of n codes
+  // around a polygon of the area A encloses A + n/2 + 1 pixels. The area of NuvAreaAndPerimeter is A plus half
+  // the perimeter, and is 1/2 more if n is odd.
   void surround(const LevelComponent& inside) {
     component = inside;
     const int32_t halves = 2 * (area - perimeter / 2) - N % 2;
-    has_holes = (halves + N) / 2 + 1 > inside.pixels;
+    hole_pixels = (halves + N) / 2 + 1 - inside.pixels;
   }
   bool starts_with(const Node& other) const { return x0 == other.x0 && y0 == other.y0; }
   // The order of lists: the smaller first; ties go to the later one.

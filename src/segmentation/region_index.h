@@ -90,16 +90,18 @@ class RegionPyramid {
   }
 
   // The first region in list order that has at least this area and passes the test. The regions tested are
-  // those whose boxes may hold the point.
+  // those whose boxes may hold the point. The result among the regions of at least the area known_from may be
+  // known.
   template <class Test>
-  Node* first_around(int32_t x, int32_t y, int32_t area, Test test) {
-    Node* best = nullptr;
+  Node* first_around(int32_t x, int32_t y, int32_t area, Test test, int32_t known_from = INT32_MAX,
+                     Node* known = nullptr) {
+    Node* best = known;
     for (int32_t i = 0; i < floor_count_; ++i) {
       const int32_t column = floor(i).cell_of(x);
       const int32_t row = floor(i).cell_of(y);
       const std::size_t slot = slot_of(column, row);
       for (Node* r = floor(i).head(column, row); r != nullptr; r = r->in_cell[slot]) {
-        if (best != nullptr && !r->precedes(*best)) break;
+        if (r->area >= known_from || (best != nullptr && !r->precedes(*best))) break;
         if (r->area < area || !test(*r)) continue;
         best = r;
         break;

@@ -22,7 +22,7 @@ Node* copy_for_tree(Level& level, const Node& r) {
   node->ID = r.ID;
   node->serial = r.serial;
   node->component = r.component;
-  node->has_holes = r.has_holes;
+  node->hole_pixels = r.hole_pixels;
   node->parent = r.parent;
   node->container = container_of(level, r);
   node->sameLevelParentID = id_of(node->container);
@@ -57,8 +57,10 @@ void link_to_tree(Tree& tree, const Level& level) {
   for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
     if (!c->parent_is_current) {
       c->parent = tree.by_box.first_around(
-          c->x0, c->y0, c->area, [=](Node& p) { return p.starts_with(*c) || p.holds_start_of(*c); });
+          c->x0, c->y0, c->area, [=](Node& p) { return p.starts_with(*c) || p.holds_start_of(*c); },
+          c->parent_known_from, c->parent);
       c->parent_is_current = true;
+      c->parent_known_from = INT32_MAX;
     }
     if (c->parent == nullptr) continue;
     ++c->parent->children;
@@ -163,7 +165,10 @@ void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census)
       while (r->parent != nullptr && r->parent->is_replaced) r->parent = r->parent->parent;
     }
     for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
-      if (c->parent != nullptr && c->parent->is_replaced) c->parent_is_current = false;
+      if (c->parent != nullptr && c->parent->is_replaced) {
+        c->parent_is_current = false;
+        c->parent = nullptr;
+      }
     }
   }
   arrivals.sort();
