@@ -3,20 +3,23 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "NuvImgSDK2014DLL.h"
 
 namespace {
 
-BenchPicture photograph(const char* path) {
+using ReadPicture = uint8_t*(const char*, int32_t*, int32_t*);
+
+BenchPicture photograph(const char* path, ReadPicture& read = NuvRead8BitBmpFile2Img, int32_t channels = 1) {
   int32_t width = 0;
   int32_t height = 0;
-  const std::unique_ptr<uint8_t[]> pixels(NuvRead8BitBmpFile2Img(path, &width, &height));
+  const std::unique_ptr<uint8_t[]> pixels(read(path, &width, &height));
   if (!pixels) {
     std::fprintf(stderr, "%s cannot be read\n", path);
     std::exit(1);
   }
-  return {width, height, 1, {pixels.get(), pixels.get() + width * height}};
+  return {width, height, channels, {pixels.get(), pixels.get() + width * height * channels}};
 }
 
 }  // namespace
@@ -39,6 +42,21 @@ BenchPicture gray_picture(int32_t width, int32_t height) {
 
 BenchPicture coins_picture() {
   return photograph(NUV_COINS);
+}
+
+BenchPicture brick_picture() {
+  return photograph(NUV_BENCH_DATA "/brick.bmp");
+}
+
+BenchPicture clock_picture() {
+  return photograph(NUV_BENCH_DATA "/clock.bmp");
+}
+
+BenchPicture coffee_picture() {
+  BenchPicture picture = photograph(NUV_BENCH_DATA "/coffee.bmp", NuvRead24BitBmpFile2Img, 3);
+  LineVector<uint8_t> gray(picture.pixels.size() / 3);
+  NuvRGB2Gry(picture.data(), picture.width, picture.height, gray.data());
+  return {picture.width, picture.height, 1, std::move(gray)};
 }
 
 BenchPicture colour_picture() {

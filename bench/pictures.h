@@ -70,6 +70,10 @@ struct BenchPicture {
 BenchPicture gray_picture(int32_t width = 1280, int32_t height = 960);
 // The photograph of coins, 384x303.
 BenchPicture coins_picture();
+// Photographs of a brick wall, 512x512, of a clock, 400x300, and of a cup of coffee as gray, 600x400.
+BenchPicture brick_picture();
+BenchPicture clock_picture();
+BenchPicture coffee_picture();
 BenchPicture colour_picture();
 // Copies count bytes, for comparison with work that moves as many.
 inline auto copy_of_bytes(std::size_t count) {

@@ -1,3 +1,4 @@
+#include <utility>
 #include <vector>
 
 #include "NuvImgSDK2014DLL.h"
@@ -26,6 +27,12 @@ const Row merge_split_camera("NuvMergeSplit 512x512 camera/nuv",
                              [] { return merge_split_of(gray_picture(512, 512)); });
 const Row merge_split_coins("NuvMergeSplit 384x303 coins/nuv",
                             [] { return merge_split_of(coins_picture()); });
+const Row merge_split_brick("NuvMergeSplit 512x512 brick/nuv",
+                            [] { return merge_split_of(brick_picture()); });
+const Row merge_split_clock("NuvMergeSplit 400x300 clock/nuv",
+                            [] { return merge_split_of(clock_picture()); });
+const Row merge_split_coffee("NuvMergeSplit 600x400 coffee/nuv",
+                             [] { return merge_split_of(coffee_picture()); });
 
 // The work of the example segment without its files: finds the regions and draws their outlines.
 const Row segment("segment 512x512/nuv", [] {
@@ -71,14 +78,23 @@ const Row cv_segment("segment 512x512/opencv MSER + findContours", [] {
   };
 });
 
-// The peer has its default delta and, like the library, no effective upper limit of the area.
-auto extremal_regions_of(BenchPicture picture) {
-  return [picture, detector = cv::MSER::create(5, kMinArea, picture.width * picture.height)]() mutable {
+// The peer has its default delta. Without an area limit it returns regions of any size, like the library. Its
+// default limit saves it the large regions.
+constexpr int32_t kDefaultMaxArea = 14400;
+
+auto extremal_regions_of(BenchPicture picture, int32_t max_area) {
+  return [picture, detector = cv::MSER::create(5, kMinArea, max_area)]() mutable {
     std::vector<std::vector<cv::Point>> regions;
     std::vector<cv::Rect> boxes;
     detector->detectRegions(picture.mat(), regions, boxes);
     benchmark::DoNotOptimize(regions.data());
   };
+}
+auto extremal_regions_of(BenchPicture picture) {
+  return extremal_regions_of(picture, picture.width * picture.height);
+}
+auto small_extremal_regions_of(BenchPicture picture) {
+  return extremal_regions_of(std::move(picture), kDefaultMaxArea);
 }
 
 const Row extremal_regions("NuvMergeSplit/opencv MSER", [] { return extremal_regions_of(gray_picture()); });
@@ -86,20 +102,24 @@ const Row extremal_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER",
                                   [] { return extremal_regions_of(gray_picture(512, 512)); });
 const Row extremal_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER",
                                  [] { return extremal_regions_of(coins_picture()); });
-
-// With the peer's default limit of the area it leaves out large regions, which the library finds.
-auto small_regions_of(BenchPicture picture) {
-  return [picture, detector = cv::MSER::create(5, kMinArea)]() mutable {
-    std::vector<std::vector<cv::Point>> regions;
-    std::vector<cv::Rect> boxes;
-    detector->detectRegions(picture.mat(), regions, boxes);
-    benchmark::DoNotOptimize(regions.data());
-  };
-}
-const Row small_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER to 14400 pixels",
-                               [] { return small_regions_of(gray_picture(512, 512)); });
-const Row small_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER to 14400 pixels",
-                              [] { return small_regions_of(coins_picture()); });
+const Row extremal_regions_brick("NuvMergeSplit 512x512 brick/opencv MSER",
+                                 [] { return extremal_regions_of(brick_picture()); });
+const Row extremal_regions_clock("NuvMergeSplit 400x300 clock/opencv MSER",
+                                 [] { return extremal_regions_of(clock_picture()); });
+const Row extremal_regions_coffee("NuvMergeSplit 600x400 coffee/opencv MSER",
+                                  [] { return extremal_regions_of(coffee_picture()); });
+const Row small_extremal_regions("NuvMergeSplit/opencv MSER to 14400 pixels",
+                                 [] { return small_extremal_regions_of(gray_picture()); });
+const Row small_extremal_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER to 14400 pixels",
+                                        [] { return small_extremal_regions_of(gray_picture(512, 512)); });
+const Row small_extremal_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER to 14400 pixels",
+                                       [] { return small_extremal_regions_of(coins_picture()); });
+const Row small_extremal_regions_brick("NuvMergeSplit 512x512 brick/opencv MSER to 14400 pixels",
+                                       [] { return small_extremal_regions_of(brick_picture()); });
+const Row small_extremal_regions_clock("NuvMergeSplit 400x300 clock/opencv MSER to 14400 pixels",
+                                       [] { return small_extremal_regions_of(clock_picture()); });
+const Row small_extremal_regions_coffee("NuvMergeSplit 600x400 coffee/opencv MSER to 14400 pixels",
+                                        [] { return small_extremal_regions_of(coffee_picture()); });
 #endif
 
 }  // namespace
