@@ -105,7 +105,7 @@ int main(int argc, char** argv) {
                    "picture to write: the difference of the moved picture from the first one"}};
   plan.numbers = {{"dx", "shift to the right, in pixels, by which the picture is moved"},
                   {"dy", "shift downwards, in pixels"},
-                  {"mean_difference", "of the compared pixels after the shift, in gray levels"},
+                  {"mean_difference", "of the compared pixels after the shift, in gray values"},
                   {"compared_width", "columns of the compared middle"},
                   {"compared_height", "rows of the compared middle"},
                   {"at_limit", "yes if the shift is the largest that was tried, or else no"}};

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-constexpr int32_t kFraction = 1024;  // parts of a gray level in profiles, and of a pixel in fits
+constexpr int32_t kFraction = 1024;  // parts of a gray value in profiles, and of a pixel in fits
 
 Place turned(double along, double across, double degrees) {
   const double angle = degrees * kPi / 180;
@@ -96,7 +96,7 @@ std::vector<double> slope_of(Strip& strip, int32_t first, int32_t last, int32_t 
 
 struct Edge {
   double column = 0;  // in the strip
-  double step = 0;    // in gray levels
+  double step = 0;    // in gray values
 };
 
 // The edge at the peak of the slope. Between elements, the slope near a peak is taken for a Gaussian, whose
@@ -141,7 +141,7 @@ std::vector<Edge> edges_of(std::vector<double> slope, int32_t direction, double 
 }
 
 std::string no_edge(const Search& search) {
-  return "no edge of " + text_of(search.threshold, 0) + " gray levels or more";
+  return "no edge of " + text_of(search.threshold, 0) + " gray values or more";
 }
 
 std::string too_few(std::size_t points, std::size_t places) {

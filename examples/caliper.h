@@ -1,7 +1,7 @@
 // Edges to a fraction of a pixel, and the lines and circles through them.
 //
 // A search rectangle is read out of the picture in turned coordinates and cut into bands. The mean of a band
-// is its profile: gray levels along the search. An edge is a peak of the profile's slope. A line is fitted to
+// is its profile: gray values along the search. An edge is a peak of the profile's slope. A line is fitted to
 // the edge points of the bands, and a circle to those of many narrow rectangles that point away from its
 // centre.
 
@@ -18,7 +18,7 @@
 #include "picture.h"
 
 struct Search {
-  double threshold = 20;  // least step of an edge, in gray levels
+  double threshold = 20;  // least step of an edge, in gray values
   int32_t smooth = 2;     // profiles are smoothed over this many pixels to each side
 };
 

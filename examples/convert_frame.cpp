@@ -40,7 +40,7 @@ struct Rectangle {
 using Convert = bool (*)(uint8_t*, int32_t, int32_t, uint8_t*);
 using Cut = bool (*)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*);
 
-// Copies the gray levels of any rectangle.
+// Copies the gray values of any rectangle.
 template <void (*Copy)(uint8_t*, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t, uint8_t*)>
 bool cut_gray(uint8_t* frame, int32_t width, int32_t height, int32_t x1, int32_t x2, int32_t y1, int32_t y2,
               uint8_t* gray) {
@@ -385,7 +385,7 @@ int main(int argc, char** argv) {
             return is_number ? "" : '"' + text + "\" is not a whole number from 0 to 999999";
           },
           ""));
-  host.flag("-g,--gray", options.gray, "gray levels only");
+  host.flag("-g,--gray", options.gray, "gray values only");
   host.check([&] {
     const std::vector<std::string> raw_endings = {"." + options.format, ".yuv", ".raw"};
     const bool to_picture = options.width > 0;

@@ -219,7 +219,7 @@ int main(int argc, char** argv) {
   repeated("--edge", options.edges, "measures an edge in such a rectangle; may be repeated");
   repeated("--circle", options.circles,
            "measures the circle X,Y,RADIUS,REACH[,bright or ,dark]; may be repeated");
-  host.number("-t,--threshold", options.search.threshold, "least step of an edge, in gray levels", 1.0,
+  host.number("-t,--threshold", options.search.threshold, "least step of an edge, in gray values", 1.0,
               255.0);
   host.number("-s,--smooth", options.search.smooth,
               "smooths profiles over this many pixels to each side, for blurred or noisy edges; 0: off", 0,

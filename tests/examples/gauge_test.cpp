@@ -62,7 +62,7 @@ std::vector<double> blurred_and_transposed(const std::vector<double>& values, in
   return result;
 }
 
-// A part of gray level 160 on 60: anti-aliased, blurred, and with noise.
+// A part of gray value 160 on 60: anti-aliased, blurred, and with noise.
 Picture drawn(const Shape& shape, double sigma, double noise, uint32_t seed) {
   constexpr int32_t kWidth = 200;
   constexpr int32_t kHeight = 180;
@@ -169,7 +169,7 @@ TEST_F(Gauge, MeasuresCirclesToATenthOfAPixel) {
   }
 }
 
-// A bar from column 40 to column 79, of gray level 200 on 50: its edges lie at 39.5 and 79.5.
+// A bar from column 40 to column 79, of gray value 200 on 50: its edges lie at 39.5 and 79.5.
 TEST_F(Gauge, ReportsWhatIsFoundAndWhatIsNot) {
   Picture picture = blank(160, 120, 1, 50);
   NuvFillGryRect(picture.pixels.data(), 160, 120, 40, 79, 0, 119, 200);
@@ -190,7 +190,7 @@ TEST_F(Gauge, ReportsWhatIsFoundAndWhatIsNot) {
             "file,name,kind,size,unit,x,y,angle,deviation,found,reason\n"
             "bar.png,bar,width,20.0000,mm,59.500,60.000,0.000,0.0000,yes,\n"
             "bar.png,right,edge,,mm,79.500,60.000,0.000,0.0000,yes,\n"
-            "bar.png,none,edge,,,,,,,no,no edge of 20 gray levels or more\n"
+            "bar.png,none,edge,,,,,,,no,no edge of 20 gray values or more\n"
             "bar.png,slot,width,,,,,,,no,no pair of opposite edges\n");
   EXPECT_EQ(read_picture((dir_ / "bar_gauged.png").string()).channels, 3);
 
