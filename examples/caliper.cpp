@@ -369,8 +369,9 @@ std::optional<Circle> circle_through(std::vector<Place>& points, const Circle& s
     for (int32_t step = 0; step < kSteps; ++step) {
       if (points.size() < 3 || !improve(circle, points)) return std::nullopt;
     }
-    std::vector<double> distances;
-    for (const Place& p : points) distances.push_back(std::fabs(distance_of(circle, p)));
+    std::vector<double> distances(points.size());
+    std::transform(points.begin(), points.end(), distances.begin(),
+                   [&circle](const Place& p) { return std::fabs(distance_of(circle, p)); });
     if (round == kRounds || !remove_outliers(points, distances)) return circle;
   }
 }
