@@ -1,3 +1,4 @@
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -22,17 +23,31 @@ auto merge_split_of(BenchPicture picture) {
   };
 }
 
-const Row merge_split("NuvMergeSplit/nuv", [] { return merge_split_of(gray_picture()); });
-const Row merge_split_camera("NuvMergeSplit 512x512 camera/nuv",
-                             [] { return merge_split_of(gray_picture(512, 512)); });
-const Row merge_split_coins("NuvMergeSplit 384x303 coins/nuv",
-                            [] { return merge_split_of(coins_picture()); });
-const Row merge_split_brick("NuvMergeSplit 512x512 brick/nuv",
-                            [] { return merge_split_of(brick_picture()); });
-const Row merge_split_clock("NuvMergeSplit 400x300 clock/nuv",
-                            [] { return merge_split_of(clock_picture()); });
-const Row merge_split_coffee("NuvMergeSplit 600x400 coffee/nuv",
-                             [] { return merge_split_of(coffee_picture()); });
+// The pictures of the rows, and the sizes and names that the rows carry.
+struct Photograph {
+  const char* row;
+  BenchPicture (*picture)();
+};
+constexpr Photograph kPhotographs[] = {
+    {"NuvMergeSplit", [] { return gray_picture(); }},
+    {"NuvMergeSplit 512x512 camera", [] { return gray_picture(512, 512); }},
+    {"NuvMergeSplit 384x303 coins", [] { return coins_picture(); }},
+    {"NuvMergeSplit 512x512 brick", [] { return brick_picture(); }},
+    {"NuvMergeSplit 400x300 clock", [] { return clock_picture(); }},
+    {"NuvMergeSplit 600x400 coffee", [] { return coffee_picture(); }},
+};
+
+// Adds a row for each photograph.
+template <class WorkOf>
+std::vector<Row> rows_of(const std::string& side, WorkOf work_of) {
+  std::vector<Row> rows;
+  for (const Photograph& p : kPhotographs) {
+    rows.emplace_back((p.row + side).c_str(), [p, work_of] { return work_of(p.picture()); });
+  }
+  return rows;
+}
+
+const std::vector<Row> merge_split = rows_of("/nuv", merge_split_of);
 
 // The work of the example segment without its files: finds the regions and draws their outlines.
 const Row segment("segment 512x512/nuv", [] {
@@ -78,10 +93,8 @@ const Row cv_segment("segment 512x512/opencv MSER + findContours", [] {
   };
 });
 
-// The peer has its default delta. Without an area limit it returns regions of any size, like the library. Its
-// default limit saves it the large regions.
-constexpr int32_t kDefaultMaxArea = 14400;
-
+// The peer has its default delta. One row has no limit of the area, like the library. In the other the peer has its
+// default limit, and leaves out the large regions.
 auto extremal_regions_of(BenchPicture picture, int32_t max_area) {
   return [picture, detector = cv::MSER::create(5, kMinArea, max_area)]() mutable {
     std::vector<std::vector<cv::Point>> regions;
@@ -90,36 +103,14 @@ auto extremal_regions_of(BenchPicture picture, int32_t max_area) {
     benchmark::DoNotOptimize(regions.data());
   };
 }
-auto extremal_regions_of(BenchPicture picture) {
-  return extremal_regions_of(picture, picture.width * picture.height);
-}
-auto small_extremal_regions_of(BenchPicture picture) {
-  return extremal_regions_of(std::move(picture), kDefaultMaxArea);
-}
 
-const Row extremal_regions("NuvMergeSplit/opencv MSER", [] { return extremal_regions_of(gray_picture()); });
-const Row extremal_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER",
-                                  [] { return extremal_regions_of(gray_picture(512, 512)); });
-const Row extremal_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER",
-                                 [] { return extremal_regions_of(coins_picture()); });
-const Row extremal_regions_brick("NuvMergeSplit 512x512 brick/opencv MSER",
-                                 [] { return extremal_regions_of(brick_picture()); });
-const Row extremal_regions_clock("NuvMergeSplit 400x300 clock/opencv MSER",
-                                 [] { return extremal_regions_of(clock_picture()); });
-const Row extremal_regions_coffee("NuvMergeSplit 600x400 coffee/opencv MSER",
-                                  [] { return extremal_regions_of(coffee_picture()); });
-const Row small_extremal_regions("NuvMergeSplit/opencv MSER to 14400 pixels",
-                                 [] { return small_extremal_regions_of(gray_picture()); });
-const Row small_extremal_regions_camera("NuvMergeSplit 512x512 camera/opencv MSER to 14400 pixels",
-                                        [] { return small_extremal_regions_of(gray_picture(512, 512)); });
-const Row small_extremal_regions_coins("NuvMergeSplit 384x303 coins/opencv MSER to 14400 pixels",
-                                       [] { return small_extremal_regions_of(coins_picture()); });
-const Row small_extremal_regions_brick("NuvMergeSplit 512x512 brick/opencv MSER to 14400 pixels",
-                                       [] { return small_extremal_regions_of(brick_picture()); });
-const Row small_extremal_regions_clock("NuvMergeSplit 400x300 clock/opencv MSER to 14400 pixels",
-                                       [] { return small_extremal_regions_of(clock_picture()); });
-const Row small_extremal_regions_coffee("NuvMergeSplit 600x400 coffee/opencv MSER to 14400 pixels",
-                                        [] { return small_extremal_regions_of(coffee_picture()); });
+const std::vector<Row> extremal_regions = rows_of("/opencv MSER", [](BenchPicture picture) {
+  const int32_t pixels = picture.width * picture.height;
+  return extremal_regions_of(std::move(picture), pixels);
+});
+const std::vector<Row> small_extremal_regions =
+    rows_of("/opencv MSER to 14400 pixels",
+            [](BenchPicture picture) { return extremal_regions_of(std::move(picture), 14400); });
 #endif
 
 }  // namespace

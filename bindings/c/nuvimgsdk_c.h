@@ -5441,7 +5441,7 @@ NUV_C_API void NuvABC2ThroTheta(double A, double B, double C, int32_t* pThro, in
 /// frame. If the line passes through point (10, 10) of the frame at a general Theta, the chord is 0 or nearly
 /// so.
 ///
-/// @param x0, y0      image point at which the frame has its origin
+/// @param x0, y0      point of the image where the frame's origin lies
 /// @param pA, pB, pC  [out, 1 element]
 NUV_C_API void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Theta, double* pA, double* pB,
                                 double* pC);
@@ -5964,9 +5964,10 @@ NUV_C_API void NuvHoughLines_Debug(uint8_t* pGryImg, int32_t width, int32_t heig
 /// The curve should run from top to bottom. The first and the last point by y are the first two key points.
 /// Key points cut the curve into stretches. The inner point of a stretch that lies farthest from the chord of
 /// its ends is the candidate of the stretch, and the candidate with the greatest distance is the next key
-/// point. Ties go to the first point of a stretch, and to the stretch that was formed first, where the first
-/// part of a split stretch keeps its place. A stretch without inner points has its end as its candidate, at
-/// distance 0, so that a straight run can give a point twice. With M = 1 only the last point is written.
+/// point, which splits the stretch in two. In a stretch, ties go to the first point. Among stretches, ties go to the
+/// one that was formed first; of the two parts of a split, the first counts as old as the whole, and the second as new.
+/// If a stretch has no inner point, its candidate is its end, at distance 0. A straight run can therefore give a
+/// point twice. With M = 1 only the last point is written.
 ///
 /// The time grows as N log N. If coordinates leave -2^20..2^20 and splits are uneven, it grows as N*M.
 ///

@@ -96,15 +96,15 @@ NUV_ROW_KERNEL void from_rgb_row(const uint8_t* NUV_RESTRICT rgb, uint8_t* NUV_R
     const std::ptrdiff_t i = start_of_step(done, PixelWords::kPixels, pixels);
     PixelWords words;
     split_words(rgb + 3 * i, words);
-    Words16 left[3];
-    Words16 right[3];
+    Shorts16 left[3];
+    Shorts16 right[3];
     low_bytes(words.kind[0], left[0]);
     high_bytes(words.kind[0], left[1]);
     low_bytes(words.kind[1], left[2]);
     high_bytes(words.kind[1], right[0]);
     low_bytes(words.kind[2], right[1]);
     high_bytes(words.kind[2], right[2]);
-    PairOf<Words16> pairs;
+    PairOf<Shorts16> pairs;
     pair_from_rgb(left, right, by, pairs);
     store_words(luma + i, pairs.luma);
     store_words(reinterpret_cast<uint8_t*>(sums.c + i / 2), pairs.c);
@@ -173,9 +173,9 @@ NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lowe
 
 #if NUV_HAS_LANES
 // Y plus a term, clamped to a byte, for the left or the right pixels of 16 pairs.
-NUV_INLINE void clamped_sums(const Words16& luma, const Words16& term, Words16& sums) {
-  const Words16 none = {};
-  const Words16 most = none + 255;
+NUV_INLINE void clamped_sums(const Shorts16& luma, const Shorts16& term, Shorts16& sums) {
+  const Shorts16 none = {};
+  const Shorts16 most = none + 255;
   sums = luma + term;
   sums = sums > none ? sums : none;
   sums = sums < most ? sums : most;
@@ -209,17 +209,17 @@ NUV_ROW_KERNEL void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, 
 #if NUV_HAS_LANES
   while (pixels >= PixelWords::kPixels && done < pixels) {
     const std::ptrdiff_t i = start_of_step(done, PixelWords::kPixels, pixels);
-    Words16 pairs;
+    Shorts16 pairs;
     load_words(luma + i, pairs);
-    Words16 luma_left;
-    Words16 luma_right;
+    Shorts16 luma_left;
+    Shorts16 luma_right;
     low_bytes(pairs, luma_left);
     high_bytes(pairs, luma_right);
-    Words16 left[3];
-    Words16 right[3];
+    Shorts16 left[3];
+    Shorts16 right[3];
     const int16_t* const planes[] = {terms.blue, terms.green, terms.red};
     for (int c = 0; c < 3; ++c) {
-      Words16 term;
+      Shorts16 term;
       load_words(reinterpret_cast<const uint8_t*>(planes[c] + i / 2), term);
       clamped_sums(luma_left, term, left[c]);
       clamped_sums(luma_right, term, right[c]);

@@ -41,18 +41,18 @@ NUV_INLINE uint8_t rectangle_weighting(uint8_t b0, uint8_t b1, uint8_t b2) {
 #if NUV_HAS_LANES
 // Writes the gray of 32 pixels, combined with flipped by an exclusive or.
 NUV_INLINE void weigh_whole_image(const PlaneBlock& in, std::ptrdiff_t i, uint8_t flipped, uint8_t* out) {
-  Words16 pixels[3];
+  Shorts16 pixels[3];
   load_words(in.b0 + i, pixels[0]);
   load_words(in.b1 + i, pixels[1]);
   load_words(in.b2 + i, pixels[2]);
-  Words16 even[3];
-  Words16 odd[3];
+  Shorts16 even[3];
+  Shorts16 odd[3];
   for (int k = 0; k < 3; ++k) {
     low_bytes(pixels[k], even[k]);
     high_bytes(pixels[k], odd[k]);
   }
-  Words16 even_gray;
-  Words16 odd_gray;
+  Shorts16 even_gray;
+  Shorts16 odd_gray;
   weigh_whole_image(even[0], even[1], even[2], even_gray);
   weigh_whole_image(odd[0], odd[1], odd[2], odd_gray);
   store(out + i, reinterpret_cast<Bytes32>(even_gray | odd_gray << 8) ^ flipped);

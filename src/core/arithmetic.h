@@ -30,7 +30,7 @@ inline uint8_t low_byte(int32_t value) {
   return static_cast<uint8_t>(value);
 }
 
-// The values of pi. Each formula has its own, and results are defined with it. kPi is that of most angles.
+// The values of pi. The definition of each result says which of them it uses. Most angles use kPi.
 constexpr double kPi = 3.1415926;
 constexpr double kPiTo5Decimals = 3.14159;
 constexpr double kPiTo4Decimals = 3.1415;

@@ -17,65 +17,63 @@
 
 namespace nuv {
 
-using Words16 = int16_t __attribute__((vector_size(32)));
-
-NUV_INLINE void load_words(const uint8_t* p, Words16& words) {
+NUV_INLINE void load_words(const uint8_t* p, Shorts16& words) {
   Bytes32 bytes;
   load32(p, bytes);
-  words = reinterpret_cast<Words16>(bytes);
+  words = reinterpret_cast<Shorts16>(bytes);
 }
-NUV_INLINE void store_words(uint8_t* p, const Words16& words) {
+NUV_INLINE void store_words(uint8_t* p, const Shorts16& words) {
   store32(p, reinterpret_cast<Bytes32>(words));
 }
 
-NUV_INLINE void low_bytes(const Words16& words, Words16& bytes) {
+NUV_INLINE void low_bytes(const Shorts16& words, Shorts16& bytes) {
   bytes = words & 255;
 }
-NUV_INLINE void high_bytes(const Words16& words, Words16& bytes) {
-  using Unsigned = uint16_t __attribute__((vector_size(32)));
-  bytes = reinterpret_cast<Words16>(reinterpret_cast<Unsigned>(words) >> 8);
+NUV_INLINE void high_bytes(const Shorts16& words, Shorts16& bytes) {
+  bytes = reinterpret_cast<Shorts16>(reinterpret_cast<UnsignedShorts16>(words) >> 8);
 }
 
 // The words of 16 pairs of pixels, by kind.
 struct PixelWords {
   static constexpr int kPixels = 32;
 
-  Words16 kind[3];
+  Shorts16 kind[3];
 };
 
 using WordPlaces = std::make_integer_sequence<int, 16>;
 
 template <int LaneOfA, int LaneOfB, int... J>
-NUV_INLINE void take_word_lanes(const Words16& a, const Words16& b, Words16& lanes,
+NUV_INLINE void take_word_lanes(const Shorts16& a, const Shorts16& b, Shorts16& lanes,
                                 std::integer_sequence<int, J...> /*places*/) {
   lanes = __builtin_shufflevector(a, b, (J < 8 ? 8 * LaneOfA + J : 8 + 8 * LaneOfB + J)...);
 }
 
 // Place j of a lane comes from v0, v1 or v2 if j modulo 3 is 0, 1 or 2.
 template <int... J>
-NUV_INLINE void mix_words(const Words16& v0, const Words16& v1, const Words16& v2, Words16& mixed,
+NUV_INLINE void mix_words(const Shorts16& v0, const Shorts16& v1, const Shorts16& v2, Shorts16& mixed,
                           std::integer_sequence<int, J...> /*places*/) {
-  const Words16 two = __builtin_shufflevector(v0, v1, ((J & 7) % 3 == 1 ? 16 + J : J)...);
+  const Shorts16 two = __builtin_shufflevector(v0, v1, ((J & 7) % 3 == 1 ? 16 + J : J)...);
   mixed = __builtin_shufflevector(two, v2, ((J & 7) % 3 == 2 ? 16 + J : J)...);
 }
 
 // Place m of a lane receives the word at place 3m + K modulo 8, or sends its word there. 3 is its own inverse
 // modulo 8.
 template <int K, int... M>
-NUV_INLINE void order_words(Words16& v, std::integer_sequence<int, M...> /*places*/) {
+NUV_INLINE void order_words(Shorts16& v, std::integer_sequence<int, M...> /*places*/) {
   v = __builtin_shufflevector(v, v, (M & 8) + ((3 * M + K) & 7)...);
 }
 template <int K, int... J>
-NUV_INLINE void spread_words(const Words16& v, Words16& spread, std::integer_sequence<int, J...> /*places*/) {
+NUV_INLINE void spread_words(const Shorts16& v, Shorts16& spread,
+                             std::integer_sequence<int, J...> /*places*/) {
   spread = __builtin_shufflevector(v, v, (J & 8) + (3 * (J - K) & 7)...);
 }
 
 NUV_INLINE void split_words(const uint8_t* pixels, PixelWords& words) {
-  Words16 row[3];
+  Shorts16 row[3];
   for (int i = 0; i < 3; ++i) load_words(pixels + 32 * i, row[i]);
-  Words16 a;
-  Words16 b;
-  Words16 c;
+  Shorts16 a;
+  Shorts16 b;
+  Shorts16 c;
   take_word_lanes<0, 1>(row[0], row[1], a, WordPlaces{});
   take_word_lanes<1, 0>(row[0], row[2], b, WordPlaces{});
   take_word_lanes<0, 1>(row[1], row[2], c, WordPlaces{});
@@ -88,17 +86,17 @@ NUV_INLINE void split_words(const uint8_t* pixels, PixelWords& words) {
 }
 
 NUV_INLINE void join_words(const PixelWords& words, uint8_t* pixels) {
-  Words16 spread[3];
+  Shorts16 spread[3];
   spread_words<0>(words.kind[0], spread[0], WordPlaces{});
   spread_words<1>(words.kind[1], spread[1], WordPlaces{});
   spread_words<2>(words.kind[2], spread[2], WordPlaces{});
-  Words16 a;
-  Words16 b;
-  Words16 c;
+  Shorts16 a;
+  Shorts16 b;
+  Shorts16 c;
   mix_words(spread[0], spread[1], spread[2], a, WordPlaces{});
   mix_words(spread[2], spread[0], spread[1], b, WordPlaces{});
   mix_words(spread[1], spread[2], spread[0], c, WordPlaces{});
-  Words16 row[3];
+  Shorts16 row[3];
   take_word_lanes<0, 0>(a, b, row[0], WordPlaces{});
   take_word_lanes<0, 1>(c, a, row[1], WordPlaces{});
   take_word_lanes<1, 1>(b, c, row[2], WordPlaces{});

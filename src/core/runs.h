@@ -106,7 +106,7 @@ class Brightness {
 
   int32_t threshold_;
   uint64_t low_bits_;
-  uint64_t has_top_bit_;  // all bits if the threshold has its top bit, else 0
+  uint64_t has_top_bit_;  // all ones if the threshold is 128 or more, else 0
 };
 
 // The first place from i on whose pixel is 0 (black) or not 0 (white); the count if there is none.

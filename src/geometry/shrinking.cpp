@@ -137,25 +137,23 @@ NUV_INLINE uint16_t pair_sum(const uint8_t* p) {
 }
 
 #if NUV_HAS_LANES
-using Pairs = uint16_t __attribute__((vector_size(32)));
-
-NUV_INLINE void load_pairs(const uint8_t* p, Pairs& pairs) {
+NUV_INLINE void load_pairs(const uint8_t* p, UnsignedShorts16& pairs) {
   Bytes32 bytes;
   load32(p, bytes);
-  pairs = reinterpret_cast<Pairs>(bytes);
+  pairs = reinterpret_cast<UnsignedShorts16>(bytes);
 }
 
 // The means of 16 blocks, as words. The word low + 256*high minus 255*high is the sum of its two bytes.
-NUV_INLINE void means_2x2(const uint8_t* p, std::ptrdiff_t width, Pairs& means) {
-  Pairs upper;
-  Pairs lower;
+NUV_INLINE void means_2x2(const uint8_t* p, std::ptrdiff_t width, UnsignedShorts16& means) {
+  UnsignedShorts16 upper;
+  UnsignedShorts16 lower;
   load_pairs(p, upper);
   load_pairs(p + width, lower);
   means = (upper + lower - 255 * ((upper >> 8) + (lower >> 8))) >> 2;
 }
 
 template <int... J>
-NUV_INLINE void low_bytes_of(const Pairs& a, const Pairs& b, Bytes32& bytes,
+NUV_INLINE void low_bytes_of(const UnsignedShorts16& a, const UnsignedShorts16& b, Bytes32& bytes,
                              std::integer_sequence<int, J...> /*places*/) {
   bytes = __builtin_shufflevector(reinterpret_cast<Bytes32>(a), reinterpret_cast<Bytes32>(b), 2 * J...);
 }
@@ -171,8 +169,8 @@ NUV_ROW_KERNEL void mean_2x2_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t w
     const uint8_t* q = p + 2 * x;
     __builtin_prefetch(q + next);
     __builtin_prefetch(q + next + width);
-    Pairs left;
-    Pairs right;
+    UnsignedShorts16 left;
+    UnsignedShorts16 right;
     means_2x2(q, width, left);
     means_2x2(q + 32, width, right);
     Bytes32 means;
