@@ -5,7 +5,6 @@ The source of a wrapper is plain Python without loops, so that a call costs litt
 
 import collections
 import ctypes
-import json
 import linecache
 import os
 import pathlib
@@ -31,8 +30,7 @@ def _library():
     return ctypes.CDLL(path)
 
 
-with open(_HERE / "boundary.json", encoding="utf-8") as _file:
-    description = json.load(_file)
+description = contracts.description
 library = _library()
 functions = {f["plain_name"]: f for f in description["functions"]}
 library.nuv_free.argtypes = [ctypes.c_void_p]
@@ -214,8 +212,10 @@ def _conditions(plan):
     names = [a.cname for a in plan.arguments]
     if plan.name in contracts.REGIONS_INSIDE:
         lines.append("_v.region(_f, x1, x2, y1, y2, columns, rows)")
-    if plan.name in contracts.CHANNELS:
-        lines.append("if not 0 <= channel <= 2: raise _v.refused(_f, 'channel', 'from 0 to 2', channel)")
+    for least, name, most, demand in contracts.RANGES.get(plan.name, ()):
+        ends = [_expression(end) for end in (least, most)]
+        condition = " <= ".join(filter(None, (ends[0], name, ends[1])))
+        lines.append(f"if not {condition}: raise _v.refused(_f, {name!r}, {demand!r}, {name})")
     if "pChainCode" in names and any(a.name == "ChainCode" and a.role == "in" for a in plan.arguments):
         x, y = ("x" if "x" in names else "None"), ("y" if "y" in names else "None")
         if any(a.shape for a in plan.arguments):

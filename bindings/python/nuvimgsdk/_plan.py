@@ -77,8 +77,8 @@ def _role(name, a):
     if direction == "inout":
         if count == "1":
             return "moved"
-        kept = a.get("keeps") and (a["name"] == "pResImg" or not a.get("shape")) and name not in \
-            contracts.PASTED_INTO
+        kept = a.get("keeps") and (a["name"] == "pResImg" or not a.get("shape")) and \
+            (name, cname) not in contracts.PASTED_INTO
         return "result" if kept or (name, cname) in contracts.RESULTS else "changed"
     return "scalar" if count == "1" else "result"
 
