@@ -45,7 +45,7 @@ export class Engine {
    */
   run(step, picture, pictures = [picture]) {
     const [complaint] = stepComplaints(step, this.functions, picture, pictures);
-    if (complaint) throw new Error(complaint.sentence);
+    if (complaint) throw Object.assign(new Error(complaint.sentence), complaint);
     const fn = this.functions.get(step.call);
     const run = new Run(this.sdk, fn, withInitialValues(step, fn, picture), picture, pictures);
     try {
@@ -65,7 +65,7 @@ class Run {
     Object.assign(this, {sdk, fn, parameters, picture, pictures});
     this.memories = new Map();
     this.ends = [];
-    this.values = valuesOf(fn, parameters, picture, pictures);
+    this.values = valuesOf(fn, parameters, picture, (value) => pictureNamed(value, pictures));
   }
 
   free() {
@@ -126,12 +126,13 @@ class Run {
     for (let address = value >>> 0; address !== 0;) {
       const [record] = this.records(address, call.record, 1);
       address = record.pNext ?? record.next;
+      [record.x, record.y] = [record.x ?? record.x0, record.y ?? record.y0];
       record.chain = Array.from(this.sdk.bytes(record.pChainCode, record.N));
       list.push(record);
     }
     if (call.traces) this.follow(list);
     return list.map((record) => Object.fromEntries(Object.entries(record).filter(
-        ([name]) => !/^(pChainCode|pNext|next|reserved\d|sameLevelParentID)$/.test(name))));
+        ([name]) => !/^(pChainCode|pNext|next|reserved\d|sameLevelParentID|x0|y0)$/.test(name))));
   }
 
   // Chooses the largest contour as the chain of the step.

@@ -72,10 +72,10 @@ export function evaluate(formula, values) {
 }
 
 /**
- * The formula as source in C, or in Python: names are replaced by the texts or numbers in `words`, and what then
- * holds numbers alone is computed.
+ * The tree of a formula with names replaced by what `words` has for them: numbers, names or trees. Parts that then hold
+ * numbers alone are computed.
  */
-export function print(formula, words, python = false) {
+export function substitute(formula, words) {
   const known = (tree) => {
     if (typeof tree === 'number') return tree;
     if (typeof tree === 'string') return tree in words ? words[tree] : tree;
@@ -93,19 +93,24 @@ export function print(formula, words, python = false) {
     if ('+-'.includes(operator) && right === 0) return left;
     return {operator, left, right};
   };
-  const write = (tree, level) => {
-    if (typeof tree !== 'object') return String(tree);
+  return known(parse(formula));
+}
+
+/** A tree as source in C or Python. */
+export function print(tree, python = false) {
+  const write = (part, level) => {
+    if (typeof part !== 'object') return String(part);
     let text;
     let own = -1;
-    if (tree.condition !== undefined) {
-      const [condition, yes, no] = [tree.condition, tree.yes, tree.no].map((t) => write(t, 0));
+    if (part.condition !== undefined) {
+      const [condition, yes, no] = [part.condition, part.yes, part.no].map((t) => write(t, 0));
       text = python ? `${yes} if ${condition} else ${no}` : `${condition} ? ${yes} : ${no}`;
     } else {
-      own = LEVELS.findIndex((operators) => operators.includes(tree.operator));
-      const operator = python && tree.operator === '/' ? '//' : tree.operator;
-      text = `${write(tree.left, own)} ${operator} ${write(tree.right, own + 1)}`;
+      own = LEVELS.findIndex((operators) => operators.includes(part.operator));
+      const operator = python && part.operator === '/' ? '//' : part.operator;
+      text = `${write(part.left, own)} ${operator} ${write(part.right, own + 1)}`;
     }
     return own < level ? `(${text})` : text;
   };
-  return write(known(parse(formula)), 0);
+  return write(tree, 0);
 }

@@ -9,11 +9,14 @@ export function withInitialValues(step, fn, picture) {
   return {...initialValues(fn, picture), ...step.parameters};
 }
 
-/** "coins/NuvGryImgMidFilter,N=5/NuvThreshold,T=90": readable, and without characters that addresses escape. */
+/** Whether a step runs. Steps that are switched off leave the picture as it is. */
+export const isOn = (step) => !step.off;
+
+/** "coins/NuvGryAverageFilter,M=5/~NuvThreshold,T=90": readable. A step that is switched off begins with ~. */
 export function encode({picture, steps}) {
   const value = (v) => (v !== null && typeof v === 'object' ? Object.values(v).join(':') : String(v));
-  return [picture, ...steps.map(({call, parameters = {}}) => [
-    call, ...Object.entries(parameters).map(([name, v]) => `${name}=${encodeURIComponent(value(v)).replace(/%3A/g, ':')}`),
+  return [picture, ...steps.map(({call, parameters = {}, off}) => [
+    (off ? '~' : '') + call, ...Object.entries(parameters).map(([name, v]) => `${name}=${encodeURIComponent(value(v)).replace(/%3A/g, ':')}`),
   ].join(','))].join('/');
 }
 
@@ -25,14 +28,15 @@ export function decode(text, functions) {
   return {
     picture,
     steps: steps.filter((step) => step !== '').map((step) => {
-      const [call, ...parameters] = step.split(',');
+      const [name, ...parameters] = step.split(',');
+      const call = name.replace(/^~/, '');
       if (functions && !known.has(call)) throw new Error(`The address names a function that is not here: "${call}".`);
       return {
-        call,
+        call, ...(name === call ? {} : {off: true}),
         parameters: Object.fromEntries(parameters.map((p) => {
-          const [, name, value] = /^(\w+)=(.*)$/.exec(p) ?? [];
-          if (name === undefined) throw new Error(`The address holds "${p}", which is no parameter of ${call}.`);
-          return [name, decoded(decodeURIComponent(value), known.get(call)?.parameters.find((q) => q.name === name))];
+          const [, parameter, value] = /^(\w+)=(.*)$/.exec(p) ?? [];
+          if (parameter === undefined) throw new Error(`The address holds "${p}", which is no parameter of ${call}.`);
+          return [parameter, decoded(decodeURIComponent(value), known.get(call)?.parameters.find((q) => q.name === parameter))];
         })),
       };
     }),
@@ -58,7 +62,7 @@ function decoded(text, parameter) {
 export function complaints(state, functions, pictures) {
   const known = new Map(functions.map((f) => [f.name, f]));
   return state.steps.flatMap((step, index) => {
-    const found = pictures[index] ? stepComplaints(step, known, pictures[index], pictures.slice(0, index + 1)) : [];
+    const found = isOn(step) && pictures[index] ? stepComplaints(step, known, pictures[index], pictures.slice(0, index + 1)) : [];
     return found.map((complaint) => ({step: index, ...complaint}));
   });
 }
@@ -86,7 +90,7 @@ export function stepComplaints(step, functions, picture, pictures) {
 
 // What the headers forbid: a function that is called with it may read beyond its memory.
 function forbidden(fn, parameters, picture, pictures) {
-  const values = valuesOf(fn, parameters, picture, pictures);
+  const values = valuesOf(fn, parameters, picture, (value) => pictureNamed(value, pictures));
   const {width, height} = picture;
   const found = [];
   const refuse = (name, demand) => {

@@ -8,13 +8,16 @@ const RECTANGLE = ['left', 'top', 'right', 'bottom'];
 /** The picture that a picture parameter's value names. `pictures` are the start and those after each earlier step. */
 export const pictureNamed = (value, pictures) => pictures[value === 'start' ? 0 : value + 1];
 
-/** The values of the names in a step's formulas. */
-export function valuesOf(fn, parameters, picture, pictures) {
+/**
+ * The values of the names in a step's formulas.
+ * @param pictureOf  the picture that a value of a picture parameter names
+ */
+export function valuesOf(fn, parameters, picture, pictureOf) {
   const values = {width: picture.width, height: picture.height, channels: picture.channels};
   for (const p of fn.parameters) {
     const value = parameters[p.name];
     if (p.kind === 'picture') {
-      const {width, height} = pictureNamed(value, pictures);
+      const {width, height} = pictureOf(value);
       Object.assign(values, {[`${p.name}.width`]: width, [`${p.name}.height`]: height});
     } else if (fieldsOf(p)) {
       for (const field of fieldsOf(p)) values[`${p.name}.${field}`] = value[field];
@@ -40,3 +43,24 @@ export function numbersOf(call, values) {
 
 // Names that get values while a step runs.
 const LATER = {'chain.x': 0, 'chain.y': 0, 'chain.N': 0, 'points.N': 0};
+
+/** Width, height and channels of the picture after a step. */
+export function pictureAfter(fn, parameters, picture, pictureOf) {
+  if (!fn.changesPicture) return picture;
+  const [result] = fn.results;
+  if (!result.memories) return turned(picture, parameters.angle);
+  const {shape} = fn.memories[result.memories[0]];
+  if (!shape) return picture;
+  const numbers = numbersOf(fn.calls[fn.main], valuesOf(fn, parameters, picture, pictureOf));
+  const [height, width, channels = 1] = shape.map((size) => evaluate(size, numbers));
+  return {width, height, channels};
+}
+
+// The size of the picture that NuvRotateImgByCCS gives.
+function turned({width, height}, angle) {
+  const [c, s] = [Math.cos, Math.sin].map((f) => Math.trunc(1024 * f((angle * 3.1415926) / 180)));
+  const corners = [[0, 0], [width - 1, 0], [0, height - 1], [width - 1, height - 1]];
+  const sides = [([x, y]) => (x * c - y * s) >> 10, ([x, y]) => (x * s + y * c) >> 10].map((side) => corners.map(side));
+  const [w, h] = sides.map((places) => Math.max(...places) - Math.min(...places) + 1);
+  return {width: w, height: h, channels: 1};
+}
