@@ -24,9 +24,11 @@ need_packages() {
 build_packages=(g++ cmake ninja-build libcli11-dev libstb-dev nlohmann-json3-dev)
 font_packages=(python3 unifont)
 test_packages=(libgtest-dev libgmock-dev binutils ffmpeg git pkgconf python3-clang-14 python3-numpy python3-pytest
-  python3-scipy python3-setuptools python3-wheel python3-venv python3-distributed mypy "${font_packages[@]}")
+  python3-scipy python3-skimage python3-distributed mypy "${font_packages[@]}")
 bindings_packages=(gcc mono-mcs mono-runtime fp-compiler rustc)
-debian_packages=(git build-essential debhelper help2man lintian libstb-dev nlohmann-json3-dev)
+wheel_packages=(binutils python3 python3-setuptools python3-wheel)
+debian_packages=(git build-essential debhelper dh-python help2man lintian libstb-dev nlohmann-json3-dev
+  "${wheel_packages[@]}")
 style_packages=(git clang clang-format clang-tidy doxygen)
 bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev)
 # Tests for other platforms build GoogleTest from its sources.

@@ -1,25 +1,38 @@
-"""The wheel: pure Python with the shared libraries inside, so one file serves every Python on Linux x86-64."""
+"""The package. With the shared libraries inside it is for one platform, but for every Python 3: see package.sh."""
 
 import json
 import pathlib
 
 from setuptools import setup
+from setuptools.dist import Distribution
 from wheel.bdist_wheel import bdist_wheel
 
-version = json.loads(pathlib.Path("nuvimgsdk/boundary.json").read_text(encoding="utf-8"))["version"]
+PACKAGE = pathlib.Path("nuvimgsdk")
+
+
+class WithLibraries(Distribution):
+    """Belongs where packages of one platform do, if the libraries are inside."""
+
+    def has_ext_modules(self):
+        return any(PACKAGE.glob("*.so*"))
 
 
 class AnyPython(bdist_wheel):
-    """Marks the wheel as one for this platform and any Python 3."""
-
-    def finalize_options(self):
-        super().finalize_options()
-        self.root_is_pure = False
+    """Marks the wheel as one for any Python 3, and for its platform if the libraries are inside."""
 
     def get_tag(self):
         return "py3", "none", super().get_tag()[2]
 
 
-setup(name="nuvimgsdk", version=version, description="Image processing over numpy arrays, defined to the bit",
-      packages=["nuvimgsdk"], package_data={"nuvimgsdk": ["boundary.json", "py.typed", "*.pyi", "*.so*"]},
-      python_requires=">=3.9", install_requires=["numpy"], cmdclass={"bdist_wheel": AnyPython}, zip_safe=False)
+setup(
+    name="nuvimgsdk",
+    version=json.loads((PACKAGE / "boundary.json").read_text(encoding="utf-8"))["version"],
+    description="Image processing over numpy arrays, defined to the bit",
+    license="MIT",
+    packages=["nuvimgsdk"],
+    package_data={"nuvimgsdk": ["boundary.json", "py.typed", "*.pyi", "*.so*"]},
+    python_requires=">=3.9",
+    install_requires=["numpy"],
+    distclass=WithLibraries,
+    cmdclass={"bdist_wheel": AnyPython},
+    zip_safe=False)
