@@ -3,7 +3,6 @@
 import gc
 import os
 import pathlib
-import re
 import resource
 import subprocess
 import sys
@@ -41,6 +40,7 @@ REFUSALS = [  # call, error, and what the message must say
     (lambda: nuv.NuvGetMedianInHistogram([1, 2]), ValueError, "Histogram must be 256 elements"),
     (lambda: nuv.NuvDataMaxDataPos([2**40]), ValueError, "Data must be .* from -2147483648 to 2147483647"),
     (lambda: nuv.NuvDataMaxDataValue([]), ValueError, "Data must be at least 1 elements"),
+    (lambda: nuv.NuvPointsRect([1, 2, 3], [1]), ValueError, "Y must be 3 elements"),
     (lambda: nuv.NuvCbYCrY2RGB(numpy.zeros(7, "u1"), 4, 2), ValueError, "CbYCrYImg must be 16 elements"),
     (lambda: nuv.NuvRectOverlapArea((0, 0, 1), (0, 0, 1, 1)), TypeError, "rect1 must be four integers"),
     (lambda: nuv.NuvGetFileNakeName(b"a\0b"), ValueError, "FileName must be a text without zero bytes"),
@@ -70,7 +70,7 @@ def test_what_is_returned():
     assert numpy.array_equal(nuv.NuvGryImgSobel(GRAY[::-1, ::2]), nuv.NuvGryImgSobel(GRAY[::-1, ::2].copy()))
     assert nuv.NuvBinImgMinFilter3x3(BLOB).shape == nuv.NuvBinImgMinFilter3x3(BLOB, 1, 9, 1, 9).shape
     assert nuv.NuvRLXRegionsGet(BLOB, 0, 63, 0, 47).RLX.dtype == nuv.RLX
-    assert help and nuv.NuvGryImgSobel.__doc__.startswith("NuvGryImgSobel(GryImg, *, out=None)")
+    assert help and nuv.NuvGryImgSobel.__doc__.startswith("NuvGryImgSobel(GryImg, *, out=None) -> ResImg\n")
 
 
 def test_results_agree_with_scipy_where_definitions_meet():
@@ -159,6 +159,12 @@ def test_jobs(tmp_path):
     for image in (drawn, nuv.to_gray(drawn)):
         nuv.imwrite(tmp_path / "a.bmp", image)
         assert numpy.array_equal(nuv.imread(tmp_path / "a.bmp"), image)
+    large = parts[parts.array()["area"] > 2000]
+    assert 0 < len(large) < len(parts) and large.array()["area"].min() > 2000 and len(parts[:0].draw(coins)) == 303
+    assert parts.draw(coins[:99, :99]).shape == (99, 99, 3)
+    gray = numpy.where(BLOB, 200, 50).astype("u1")[10:]  # the part touches the upper edge
+    assert [tuple(part[:8]) for part in nuv.measure_parts(gray)] == [(26, 10, 560, 92, 12, 0, 39, 19)]
+    assert not len(nuv.measure_parts(GRAY * 0)) and not len(nuv.measure_parts(GRAY * 0, dark=True))
     lines = nuv.find_lines(numpy.kron(BLOB, numpy.ones((2, 2), "u1")))
     assert len(lines) == 4 and sorted(round(line.angle) % 90 for line in lines) == [0] * 4
     assert len(nuv.find_contours(BLOB)) == 1 and len(nuv.segment(coins).array()) > 0
@@ -166,6 +172,8 @@ def test_jobs(tmp_path):
         nuv.imread(__file__)
     with pytest.raises(OSError, match="cannot be written"):
         nuv.imwrite(tmp_path / "nowhere" / "a.bmp", BLOB)
+    with pytest.raises(ValueError, match="ending with .bmp"):
+        nuv.imwrite(tmp_path / "a.png", BLOB)
 
 
 def test_stubs_are_current_and_strict(tmp_path):
@@ -186,15 +194,8 @@ areas = [contour.area + x for contour in contours]
     assert run.returncode == 0, run.stdout
 
 
-def test_the_page_runs(tmp_path, monkeypatch):
-    page = (ROOT / "docs" / "python.md").read_text(encoding="utf-8")
-    blocks = re.findall(r"```python\n(.*?)```", page, re.S)
-    assert len(blocks) >= 4
-    monkeypatch.chdir(ROOT)
-    names = {"folder": tmp_path}
-    for block in blocks:
-        exec(compile(block, "docs/python.md", "exec"), names)
-    assert (tmp_path / "coins.bmp").stat().st_size > 1000
+def test_the_page_is_current():
+    subprocess.run([sys.executable, str(ROOT / "tools" / "make_python_page"), "--check"], check=True)
 
 
 def test_a_batch_goes_on_and_continues(tmp_path):

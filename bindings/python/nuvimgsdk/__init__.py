@@ -6,15 +6,16 @@ without those that an array knows, and return the C++ result followed by the out
 """
 
 from . import _by_name
-from ._jobs import (find_contours, find_lines, imread, imwrite, measure_parts, segment, to_colour, to_gray)
+from ._jobs import (DarkRegion, Found, Line, Outline, Part, find_contours, find_lines, imread, imwrite, measure_parts,
+                    segment, to_colour, to_gray)
 from ._lists import Contour, ContourList, Region, RegionList
 from ._services import ChainLines, HoughLines, SequenceFiles
 from ._values import RLX, RLY, Rect, SEGMENT
 
 __version__ = _by_name.version
-__all__ = ["ChainLines", "Contour", "ContourList", "HoughLines", "RLX", "RLY", "Rect", "Region", "RegionList", "SEGMENT",
-           "SequenceFiles", "find_contours", "find_lines", "imread", "imwrite", "measure_parts", "segment",
-           "to_colour", "to_gray", *_by_name.names]
+__all__ = ["ChainLines", "Contour", "ContourList", "DarkRegion", "Found", "HoughLines", "Line", "Outline", "Part", "RLX",
+           "RLY", "Rect", "Region", "RegionList", "SEGMENT", "SequenceFiles", "find_contours", "find_lines", "imread",
+           "imwrite", "measure_parts", "segment", "to_colour", "to_gray", *_by_name.names]
 
 
 def __getattr__(name):

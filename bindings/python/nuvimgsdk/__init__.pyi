@@ -1,7 +1,7 @@
 # Made by tools/make_python_stubs. Do not edit.
 from collections.abc import Mapping, Sequence
 from os import PathLike
-from typing import Any, NamedTuple, Optional, Tuple, Union, overload
+from typing import Any, NamedTuple, Optional, Tuple, TypeVar, Union, overload
 
 import numpy
 import numpy.typing
@@ -93,21 +93,66 @@ class SequenceFiles(Sequence[bytes]):
     @overload
     def __getitem__(self, index: slice) -> Sequence[bytes]: ...
 
-class Found(Sequence[Any]):
+class Line(NamedTuple):
+    x1: int
+    y1: int
+    x2: int
+    y2: int
+    A: float
+    B: float
+    C: float
+    length: float
+    angle: float
+
+class Outline(NamedTuple):
+    x: int
+    y: int
+    area: int
+    perimeter: int
+    is_outer: bool
+    chain: U1
+
+class DarkRegion(NamedTuple):
+    x: int
+    y: int
+    area: int
+    perimeter: int
+    gray: int
+    id: int
+    parent: int
+    chain: U1
+
+class Part(NamedTuple):
+    centre_x: int
+    centre_y: int
+    area: int
+    perimeter: int
+    left: int
+    top: int
+    right: int
+    bottom: int
+    x: int
+    y: int
+    chain: U1
+
+R = TypeVar("R", Line, Outline, DarkRegion, Part)
+
+class Found(Sequence[R]):
     def __len__(self) -> int: ...
     @overload
-    def __getitem__(self, index: int) -> Any: ...
+    def __getitem__(self, index: int) -> R: ...
     @overload
-    def __getitem__(self, index: slice) -> Sequence[Any]: ...
+    def __getitem__(self, index: Union[slice, Numbers]) -> Found[R]: ...
     def array(self) -> Records: ...
     def to_dicts(self) -> list[dict[str, Any]]: ...
-    def draw(self, image: U1, colour: Tuple[int, int, int] = ...) -> U1: ...
+    def draw(self, image: U1, colour: Tuple[int, int, int] = ..., numbers: bool = ...) -> U1: ...
 
 def find_lines(image: U1, min_length: int = ..., threshold: int = ..., straightness: float = ...,
-               deviation: float = ..., most: int = ...) -> Found: ...
-def find_contours(binary: U1, min_perimeter: int = ..., min_area: int = ..., mode: int = ...) -> Found: ...
-def segment(image: U1, min_area: int = ..., min_gray: int = ..., ratio: float = ...) -> Found: ...
-def measure_parts(image: U1, min_area: int = ..., threshold: Optional[int] = ..., dark: bool = ...) -> Found: ...
+               deviation: float = ..., most: int = ...) -> Found[Line]: ...
+def find_contours(binary: U1, min_perimeter: int = ..., min_area: int = ..., mode: int = ...) -> Found[Outline]: ...
+def segment(image: U1, min_area: int = ..., min_gray: int = ..., ratio: float = ...) -> Found[DarkRegion]: ...
+def measure_parts(image: U1, min_area: int = ..., threshold: Optional[int] = ..., dark: bool = ...,
+                  background: int = ...) -> Found[Part]: ...
 def imread(path: Text) -> U1: ...
 def imwrite(path: Text, image: U1) -> None: ...
 def to_colour(image: U1) -> U1: ...

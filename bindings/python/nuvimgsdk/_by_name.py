@@ -3,7 +3,6 @@
 import threading
 
 from . import _contracts as contracts
-from . import _documents
 from . import _lists
 from . import _machine as machine
 from . import _overloads
@@ -22,7 +21,7 @@ def single(name):
             if name in contracts.BY_HAND:
                 _made[name] = getattr(_lists, name)
                 _made[name].plan = plan(machine.functions[name])
-                _made[name].__doc__ = _documents.document(_made[name].plan)
+                _made[name].__doc__ = machine.document(_made[name].plan)
                 _made[name].__module__ = "nuvimgsdk"
             else:
                 _made[name] = machine.make(name)

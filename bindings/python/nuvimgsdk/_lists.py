@@ -30,8 +30,10 @@ CRegion._fields_ = [
                                           "curArea")), ("next", ctypes.POINTER(CRegion))]
 
 Contour = collections.namedtuple("Contour", "isOuter area perimeter x y ChainCode")
+Contour.__repr__ = values.record_repr
 Contour.__doc__ = "A contour: its measures, its start, and its chain as an array of codes."
 Region = collections.namedtuple("Region", "x0 y0 ChainCode area perimeter gry ID parentID curArea")
+Region.__repr__ = values.record_repr
 Region.__doc__ = "A region of a segmentation: the start and the chain of its contour, its measures and its parent."
 
 

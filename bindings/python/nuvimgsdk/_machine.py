@@ -13,8 +13,8 @@ import threading
 import numpy
 
 from . import _contracts as contracts
+from . import _documents as documents
 from . import _values as values
-from ._documents import document
 from ._formulas import python_expression
 from ._plan import plan as plan_of
 
@@ -33,6 +33,7 @@ def _library():
 description = contracts.description
 library = _library()
 functions = {f["plain_name"]: f for f in description["functions"]}
+_sections = {tuple(g["titles"]): g["doc"]["text"] for g in description["groups"]}
 library.nuv_free.argtypes = [ctypes.c_void_p]
 library.nuv_free.restype = None
 
@@ -90,6 +91,12 @@ def make(name):
     wrapper.__doc__ = document(plan)
     wrapper.plan = plan
     return wrapper
+
+
+def document(*plans):
+    """The docstring of a function, or of overloads, with the sections of the headers around it."""
+    return "\n\n".join([*(documents.document(p, signature(p)) for p in plans),
+                        documents.sections(plans[0].function["groups"], _sections).lstrip("\n")])
 
 
 def signature(plan):
@@ -185,11 +192,11 @@ def _size_checks(a, knows, images):
     if a.tail is not None:
         return [f"{n} = _v.with_tail(_f, {n!r}, {n}, {a.tail}, tail)"]
     if a.shape is None:
-        if "> 1 ?" in a.count:
-            return [f"if not {n}.size: _v.fits(_f, {n!r}, {n}, 1, False)"]
-        if f"{n}.size" in knows or a.count == "rows":
+        if f"{n}.size" in knows:
+            return [f"if not {n}.size: _v.fits(_f, {n!r}, {n}, 1, False)"] if "> 1 ?" in a.count else []
+        if a.count == "rows":
             return []
-        exact = a.count.isdigit() or a.count.isidentifier() or a.count in ("width*height*2", "width*height*3/2")
+        exact = "> 1 ?" in a.count or a.count.isdigit() or a.count.isidentifier() or a.count in ("width*height*2", "width*height*3/2")
         return [f"_v.fits(_f, {n!r}, {n}, {_expression(a.count)}, {exact})"]
     rows, columns = (python_expression(str(size)) for size in a.shape[:2])
     if rows.isidentifier():

@@ -5,6 +5,7 @@ import inspect
 
 import numpy
 
+from . import _documents as documents
 from . import _machine as machine
 from ._plan import plan
 
@@ -81,6 +82,8 @@ def dispatcher(name, wrapper):
 
     call.__name__ = call.__qualname__ = name
     call.__module__ = "nuvimgsdk"
-    call.__doc__ = "One of these, whichever the arguments fit:\n\n" + "\n\n".join(w.__doc__ for w in wrappers)
+    call.__doc__ = "\n".join(["One of these functions, which the arguments tell apart:", "",
+                              *(f"    {documents.head(p, machine.signature(p))}" for p in plans), "",
+                              machine.document(*plans)])
     call.overloads = tuple(wrappers)
     return call

@@ -29,6 +29,13 @@ class CRect(ctypes.Structure):
         return Rect(self.left, self.top, self.right, self.bottom)
 
 
+def record_repr(record):
+    """A record in one line. Its chain prints as a number of codes."""
+    fields = (f"{n}=<{v.size} codes>" if isinstance(v, numpy.ndarray) else f"{n}={v!r}"
+              for n, v in zip(record._fields, record))
+    return f"{type(record).__name__}({', '.join(fields)})"
+
+
 def described(value):
     """What a value is, for messages."""
     if isinstance(value, numpy.ndarray):
