@@ -67,6 +67,9 @@ SHAPES = {("NuvImgChainLines_Debug", "pResImg"): "(0,) if _s.image is None else 
 LISTS = {f["plain_name"]: (f["lists"]["capacity"] or None, tuple(f["lists"]["outputs"]))
          for f in description["functions"] if "lists" in f}
 
+# Lists whose length the function does not return. Entries start as -1, and those whose y is -1 then are left out.
+UNCOUNTED = frozenset({("NuvRLXRegionsWithID", "pRLX")})
+
 # Functions that are written by hand, because they hand over memory or memory of a detector.
 BY_HAND = frozenset({
     "NuvGetContours", "NuvFreeContours", "NuvMergeSplit", "NuvFreeRegionStruct", "NuvImgChainLines_GetNxtCodeLine",

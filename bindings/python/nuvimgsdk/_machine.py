@@ -284,6 +284,8 @@ def _outputs(plan):
             if plan.outputs:
                 new += f" if out is None else _v.given_array(_f, out, {n!r}, {shape}, {dtype})"
             lines.append(f"{n} = {new}")
+            if (plan.name, a.cname) in contracts.UNCOUNTED:
+                lines.append(f"if out is None: {n}[...] = -1")
         elif a.role == "changed":
             lines += [f"{n}_ = {n}",
                       f"if out is None or out.get({n!r}) is None: {n} = array({n}_)",
@@ -325,7 +327,8 @@ def _return(plan):
     lists = contracts.LISTS.get(plan.name, (None, ()))[1]
     if lists:
         lines.append("if out is None:")
-        lines += [f"  {a.name} = {a.name}[:max(result, 0)]" for a in plan.outputs if a.cname in lists]
+        lines += [f"  {a.name} = {a.name}[{a.name}['y'] >= 0]" if (plan.name, a.cname) in contracts.UNCOUNTED else
+                  f"  {a.name} = {a.name}[:max(result, 0)]" for a in plan.outputs if a.cname in lists]
     values_ = ["result"] if plan.result != "void" else []
     for a in plan.outputs:
         suffix = {"scalar": "_.value", "moved": "_.value", "written": ".value"}.get(a.role, "")
