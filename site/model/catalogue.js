@@ -309,7 +309,7 @@ class Planner {
 
   isResultPicture(a) {
     const m = this.memories[a.memory];
-    return m !== undefined && (m.from === 'picture' ? m.copy : m.from === 'new' && m.shape !== undefined && !m.work &&
+    return m !== undefined && a.direction !== 'in' && (m.from === 'picture' ? m.copy : m.from === 'new' && m.shape !== undefined && !m.work &&
                                m.type === 'uint8_t');
   }
 

@@ -1,0 +1,116 @@
+// What programs in all languages share: names of variables, and how results are told.
+
+import {fieldsOf} from './catalogue.js';
+import {evaluate, parse} from './formulas.js';
+
+// How the picture is called that a function of a room makes.
+const MADE_BY = {
+  'Image arithmetic': 'combined', 'Binary images': 'cleaned', 'Contours': 'outlined', 'Drawing': 'drawn', 'Edges': 'edges',
+  'Filters': 'filtered', 'Geometry': 'moved', 'Histograms': 'shaped', 'Lines': 'marked', 'Noise': 'noisy',
+  'Binarising': 'binary', 'Pasting': 'pasted', 'Changes of size': 'resized', 'Flips and turns': 'turned',
+  'Turned rectangles': 'turned', 'Gradient images': 'gradient', 'The Shen-Jun detector': 'edges', 'Regions': 'region',
+};
+
+/** The name of the picture that a step makes. */
+export function pictureName(fn, channels) {
+  const room = [...fn.rooms].reverse().find((title) => title in MADE_BY);
+  return room ? MADE_BY[room] : channels === 3 ? 'colour' : 'gray';
+}
+
+/** A name for what a function returns: its own name without what all functions share. */
+export const resultName = (fn) => lower(fn.cppName.replace(/^Nuv(Get|Is(?=.*Contour))?(\d\w)?/, '').replace(/^\W|_.*$/g, ''));
+
+/** XOfRow becomes xOfRow, RLX rlx, and BinImg binImg. */
+export const lower = (name) => name.replace(/^[A-Z]+(?![a-z])|^[A-Z]/, (start) => start.toLowerCase());
+
+/** Gives each name once: name, name2, name3 ... */
+export class Names {
+  constructor(reserved) {
+    this.taken = new Set(reserved);
+  }
+
+  take(name) {
+    let unique = name;
+    for (let i = 2; this.taken.has(unique); ++i) unique = `${name}${i}`;
+    this.taken.add(unique);
+    return unique;
+  }
+}
+
+/** The values of a step's formulas as far as they are numbers; sizes of pictures are names. */
+export function wordsOf({fn, parameters}, current, pictures) {
+  const words = {width: current.width, height: current.height, rows: current.height, channels: current.channels};
+  for (const p of fn.parameters) {
+    const value = parameters[p.name];
+    if (p.kind === 'picture') {
+      const {width, height} = pictures[value];
+      Object.assign(words, {[`${p.name}.width`]: width, [`${p.name}.height`]: height});
+    } else if (fieldsOf(p)) {
+      for (const field of fieldsOf(p)) words[`${p.name}.${field}`] = value[field];
+    } else if (p.kind !== 'text') {
+      words[p.name] = Number(value);
+    }
+  }
+  return words;
+}
+
+/** Pictures, by number, that a later step reads besides the one before it. A step must not change them in place. */
+export function readLater(steps, number, from) {
+  return steps.slice(from).some(({fn, parameters}) => fn.parameters.some((p) => p.kind === 'picture' &&
+                                                                        parameters[p.name] === number));
+}
+
+/** Members of a list's records that programs print. */
+export const PRINTED = {
+  contours: ['area', 'perimeter', 'x', 'y'],
+  regions: ['area', 'perimeter', 'gry', 'x0', 'y0'],
+  TAVI_LINE_SEGMENT: ['x1', 'y1', 'x2', 'y2'],
+  RLX: ['x1', 'y', 'x2', 'y'],
+  RLY: ['x', 'y1', 'x', 'y2'],
+};
+
+/** The numbers of a result as programs print them, in order. */
+export function printedNumbers({kind, value}) {
+  switch (kind) {
+    case 'picture': return [];
+    case 'text': return [];
+    case 'number': return [value];
+    case 'rectangle': return [value.left, value.top, value.right, value.bottom];
+    case 'contours': return value.flatMap(({area, perimeter, x, y}) => [area, perimeter, x, y]);
+    case 'regions': return value.flatMap(({area, perimeter, gry, x, y}) => [area, perimeter, gry, x, y]);
+    case 'segments': return value.flatMap(({x1, y1, x2, y2}) => [x1, y1, x2, y2]);
+    case 'points': return value.flatMap(({x, y}) => [x, y]);
+    default: return value;
+  }
+}
+
+const COLUMNS = 100;
+
+/**
+ * A line of source, broken where it is too long: after a comma, or within a text, which then goes on in a second one.
+ * @param mark    of comments
+ * @param prefix  of texts that go on, such as the f of Python
+ */
+export function wrapped(line, mark, prefix = '') {
+  if (line.length <= COLUMNS) return [line];
+  const start = line.search(/\S/);
+  if (line.startsWith(mark, start)) {
+    const cut = line.lastIndexOf(' ', COLUMNS);
+    return [line.slice(0, cut), ...wrapped(`${' '.repeat(start)}${mark} ${line.slice(cut + 1)}`, mark, prefix)];
+  }
+  let outside = -1;
+  let inside = -1;
+  let isText = false;
+  let depth = 0;
+  for (let i = 0; i < COLUMNS - 1; ++i) {
+    if (line[i] === '"' && line[i - 1] !== '\\') isText = !isText;
+    if (isText && prefix) depth += (line[i] === '{') - (line[i] === '}');
+    if (!line.startsWith(', ', i)) continue;
+    if (!isText) outside = i;
+    else if (depth === 0) inside = i;
+  }
+  const indent = ' '.repeat(line.indexOf('(') + 1);
+  if (outside > indent.length) return [line.slice(0, outside + 1), ...wrapped(indent + line.slice(outside + 2), mark, prefix)];
+  if (inside < 0) return [line];
+  return [`${line.slice(0, inside + 2)}"`, ...wrapped(`${indent}${prefix}"${line.slice(inside + 2)}`, mark, prefix)];
+}

@@ -1,0 +1,87 @@
+// Programs that "Copy as" gives in C++, C and Python do what the engine does: the same picture, and the same numbers.
+//
+//     node --test tests/site/copy_as_test.mjs       a choice of pipelines
+//     NUV_ALL=1 node --test tests/site/...          the example of every function of the catalogue, too
+//
+// NUV_BUILD_DIR is the native build, and NUV_WEB_MODULE the module.
+
+import assert from 'node:assert/strict';
+import {execFile} from 'node:child_process';
+import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {tmpdir} from 'node:os';
+import {join} from 'node:path';
+import test from 'node:test';
+import {promisify} from 'node:util';
+
+import {code} from '../../site/model/code.js';
+import {decodePicture, functions, shippedPicture} from '../../site/model/files.js';
+import {decode, encode, isOn} from '../../site/model/pipeline.js';
+import {printedNumbers} from '../../site/model/words.js';
+import {bmpOf, build, engine, root} from './native.mjs';
+
+const run = promisify(execFile);
+const folder = mkdtempSync(join(tmpdir(), 'copy_as'));
+test.after(() => rmSync(folder, {recursive: true}));
+
+const PIPELINES = [
+  'coins',
+  'coins/NuvGryAverageFilter,M=40,N=40/NuvImg1Substract2To2/NuvThreshold,T=24/NuvGetContours,minArea=200',
+  'coins/NuvThreshold/NuvMarkChainByColor,color=99/NuvContourCenter/NuvContourRect/NuvIsPointIncludedByChain',
+  'coins/NuvGetOtsuThreshold/NuvGetHistogramInRect,region=40:30:99:120/NuvGetImageAvrAndDev/NuvDrawHistogram2Img',
+  'coins/NuvImg1Difference2To1/NuvDrawGryRect/NuvGryLine,point1=5:6,point2=300:200/NuvSetNumberString2GryImg,Str=2014',
+  'coins/NuvRotateImgByCCS,angle=33/NuvShrinkImgByAvr,M=3,N=2/NuvImgRotate90DegreeCS/NuvZoomGryImg2x2',
+  'coins/NuvThreshold/NuvHoughLines_HT/NuvFittingLine/NuvPointsRect/NuvContour2Poly4/NuvRLXRegionsGet',
+  'camera/NuvImgChainLines_DoGryImg,minLength=40/NuvMergeSplit,minArea=500/NuvGryFastMedianFilter,M=3/NuvMaxBrightRect',
+  'camera/NuvShenJunEdgeFastWithPoints/~NuvThreshold/NuvRemoveEdgePointsByGrd/NuvGryImgPrjXYInRect/NuvEstimateImgStdev',
+  'camera/NuvGry2RGBImg,GreenImg=start/NuvRGBLine,colour=1:2:3/NuvYUV420SP2RGB/NuvRGBImgPrj2X/NuvRGB2YUV422P',
+  'lines/NuvCopyRGBRectWithGry/NuvRGBAverageFilterFast/NuvRGB2Gry/NuvShiftXPerRowFast,k=0.25/NuvDataAvrAndDif',
+  'lines/NuvRGB2Gry/NuvRobertByMask,MskImg=0/NuvShiftImg2BasedImg1,Img2=0/NuvImgDifferenceInRect,Img2=0/NuvPasteGryImg2ResImg,GryImg=1',
+];
+
+const pipelines = PIPELINES.map((text) => decode(text, functions));
+if (process.env.NUV_ALL) pipelines.push(...functions.map((fn) => fn.example));
+
+/** The commands that make and run a program. */
+const LANGUAGES = {
+  cpp: (name) => [['g++', ['-std=c++11', ...build.flags, '-I', join(root, 'include'), `${name}.cpp`, '-o', `${name}_cpp`,
+                           ...build.link('NuvImgSDK2014DLL')]],
+                  [`${name}_cpp`, []]],
+  c: (name) => [['gcc', ['-std=c99', ...build.flags, '-I', join(root, 'bindings/c'), `${name}.c`, '-o', `${name}_c`,
+                         ...build.link('nuvimgsdk_c')]],
+                [`${name}_c`, []]],
+  python: (name) => [undefined, ['/usr/bin/python3', [`${name}.python`]]],
+};
+
+for (const [number, state] of pipelines.entries()) {
+  test(encode(state), {concurrency: true}, async (t) => {
+    const start = shippedPicture(state.picture);
+    const pictures = [start];
+    const numbers = [];
+    for (const step of state.steps) {
+      const picture = pictures[pictures.length - 1];
+      const done = isOn(step) ? engine.run(step, picture, pictures) : {picture, results: []};
+      pictures.push(done.picture);
+      numbers.push(...done.results.flatMap(printedNumbers));
+    }
+    const file = join(folder, String(number));
+    writeFileSync(`${file}.bmp`, bmpOf(start));
+    for (const [language, commands] of Object.entries(LANGUAGES)) {
+      const source = code(state, functions, language, start);
+      writeFileSync(`${file}.${language}`, source);
+      const [make, [program, args]] = commands(file);
+      await t.test(language, async () => {
+        const told = make ? await run(...make) : {stderr: ''};
+        assert.equal(told.stderr, '');
+        const {stdout} = await run(program, [...args, `${file}.bmp`, `${file}.${language}.bmp`], {env: build.environment, maxBuffer: 1e8});
+        const result = decodePicture(readFileSync(`${file}.${language}.bmp`));
+        assert.deepEqual(result, pictures[pictures.length - 1], 'the picture');
+        const printed = stdout.split('\n').flatMap((line) => line.slice(line.indexOf(':') + 1).match(NUMBER) ?? []).map(Number);
+        assert.equal(printed.length, numbers.length, `the count of numbers\n${stdout.slice(0, 1000)}`);
+        printed.forEach((value, i) => assert.ok(isNear(value, numbers[i]), `${value} instead of ${numbers[i]}`));
+      });
+    }
+  });
+}
+
+const NUMBER = /(?<![A-Za-z_\d.])-?(?:\d+(?:\.\d+)?(?:e[-+]\d+)?|nan|inf)(?![A-Za-z_])/g;
+const isNear = (a, b) => Object.is(a, b) || a === b || Math.abs(a - b) <= 1e-6 * Math.max(1, Math.abs(b));
