@@ -171,13 +171,13 @@ class Planner {
       } else {
         const rows = a.shape && ['y2+1', 'rows'].includes(a.shape[0]) ? ['height', ...a.shape.slice(1)] : a.shape;
         memory(a, {from: 'new', type, record: this.records.get(type), count: a.count, shape: rows ?? frameShape(a), work: a.direction === 'work' ||
-                   a.role === 'scratch'});
+                   a.role === 'scratch', preset: this.own.preset?.[a.name]});
       }
     }
     for (const name of ['width', 'height']) bind(name, name);
     bind('bRGB', 'channels > 1');
-    const capacity = f.lists?.capacity;
-    if (capacity) bind(capacity, 'width*height');
+    call.capacity = f.lists?.capacity;
+    if (call.capacity) bind(call.capacity, 'width*height');
     this.bindParameters(f, [...numbers.values()].filter((a) => !bound.has(a.name)), bound);
     for (const a of call.arguments) if (bound.has(a.name)) a.formula = bound.get(a.name);
     this.calls.push(call);
@@ -195,7 +195,7 @@ class Planner {
 
   // The rows and columns that a picture knows.
   bindSizes(a, bind, owner) {
-    if (!a.shape) return bind('N', 'width*height*channels');
+    if (!a.shape) return a.count === 'N' && bind('N', 'width*height*channels');
     bind(a.shape[0], `${owner}height`);
     bind(a.shape[1], `${owner}width`);
   }

@@ -167,7 +167,9 @@ class Program {
     if (!m.shape) {
       const count = print(substitute(m.count, trees));
       const name = this.names.take(m.work ? 'work' : lower(a.name.replace(/^p+(?=[A-Z])/, '')));
-      return {address: this.memory(m.type, name, count), name, count};
+      const address = this.memory(m.type, name, count);
+      if (m.preset) this.say(`for (int32_t i = 0; i < ${count}; ++i) ${name}[i].${m.preset} = -1;`);
+      return {address, name, count: m.preset ? `${count} && ${name}[i].${m.preset} >= 0` : count};
     }
     const shape = m.shape.map((size) => print(substitute(size, trees)));
     const channels = shape[2] === undefined ? 1 : Number(shape[2]);

@@ -82,6 +82,15 @@ class Program {
       if (m.from === 'picture') return m.picture === 'current' ? current.name : this.pictures[parameters[m.picture]].name;
       return memory[a.memory];
     });
+    const preset = call.arguments.find((a) => fn.memories[a.memory]?.preset);
+    if (preset) {
+      const {type, preset: field, record} = fn.memories[preset.memory];
+      const records = this.names.take('records');
+      const start = record.map(({name}) => (name === field ? -1 : 0)).join(', ');
+      this.usesNumpy = true;
+      this.say(`${records} = numpy.full(${current.name}.size, (${start}), nuv.${type})`);
+      texts.push(`out=${records}`);
+    }
     const text = `nuv.${call.name}(${texts.join(', ')})`;
     const outputs = call.arguments.filter((a) => isPointer(a) && ['changed', 'result', 'scalar'].includes(role.get(a.name)));
     const main = call === fn.calls[fn.main];
@@ -104,6 +113,11 @@ class Program {
     this.say(`${name} = ${text}`);
     const field = (f) => (fields.length === 1 ? name : `${name}.${f}`);
     for (const a of outputs) memory[a.memory] = field(plain(a.name));
+    if (preset) {
+      const {memory: key} = preset;
+      const {preset: mark} = fn.memories[key];
+      memory[key] = `${memory[key]}[${memory[key]}["${mark}"] >= 0]`;
+    }
     if (call.traces) {
       this.largest(state, field('result'));
       return undefined;

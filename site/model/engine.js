@@ -21,7 +21,7 @@ function layout(record) {
     const offset = Math.ceil(end / size) * size;
     end = offset + size;
     alignment = Math.max(alignment, size);
-    return {name, offset, get};
+    return {name, offset, get, isBool: type === 'bool'};
   });
   return {fields, size: Math.ceil(end / alignment) * alignment};
 }
@@ -182,7 +182,17 @@ class Run {
     // A page that asks for an impossible size gets a sentence instead of a full memory.
     const bytes = Math.max(size, value(memory.count)) * sizeOf(memory);
     if (!(bytes <= 2 ** 29)) throw new Error(`${this.fn.name} needs a result of ${bytes} bytes: too many for a page.`);
-    return {address: this.zeroed(bytes), count: size, width, height, channels: channels ?? 1};
+    const address = this.zeroed(bytes);
+    if (memory.preset) this.preset(address, size, memory);
+    return {address, count: size, width, height, channels: channels ?? 1};
+  }
+
+  // Marks records as not yet written.
+  preset(address, count, {record, preset}) {
+    const {fields, size} = layout(record);
+    const {offset} = fields.find(({name}) => name === preset);
+    const view = new DataView(this.sdk.memory.buffer, address);
+    for (let i = 0; i < count; ++i) view.setInt32(i * size + offset, -1, true);
   }
 
   zeroed(bytes) {
@@ -202,7 +212,10 @@ class Run {
     const {fields, size} = layout(record);
     const view = new DataView(this.sdk.memory.buffer);
     return Array.from({length: count}, (_, i) => Object.fromEntries(
-        fields.map(({name, offset, get}) => [name, view[get](address + i * size + offset, true)])));
+        fields.map(({name, offset, get, isBool}) => {
+          const value = view[get](address + i * size + offset, true);
+          return [name, isBool ? value !== 0 : value];
+        })));
   }
 
   numbersAt(key, count) {
@@ -214,12 +227,13 @@ class Run {
   output(result, returned) {
     if (result.kind === 'picture') return this.pictureAt(result, returned);
     const [key] = result.memories;
-    const {record, type} = this.fn.memories[key];
+    const {record, type, preset} = this.fn.memories[key];
     const {address, count} = this.memory(key);
     const length = result.counted ? Math.max(0, Math.min(count, returned)) : count;
     if (record) {
-      const records = this.records(address, record, length);
-      return result.kind === 'rectangle' ? records[0] : records.map(asSegment);
+      let records = this.records(address, record, length);
+      if (preset) records = records.filter((r) => r[preset] >= 0);
+      return result.kind === 'rectangle' ? records[0] : records.map((r) => asSegment(r, preset !== undefined));
     }
     if (!result.fields) {
       const values = this.numbersAt(key, length);
@@ -245,7 +259,6 @@ class Run {
 const told = (value, type) => (type === 'bool' ? (value ? 'yes' : 'no') : value);
 
 // A run of a row or a column as a segment.
-function asSegment(record) {
-  const {x, y, x1 = x, x2 = x, y1 = y, y2 = y, ID} = record;
-  return {x1, y1, x2, y2, ...(ID ? {ID} : {})};
+function asSegment({x, y, x1 = x, x2 = x, y1 = y, y2 = y, ID}, isNumbered) {
+  return {x1, y1, x2, y2, ...(isNumbered ? {ID} : {})};
 }
