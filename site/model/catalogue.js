@@ -25,7 +25,7 @@ const FIELDS = {
   colour: ['red', 'green', 'blue'],
 };
 
-// Consecutive numbers that are one parameter: their names, and for each the field of a parameter.
+// Consecutive numbers that are one parameter: their names, its kind, and for each number a field.
 const GROUPS = [
   ['x1 x2 y1 y2', 'region', 'region.left region.right region.top region.bottom'],
   ['x1 y1 x2 y2', 'point', 'point1.x point1.y point2.x point2.y'],
@@ -39,7 +39,11 @@ const GROUPS = [
   ['colorR colorG colorB', 'colour', 'colour.red colour.green colour.blue'],
   ['bkR bkG bkB', 'colour', 'background.red background.green background.blue'],
   ['fgR fgG fgB', 'colour', 'foreground.red foreground.green foreground.blue'],
-].map(([names, kind, fields]) => ({names: names.split(' '), kind, fields: fields.split(' ')}));
+].map(grouped);
+
+function grouped([names, kind, fields]) {
+  return {names: names.split(' '), kind, fields: fields.split(' ')};
+}
 
 // Outputs that are one result: their names, the kind, and the fields in the same order.
 const OUTPUTS = [
@@ -50,7 +54,7 @@ const OUTPUTS = [
   ['pMaxX pMaxY', 'points', 'x y'],
   ['pKeyX pKeyY', 'points', 'x y'],
   ['pPolyX pPolyY', 'points', 'x y'],
-].map(([names, kind, fields]) => ({names: names.split(' '), kind, fields: fields.split(' ')}));
+].map(grouped);
 
 // Outputs that repeat the size of a result.
 const SIZES = /^p(Res|New)(Width|Height)$/;
@@ -128,11 +132,12 @@ class Planner {
   }
 
   // Binds the arguments of a function and adds the call. Memories of other calls than the main one get the
-  // function's name before their own. `fixed` gives numbers that are no parameters.
-  add(f, main, fixed = {}) {
+  // function's name before their own. `fixed` gives numbers that are no parameters, and `source` the parameter that is
+  // taken in place of the current picture.
+  add(f, main, fixed = {}, source = 'current') {
     const call = {name: f.plain_name, cppName: f.name, result: f.result, resultMemory: f.result_memory,
                   returns: f.doc.returns, regionsInside: f.regions_inside, record: this.records.get(f.result.replace(/\*$/, '')),
-                  arguments: f.arguments.map((a) => ({...a}))};
+                  arguments: f.arguments.map((a) => ({...a, ...(main && a.type === 'tagRECT' && this.own.inside ? {inside: true} : {})}))};
     const numbers = new Map(f.arguments.filter((a) => !isPointer(a)).map((a) => [a.name, a]));
     const bound = new Map(Object.entries(fixed));
     const bind = (name, formula) => numbers.has(name) && !bound.has(name) && bound.set(name, formula);
@@ -150,14 +155,15 @@ class Planner {
       if (type === 'char') {
         memory(a, {from: 'text', parameter: this.parameter(f, a, plainName(a.name), 'text').name});
       } else if (a === current) {
-        this.takes = takes(a);
-        memory(a, {from: 'picture', picture: 'current', copy: a.direction === 'inout', tail: a.tail});
-        this.bindSizes(a, bind, '');
+        if (source === 'current') this.takes = takes(a);
+        memory(a, {from: 'picture', picture: source, takes: takes(a), copy: a.direction === 'inout', tail: a.tail});
+        this.bindSizes(a, bind, source === 'current' ? '' : `${source}.`);
       } else if (isImage(a) && a.name === 'pResImg' && a.direction === 'inout' && !a.keeps && a.role !== 'pasted_into') {
         memory(a, {from: 'picture', picture: 'current', copy: true});
       } else if (isImage(a) && (a.direction === 'in' || (a.direction === 'inout' && !a.keeps && a.role !== 'result'))) {
         const parameter = this.parameter(f, a, plainName(a.name), 'picture');
-        memory(a, {from: 'picture', picture: parameter.name, takes: takes(a), copy: a.direction === 'inout'});
+        const anySize = a.shape && current?.shape && a.shape[1] !== current.shape[1];
+        memory(a, {from: 'picture', picture: parameter.name, takes: takes(a), copy: a.direction === 'inout', anySize});
         if (a.shape) this.bindSizes(a, bind, `${parameter.name}.`);
       } else if (a.name === 'pChainCode' && a.direction === 'in') {
         this.trace();
@@ -174,6 +180,8 @@ class Planner {
                    a.role === 'scratch', preset: this.own.preset?.[a.name]});
       }
     }
+    if (main && this.own.bind) this.trace();
+    for (const [name, formula] of Object.entries(main ? this.own.bind ?? {} : {})) bind(name, formula);
     for (const name of ['width', 'height']) bind(name, name);
     bind('bRGB', 'channels > 1');
     call.capacity = f.lists?.capacity;
@@ -224,12 +232,15 @@ class Planner {
 
   // Data that are computed from the picture before the call. Returns the name of the memory.
   made(f, a, bind) {
-    const prepare = (name, output, takes) => {
+    const prepare = (name, output, takes, source) => {
       this.takes ??= takes;
       const key = `${name}.${output}`;
-      if (!(key in this.memories)) this.add(this.described.get(name), false);
+      if (!(key in this.memories)) this.add(this.described.get(name), false, {}, source);
       return key;
     };
+    if (a.name === 'pTargetHistogram') {
+      return prepare('NuvGetHistogram', 'pHistogram', 'gray', this.parameter(f, a, 'Target', 'picture').name);
+    }
     if (/Histogram$/.test(a.name)) {
       bind(a.count, '256');
       return prepare('NuvGetHistogram', 'pHistogram', 'gray');
@@ -251,9 +262,7 @@ class Planner {
   bindParameters(f, numbers, bound) {
     for (let i = 0; i < numbers.length;) {
       const group = GROUPS.find(({names}) => names.every((name, k) => numbers[i + k]?.name === name));
-      const own = this.own.groups?.[numbers[i].name];
-      const {names, kind, fields} = own ? {names: own.names, kind: own.kind, fields: own.fields} :
-          group ?? {names: [numbers[i].name]};
+      const {names, kind, fields} = this.own.groups ? grouped(this.own.groups) : group ?? {names: [numbers[i].name]};
       if (kind) {
         names.forEach((name, k) => {
           this.parameter(f, numbers[i + k], fields[k].split('.')[0], kind);
@@ -272,7 +281,7 @@ class Planner {
   parameter(f, a, name, kind) {
     if (!this.parameters.has(name)) {
       const {parameters} = this.choices;
-      const chosen = {...parameters[kind], ...parameters[name], ...this.own.parameters?.[name]};
+      const chosen = {...parameters[kind], ...parameters[name], ...this.choices.parametersOf[this.f.plain_name]?.[name]};
       const help = chosen.help ?? a.doc;
       this.parameters.set(name, {
         name, label: chosen.label ?? name, kind: chosen.options ? 'option' : kind, least: chosen.least,
@@ -322,21 +331,23 @@ class Planner {
     const success = main.result === 'bool' && !this.tells(main, picture);
     if (kind && !success && !lists.length) {
       const name = kind === 'contours' || kind === 'regions' ? kind : 'result';
-      results.push({name, kind, help: main.returns});
+      results.push({name, label: this.choices.results[name], kind, help: main.returns});
     }
     const outputs = main.arguments.filter((a) => this.isOutput(a) && a.memory !== picture?.memories?.[0]);
     for (let i = 0; i < outputs.length;) {
       const group = OUTPUTS.find(({names}) => names.every((name, k) => outputs[i + k]?.name === name));
       const members = outputs.slice(i, i + (group?.names.length ?? 1));
       const [a] = members;
+      const name = members.map((b) => plainName(b.name)).join(' ');
       results.push({
-        name: members.map((b) => plainName(b.name)).join(' '),
+        name,
+        label: this.choices.results[name],
         kind: group?.kind ?? (this.isResultPicture(a) ? 'picture' : kindOf(a)), help: a.doc,
         memories: members.map((b) => b.memory), fields: group?.fields, counted: lists.includes(a.name),
       });
       i += members.length;
     }
-    if (this.own.after) results.push({name: 'segments', kind: 'segments', help: 'The fitted lines.', from: 'after'});
+    if (this.own.after) results.push({name: 'segments', label: this.choices.results.segments, kind: 'segments', help: 'The fitted lines.', from: 'after'});
     return results;
   }
 
@@ -362,7 +373,7 @@ function frameShape(a) {
   return {'width*height*2': ['height', '2*width'], 'width*height*3/2': ['height*3/2', 'width'],
           '(x2-x1+1)*(y2-y1+1)*2': ['y2-y1+1', '2*(x2-x1+1)'],
           '(x2-x1+1)*(y2-y1+1)*3/2': ['(y2-y1+1)*3/2', 'x2-x1+1'],
-          N: ['height', 'width', 'channels']}[a.count];
+          '6*width*height': ['6*height', 'width'], N: ['height', 'width', 'channels']}[a.count];
 }
 
 function kindOf(a) {

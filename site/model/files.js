@@ -8,7 +8,10 @@ import {catalogue} from './catalogue.js';
 const file = (path) => readFileSync(new URL(`../../${path}`, import.meta.url));
 const json = (path) => JSON.parse(file(path));
 
-export const functions = catalogue(json('boundary/boundary.json'), json('bindings/web/parameters.json'));
+export const boundary = json('boundary/boundary.json');
+export const choicesText = file('bindings/web/parameters.json').toString();
+export const choices = JSON.parse(choicesText);
+export const functions = catalogue(boundary, choices);
 export const shipped = json('site/model/pictures.json');
 
 /** The shipped picture of this name. */

@@ -36,11 +36,19 @@ export function decode(text, functions) {
         parameters: Object.fromEntries(parameters.map((p) => {
           const [, parameter, value] = /^(\w+)=(.*)$/.exec(p) ?? [];
           if (parameter === undefined) throw new Error(`The address holds "${p}", which is no parameter of ${call}.`);
-          return [parameter, decoded(decodeURIComponent(value), known.get(call)?.parameters.find((q) => q.name === parameter))];
+          return [parameter, decoded(unescaped(value), known.get(call)?.parameters.find((q) => q.name === parameter))];
         })),
       };
     }),
   };
+}
+
+function unescaped(text) {
+  try {
+    return decodeURIComponent(text);
+  } catch {
+    throw new Error(`The address holds "${text}", which is no text.`);
+  }
 }
 
 const FIELDS_BY_NUMBER = {4: 'region', 3: 'colour', 2: 'point'};

@@ -1,11 +1,15 @@
 // The module, and the native build beside which the tests put it.
 
-import {readFileSync} from 'node:fs';
+import {execFile} from 'node:child_process';
+import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {fileURLToPath} from 'node:url';
+import {promisify} from 'node:util';
 
+import {code} from '../../site/model/code.js';
 import {Engine} from '../../site/model/engine.js';
-import {functions} from '../../site/model/files.js';
+import {decodePicture, functions, shippedPicture} from '../../site/model/files.js';
 
 export const root = fileURLToPath(new URL('../..', import.meta.url));
 const native = process.env.NUV_BUILD_DIR ?? join(root, 'build/release');
@@ -33,4 +37,19 @@ export function bmpOf({width, height, channels, data}) {
   if (channels === 1) for (let i = 0; i < 256; ++i) file.writeUInt32LE(i * 0x10101, 54 + 4 * i);
   for (let y = 0; y < height; ++y) file.set(data.subarray(y * row, (y + 1) * row), start + (height - 1 - y) * stride);
   return file;
+}
+
+/** The picture that the native library gives for a state, by its program in Python. */
+export async function nativeResult(state) {
+  const folder = mkdtempSync(join(tmpdir(), 'native'));
+  const [program, start, result] = ['program.py', 'start.bmp', 'result.bmp'].map((name) => join(folder, name));
+  const picture = shippedPicture(state.picture);
+  writeFileSync(program, code(state, functions, 'python', picture));
+  writeFileSync(start, bmpOf(picture));
+  try {
+    await promisify(execFile)('/usr/bin/python3', [program, start, result], {env: build.environment});
+    return decodePicture(readFileSync(result));
+  } finally {
+    rmSync(folder, {recursive: true});
+  }
 }
