@@ -152,7 +152,8 @@ class Program {
       const picture = number === undefined ? current : this.pictures[number];
       const tail = m.tail && print(trees[m.tail]);
       const isNeeded = number !== undefined || !fn.changesPicture || memoryOfPicture(fn) !== a.memory ||
-          this.pictures.some((p, i) => p === current && readLater(steps, i, index)) ;
+          Object.entries(fn.memories).some(([key, other]) => key !== a.memory && other.picture === 'current') ||
+          this.pictures.some((p, i) => p === current && readLater(steps, i, index));
       if (!tail && !(m.copy && isNeeded)) return {address: this.address(picture.name), picture};
       const name = this.copy(picture, m.tail ? 'extended' : memoryOfPicture(fn) === a.memory ? pictureName(fn, picture.channels) :
                              'copy', tail);

@@ -88,7 +88,7 @@ class Program {
       const records = this.names.take('records');
       const start = record.map(({name}) => (name === field ? -1 : 0)).join(', ');
       this.usesNumpy = true;
-      this.say(`${records} = numpy.full(${current.name}.size, (${start}), nuv.${type})`);
+      this.say(`${records} = numpy.full(${current.name}.size, numpy.array((${start}), nuv.${type}))`);
       texts.push(`out=${records}`);
     }
     const text = `nuv.${call.name}(${texts.join(', ')})`;

@@ -18,7 +18,7 @@ export function pictureName(fn, channels) {
 }
 
 /** A name for what a function returns: its own name without what all functions share. */
-export const resultName = (fn) => lower(fn.cppName.replace(/^Nuv(Get|Is(?=.*Contour))?(\d\w)?/, '').replace(/^\W|_.*$/g, ''));
+export const resultName = (fn) => lower(fn.cppName.replace(/^Nuv(Get)?(\d+[DP]?(?=[A-Z]))?/, '').replace(/_.*$/, ''));
 
 /** XOfRow becomes xOfRow, RLX rlx, and BinImg binImg. */
 export const lower = (name) => name.replace(/^[A-Z]+(?![a-z])|^[A-Z]/, (start) => start.toLowerCase());
