@@ -17,10 +17,24 @@ from nuvimgsdk import _by_name, _machine, _values
 
 INTEGERS = [-2**31, -65536, -2, -1, 0, 1, 2, 3, 5, 8, 47, 63, 64, 255, 256, 65536, 2**31 - 1]
 REALS = [-1e300, -1.0, -0.0, 0.0, 0.3, 1.0, 45.0, 1e300, numpy.inf, -numpy.inf, numpy.nan]
+LENGTHS = [0, 1, 2, 9, 60, 5000]
 SHAPES = [(0, 0), (0, 5), (5, 0), (1, 1), (1, 9), (9, 1), (3, 3), (17, 33), (48, 64)]
 
 
-def number(rng, a, shape):
+def fitting(rng, shape):
+    """Numbers that fit an image of the shape, by the names of arguments, and the length of lists."""
+    height, width = shape
+    x1, x2, x, cx = (int(n) for n in rng.integers(0, max(width, 1), 4))
+    y1, y2, y, cy = (int(n) for n in rng.integers(0, max(height, 1), 4))
+    return {"width": width, "height": height, "channel": int(rng.integers(3)), "x1": min(x1, x2), "x2": max(x1, x2),
+            "y1": min(y1, y2), "y2": max(y1, y2), "x": x, "y": y, "cx": cx, "cy": cy, "rx": min(cx, width - 1 - cx),
+            "ry": min(cy, height - 1 - cy), "rows": height, "columns": width, "N": int(rng.choice(LENGTHS)),
+            "bRGB": bool(rng.integers(2))}
+
+
+def number(rng, a, shape, fits):
+    if a.cname in fits and rng.random() < 0.95:
+        return fits[a.cname]
     if a.base == "bool":
         return bool(rng.integers(2))
     if a.base == "double":
@@ -54,22 +68,27 @@ def disguised(rng, data):
     return data
 
 
-def value(rng, a, shape):
+def value(rng, a, shape, fits):
     if rng.random() < 0.01:
         return rng.choice([None, "text", 3.5, -1])
     if a.role in ("number", "moved"):
-        return number(rng, a, shape)
+        return number(rng, a, shape, fits)
     if a.role == "text":
         return bytes(rng.integers(1, 256, rng.integers(0, 20), "u1"))
-    if rng.random() < 0.1:
+    if rng.random() < 0.03:
         shape = SHAPES[rng.integers(len(SHAPES))]
     if a.shape is not None:
-        colour = len(a.shape) == 3 and (a.shape[2] in (3, 4) or rng.integers(2))
+        colour = len(a.shape) == 3 and (a.shape[2] in (3, 4) or fits.get("bRGB", rng.integers(2)))
         channels = a.shape[2] if colour and a.shape[2] in (3, 4) else 3
         return disguised(rng, pixels(rng, (*shape, channels) if colour else shape))
-    count = int(a.count) if a.count.isdigit() else int(rng.choice([0, 1, 2, 9, 60, 5000]))
-    if "*" in a.count:
-        count = shape[0] * shape[1] * (3 if "3/2" in a.count else 4) // 2
+    if a.base not in _values.DTYPES:
+        return None
+    count = int(rng.choice(LENGTHS))
+    if rng.random() < 0.95:
+        try:
+            count = max(eval(_machine._expression(a.count), {}, fits), 0)
+        except NameError:  # a number that another list knows
+            count = fits["N"]
     if a.name == "ChainCode":
         return rng.integers(0, 9 if rng.random() < 0.1 else 8, count, "u1")
     if a.base == "double":
@@ -106,7 +125,8 @@ def play(rng, function):
     """Calls a function by its own name or by that of its overloads."""
     shape = SHAPES[rng.integers(len(SHAPES))] if rng.random() < 0.3 else (48, 64)
     plan = function.plan
-    arguments = {a.name: value(rng, a, shape) for a in plan.parameters}
+    fits = fitting(rng, shape) if rng.random() < 0.9 else {"N": 9}
+    arguments = {a.name: value(rng, a, shape, fits) for a in plan.parameters}
     if plan.outputs and rng.random() < 0.3:
         out = {a.name: room(rng, a, arguments, shape) for a in plan.outputs if rng.random() < 0.8}
         return function(**arguments, out=list(out.values()) if rng.random() < 0.2 else out)
