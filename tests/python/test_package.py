@@ -8,6 +8,7 @@ import subprocess
 import sys
 import threading
 
+import distributed
 import numpy
 import pytest
 import scipy.ndimage
@@ -254,40 +255,53 @@ def test_the_page_is_current():
     subprocess.run([sys.executable, str(ROOT / "tools" / "make_python_page"), "--check"], check=True)
 
 
+def batch(folder, table, *options):
+    command = [sys.executable, ROOT / "examples" / "python" / "find_lines_batch.py", folder, table, *options]
+    return subprocess.run([*map(str, command)], capture_output=True, text=True,
+                          env={**os.environ, "PYTHONPATH": str(ROOT / "bindings" / "python")})
+
+
 def test_a_batch_goes_on_and_continues(tmp_path):
     folder, table = tmp_path / "pictures", tmp_path / "result.csv"
     folder.mkdir()
-    batch = [sys.executable, str(ROOT / "examples" / "python" / "find_lines_batch.py"), str(folder), str(table)]
-    where = {**os.environ, "PYTHONPATH": str(ROOT / "bindings" / "python")}
-
-    def start(*options):
-        return subprocess.run([*batch, *options], capture_output=True, text=True, env=where)
-
-    run = start()
-    assert run.returncode == 1 and "has no BMP files" in run.stderr and not table.exists()
     for i in range(5):
         nuv.imwrite(folder / f"{i}.bmp", numpy.kron(BLOB, numpy.ones((i + 1, i + 1), "u1")))
     (folder / "3.bmp").write_bytes(b"BM")
-    assert start("--workers", "2").returncode == 0
+    (folder / "5.bmp").mkdir()
+    assert batch(folder, table, "--workers", "2").returncode == 0
     text = table.read_text()
     rows = text.splitlines()
-    assert len(rows) == 6 and rows[1].startswith("0.bmp,64,48,4,") and "is not a BMP file" in rows[4]
+    assert len(rows) == 7 and rows[1].startswith("0.bmp,64,48,4,")
+    assert "is not a BMP file" in rows[4] and rows[6].endswith("5.bmp: Is a directory")
     table.write_text("\n".join(rows[:3]) + "\n2.bm")  # as if it had been ended while it wrote a row
-    assert start("--workers", "1").returncode == 0
+    assert batch(folder, table, "--workers", "1").returncode == 0
     assert table.read_text() == text
 
 
+def test_a_batch_that_cannot_start_says_why(tmp_path):
+    empty, other, table = tmp_path / "empty", tmp_path / "other.csv", tmp_path / "result.csv"
+    empty.mkdir()
+    other.write_text("name,value\n")
+    pictures = ROOT / "examples" / "data"
+    # Rights do not bind root, so files stand where folders are expected, and the other way round.
+    for folder, result, words in (
+            (empty, table, "the folder has no BMP files"), (tmp_path / "none", table, "No such file or directory"),
+            (other, table, "Not a directory"), (pictures, tmp_path / "none" / "a.csv", "No such file or directory"),
+            (pictures, empty, "Is a directory"), (pictures, other / "a.csv", "Not a directory"),
+            (pictures, other, "this is another file")):
+        run = batch(folder, result, "--workers", "1")
+        assert run.returncode == 1 and run.stderr.count("\n") == 1 and words in run.stderr, run.stderr
+    assert other.read_text() == "name,value\n" and not table.exists()
+
+
 def test_a_cluster_gives_the_same_rows(tmp_path, monkeypatch):
-    import distributed
     monkeypatch.setenv("PYTHONPATH", str(ROOT / "bindings" / "python"))
     for i in range(4):
         nuv.imwrite(tmp_path / f"{i}.bmp", numpy.kron(BLOB, numpy.ones((i + 1, i + 1), "u1")))
-    batch = [sys.executable, str(ROOT / "examples" / "python" / "find_lines_batch.py"), str(tmp_path)]
-    subprocess.run([*batch, str(tmp_path / "here.csv"), "--workers", "1"], check=True)
+    here, there, none = tmp_path / "here.csv", tmp_path / "there.csv", tmp_path / "none.csv"
+    assert batch(tmp_path, here, "--workers", "1").returncode == 0
     with distributed.LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None) as cluster:
-        subprocess.run([*batch, str(tmp_path / "there.csv"), "--scheduler", cluster.scheduler_address], check=True)
-    assert (tmp_path / "here.csv").read_text() == (tmp_path / "there.csv").read_text()
-    run = subprocess.run([*batch, str(tmp_path / "none.csv"), "--scheduler", "tcp://127.0.0.1:9"],
-                         capture_output=True, text=True)
-    assert run.returncode == 1 and len(run.stderr.strip().splitlines()) == 1
-    assert not (tmp_path / "none.csv").exists()
+        assert batch(tmp_path, there, "--scheduler", cluster.scheduler_address).returncode == 0
+    assert here.read_text() == there.read_text()
+    run = batch(tmp_path, none, "--scheduler", "tcp://127.0.0.1:9")
+    assert run.returncode == 1 and run.stderr.count("\n") == 1 and not none.exists()
