@@ -39,7 +39,7 @@ def row_of(path):
         image = nuv.imread(path)
         lines = nuv.find_lines(image)
     except (OSError, ValueError, MemoryError) as error:
-        return [name, "", "", "", "", sentence(error)]
+        return [name, "", "", "", "", sentence(error).replace(path, name)]
     return [name, image.shape[1], image.shape[0], len(lines), f"{sum(line.length for line in lines):.3f}", ""]
 
 

@@ -19,11 +19,13 @@ __all__ = ["ChainLines", "Contour", "ContourList", "DarkRegion", "Found", "Hough
 
 
 def __getattr__(name):
-    function = _by_name.function(name)
-    if function is None:
-        raise AttributeError(f"module 'nuvimgsdk' has no attribute {name!r}")
-    globals()[name] = function
-    return function
+    found = _by_name.function(name) or _by_name.results(name)
+    if found is None:
+        similar = _by_name.similar(name) if name.startswith("Nuv") else []
+        hint = f". Is {' or '.join(similar)} meant?" if similar else ""
+        raise AttributeError(f"module 'nuvimgsdk' has no attribute {name!r}{hint}")
+    globals()[name] = found
+    return found
 
 
 def __dir__():

@@ -1,5 +1,6 @@
 """The functions of the library by their names in Python."""
 
+import difflib
 import threading
 
 from . import _contracts as contracts
@@ -26,6 +27,21 @@ def single(name):
             else:
                 _made[name] = machine.make(name)
         return _made[name]
+
+
+def results(name):
+    """The class of the named tuples that a function returns, by its name, as pickle asks for it. None if there is none."""
+    plain = name.removesuffix("Results")
+    if plain == name or plain not in machine.functions:
+        return None
+    return getattr(_lists, name, None) or single(plain).__globals__.get("Results")
+
+
+def similar(name):
+    """Names of functions that a misspelt name may mean."""
+    part = name.removeprefix("Nuv").lower()
+    containing = [known for known in names if part in known.lower()]
+    return (containing or difflib.get_close_matches(name, names))[:3]
 
 
 def function(name):

@@ -105,8 +105,9 @@ class Found(collections.abc.Sequence):
         return numpy.array([tuple(getattr(r, n) for n in names) for r in self._records], self._dtype)
 
     def to_dicts(self):
-        """The records as a list of dicts. Chains are arrays in them."""
-        return [r._asdict() for r in self._records]
+        """The records as a list of dicts, which json takes. Chains are lists of codes."""
+        return [{n: v.tolist() if isinstance(v, numpy.ndarray) else v for n, v in r._asdict().items()}
+                for r in self._records]
 
     def __repr__(self):
         names = self._dtype.names
@@ -124,7 +125,7 @@ class Found(collections.abc.Sequence):
         The colour is blue, green and red. With numbers, each record gets its place in the sequence.
         """
         image = to_colour(image)
-        b, g, r = (values.integer("draw", "colour", part, 0, 255) for part in colour)
+        b, g, r = values.colour("draw", "colour", colour)
         for place, record in enumerate(self._records):
             if self._kind is Line:
                 single("NuvRGBLine")(image, record.x1, record.y1, record.x2, record.y2, r, g, b, out=image)
@@ -165,7 +166,11 @@ def to_colour(image):
 
 def to_gray(image):
     """The image itself if it is gray, else its gray values by NuvRGB2Gry."""
-    image = values.image("to_gray", "image", image, 0)
+    return _gray("to_gray", "image", image)
+
+
+def _gray(function, name, image):
+    image = values.image(function, name, image, 0)
     return image if image.ndim == 2 else single("NuvRGB2Gry")(image)
 
 
@@ -176,7 +181,7 @@ def find_lines(image, min_length=12, threshold=10, straightness=0.9, deviation=1
     ratio of a chord to its path, deviation the greatest mean distance of a path from its chord, and most the greatest
     number of lines.
     """
-    image = to_gray(image)
+    image = _gray("find_lines", "image", image)
     lines = []
     if image.size:
         detector = services.ChainLines(image.shape[1], image.shape[0], straightness, deviation, min_length, threshold,
@@ -190,13 +195,13 @@ def find_lines(image, min_length=12, threshold=10, straightness=0.9, deviation=1
 def find_contours(binary, min_perimeter=0, min_area=0, mode=0):
     """Finds the contours of a binary image by NuvGetContours: with mode 1 those of objects, with 2 those of holes, else
     both."""
-    found = single("NuvGetContours")(to_gray(binary), min_perimeter, min_area, mode).result
+    found = single("NuvGetContours")(_gray("find_contours", "binary", binary), min_perimeter, min_area, mode).result
     return Found("contours", Outline, [Outline(c.x, c.y, c.area, c.perimeter, c.isOuter, c.ChainCode) for c in found])
 
 
 def segment(image, min_area=20, min_gray=0, ratio=0.5):
     """Finds the tree of dark regions of an image by NuvMergeSplit, without a threshold. The smallest come first."""
-    found = single("NuvMergeSplit")(to_gray(image), min_area, min_gray, ratio).result
+    found = single("NuvMergeSplit")(_gray("segment", "image", image), min_area, min_gray, ratio).result
     return Found("regions", DarkRegion, [
         DarkRegion(r.x0, r.y0, r.area, r.perimeter, r.gry, r.ID, r.parentID, r.ChainCode) for r in found])
 
@@ -207,12 +212,13 @@ def measure_parts(image, min_area=20, threshold=None, dark=False, background=0):
 
     Without a threshold, NuvGetOtsuThreshold chooses it. A background of n > 0 evens out the light first: the image
     becomes 128 plus the difference of each pixel from the mean of its (2n + 1) x (2n + 1) neighbours. Holes count as
-    area. Parts of less than min_area are left out. An image with a single gray value has no parts.
+    area. Parts of less than min_area are left out. Without a threshold, an image with a single gray value
+    has no parts.
     """
-    image = to_gray(image)
-    if not image.size or image.min() == image.max():
-        return Found("parts", Part, [])
+    image = _gray("measure_parts", "image", image)
     background = values.integer("measure_parts", "background", background, 0, 2**15)
+    if threshold is None and (not image.size or image.min() == image.max()):
+        return Found("parts", Part, [])
     if background:
         mean = single("NuvGryAverageFilter")(image, background, background)
         image = numpy.clip(image.astype("i2") - mean + 128, 0, 255).astype("u1")
@@ -242,22 +248,26 @@ def _measured(contour):
 
 def imread(path):
     """Reads a BMP file of 8 or 24 bits. Raises OSError if it cannot be read."""
+    path = os.fsdecode(values.text("imread", "path", path, None))
     with open(path, "rb") as file:
         head = file.read(30)
     bits = int.from_bytes(head[28:30], "little") if head[:2] == b"BM" and len(head) == 30 else 0
     if bits not in (8, 24):
-        raise OSError(f"{os.fspath(path)} is not a BMP file of 8 or 24 bits")
+        raise OSError(f"{path} is not a BMP file of 8 or 24 bits")
     image = single(f"NuvRead{bits}BitBmpFile2Img")(path).result
     if image is None:
-        raise OSError(f"{os.fspath(path)} is damaged, or its image does not fit into memory")
+        raise OSError(f"{path} is damaged, or its image does not fit into memory")
     return image
 
 
 def imwrite(path, image):
     """Writes a gray or colour image to a BMP file. Raises OSError if it cannot be written."""
+    path = os.fsdecode(values.text("imwrite", "path", path, None))
     image = values.image("imwrite", "image", image, 0)
-    if not os.fsdecode(path).lower().endswith((".bmp", ".dib")):
-        raise values.refused("imwrite", "path", "the name of a BMP file, ending with .bmp", os.fsdecode(path))
+    if not path.lower().endswith((".bmp", ".dib")):
+        raise values.refused("imwrite", "path", "the name of a BMP file, ending with .bmp", path)
+    with open(path, "ab"):  # states why a file cannot be written
+        pass
     name = "NuvWrite8BitImg2BmpFile" if image.ndim == 2 else "NuvWrite24BitImg2BmpFile"
     if not single(name)(image, path):
-        raise OSError(f"{os.fspath(path)} cannot be written")
+        raise OSError(f"{path} cannot be written")

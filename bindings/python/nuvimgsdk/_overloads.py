@@ -69,6 +69,7 @@ def dispatcher(name, wrapper):
     signatures = [inspect.signature(w) for w in wrappers]
 
     def call(*arguments, **keywords):
+        numbers_fit = []
         for w, kind, s in zip(wrappers, kinds, signatures):
             try:
                 bound = s.bind(*arguments, **keywords).arguments
@@ -77,6 +78,9 @@ def dispatcher(name, wrapper):
             values = [bound.get(parameter) for parameter in list(s.parameters)[:len(kind)]]
             if all(v is None or _is_of(v, k) for v, k in zip(values, kind)):
                 return w(*arguments, **keywords)
+            numbers_fit.append(w)
+        if len(numbers_fit) == 1:
+            return numbers_fit[0](*arguments, **keywords)  # which states what is wrong
         raise TypeError(f"{name}: the arguments must be those of one overload: " +
                         "; ".join(f"{p.name}({machine.signature(p)})" for p in plans))
 

@@ -4,7 +4,8 @@ The library has one detector of each kind. An object holds its settings, sets th
 lock, and keeps what the call found. Objects therefore do not disturb each other, on whatever thread they are used.
 """
 
-import collections
+import collections.abc
+import os
 
 import numpy
 
@@ -32,6 +33,9 @@ class ChainLines:
             values.integer("ChainLines", name, size, 1, values.MOST)
         self._pixels = width * height
         self._set_up()
+
+    def __repr__(self):
+        return f"ChainLines{self._settings}"
 
     def _set_up(self):
         if not single("NuvImgChainLines_Initialize")(*self._settings):
@@ -67,6 +71,9 @@ class HoughLines:
             values.integer("HoughLines", name, size, 1, 2**15)
         self._size = (width, height)
 
+    def __repr__(self):
+        return f"HoughLines{self._size}"
+
     def detect(self, x, y, most=1, theta=(0, 180), apart=(10, 10), least=2):
         """The strongest lines of the points, the strongest first, as a list of HoughLine.
 
@@ -89,12 +96,13 @@ class SequenceFiles(collections.abc.Sequence):
 
     def __init__(self, path):
         self._lines = []
+        with open(path, "rb"):  # states why a file cannot be read
+            pass
         with services.lock:
             if not single("NuvSequenceFiles_Initialize")(path):
-                raise OSError(f"SequenceFiles: {path} cannot be read")
-            size = 1 << 16
+                raise OSError(f"SequenceFiles: {os.fsdecode(path)} cannot be read")
             while True:
-                line = single("NuvSequenceFiles_GetFileName")(len(self._lines), size)
+                line = single("NuvSequenceFiles_GetFileName")(len(self._lines), 1 << 16)
                 if not line.result:
                     break
                 self._lines.append(line.FileName)
@@ -104,3 +112,6 @@ class SequenceFiles(collections.abc.Sequence):
 
     def __getitem__(self, index):
         return self._lines[index]
+
+    def __repr__(self):
+        return f"<SequenceFiles of {len(self)}>"

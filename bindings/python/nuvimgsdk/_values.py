@@ -40,6 +40,10 @@ def described(value):
     """What a value is, for messages."""
     if isinstance(value, numpy.ndarray):
         return f"an array of {value.dtype} with shape {value.shape}"
+    if value is None:
+        return "None"
+    if hasattr(value, "_fields"):
+        return f"a {type(value).__name__}, which has the fields {', '.join(value._fields)}"
     text = repr(value)
     return f"{type(value).__name__} {text if len(text) < 60 else text[:56] + '...'}"
 
@@ -86,6 +90,16 @@ def rectangle(function, name, value):
                   for field, number in zip(Rect._fields, fields)))
 
 
+def colour(function, name, value):
+    try:
+        parts = tuple(value)
+    except TypeError:
+        parts = ()
+    if len(parts) != 3:
+        raise refused(function, name, "three integers: blue, green, red", value, TypeError)
+    return tuple(integer(function, name, part, 0, 255) for part in parts)
+
+
 def text(function, name, value, coding):
     """The bytes of a text. A str is encoded, as a path if no coding is given."""
     if isinstance(value, (str, os.PathLike)):
@@ -112,7 +126,8 @@ def image(function, name, value, kind):
     if not isinstance(value, numpy.ndarray):
         raise refused(function, name, KINDS[kind], value, TypeError)
     if value.dtype != U1:
-        raise refused(function, name, KINDS[kind], value, TypeError)
+        demand = KINDS[kind] + (" (astype('u1') * 255 makes one)" if value.dtype == bool else "")
+        raise refused(function, name, demand, value, TypeError)
     shape = value.shape
     if kind == 2:
         fits = len(shape) == 2
@@ -130,7 +145,7 @@ def image(function, name, value, kind):
 
 def array(function, name, value, dtype, any_shape=False):
     """A contiguous array. Other numbers are converted if all of them fit, except bytes."""
-    what = f"a list of {dtype if dtype.names is None else 'records with ' + ', '.join(dtype.names)}"
+    what = f"a list of {f'{dtype} numbers' if dtype.names is None else 'records with ' + ', '.join(dtype.names)}"
     try:
         data = numpy.asarray(value)
     except (ValueError, TypeError):
@@ -202,8 +217,8 @@ def region(function, x1, x2, y1, y2, columns, rows):
         return
     for name, first, last, size in (("x", x1, x2, columns), ("y", y1, y2, rows)):
         if not (0 <= first < max(size, 1) and first - 1 <= last < size):
-            raise ValueError(f"{function}: {name}1 and {name}2 must lie in 0..{size - 1}, with {name}1 first, not "
-                             f"be {first} and {last}")
+            where = f"lie in 0..{size - 1}, with {name}1 first" if size > 0 else "be 0 and -1 in an empty image"
+            raise ValueError(f"{function}: {name}1 and {name}2 must {where}, not be {first} and {last}")
 
 
 def has_clear_border(pixels):
@@ -219,7 +234,8 @@ def fits(function, name, data, count, exact):
     """Checks the number of elements of an array."""
     count = max(count, 0)
     if data.size != count if exact else data.size < count:
-        raise refused(function, name, f"{'' if exact else 'at least '}{count} elements", data)
+        elements = f"{count} element{'' if count == 1 else 's'}"
+        raise refused(function, name, f"an array of {elements if exact else f'at least {elements}'}", data)
 
 
 def shaped(function, name, data, shape, like):
@@ -284,8 +300,16 @@ def given_array(function, out, name, shape, dtype):
     if data is None:
         return results(function, shape, dtype)
     if data.dtype != dtype or data.shape != shape or not data.flags.c_contiguous or not data.flags.writeable:
-        raise refused(function, f"out[{name!r}]", f"a contiguous, writeable array of {dtype} with shape {shape}", data)
+        raise refused_out(function, name, f"a contiguous, writeable array of {dtype} with shape {shape}", data)
     return data
+
+
+def refused_out(function, name, demand, data):
+    """The error for an array of `out`. It states what the description of an array does not."""
+    lacks = [word for word, fits in (("contiguous", data.flags.c_contiguous), ("writeable", data.flags.writeable))
+             if not fits]
+    end = f" that is not {' and not '.join(lacks)}" if lacks else ""
+    return ValueError(f"{function}: out[{name!r}] must be {demand}, not {described(data)}{end}")
 
 
 def given_scalar(function, out, name, kind):
@@ -295,7 +319,7 @@ def given_scalar(function, out, name, kind):
     raw = numpy.dtype((numpy.void, ctypes.sizeof(kind))) if kind is CRect else numpy.dtype(kind)
     if data.dtype.itemsize * data.size != raw.itemsize or kind is not CRect and data.dtype != raw or \
             not data.flags.c_contiguous or not data.flags.writeable:
-        raise refused(function, f"out[{name!r}]", f"a writeable array of 1 {kind.__name__}", data)
+        raise refused_out(function, name, f"a writeable array of one {raw}", data)
     return kind.from_buffer(data)
 
 
@@ -308,7 +332,7 @@ def buffer(function, out, name, size):
     if data is None:
         return ctypes.create_string_buffer(size) if size else (ctypes.c_char * 0)()
     if data.dtype != U1 or data.size < size or not data.flags.c_contiguous or not data.flags.writeable:
-        raise refused(function, f"out[{name!r}]", f"a contiguous, writeable array of {size} uint8", data)
+        raise refused_out(function, name, f"a contiguous, writeable array of {size} uint8", data)
     return (ctypes.c_char * size).from_buffer(data)
 
 
