@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Times functions called from Python beside those of cv2 and scikit-image, and the overhead of a call.
 
-Each time is the least of many repetitions, in microseconds. Libraries take turns, and use one thread.
+Each time is the least of many repetitions, in microseconds. The libraries alternate, and use one thread.
 """
 
 import time

@@ -2,7 +2,8 @@
 """Finds the lines of all BMP files of a folder, on all cores or on a Dask cluster, and writes a table.
 
 The table has one row per picture: name, width, height, lines, total length, and an error if the picture could not be
-read. A second start keeps the rows that the table has, and adds those of the other pictures in the order of their names.
+read. A second start keeps the rows that the table has, and adds those of the other pictures. New rows are in the order
+of the names.
 """
 
 import argparse

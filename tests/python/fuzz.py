@@ -13,7 +13,7 @@ import numpy
 
 import conftest  # sets the path of the package
 import nuvimgsdk as nuv
-from nuvimgsdk import _by_name, _machine, _values
+from nuvimgsdk import _by_name, _library, _machine, _values
 
 INTEGERS = [-2**31, -65536, -2, -1, 0, 1, 2, 3, 5, 8, 47, 63, 64, 255, 256, 65536, 2**31 - 1]
 REALS = [-1e300, -1.0, -0.0, 0.0, 0.3, 1.0, 45.0, 1e300, numpy.inf, -numpy.inf, numpy.nan]
@@ -86,7 +86,7 @@ def value(rng, a, shape, fits):
     count = int(rng.choice(LENGTHS))
     if rng.random() < 0.95:
         try:
-            count = max(eval(_machine._expression(a.count), {}, fits), 0)
+            count = max(eval(_machine.expression(a.count), {}, fits), 0)
         except NameError:  # a number that another list knows
             count = fits["N"]
     if a.name == "ChainCode":
@@ -165,7 +165,7 @@ def main():
     os.chdir(tempfile.mkdtemp())
     _values._available = lambda: 0  # refuses results of more than 64 MiB, which take long
     made = refused = 0
-    for name in [*sorted(_machine.functions), "objects"]:
+    for name in [*sorted(_library.functions), "objects"]:
         function = None if name == "objects" else _by_name.single(name)
         for k in range(rounds):
             line = f"{name} {seed} {k}"

@@ -11,7 +11,7 @@ import numpy
 import pytest
 
 import conftest
-from nuvimgsdk import _by_name, _lists, _machine, _values
+from nuvimgsdk import _by_name, _library, _lists, _machine, _values
 
 BOUNDARY = pathlib.Path(__file__).resolve().parents[1] / "boundary"
 TYPICAL, HOSTILE, SPECIAL = range(3)
@@ -34,7 +34,7 @@ scenes.memory_by_new.restype = ctypes.c_void_p
 scenes.memory_by_new.argtypes = [ctypes.c_uint64]
 
 ROWS = {scenes.played_name(i).decode(): i for i in range(scenes.played_calls())}
-BY_SIGNATURE = {f["signature"]: f["plain_name"] for f in _machine.functions.values()}
+BY_SIGNATURE = {f["signature"]: f["plain_name"] for f in _library.functions.values()}
 
 
 def rows(file):
@@ -42,6 +42,13 @@ def rows(file):
 
 
 TYPICAL_ROWS, SPECIAL_ROWS = rows("digests.tsv"), rows("special_digests.tsv")
+
+
+def number(a, p):
+    """The value of an argument that is no pointer."""
+    if a.base == "tagRECT":
+        return [int(n) for n in p.numbers[:4]]
+    return {"double": float, "bool": bool}.get(a.base, int)(p.numbers[0])
 
 
 class Player:
@@ -68,16 +75,12 @@ class Player:
             return 0
 
     def call(self, plain, result):
-        plan, values = self.plan, {}
-        for a, p in zip(plan.arguments, plain):
-            if not p.is_pointer:
-                values[a.cname] = list(p.numbers[:p.size]) if a.base == "tagRECT" else p.numbers[0]
-                if a.base not in ("double", "tagRECT"):
-                    values[a.cname] = bool(p.numbers[0]) if a.base == "bool" else int(p.numbers[0])
-                elif a.base == "tagRECT":
-                    values[a.cname] = [int(n) for n in p.numbers[:4]]
-        if getattr(self, "by_hand_" + self.name, None):
-            return getattr(self, "by_hand_" + self.name)(plain, values, result)
+        plan = self.plan
+        values = {a.cname: number(a, p) for a, p in zip(plan.arguments, plain) if not p.is_pointer}
+        by_hand = getattr(self, "by_hand_" + self.name, None)
+        if by_hand is not None:
+            by_hand(plain, values, result)
+            return
         parameters, out, texts = {}, {}, {}
         for a, p in zip(plan.arguments, plain):
             if a.role == "number":
@@ -94,7 +97,7 @@ class Player:
                 data = self.memory(a, p, values)
                 if a.role in ("in", "changed", "moved"):
                     parameters[a.name] = data.copy()[0].item() if a.role == "moved" else data
-                if a.role not in ("in",):
+                if a.role != "in":
                     out[a.name] = data
                 if a.tail is not None:
                     pixels = values["width"] * values["height"]
@@ -120,7 +123,7 @@ class Player:
                 ctypes.memmove(address, value.ctypes.data, value.nbytes)
             ctypes.c_void_p.from_address(result).value = address
         else:
-            _machine._RESULTS[self.plan.result].from_address(result).value = value
+            _library.result_type(self.plan.function).from_address(result).value = value
 
     def memory(self, a, p, values):
         """The memory of a scene as an array of the shape that Python demands."""
@@ -128,7 +131,7 @@ class Player:
         data = numpy.frombuffer((ctypes.c_char * p.bytes).from_address(p.memory), dtype) if p.bytes else \
             numpy.zeros(0, dtype)
         if self.name == "NuvImgChainLines_Debug":
-            _machine.services.image = numpy.zeros((1, p.bytes // 6), "u1")  # the scene made the detection
+            _library.services.image = numpy.zeros((1, p.bytes // 6), "u1")  # the scene made the detection
             return data.reshape((6, 1, p.bytes // 6))
         if a.tail is not None:
             return data
@@ -136,26 +139,22 @@ class Player:
             names = dict(values, rows=data.size)
             if "< height ?" in a.count:  # the rest is not read
                 return numpy.append(data, numpy.zeros(max(values["N"] - data.size, 0), dtype))
-            return data[:max(eval(_machine._expression(a.count), {}, names), 0)]
+            return data[:max(eval(_machine.expression(a.count), {}, names), 0)]
         if a.role not in ("in", "changed"):
             return data.reshape(self.result_shape(a, values, data))
-        channels = {2: ()}.get(len(a.shape)) if len(a.shape) == 2 else \
-            (a.shape[2],) if isinstance(a.shape[2], int) else (3,) if values["bRGB"] else ()
-        width = values[a.shape[1]]
-        plain_rows = isinstance(a.shape[0], str) and a.shape[0] in values
-        per_row = max(width, 0) * (channels or (1,))[0]
-        height = values[a.shape[0]] if plain_rows else data.size // per_row if per_row else 0
-        return data.reshape((max(height, 0), max(width, 0), *channels))
+        width = max(values[a.shape[1]], 0)
+        channels = [3] if a.shape[2:] == ["(bRGB ? 3 : 1)"] and values["bRGB"] else \
+            [n for n in a.shape[2:] if isinstance(n, int)]
+        per_row = width * (channels or [1])[0]
+        height = max(values[a.shape[0]], 0) if a.shape[0] in values else data.size // per_row if per_row else 0
+        return data.reshape((height, width, *channels))
 
     def result_shape(self, a, values, data):
-        names = dict(values)
-        for size in ("rows",):
-            names[size] = data.size // values["width"] if values.get("width", 0) > 0 else 0
-        shape = [max(eval(_machine._expression(size), {}, names), 0) if isinstance(size, str) else size
-                 for size in a.shape]
-        if len(shape) == 3 and a.shape[2] == "(bRGB ? 3 : 1)":
-            shape = shape[:2] + ([3] if values["bRGB"] else [])
-        if a.shape[0] not in values and a.shape[0] == "y2+1":
+        rows = data.size // values["width"] if values.get("width", 0) > 0 else 0
+        shape = [max(eval(_machine.expression(size), {}, {**values, "rows": rows}), 0) for size in a.shape]
+        if a.shape[2:] == ["(bRGB ? 3 : 1)"] and not values["bRGB"]:
+            del shape[2]
+        if a.shape[0] == "y2+1":
             shape[0] = data.size // shape[1] if shape[1] else 0
         return shape
 
@@ -193,8 +192,8 @@ class Player:
 
     def by_hand_NuvImgChainLines_GetLines(self, plain, values, result):
         # The scene made the detection, so only the scene knows the number of segments.
-        _machine.services.lines = 0
-        address = _machine.c_function(self.name)()
+        _library.services.lines = 0
+        address = _library.c_function(self.name)()
         assert (_by_name.single(self.name)() is None) == (address is None)
         ctypes.c_void_p.from_address(result).value = address
 
@@ -225,7 +224,7 @@ def digest(checksums):
     return f"{total:016x}"
 
 
-@pytest.mark.parametrize("name", sorted(_machine.functions))
+@pytest.mark.parametrize("name", sorted(_library.functions))
 def test_results(name, tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
     player = Player(name)
@@ -238,7 +237,7 @@ def test_results(name, tmp_path, monkeypatch):
     assert special == SPECIAL_ROWS[signature][0]
 
 
-@pytest.mark.parametrize("name", sorted(_machine.functions))
+@pytest.mark.parametrize("name", sorted(_library.functions))
 def test_hostile_arguments_do_no_harm(name, tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
     player = Player(name)

@@ -5,17 +5,18 @@ green and red. In every argument x comes before y. Functions have their C++ name
 without those that an array knows, and return the C++ result followed by the outputs. help() of a function says more.
 """
 
-from . import _by_name
+from . import _by_name, _library
 from ._jobs import (DarkRegion, Found, Line, Outline, Part, find_contours, find_lines, imread, imwrite, measure_parts,
                     segment, to_colour, to_gray)
 from ._lists import Contour, ContourList, Region, RegionList
 from ._services import ChainLines, HoughLines, SequenceFiles
 from ._values import RLX, RLY, Rect, SEGMENT
 
-__version__ = _by_name.version
-__all__ = ["ChainLines", "Contour", "ContourList", "DarkRegion", "Found", "HoughLines", "Line", "Outline", "Part", "RLX",
-           "RLY", "Rect", "Region", "RegionList", "SEGMENT", "SequenceFiles", "find_contours", "find_lines", "imread",
-           "imwrite", "measure_parts", "segment", "to_colour", "to_gray", *_by_name.names]
+__version__ = _library.version
+__all__ = [
+    "ChainLines", "Contour", "ContourList", "DarkRegion", "Found", "HoughLines", "Line", "Outline", "Part", "RLX",
+    "RLY", "Rect", "Region", "RegionList", "SEGMENT", "SequenceFiles", "find_contours", "find_lines", "imread",
+    "imwrite", "measure_parts", "segment", "to_colour", "to_gray", *_by_name.names]
 
 
 def __getattr__(name):

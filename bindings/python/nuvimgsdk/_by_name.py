@@ -7,10 +7,10 @@ from . import _contracts as contracts
 from . import _lists
 from . import _machine as machine
 from . import _overloads
+from ._library import functions
 from ._plan import plan
 
-version = machine.description["version"]
-names = sorted({*machine.functions, *(f["name"] for f in machine.functions.values())})
+names = sorted({*functions, *(f["name"] for f in functions.values())})
 _made = {}
 _lock = threading.RLock()
 
@@ -21,7 +21,7 @@ def single(name):
         if name not in _made:
             if name in contracts.BY_HAND:
                 _made[name] = getattr(_lists, name)
-                _made[name].plan = plan(machine.functions[name])
+                _made[name].plan = plan(functions[name])
                 _made[name].__doc__ = machine.document(_made[name].plan)
                 _made[name].__module__ = "nuvimgsdk"
             else:
@@ -30,9 +30,9 @@ def single(name):
 
 
 def results(name):
-    """The class of the named tuples that a function returns, by its name, as pickle asks for it. None if there is none."""
+    """The class of the named tuples that a function returns, by its own name. pickle looks for it. None without one."""
     plain = name.removesuffix("Results")
-    if plain == name or plain not in machine.functions:
+    if plain == name or plain not in functions:
         return None
     return getattr(_lists, name, None) or single(plain).__globals__.get("Results")
 
@@ -49,6 +49,6 @@ def function(name):
     chosen = _overloads.choices(name)
     if len(chosen) > 1:
         return _overloads.dispatcher(name, single)
-    if name in machine.functions:
+    if name in functions:
         return single(name)
     return single(chosen[0].name) if chosen else None

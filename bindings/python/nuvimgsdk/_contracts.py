@@ -1,17 +1,12 @@
-"""The description of the boundary, and what callers must meet beyond sizes.
+"""What callers must meet beyond sizes.
 
-Most of it is stated in the description. What only Python needs stands here. Functions are named by their plain
+Most of it is stated in the description of the boundary. What only Python needs stands here. Functions are named by their plain
 names, which are unique.
 """
 
-import json
-import pathlib
+from ._library import functions
 
-with open(pathlib.Path(__file__).with_name("boundary.json"), encoding="utf-8") as _file:
-    description = json.load(_file)
-
-
-_ARGUMENTS = {(f["plain_name"], a["name"]): a for f in description["functions"] for a in f["arguments"]}
+_ARGUMENTS = {(f["plain_name"], a["name"]): a for f in functions.values() for a in f["arguments"]}
 
 
 def _with_role(role):
@@ -19,7 +14,7 @@ def _with_role(role):
 
 
 # Regions that the functions do not clip. Empty ones, with x2 = x1-1 or y2 = y1-1, are permitted.
-REGIONS_INSIDE = frozenset(f["plain_name"] for f in description["functions"] if f.get("regions_inside"))
+REGIONS_INSIDE = frozenset(f["plain_name"] for f in functions.values() if f.get("regions_inside"))
 
 # Arguments that are limited: (least, argument, most, what it must be). Both ends are formulas, or empty.
 RANGES = {}
@@ -65,7 +60,7 @@ SHAPES = {("NuvImgChainLines_Debug", "pResImg"): "(0,) if _s.image is None else 
 # Lists of results: the argument with their capacity, and the outputs of which only the first `result` elements are
 # returned. A capacity may be left out: there can be no more results than pixels.
 LISTS = {f["plain_name"]: (f["lists"]["capacity"] or None, tuple(f["lists"]["outputs"]))
-         for f in description["functions"] if "lists" in f}
+         for f in functions.values() if "lists" in f}
 
 # Lists whose length the function does not return. Entries start as -1, and those whose y is -1 then are left out.
 UNCOUNTED = frozenset({("NuvRLXRegionsWithID", "pRLX")})

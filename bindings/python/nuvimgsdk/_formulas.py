@@ -1,22 +1,15 @@
 """Formulas of the description, in C syntax, as Python expressions."""
 
-import re
-
 
 def python_expression(formula):
     """C's conditional operator and division, in Python's words. Fields of records keep their names."""
     return _conditional(formula.replace("/", "//").strip())
 
 
-def names_in(formula):
-    """The names that a formula reads. Fields of records count for their records."""
-    return [name for name in re.findall(r"(?<![\w.])[A-Za-z_]\w*", formula) if name != "strlen"]
-
-
 def _conditional(formula):
     parts = _split(formula, "?")
     if len(parts) == 1:
-        return _inside_brackets(formula)
+        return _inside_brackets(formula.strip())
     condition, rest = parts[0], formula[len(parts[0]) + 1:]
     yes = _split(rest, ":")[0]
     no = rest[len(yes) + 1:]

@@ -6,8 +6,8 @@ import weakref
 
 import numpy
 
-from . import _machine as machine
 from . import _values as values
+from ._library import c_function, services
 
 
 class CContour(ctypes.Structure):
@@ -44,7 +44,7 @@ def _codes(record):
 
 
 def _release(name, address):
-    machine.c_function(name)(address)
+    c_function(name)(address)
 
 
 class RecordList(collections.abc.Sequence):
@@ -113,7 +113,7 @@ def _made(name, kind, results, img, img_name, numbers, work_name, work_size, out
         result[...] = pixels
     work = values.given_array(name, given, work_name, (work_size * pixels.size,), values.U1)
     height, width = pixels.shape
-    address = machine.c_function(name)(result.ctypes.data, work.ctypes.data, width, height, *numbers)
+    address = c_function(name)(result.ctypes.data, work.ctypes.data, width, height, *numbers)
     return results(kind(address), result)
 
 
@@ -152,8 +152,8 @@ def NuvFreeRegionStruct(Region):
 
 def NuvImgChainLines_GetNxtCodeLine():
     x, y, n = ctypes.POINTER(ctypes.c_int32)(), ctypes.POINTER(ctypes.c_int32)(), ctypes.c_int32()
-    with machine.services.lock:
-        result = machine.c_function("NuvImgChainLines_GetNxtCodeLine")(
+    with services.lock:
+        result = c_function("NuvImgChainLines_GetNxtCodeLine")(
             ctypes.byref(x), ctypes.byref(y), ctypes.byref(n))
         points = [numpy.frombuffer(ctypes.string_at(p, 4 * n.value), "i4") if result and n.value > 0 else
                   numpy.zeros(0, "i4") for p in (x, y)]
@@ -161,9 +161,9 @@ def NuvImgChainLines_GetNxtCodeLine():
 
 
 def NuvImgChainLines_GetLines():
-    with machine.services.lock:
-        address = machine.c_function("NuvImgChainLines_GetLines")()
+    with services.lock:
+        address = c_function("NuvImgChainLines_GetLines")()
         if not address:
             return None
-        size = machine.services.lines * values.SEGMENT.itemsize
+        size = services.lines * values.SEGMENT.itemsize
         return numpy.frombuffer(ctypes.string_at(address, size), values.SEGMENT)

@@ -1,14 +1,28 @@
 """Wrappers of the functions, made from the description when they are first used.
 
-The source of a wrapper is plain Python without loops, so that a call costs little. inspect.getsource shows it.
+The source of a wrapper is plain Python without loops, so that a call costs little. inspect.getsource shows it, as in
+
+    def NuvBinImgCentroid(BinImg, *, out=None):
+      BinImg = _v.image(_f, 'BinImg', BinImg, 2)            # the arguments are checked and converted
+      width = BinImg.shape[1]                               # what arrays know
+      height = BinImg.shape[0]
+      rows, columns = BinImg.shape[:2]
+      if out is not None:                                   # memory of the caller for results
+        out = _v.given(_f, out, ('X', 'Y'), {'BinImg': BinImg})
+      X_ = T_int32_t() if out is None else _v.given_scalar(_f, out, 'X', T_int32_t)
+      Y_ = T_int32_t() if out is None else _v.given_scalar(_f, out, 'Y', T_int32_t)
+      result = _c(BinImg.__array_interface__['data'][0], width, height, byref(X_), byref(Y_))
+      return Results(result, X_.value, Y_.value)
+
+An argument keeps its name. With a final underscore it is the C variable of a number, or the array as given where a
+changed copy has the name. Names of the package begin with an underscore: the function of the C library is _c, its name
+_f, the module _values _v and the state of the detectors _s. T_ and D_ precede types of C and of numpy.
 """
 
 import collections
 import ctypes
 import linecache
-import os
-import pathlib
-import threading
+import re
 
 import numpy
 
@@ -16,69 +30,23 @@ from . import _contracts as contracts
 from . import _documents as documents
 from . import _values as values
 from ._formulas import python_expression
+from ._library import C_TYPES, c_function, functions, sections, services, taken_image
 from ._plan import plan as plan_of
 
-_HERE = pathlib.Path(__file__).resolve().parent
+_LIMITS = {"int32_t": (-2**31, 2**31 - 1), "uint32_t": (0, 2**32 - 1), "uint8_t": (0, 255)}
 
-
-def _library():
-    """The C library: the one that NUVIMGSDK_LIBRARY names, the one in the package, or the system's."""
-    path = os.environ.get("NUVIMGSDK_LIBRARY")
-    if path is None:
-        inside = sorted(_HERE.glob("libnuvimgsdk_c.so*"))
-        path = str(inside[0]) if inside else "libnuvimgsdk_c.so." + ".".join(description["version"].split(".")[:2])
-    return ctypes.CDLL(path)
-
-
-description = contracts.description
-library = _library()
-functions = {f["plain_name"]: f for f in description["functions"]}
-_sections = {tuple(g["titles"]): g["doc"]["text"] for g in description["groups"]}
-library.nuv_free.argtypes = [ctypes.c_void_p]
-library.nuv_free.restype = None
-
-
-class _Services:
-    """What the detectors, of which the library has one each, leave behind between calls."""
-
-    lock = threading.RLock()
-    image = None  # which the chain-line detector reads again
-    lines = 0     # that have fitted segments
-
-
-services = _Services()
-
-_NUMBERS = {
-    "int32_t": ("int", -2**31, 2**31 - 1, ctypes.c_int32), "uint32_t": ("int", 0, 2**32 - 1, ctypes.c_uint32),
-    "uint8_t": ("int", 0, 255, ctypes.c_uint8), "double": ("float", None, None, ctypes.c_double),
-    "bool": ("bool", None, None, ctypes.c_bool), "tagRECT": ("Rect", None, None, values.CRect)}
-
-_RESULTS = {"void": None, "bool": ctypes.c_bool, "int32_t": ctypes.c_int32, "double": ctypes.c_double}
-
-_names = {
-    "T_" + base: kind[3] for base, kind in _NUMBERS.items()}
-_names.update({"D_" + base: dtype for base, dtype in values.DTYPES.items()})
-_names.update({
-    "_v": values, "byref": ctypes.byref, "_s": services, "zeros": numpy.zeros, "ndarray": numpy.ndarray,
-    "U1": values.U1, "has_clear_border": values.has_clear_border, "is_inside": values.is_inside, "array": numpy.array,
-    "numpy": numpy})
-
-
-def c_function(name):
-    """The function of the C library, with the types of its arguments."""
-    f = functions[name]
-    c = library[name]
-    c.argtypes = [ctypes.c_char_p if a["type"].endswith("char*") and a["direction"] == "in" else
-                  ctypes.c_void_p if a["type"].endswith("*") else _NUMBERS[a["type"]][3] for a in f["arguments"]]
-    c.restype = _RESULTS.get(f["result"], ctypes.c_void_p)
-    return c
+_NAMES = {
+    **{"T_" + base: kind for base, kind in C_TYPES.items()},
+    **{"D_" + base: dtype for base, dtype in values.DTYPES.items()},
+    "_v": values, "_s": services, "byref": ctypes.byref, "array": numpy.array, "zeros": numpy.zeros,
+    "taken_image": taken_image, "has_clear_border": values.has_clear_border, "is_inside": values.is_inside}
 
 
 def make(name):
     """The wrapper of a function."""
     plan = plan_of(functions[name])
     source = _source(plan)
-    names = dict(_names, _c=c_function(name), _f=name)
+    names = dict(_NAMES, _c=c_function(name), _f=name)
     if len(plan.fields) > 1:
         names["Results"] = collections.namedtuple(plan.tuple_name, plan.fields)
         names["Results"].__module__ = "nuvimgsdk"
@@ -96,7 +64,7 @@ def make(name):
 def document(*plans):
     """The docstring of a function, or of overloads, with the sections of the headers around it."""
     return "\n\n".join([*(documents.document(p, signature(p)) for p in plans),
-                        documents.sections(plans[0].function["groups"], _sections).lstrip("\n")])
+                        documents.sections(plans[0].function["groups"], sections).lstrip("\n")])
 
 
 def signature(plan):
@@ -138,14 +106,14 @@ def _inputs(plan):
 def _input(plan, a):
     n = a.name
     if a.role in ("number", "moved"):
-        kind, least, most, _ = _NUMBERS[a.base]
-        if kind == "int":
-            missing = f"{n} is not None and " if a.default == "None" else ""
-            return [f"if {missing}({n}.__class__ is not int or not {least} <= {n} <= {most}): "
+        if a.base in _LIMITS:
+            least, most = _LIMITS[a.base]
+            unless = f"{n} is not None and " if a.default == "None" else ""
+            return [f"if {unless}not ({n}.__class__ is int and {least} <= {n} <= {most}): "
                     f"{n} = _v.integer(_f, {n!r}, {n}, {least}, {most})"]
-        if kind == "float":
+        if a.base == "double":
             return [f"if {n}.__class__ is not float: {n} = _v.real(_f, {n!r}, {n})"]
-        if kind == "bool":
+        if a.base == "bool":
             return [f"if {n}.__class__ is not bool: {n} = _v.flag(_f, {n!r}, {n})"]
         return [f"{n} = _v.rectangle(_f, {n!r}, {n})"]
     if a.role == "text":
@@ -188,28 +156,39 @@ def _sizes(plan):
 
 
 def _size_checks(a, knows, images):
-    n, lines = a.name, []
     if a.tail is not None:
-        return [f"{n} = _v.with_tail(_f, {n!r}, {n}, {a.tail}, tail)"]
-    if a.shape is None:
-        if f"{n}.size" in knows:
-            return [f"if not {n}.size: _v.fits(_f, {n!r}, {n}, 1, False)"] if "> 1 ?" in a.count else []
-        if a.count == "rows":
-            return []
-        exact = "> 1 ?" in a.count or a.count.isdigit() or a.count.isidentifier() or a.count in ("width*height*2", "width*height*3/2")
-        return [f"_v.fits(_f, {n!r}, {n}, {_expression(a.count)}, {exact})"]
-    rows, columns = (python_expression(str(size)) for size in a.shape[:2])
+        return [f"{a.name} = _v.with_tail(_f, {a.name!r}, {a.name}, {a.tail}, tail)"]
+    return _list_checks(a, knows) if a.shape is None else _image_checks(a, knows, images[0])
+
+
+# Lists with these numbers of elements may not be longer. Other formulas state how far a function reads.
+_WHOLE = re.compile(r"\w+|\(\w+ > 1 \? .*|width\*height\*(2|3/2)")
+
+
+def _list_checks(a, knows):
+    n = a.name
+    if f"{n}.size" in knows:
+        return [f"if not {n}.size: _v.fits(_f, {n!r}, {n}, 1, False)"] if "> 1 ?" in a.count else []
+    if a.count == "rows":
+        return []
+    return [f"_v.fits(_f, {n!r}, {n}, {expression(a.count)}, {bool(_WHOLE.fullmatch(a.count))})"]
+
+
+def _image_checks(a, knows, first):
+    """Images have the size of the first one. One without a number of rows has at least those that are read."""
+    n, lines = a.name, []
+    rows, columns, *channels = (expression(size) for size in a.shape)
     if rows.isidentifier():
-        if a is not images[0] and not {f"{n}.shape[0]", f"{n}.shape[1]"} <= knows:
-            kind = f" + (({3},) if bRGB else ())" if len(a.shape) == 3 and a.shape[2] != 3 else \
-                " + (3,)" if len(a.shape) == 3 else ""
-            lines.append(f"if {n}.shape != ({rows}, {columns}){kind}: "
-                         f"_v.shaped(_f, {n!r}, {n}, ({rows}, {columns}){kind}, {images[0].name!r})")
-        return lines
+        if n == first.name or {f"{n}.shape[0]", f"{n}.shape[1]"} <= knows:
+            return []
+        shape = f"({rows}, {columns})"
+        if channels:
+            shape += " + (3,)" if a.shape[2] == 3 else " + ((3,) if bRGB else ())"
+        return [f"if {n}.shape != {shape}: _v.shaped(_f, {n!r}, {n}, {shape}, {first.name!r})"]
     lines.append(f"if {n}.shape[0] < {rows}: _v.rows_of(_f, {n!r}, {n}, {rows})")
-    if a is not images[0]:
-        lines.append(f"if {n}.shape[1:] != {images[0].name}.shape[1:]: "
-                     f"_v.shaped(_f, {n!r}, {n}, {n}.shape[:1] + {images[0].name}.shape[1:], {images[0].name!r})")
+    if n != first.name:
+        lines.append(f"if {n}.shape[1:] != {first.name}.shape[1:]: "
+                     f"_v.shaped(_f, {n!r}, {n}, {n}.shape[:1] + {first.name}.shape[1:], {first.name!r})")
     return lines
 
 
@@ -220,7 +199,7 @@ def _conditions(plan):
     if plan.name in contracts.REGIONS_INSIDE:
         lines.append("_v.region(_f, x1, x2, y1, y2, columns, rows)")
     for least, name, most, demand in contracts.RANGES.get(plan.name, ()):
-        ends = [_expression(end) for end in (least, most)]
+        ends = [expression(end) for end in (least, most)]
         condition = " <= ".join(filter(None, (ends[0], name, ends[1])))
         lines.append(f"if not {condition}: raise _v.refused(_f, {name!r}, {demand!r}, {name})")
     if "pChainCode" in names and any(a.name == "ChainCode" and a.role == "in" for a in plan.arguments):
@@ -237,7 +216,8 @@ def _conditions(plan):
     return lines
 
 
-def _expression(formula):
+def expression(formula):
+    """A formula of the description as Python source."""
     return python_expression(str(formula).replace("strlen(p", "len("))
 
 
@@ -246,7 +226,7 @@ def _shape(plan, a):
     if (plan.name, a.cname) in contracts.SHAPES:
         return contracts.SHAPES[plan.name, a.cname]
     if a.shape is not None:
-        sizes = [_expression(size) for size in a.shape]
+        sizes = [expression(size) for size in a.shape]
         if a.shape[0] == "y2+1":
             sizes[0] = "rows"
         if len(sizes) == 3 and a.shape[2] == "(bRGB ? 3 : 1)":
@@ -256,7 +236,7 @@ def _shape(plan, a):
                  and b.count == a.count == "N" and "Img" in b.name), None)
     if like is not None and a.base == "uint8_t":
         return f"{like.name}.shape"
-    return f"({_expression(a.count)},)"
+    return f"({expression(a.count)},)"
 
 
 def _plain(plan, a):
@@ -293,7 +273,7 @@ def _outputs(plan):
                       f"  {n} = _v.given_array(_f, out, {n!r}, {n}_.shape, D_{a.base})",
                       f"  if {n} is not {n}_: {n}[...] = {n}_"]
         elif a.role == "written":
-            lines.append(f"{n} = _v.buffer(_f, out, {n!r}, {_expression(a.count)})")
+            lines.append(f"{n} = _v.buffer(_f, out, {n!r}, {expression(a.count)})")
     return lines
 
 
@@ -323,12 +303,13 @@ def _call(plan):
 def _return(plan):
     lines = []
     if plan.function.get("result_memory") == "delete[]":
-        lines.append(f"result = taken(result, {_taken(plan)})")
-    lists = contracts.LISTS.get(plan.name, (None, ()))[1]
-    if lists:
-        lines.append("if out is None:")
-        lines += [f"  {a.name} = {a.name}[{a.name}['y'] >= 0]" if (plan.name, a.cname) in contracts.UNCOUNTED else
-                  f"  {a.name} = {a.name}[:max(result, 0)]" for a in plan.outputs if a.cname in lists]
+        lines.append(f"result = taken_image(result, {_shape_of_taken(plan)})")
+    counted = contracts.LISTS.get(plan.name, (None, ()))[1]
+    for a in plan.outputs:
+        if a.cname in counted:
+            lines.append(f"if out is None: {a.name} = {a.name}[:max(result, 0)]")
+        elif (plan.name, a.cname) in contracts.UNCOUNTED:
+            lines.append(f"if out is None: {a.name} = {a.name}[{a.name}['y'] >= 0]")
     values_ = ["result"] if plan.result != "void" else []
     for a in plan.outputs:
         suffix = {"scalar": "_.value", "moved": "_.value", "written": ".value"}.get(a.role, "")
@@ -340,23 +321,7 @@ def _return(plan):
     return lines + [f"return Results({', '.join(values_)})"]
 
 
-def _taken(plan):
-    """The shape of an image that a function hands over."""
+def _shape_of_taken(plan):
+    """The shape of an image that a function hands over, as source of a tuple."""
     width, height = (a.name for a in plan.outputs)
     return f"({height}_.value, {width}_.value" + (", 3)" if "24Bit" in plan.name else ")")
-
-
-def taken(address, shape):
-    """An image that the library handed over, copied to memory of numpy."""
-    if not address:
-        return None
-    size = 1
-    for side in shape:
-        size *= side
-    try:
-        return numpy.frombuffer(ctypes.string_at(address, size), values.U1).reshape(shape).copy()
-    finally:
-        library.nuv_free(address)
-
-
-_names["taken"] = taken

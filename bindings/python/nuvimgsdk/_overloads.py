@@ -7,11 +7,12 @@ import numpy
 
 from . import _documents as documents
 from . import _machine as machine
+from ._library import functions
 from ._plan import plan
 
-_PLANS = {}
-for _function in machine.functions.values():
-    _PLANS.setdefault(_function["name"], []).append(_function)
+_BY_NAME = {}
+for _function in functions.values():
+    _BY_NAME.setdefault(_function["name"], []).append(_function)
 
 
 def _class(a):
@@ -44,7 +45,7 @@ def _differ(a, b):
 def choices(name):
     """The plans of the overloads that one Python function of this name stands for, the plain one first."""
     chosen = []
-    for function in sorted(_PLANS.get(name, ()), key=lambda f: f["plain_name"] != name):
+    for function in sorted(_BY_NAME.get(name, ()), key=lambda f: f["plain_name"] != name):
         candidate = plan(function)
         if all(_differ(candidate, other) for other in chosen):
             chosen.append(candidate)

@@ -5,9 +5,10 @@ import collections
 import re
 
 from . import _contracts as contracts
-from ._formulas import names_in
 
-# An argument as Python sees it. Roles:
+# An argument as Python sees it: its names in C and in Python, the type of its elements, its role, the formula for their
+# number, the formulas of its shape if it is an image, for a known number where it comes from, the source of a default,
+# and for an image the number of bytes that are read after it. Roles:
 #
 #     number     a number, a bool or a rectangle
 #     known      a number that an array knows; `source` is an expression for it
@@ -21,6 +22,7 @@ from ._formulas import names_in
 #     written    a text that is returned
 Argument = collections.namedtuple("Argument", "cname name base role count shape source default tail")
 
+# The parameters and the outputs are those of the arguments that Python passes and gets. fields names what is returned.
 Plan = collections.namedtuple("Plan", "name function arguments parameters outputs result fields tuple_name")
 
 
@@ -34,6 +36,7 @@ _COUNTED = re.compile(r"\(?(\w+)(?: > 1 \? \1 : 1\)| < \w+ \? \1 : \w+\))?$")
 
 
 def plan(function):
+    """The plan of a function of the description."""
     name = function["plain_name"]
     numbers = {a["name"] for a in function["arguments"] if not a["type"].endswith("*")}
     pointers = {a["name"]: _role(name, a) for a in function["arguments"] if a["type"].endswith("*")}
@@ -103,9 +106,3 @@ def _known(function, numbers, pointers):
             elif size == "(bRGB ? 3 : 1)":
                 known.setdefault("bRGB", f"{name}.ndim == 3")
     return known
-
-
-def free_names(plan):
-    """The names that stand in formulas and are no argument: rows."""
-    known = {a.cname for a in plan.arguments}
-    return {n for a in plan.arguments for n in names_in(a.count) if n not in known}

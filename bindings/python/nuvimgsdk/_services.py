@@ -11,7 +11,7 @@ import numpy
 
 from . import _values as values
 from ._by_name import single
-from ._machine import services
+from ._library import services
 
 HoughLine = collections.namedtuple("HoughLine", "strength A B C Thro Theta")
 HoughLine.__doc__ = "A line A*x + B*y + C = 0, its Hough form, and its strength in points."
