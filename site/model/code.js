@@ -16,8 +16,8 @@ export function code(state, functions, language, picture) {
   return language === 'python' ? codeInPython(steps, picture) : codeInC(steps, picture, language === 'cpp');
 }
 
-// The steps that are on, with complete parameters and the size of the picture that each takes. Pictures are numbered:
-// 0 is the start, and each of these steps gives the next one.
+// The steps that are on, with complete parameters and the sizes of the pictures before and after. Pictures are
+// numbered: 0 is the start, and each of these steps gives the next one.
 function planned(state, functions, start) {
   const steps = [];
   const pictures = [start];
@@ -28,10 +28,12 @@ function planned(state, functions, start) {
       const picture = pictures[pictures.length - 1];
       const parameters = withInitialValues(step, fn, picture);
       for (const p of fn.parameters) {
-        if (p.kind === 'picture') parameters[p.name] = numbers[parameters[p.name] === 'start' ? 0 : parameters[p.name] + 1];
+        const value = parameters[p.name];
+        if (p.kind === 'picture') parameters[p.name] = numbers[value === 'start' ? 0 : value + 1];
       }
-      steps.push({fn, parameters, picture});
-      pictures.push(pictureAfter(fn, parameters, picture, (number) => pictures[number]));
+      const after = pictureAfter(fn, parameters, picture, (number) => pictures[number]);
+      steps.push({fn, parameters, picture, after});
+      pictures.push(after);
     }
     numbers.push(steps.length);
   }

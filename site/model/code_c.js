@@ -1,7 +1,9 @@
 // Programs in C++ and C. Both call the same functions; memory is a std::vector in C++, and from calloc in C.
 
 import {print, substitute} from './formulas.js';
-import {lower, Names, pictureName, PRINTED, readLater, resultName, wordsOf, wrapped} from './words.js';
+import {
+  lower, Names, pictureName, PRINTED, readLater, RECTANGLE, resultName, singleFormat, wordsOf, wrapped,
+} from './words.js';
 
 const FORMATS = {int32_t: '%d', uint32_t: '%u', uint8_t: '%d', double: '%.10g'};
 const isIdentifier = (text) => /^[A-Za-z_]\w*$/.test(text);
@@ -16,8 +18,7 @@ export function codeInC(steps, picture, isCpp) {
 class Program {
   constructor(isCpp) {
     this.isCpp = isCpp;
-    this.names = new Names(['argc', 'argv', 'main', 'std', 'i', 'x', 'y', 'c', 'r', 'value', 'image', 'allocated', 'int', 'double',
-                            'bool', 'char', 'const', 'size', 'file', 'printf']);
+    this.names = new Names('argc argv main std i x y c r image allocated printf'.split(' '));
     this.lines = [];
     this.pictures = [];
     this.std = isCpp ? 'std::' : '';
@@ -30,15 +31,24 @@ class Program {
   }
 
   read(channels) {
-    const picture = {name: this.names.take('picture'), width: this.names.take('width'), height: this.names.take('height'), channels};
+    const [name, width, height] = ['picture', 'width', 'height'].map((text) => this.names.take(text));
+    const picture = {name, width, height, channels};
     this.pictures.push(picture);
     this.say('int32_t width = 0;');
     this.say('int32_t height = 0;');
     const bits = channels === 3 ? 24 : 8;
-    this.say(`uint8_t* ${this.isCpp ? 'image' : 'picture'} = NuvRead${bits}BitBmpFile2Img(argv[1], &width, &height);`);
-    this.fails(`${this.isCpp ? 'image' : 'picture'} == ${this.null}`, `%s is no BMP file of ${bits} bits`, ', argv[1]');
-    if (this.isCpp) this.say(`std::vector<uint8_t> picture(image, image + ${this.size(picture)});`);
-    if (this.isCpp) this.say('delete[] image;');
+    const failure = [`%s is no BMP file of ${bits} bits`, ', argv[1]'];
+    this.takeOver(picture, 'image', `NuvRead${bits}BitBmpFile2Img(argv[1], &width, &height)`, failure);
+  }
+
+  // Makes a picture of an image that a call hands over.
+  takeOver(picture, image, call, failure) {
+    const name = this.isCpp ? image : picture.name;
+    this.say(`uint8_t* ${name} = ${call};`);
+    this.fails(`${name} == ${this.null}`, ...failure);
+    if (!this.isCpp) return;
+    this.say(`std::vector<uint8_t> ${picture.name}(${image}, ${image} + ${this.size(picture)});`);
+    this.say(`delete[] ${image};`);
   }
 
   fails(condition, sentence, values = '') {
@@ -99,7 +109,8 @@ class Program {
     const returned = fn.calls.map((call) => this.call({step, steps, index, current, memory, words}, call));
     this.print(step, memory, returned);
     const result = fn.results[0];
-    this.pictures.push(!fn.changesPicture ? current : result.memories ? memory[result.memories[0]].picture : returned[fn.main].picture);
+    this.pictures.push(!fn.changesPicture ? current :
+                       (result.memories ? memory[result.memories[0]] : returned[fn.main]).picture);
     // Pictures live as long as the program; what else the step allocated ends here.
     const kept = this.pictures.map(({name}) => `free(${name});`);
     this.freed.filter((line) => !kept.includes(line)).reverse().forEach((line) => this.say(line));
@@ -114,7 +125,7 @@ class Program {
     const trees = {rows: words.rows, width: words.width, height: words.height, channels: words.channels};
     for (const a of call.arguments) {
       if (a.type === 'tagRECT') {
-        for (const f of ['left', 'top', 'right', 'bottom']) trees[`${a.name}.${f}`] = words[a.formula + f];
+        for (const f of RECTANGLE) trees[`${a.name}.${f}`] = words[a.formula + f];
       } else if (a.formula !== undefined) {
         trees[a.name] = substitute(a.formula, words);
       }
@@ -133,50 +144,58 @@ class Program {
 
   rectangle(a, trees) {
     const name = this.names.take(lower(a.name));
-    const ends = ['left', 'top', 'right', 'bottom'].map((f) => trees[`${a.name}.${f}`]);
+    const ends = RECTANGLE.map((f) => trees[`${a.name}.${f}`]);
     this.say(`const ${this.isCpp ? 'tagRECT' : 'NUV_RECT'} ${name} = {${ends.join(', ')}};`);
     return name;
   }
 
   // Memory of one argument: {address, name, count, picture}.
-  declared({step, steps, index, current, memory, words}, call, a, trees) {
-    const {fn, parameters} = step;
+  declared(state, call, a, trees) {
+    const {step: {fn, parameters}} = state;
     const m = fn.memories[a.memory];
+    const plainName = lower(a.name.replace(/^p+(?=[A-Z])/, ''));
     if (m.from === 'text') {
       const name = this.names.take('text');
       this.say(`char ${name}[] = "${parameters[m.parameter].replace(/["\\]/g, '\\$&')}";`);
       return {address: name};
     }
-    if (m.from === 'picture') {
-      const number = m.picture === 'current' ? undefined : parameters[m.picture];
-      const picture = number === undefined ? current : this.pictures[number];
-      const tail = m.tail && print(trees[m.tail]);
-      const isNeeded = number !== undefined || !fn.changesPicture || memoryOfPicture(fn) !== a.memory ||
-          Object.entries(fn.memories).some(([key, other]) => key !== a.memory && other.picture === 'current') ||
-          this.pictures.some((p, i) => p === current && readLater(steps, i, index));
-      if (!tail && !(m.copy && isNeeded)) return {address: this.address(picture.name), picture};
-      const name = this.copy(picture, m.tail ? 'extended' : memoryOfPicture(fn) === a.memory ? pictureName(fn, picture.channels) :
-                             'copy', tail);
-      return {address: this.address(name), picture: {...picture, name}};
-    }
-    if (m.count === '1' && !m.shape) {
-      const name = this.names.take(lower(a.name.replace(/^p+(?=[A-Z])/, '')));
+    if (m.from === 'picture') return this.givenPicture(state, a, m, trees);
+    if (m.shape) return this.newPicture(state, call, a, m, trees);
+    if (m.count === '1') {
+      const name = this.names.take(plainName);
       const type = !m.record ? m.type : this.isCpp ? 'tagRECT' : 'NUV_RECT';
-      this.say(m.record ? `${type} ${name} = {0, 0, 0, 0};` : `${type} ${name} = 0;`);
+      this.say(`${type} ${name} = ${m.record ? '{0, 0, 0, 0}' : '0'};`);
       return {address: `&${name}`, name};
     }
-    if (!m.shape) {
-      const count = print(substitute(m.count, trees));
-      const name = this.names.take(m.work ? 'work' : lower(a.name.replace(/^p+(?=[A-Z])/, '')));
-      const address = this.memory(m.type, name, count);
-      if (m.preset) this.say(`for (int32_t i = 0; i < ${count}; ++i) ${name}[i].${m.preset} = -1;`);
-      return {address, name, count: m.preset ? `${count} && ${name}[i].${m.preset} >= 0` : count};
-    }
+    const count = print(substitute(m.count, trees));
+    const name = this.names.take(m.work ? 'work' : plainName);
+    const address = this.memory(m.type, name, count);
+    if (!m.preset) return {address, name, count};
+    this.say(`for (int32_t i = 0; i < ${count}; ++i) ${name}[i].${m.preset} = -1;`);
+    return {address, name, count: `${count} && ${name}[i].${m.preset} >= 0`};
+  }
+
+  // A picture that a call reads or changes. It is changed in place if nothing else reads it any more.
+  givenPicture({step: {fn, parameters}, steps, index, current}, a, m, trees) {
+    const isCurrent = m.picture === 'current';
+    const picture = isCurrent ? current : this.pictures[parameters[m.picture]];
+    const tail = m.tail && print(trees[m.tail]);
+    const isResult = memoryOfPicture(fn) === a.memory;
+    const isReadBeside = Object.values(fn.memories).some((other) => other !== m && other.picture === 'current');
+    const isReadLater = this.pictures.some((p, i) => p === current && readLater(steps, i, index));
+    const isInPlace = isCurrent && isResult && !isReadBeside && !isReadLater;
+    if (!tail && (!m.copy || isInPlace)) return {address: this.address(picture.name), picture};
+    const name = this.copy(picture, tail ? 'extended' : isResult ? pictureName(fn, picture.channels) : 'copy', tail);
+    return {address: this.address(name), picture: {...picture, name}};
+  }
+
+  // A picture that a call makes. Its size gets names where it is no name yet.
+  newPicture({step: {fn}, words}, call, a, m, trees) {
     const shape = m.shape.map((size) => print(substitute(size, trees)));
-    const channels = shape[2] === undefined ? 1 : Number(shape[2]);
+    const channels = Number(shape[2] ?? 1);
     const name = this.names.take(a.memory === memoryOfPicture(fn) ? pictureName(fn, channels) :
-                                 lower(a.name.replace(/^p+(?=[A-Z])/, '').replace(/Img$/, '')));
-    const [height, width] = [['Height', 0], ['Width', 1]].map(([side, axis]) => {
+                                 lower(a.name.replace(/^p+(?=[A-Z])|Img$/g, '')));
+    const [height, width] = ['Height', 'Width'].map((side, axis) => {
       if (isIdentifier(shape[axis])) return shape[axis];
       const size = this.names.take(name + side);
       this.say(`const int32_t ${size} = ${shape[axis]};`);
@@ -185,7 +204,8 @@ class Program {
       return size;
     });
     const picture = {name, width, height, channels};
-    return {address: this.memory('uint8_t', name, this.size(picture)), name, picture, count: this.size(picture)};
+    const count = this.size(picture);
+    return {address: this.memory('uint8_t', name, count), name, picture, count};
   }
 
   // Collects the white pixels.
@@ -222,13 +242,8 @@ class Program {
     const {result} = call;
     if (call.resultMemory === 'delete[]') {
       const [width, height] = ['pResWidth', 'pResHeight'].map((key) => memory[key].name);
-      const image = this.names.take('image');
-      const name = this.names.take(pictureName(fn, 1));
-      this.say(`uint8_t* ${this.isCpp ? image : name} = ${text};`);
-      this.fails(`${this.isCpp ? image : name} == ${this.null}`, `${fn.name} failed`);
-      const picture = {name, width, height, channels: 1};
-      if (this.isCpp) this.say(`std::vector<uint8_t> ${name}(${image}, ${image} + ${this.size(picture)});`);
-      if (this.isCpp) this.say(`delete[] ${image};`);
+      const picture = {name: this.names.take(pictureName(fn, 1)), width, height, channels: 1};
+      this.takeOver(picture, this.names.take('image'), text, [`${fn.name} failed`]);
       return {picture};
     }
     if (call.resultMemory) {
@@ -248,11 +263,11 @@ class Program {
       this.fails(`!${text}`, `${call.name} failed`);
       return {};
     }
-    if (result === 'void' || (!main && !fn.results.some((r) => r.from === 'after') && !usesResult(fn, call))) {
+    if (result === 'void' || !main) {
       this.say(`${text};`);
       return {};
     }
-    const name = this.names.take(resultName(call) || 'result');
+    const name = this.names.take(fn.results.some((r) => r.counted || r.from === 'after') ? 'count' : resultName(call));
     this.say(`const ${result} ${name} = ${text};`);
     return {name};
   }
@@ -273,10 +288,11 @@ class Program {
   print({fn}, memory, returned) {
     const value = returned[fn.main].name;
     let single = [];
+    const add = (format, ...values) => single.push({format, values});
     const printSingle = () => {
       if (single.length === 0) return;
-      const format = single.map((s) => (s.label ? `${s.label} ${s.format}` : s.format)).join(', ');
-      this.say(`${this.std}printf("${fn.name}: ${format}\\n", ${single.map((s) => s.value).join(', ')});`);
+      const format = single.map((s) => s.format).join(', ');
+      this.say(`${this.std}printf("${fn.name}: ${format}\\n", ${single.flatMap((s) => s.values).join(', ')});`);
       single = [];
     };
     for (const r of fn.results.filter(({kind}) => kind !== 'picture')) {
@@ -287,8 +303,8 @@ class Program {
         printSingle();
         this.printRecords(fn, 'TAVI_LINE_SEGMENT', returned[fn.calls.length - 1].name, value);
       } else if (!r.memories) {
-        single.push(r.kind === 'text' ? {format: '%s', value: `${value} ? "yes" : "no"`} :
-                    {format: FORMATS[fn.calls[fn.main].result], value});
+        if (r.kind === 'text') add('%s', `${value} ? "yes" : "no"`);
+        else add(FORMATS[fn.calls[fn.main].result], value);
       } else {
         const [first] = r.memories;
         const {name, count} = memory[first];
@@ -297,13 +313,11 @@ class Program {
           printSingle();
           this.printArrays(fn, r, r.memories.map((key) => memory[key].name), r.counted ? value : count, m);
         } else if (m.record) {
-          single.push({label: r.name, format: '%d %d %d %d',
-                       value: ['left', 'top', 'right', 'bottom'].map((f) => `${name}.${f}`).join(', ')});
+          add('%d %d to %d %d', ...RECTANGLE.map((f) => `${name}.${f}`));
         } else {
-          const order = {rectangle: ['left', 'top', 'right', 'bottom']}[r.kind] ?? r.fields ?? [undefined];
+          const order = r.kind === 'rectangle' ? RECTANGLE : r.fields ?? [undefined];
           const names = order.map((f) => memory[r.memories[f === undefined ? 0 : r.fields.indexOf(f)]].name);
-          single.push({label: r.name.split(' ')[0] === r.name || r.kind !== 'points' ? r.name : 'at',
-                       format: names.map(() => FORMATS[m.type]).join(' '), value: names.join(', ')});
+          add(singleFormat(r, names.map(() => FORMATS[m.type])), ...names);
         }
       }
     }
@@ -340,32 +354,40 @@ class Program {
   text() {
     const last = this.pictures[this.pictures.length - 1];
     this.say();
-    const write = `NuvWrite${last.channels === 3 ? 24 : 8}BitImg2BmpFile(${this.address(last.name)}, ${last.width}, ${last.height}, ` +
-        'argv[2])';
-    this.fails(`!${write}`, 'cannot write %s', ', argv[2]');
+    const write = `NuvWrite${last.channels === 3 ? 24 : 8}BitImg2BmpFile`;
+    this.fails(`!${write}(${this.address(last.name)}, ${last.width}, ${last.height}, argv[2])`, 'cannot write %s',
+               ', argv[2]');
     if (!this.isCpp) {
       const [first, ...others] = new Set(this.pictures.map(({name}) => name));
       for (const name of others) this.say(`free(${name});`);
+      this.usesFree = this.usesAllocated || others.length > 0;
       this.say(`nuv_free(${first});`);
     }
     this.say('return 0;');
-    const head = this.isCpp ? ['#include <NuvImgSDK2014DLL.h>', '', '#include <cstdio>', '#include <vector>'] :
-        ['#include <nuvimgsdk_c.h>', '', '#include <stdio.h>', '#include <stdlib.h>', ...(this.usesCopy ? ['#include <string.h>'] : [])];
-    const allocated = this.usesAllocated ? [
-      '', '// Zeroed memory, or the end of the program.', 'static void* allocated(int32_t count, size_t size) {',
-      '  void* memory = calloc(count > 0 ? count : 1, size);', '  if (memory == NULL) {',
-      '    fprintf(stderr, "out of memory\\n");', '    exit(1);', '  }', '  return memory;', '}',
-    ] : [];
-    return [...head, ...allocated, '', 'int main(int argc, char** argv) {', '  if (argc != 3) {',
-            `    ${this.std}fprintf(stderr, "usage: %s PICTURE.bmp RESULT.bmp\\n", argv[0]);`, '    return 2;', '  }',
-            ...this.lines, '}', ''].join('\n');
+    const headers = this.isCpp ? ['NuvImgSDK2014DLL.h', '', 'cstdio', 'vector'] :
+        ['nuvimgsdk_c.h', '', 'stdio.h', ...(this.usesFree ? ['stdlib.h'] : []),
+         ...(this.usesCopy ? ['string.h'] : [])];
+    return [
+      ...headers.map((header) => header && `#include <${header}>`), ...(this.usesAllocated ? ALLOCATED : []), '',
+      'int main(int argc, char** argv) {', '  if (argc != 3) {',
+      `    ${this.std}fprintf(stderr, "usage: %s PICTURE.bmp RESULT.bmp\\n", argv[0]);`, '    return 2;', '  }',
+      ...this.lines, '}', '',
+    ].join('\n');
   }
 }
 
-const memoryOfPicture = (fn) => (fn.changesPicture ? fn.results[0].memories?.[0] : undefined);
+const ALLOCATED = `
+// Zeroed memory, or the end of the program.
+static void* allocated(int32_t count, size_t size) {
+  void* memory = calloc(count > 0 ? count : 1, size);
+  if (memory == NULL) {
+    fprintf(stderr, "out of memory\\n");
+    exit(1);
+  }
+  return memory;
+}`.split('\n');
 
-// Whether something is told of what a call returns.
-const usesResult = (fn, call) => call === fn.calls[fn.main];
+const memoryOfPicture = (fn) => (fn.changesPicture ? fn.results[0].memories?.[0] : undefined);
 
 function literal(tree, type, isCpp) {
   if (typeof tree !== 'number') return print(tree);

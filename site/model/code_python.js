@@ -1,7 +1,7 @@
 // Programs in Python. The package leaves out what arrays know, and returns results instead of writing to memory.
 
 import {print, substitute} from './formulas.js';
-import {Names, pictureName, PRINTED, resultName, wordsOf, wrapped} from './words.js';
+import {Names, pictureName, PRINTED, RECTANGLE, resultName, singleFormat, wordsOf, wrapped} from './words.js';
 
 export function codeInPython(steps) {
   const program = new Program();
@@ -17,16 +17,18 @@ const isPointer = (a) => a.type.endsWith('*');
 // A number of elements from which one argument follows: N itself, or N within a limit.
 const COUNTED = /^\(?(\w+)(?: > 1 \? \1 : 1\)| < \w+ \? \1 : \w+\))?$/;
 
-// What an argument is in Python, as the package plans it: "number", "known" to an array, "in", "changed" in a copy that is
-// returned, "result", "scalar" or "work".
+// What an argument is in Python, as the package plans it: "number", "known" to an array, "in", "changed" in a copy
+// that is returned, "result", "scalar" or "work".
 function roles(call) {
   const numbers = new Set(call.arguments.filter((a) => !isPointer(a)).map((a) => a.name));
   const role = new Map(call.arguments.map((a) => [a.name, isPointer(a) ? pointerRole(a) : 'number']));
   for (const a of call.arguments) {
     if (!['in', 'changed'].includes(role.get(a.name)) || a.type.endsWith('char*')) continue;
-    const shape = a.tail ? ['height', 'width'] : a.shape;
-    const known = shape ? shape.map((size) => (size === '(bRGB ? 3 : 1)' ? 'bRGB' : size)) : [COUNTED.exec(a.count ?? '')?.[1]];
-    for (const name of known) if (numbers.has(name)) role.set(name, 'known');
+    const shape = a.tail ? ['height', 'width'] : a.shape ?? [COUNTED.exec(a.count ?? '')?.[1]];
+    for (const size of shape) {
+      const name = size === '(bRGB ? 3 : 1)' ? 'bRGB' : size;
+      if (numbers.has(name)) role.set(name, 'known');
+    }
   }
   if (call.capacity) role.set(call.capacity, 'known');
   return role;
@@ -42,8 +44,7 @@ function pointerRole(a) {
 
 class Program {
   constructor() {
-    this.names = new Names(['sys', 'numpy', 'nuv', 'len', 'max', 'min', 'print', 'list', 'c', 'x', 'y', 'r', 'n', 'value', 'str', 'int',
-                            'import', 'in', 'is', 'lambda', 'not', 'or', 'and', 'if', 'else', 'for']);
+    this.names = new Names('sys numpy nuv max print c x y r value'.split(' '));
     this.lines = [];
     const name = this.names.take('picture');
     this.pictures = [picture(name)];
@@ -63,92 +64,89 @@ class Program {
     const returned = fn.calls.map((call) => this.call(state, call));
     this.print(step, state.memory, returned);
     const [result] = fn.results;
-    const name = !fn.changesPicture ? current.name : result.memories ? state.memory[result.memories[0]] : returned[fn.main];
-    this.pictures.push(fn.changesPicture ? picture(name) : current);
+    this.pictures.push(!fn.changesPicture ? current :
+                       picture(result.memories ? state.memory[result.memories[0]] : returned[fn.main]));
   }
 
-  // Makes a call; names for its results are kept in state.memory. Returns the name of what the function itself returns.
+  // Makes a call. state.memory receives the names of what it gives; the name of what it returns is the result.
   call(state, call) {
-    const {step: {fn, parameters}, words, memory, current} = state;
+    const {step: {fn, after}, memory} = state;
+    const isMain = call === fn.calls[fn.main];
     const role = roles(call);
     if (call.arguments.some((a) => a.memory?.startsWith('points.'))) this.points(state);
-    const texts = call.arguments.filter((a) => ['number', 'in', 'changed'].includes(role.get(a.name))).map((a) => {
-      const m = fn.memories[a.memory];
-      if (a.type === 'tagRECT') {
-        return `(${['left', 'top', 'right', 'bottom'].map((f) => words[a.formula + f]).join(', ')})`;
-      }
-      if (a.formula !== undefined) return literal(substitute(a.formula, words), a.type);
-      if (m.from === 'text') return JSON.stringify(parameters[m.parameter]);
-      if (m.from === 'picture') return m.picture === 'current' ? current.name : this.pictures[parameters[m.picture]].name;
-      return memory[a.memory];
-    });
-    const preset = call.arguments.find((a) => fn.memories[a.memory]?.preset);
-    if (preset) {
-      const {type, preset: field, record} = fn.memories[preset.memory];
-      const records = this.names.take('records');
-      const start = record.map(({name}) => (name === field ? -1 : 0)).join(', ');
-      this.usesNumpy = true;
-      this.say(`${records} = numpy.full(${current.name}.size, numpy.array((${start}), nuv.${type}))`);
-      texts.push(`out=${records}`);
-    }
-    const text = `nuv.${call.name}(${texts.join(', ')})`;
-    const outputs = call.arguments.filter((a) => isPointer(a) && ['changed', 'result', 'scalar'].includes(role.get(a.name)));
-    const main = call === fn.calls[fn.main];
-    const fields = (call.result === 'void' ? [] : ['result']).concat(outputs.map((a) => plain(a.name)));
-    if (!main && call.result !== 'void' && outputs.length === 0 && !call.lines) {
+    const outputs = call.arguments.filter((a) => ['changed', 'result', 'scalar'].includes(role.get(a.name)));
+    const fields = [...(call.result === 'void' ? [] : ['result']), ...outputs.map((a) => plain(a.name))];
+    const text = `nuv.${call.name}(${this.arguments(state, call, role).join(', ')})`;
+    if (!isMain && outputs.length === 0 && !call.lines) {
       this.say(call.result === 'bool' ? `if not ${text}:` : text);
       if (call.result === 'bool') this.say(`    sys.exit("${call.name} failed")`);
       return undefined;
     }
-    if (fields.length === 0) {
-      this.say(text);
-      return undefined;
-    }
-    const channels = main && fn.changesPicture && fn.results[0].memories ? Number(substitute(
-        fn.memories[fn.results[0].memories[0]].shape?.[2] ?? 1, {...words, bRGB: words.channels > 1})) : 1;
-    const made = main && fn.changesPicture;
-    const isPicture = made && (fields.length === 1);
-    const name = this.names.take(isPicture ? pictureName(fn, channels) : fields.length === 1 && outputs.length ?
-        snake(fields[0]) : snake(resultName(call)) || 'found');
+    const givesPicture = isMain && fn.changesPicture;
+    const isPicture = givesPicture && fields.length === 1;
+    const isOutput = fields.length === 1 && outputs.length === 1;
+    const name = this.names.take(isPicture ? pictureName(fn, after.channels) :
+                                 givesPicture ? 'result' : snake(isOutput ? fields[0] : resultName(call)));
     this.say(`${name} = ${text}`);
     const field = (f) => (fields.length === 1 ? name : `${name}.${f}`);
-    for (const a of outputs) memory[a.memory] = field(plain(a.name));
-    if (preset) {
-      const {memory: key} = preset;
-      const {preset: mark} = fn.memories[key];
-      memory[key] = `${memory[key]}[${memory[key]}["${mark}"] >= 0]`;
+    for (const a of outputs) {
+      const list = field(plain(a.name));
+      const mark = fn.memories[a.memory]?.preset;
+      memory[a.memory] = mark ? `${list}[${list}["${mark}"] >= 0]` : list;
     }
-    if (call.traces) {
-      this.largest(state, field('result'));
-      return undefined;
-    }
-    if (main && call.result === 'bool' && !fn.tells) {
+    if (call.traces) this.largest(state, field('result'));
+    if (isMain && call.result === 'bool' && !fn.tells) {
       this.say(`if not ${field('result')}:`);
       this.say(`    sys.exit("${call.name} failed")`);
     }
-    if (made && !isPicture) this.unpack(state, call, channels, field);
-    else if (isPicture) this.reshape(state, name);
-    return call.result === 'void' ? undefined : made && call.resultMemory ? memory.result : field('result');
+    if (!givesPicture) return field('result');
+    if (isPicture) this.reshape(state, name);
+    else this.unpack(state, field('result'));
+    return call.resultMemory ? memory.result : field('result');
+  }
+
+  // The arguments of a call as Python sees them.
+  arguments({step: {fn, parameters}, words, memory, current}, call, role) {
+    const seen = call.arguments.filter((a) => ['number', 'in', 'changed'].includes(role.get(a.name)));
+    const texts = seen.map((a) => {
+      const m = fn.memories[a.memory];
+      if (a.type === 'tagRECT') return `(${RECTANGLE.map((f) => words[a.formula + f]).join(', ')})`;
+      if (a.formula !== undefined) return literal(substitute(a.formula, words), a.type);
+      if (m.from === 'text') return JSON.stringify(parameters[m.parameter]);
+      if (m.from !== 'picture') return memory[a.memory];
+      return m.picture === 'current' ? current.name : this.pictures[parameters[m.picture]].name;
+    });
+    for (const a of call.arguments) {
+      const {preset, type, record} = fn.memories[a.memory] ?? {};
+      if (!preset) continue;
+      const records = this.names.take('records');
+      const start = record.map(({name}) => (name === preset ? -1 : 0)).join(', ');
+      this.usesNumpy = true;
+      this.say(`${records} = numpy.full(${current.name}.size, numpy.array((${start}), nuv.${type}))`);
+      texts.push(`out=${records}`);
+    }
+    return texts;
   }
 
   // Gives the result picture a name of its own.
-  unpack({step: {fn}, memory, words}, call, channels, field) {
-    const name = this.names.take(pictureName(fn, channels));
+  unpack(state, returned) {
+    const {step: {fn, after}, memory} = state;
+    const name = this.names.take(pictureName(fn, after.channels));
     const key = fn.results[0].memories?.[0];
-    this.say(`${name} = ${key ? memory[key] : field('result')}`);
+    this.say(`${name} = ${key ? memory[key] : returned}`);
     memory[key ?? 'result'] = name;
-    if (key) this.reshape({step: {fn}, words}, name);
+    this.reshape(state, name);
   }
 
   // Camera frames come as lists of bytes.
   reshape({step: {fn}, words}, name) {
-    const key = fn.results[0].memories?.[0];
-    const m = fn.memories[key];
-    const a = fn.calls[fn.main].arguments.find((b) => b.memory === key);
-    if (!m?.shape || a.shape || m.from !== 'new' || a.count === 'N') return;
-    const trees = {width: words.width, height: words.height, rows: words.height, channels: words.channels};
-    for (const b of fn.calls[fn.main].arguments) if (b.formula) trees[b.name] = substitute(b.formula, words);
-    const [height, width] = m.shape.map((size) => print(substitute(size, trees), true));
+    const {calls, main, memories, results} = fn;
+    const a = calls[main].arguments.find((b) => b.memory && b.memory === results[0].memories?.[0]);
+    const {from, shape} = memories[a?.memory] ?? {};
+    if (from !== 'new' || a.shape || a.count === 'N') return;
+    const trees = {...words};
+    for (const b of calls[main].arguments) if (b.formula) trees[b.name] = substitute(b.formula, words);
+    const [height, width] = shape.map((size) => print(substitute(size, trees), true));
     this.say(`${name} = ${name}.reshape(${height}, ${width})`);
   }
 
@@ -191,13 +189,13 @@ class Program {
       } else if (m.record && r.kind !== 'rectangle') {
         this.printRecords(fn, memory[r.memories[0]], PRINTED[m.type], (name) => `{r['${name}']}`);
       } else if (m.record) {
-        single.push(`${r.name} ${['left', 'top', 'right', 'bottom'].map((f) => `{${memory[r.memories[0]]}.${f}}`).join(' ')}`);
+        single.push(singleFormat(r, RECTANGLE.map((f) => `{${memory[r.memories[0]]}.${f}}`)));
       } else if (m.count !== '1') {
         this.printArrays(fn, r, r.memories.map((key) => memory[key]), m.type);
       } else {
-        const order = {rectangle: ['left', 'top', 'right', 'bottom']}[r.kind] ?? r.fields ?? [undefined];
+        const order = r.kind === 'rectangle' ? RECTANGLE : r.fields ?? [undefined];
         const values = order.map((f) => memory[r.memories[f === undefined ? 0 : r.fields.indexOf(f)]]);
-        single.push(`${r.kind === 'points' ? 'at' : r.name} ${values.map((v) => formatted(v, m.type)).join(' ')}`);
+        single.push(singleFormat(r, values.map((v) => formatted(v, m.type))));
       }
     }
     printSingle();
@@ -209,18 +207,16 @@ class Program {
   }
 
   printArrays(fn, r, names, type) {
-    const format = type === 'double' ? ':.10g' : '';
-    if (names.length === 1) {
-      this.say(`print("${fn.name}: ${r.name}", *${format ? `(f"{value${format}}" for value in ${names[0]})` : names[0]})`);
-    } else {
-      this.say(`print("${fn.name}: ${r.name}", *(f"{x},{y}" for x, y in zip(${names.join(', ')})))`);
-    }
+    const values = names.length > 1 ? `*(f"{x},{y}" for x, y in zip(${names.join(', ')}))` :
+        type === 'double' ? `*(f"{value:.10g}" for value in ${names[0]})` : `*${names[0]}`;
+    this.say(`print("${fn.name}: ${r.name}", ${values})`);
   }
 
   text() {
     const last = this.pictures[this.pictures.length - 1];
-    return ['import sys', '', ...(this.usesNumpy ? ['import numpy'] : []), 'import nuvimgsdk as nuv', '',
-            'picture = nuv.imread(sys.argv[1])', ...this.lines, '', `nuv.imwrite(sys.argv[2], ${last.name})`, ''].join('\n');
+    const imports = ['import sys', '', ...(this.usesNumpy ? ['import numpy'] : []), 'import nuvimgsdk as nuv', ''];
+    const write = `nuv.imwrite(sys.argv[2], ${last.name})`;
+    return [...imports, 'picture = nuv.imread(sys.argv[1])', ...this.lines, '', write, ''].join('\n');
   }
 }
 

@@ -164,7 +164,8 @@ class Run {
     if (from === 'points') {
       const {width, data} = this.picture;
       const places = [];
-      data.forEach((value, i) => value === 255 && places.push(memory.field === 'x' ? i % width : Math.floor(i / width)));
+      const place = memory.field === 'x' ? (i) => i % width : (i) => Math.floor(i / width);
+      data.forEach((value, i) => value === 255 && places.push(place(i)));
       if (places.length === 0) throw new Error(`${this.fn.name} takes the white pixels, and the picture has none.`);
       this.values['points.N'] = places.length;
       return {address: this.put(Int32Array.from(places)), count: places.length};

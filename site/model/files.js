@@ -1,4 +1,4 @@
-// For Node.js: pictures from BMP and PNG files, and what the playground ships, as the tests and the reference use them.
+// For Node.js, in tests and in the reference: the catalogue, and pictures from BMP and PNG files.
 
 import {readFileSync} from 'node:fs';
 import {inflateSync} from 'node:zlib';

@@ -72,8 +72,8 @@ export function evaluate(formula, values) {
 }
 
 /**
- * The tree of a formula with names replaced by what `words` has for them: numbers, names or trees. Parts that then hold
- * numbers alone are computed.
+ * The tree of a formula with names replaced by what `words` has for them: numbers, names or trees. Parts that then
+ * hold numbers alone are computed.
  */
 export function substitute(formula, words) {
   const known = (tree) => {

@@ -14,10 +14,12 @@ export const isOn = (step) => !step.off;
 
 /** "coins/NuvGryAverageFilter,M=5/~NuvThreshold,T=90": readable. A step that is switched off begins with ~. */
 export function encode({picture, steps}) {
-  const value = (v) => (v !== null && typeof v === 'object' ? Object.values(v).join(':') : String(v));
-  return [picture, ...steps.map(({call, parameters = {}, off}) => [
-    (off ? '~' : '') + call, ...Object.entries(parameters).map(([name, v]) => `${name}=${encodeURIComponent(value(v)).replace(/%3A/g, ':')}`),
-  ].join(','))].join('/');
+  const escaped = (value) => encodeURIComponent(value).replace(/%3A/g, ':');
+  const text = (value) => escaped(typeof value === 'object' ? Object.values(value).join(':') : value);
+  const written = ({call, parameters = {}, off}) => [
+    off ? `~${call}` : call, ...Object.entries(parameters).map(([name, value]) => `${name}=${text(value)}`),
+  ].join(',');
+  return [picture, ...steps.map(written)].join('/');
 }
 
 /** The state that encode() wrote. Values are checked by complaints(), because their kinds are in the catalogue. */
@@ -70,8 +72,9 @@ function decoded(text, parameter) {
 export function complaints(state, functions, pictures) {
   const known = new Map(functions.map((f) => [f.name, f]));
   return state.steps.flatMap((step, index) => {
-    const found = isOn(step) && pictures[index] ? stepComplaints(step, known, pictures[index], pictures.slice(0, index + 1)) : [];
-    return found.map((complaint) => ({step: index, ...complaint}));
+    if (!isOn(step) || !pictures[index]) return [];
+    return stepComplaints(step, known, pictures[index], pictures.slice(0, index + 1))
+        .map((complaint) => ({step: index, ...complaint}));
   });
 }
 
@@ -101,27 +104,27 @@ function forbidden(fn, parameters, picture, pictures) {
   const values = valuesOf(fn, parameters, picture, (value) => pictureNamed(value, pictures));
   const {width, height} = picture;
   const found = [];
-  const refuse = (name, demand) => {
-    const p = fn.parameters.find((q) => q.name === name);
-    if (!found.some((c) => c.parameter === name)) found.push({parameter: name, sentence: `${p.label} must be ${demand}.`});
+  const refuse = (formula, demand) => {
+    const p = fn.parameters.find(({name}) => name === formula.split('.')[0]);
+    if (found.some(({parameter}) => parameter === p.name)) return;
+    found.push({parameter: p.name, sentence: `${p.label} must be ${demand}.`});
   };
+  const inside = `inside the picture of ${width} by ${height} pixels`;
+  const isInside = (left, right, top, bottom) =>
+      left >= 0 && left <= right && right < width && top >= 0 && top <= bottom && bottom < height;
   for (const call of fn.calls) {
     const numbers = numbersOf(call, values);
-    const isInside = (left, right, top, bottom) => left >= 0 && left <= right && right < width && top >= 0 && top <= bottom &&
-        bottom < height;
-    if (call.regionsInside) {
-      const {x1, x2, y1, y2} = numbers;
-      if (!isInside(x1, x2, y1, y2)) refuse('region', `inside the picture of ${width} by ${height} pixels`);
-    }
+    const {x1, x2, y1, y2} = numbers;
+    if (call.regionsInside && !isInside(x1, x2, y1, y2)) refuse('region', inside);
     for (const a of call.arguments) {
       if (a.inside && !isInside(...['left', 'right', 'top', 'bottom'].map((f) => numbers[`${a.name}.${f}`]))) {
-        refuse(a.formula.split('.')[0], `inside the picture of ${width} by ${height} pixels`);
+        refuse(a.formula, inside);
       }
       if (!a.range || !(a.name in numbers)) continue;
       const {least, most, demand} = a.range;
       const value = numbers[a.name];
       if ((least && value < evaluate(least, numbers)) || (most && value > evaluate(most, numbers))) {
-        refuse(a.formula.split('.')[0], demand);
+        refuse(a.formula, demand);
       }
     }
   }
@@ -140,15 +143,16 @@ function hasClearBorder({width, height, data}) {
 function wrong(p, value, fn, picture, pictures) {
   if (p.kind === 'picture') return wrongPicture(value, fn.memories, p, picture, pictures);
   if (p.kind === 'switch') return typeof value === 'boolean' ? undefined : 'true or false';
-  if (p.kind === 'text') return typeof value === 'string' && /^[ -~]*$/.test(value) ? undefined : 'a text of plain characters';
+  if (p.kind === 'text') return /^[ -~]*$/.test(value) ? undefined : 'a text of plain characters';
   if (p.kind === 'option') {
-    return p.options.some((o) => o.value === value) ? undefined : `one of ${p.options.map((o) => o.value).join(', ')}`;
+    const values = p.options.map((option) => option.value);
+    return values.includes(value) ? undefined : `one of ${values.join(', ')}`;
   }
   const fields = fieldsOf(p);
   if (fields) {
     if (!fields.every((field) => isInteger32(value?.[field]))) return `integers: ${fields.join(', ')}`;
-    if (p.kind === 'colour') return fields.every((f) => value[f] >= 0 && value[f] <= 255) ? undefined : 'from 0 to 255 each';
-    return undefined;
+    const isByte = (field) => value[field] >= 0 && value[field] <= 255;
+    return p.kind === 'colour' && !fields.every(isByte) ? 'from 0 to 255 each' : undefined;
   }
   const {least, most} = limits(p, picture);
   if (p.kind === 'integer' ? !isInteger32(value) : !Number.isFinite(value)) {
@@ -166,8 +170,7 @@ function wrongPicture(value, memories, p, picture, pictures) {
   if (memory?.takes === 'gray' && other.channels !== 1) return 'a gray picture';
   if (memory?.takes === 'colour' && other.channels !== 3) return 'a colour picture';
   if (memory?.takes === 'either' && other.channels !== picture.channels) return 'of the same kind as the current one';
-  if (!memory?.anySize && (other.width !== picture.width || other.height !== picture.height)) {
-    return `of ${picture.width} by ${picture.height} pixels like the current one, not ${other.width} by ${other.height}`;
-  }
-  return undefined;
+  const size = ({width, height}) => `${width} by ${height}`;
+  if (memory?.anySize || size(other) === size(picture)) return undefined;
+  return `of ${size(picture)} pixels like the current one, not ${size(other)}`;
 }

@@ -60,7 +60,8 @@ export function pictureAfter(fn, parameters, picture, pictureOf) {
 function turned({width, height}, angle) {
   const [c, s] = [Math.cos, Math.sin].map((f) => Math.trunc(1024 * f((angle * 3.1415926) / 180)));
   const corners = [[0, 0], [width - 1, 0], [0, height - 1], [width - 1, height - 1]];
-  const sides = [([x, y]) => (x * c - y * s) >> 10, ([x, y]) => (x * s + y * c) >> 10].map((side) => corners.map(side));
-  const [w, h] = sides.map((places) => Math.max(...places) - Math.min(...places) + 1);
+  const moved = [([x, y]) => (x * c - y * s) >> 10, ([x, y]) => (x * s + y * c) >> 10];
+  const places = moved.map((move) => corners.map(move));
+  const [w, h] = places.map((list) => Math.max(...list) - Math.min(...list) + 1);
   return {width: w, height: h, channels: 1};
 }

@@ -5,11 +5,14 @@ import {evaluate, parse} from './formulas.js';
 
 // How the picture is called that a function of a room makes.
 const MADE_BY = {
-  'Image arithmetic': 'combined', 'Binary images': 'cleaned', 'Contours': 'outlined', 'Drawing': 'drawn', 'Edges': 'edges',
-  'Filters': 'filtered', 'Geometry': 'moved', 'Histograms': 'shaped', 'Lines': 'marked', 'Noise': 'noisy',
-  'Binarising': 'binary', 'Pasting': 'pasted', 'Changes of size': 'resized', 'Flips and turns': 'turned',
-  'Turned rectangles': 'turned', 'Gradient images': 'gradient', 'The Shen-Jun detector': 'edges', 'Regions': 'region',
+  'Image arithmetic': 'combined', 'Binary images': 'cleaned', 'Contours': 'outlined', 'Drawing': 'drawn',
+  'Edges': 'edges', 'Filters': 'filtered', 'Geometry': 'moved', 'Histograms': 'shaped', 'Lines': 'marked',
+  'Noise': 'noisy', 'Binarising': 'binary', 'Pasting': 'pasted', 'Changes of size': 'resized',
+  'Flips and turns': 'turned', 'Turned rectangles': 'turned', 'Gradient images': 'gradient', 'Regions': 'region',
 };
+
+/** The ends of a rectangle in the order of tagRECT. */
+export const RECTANGLE = ['left', 'top', 'right', 'bottom'];
 
 /** The name of the picture that a step makes. */
 export function pictureName(fn, channels) {
@@ -69,6 +72,12 @@ export const PRINTED = {
   RLY: ['x', 'y1', 'x', 'y2'],
 };
 
+/** How programs print a result of a few numbers, which are texts of formats here. */
+export function singleFormat({kind, name}, texts) {
+  if (kind === 'rectangle' || kind === 'segments') return `${texts[0]} ${texts[1]} to ${texts[2]} ${texts[3]}`;
+  return [kind === 'points' ? 'at' : name, ...texts].join(' ');
+}
+
 /** The numbers of a result as programs print them, in order. */
 export function printedNumbers({kind, value}) {
   switch (kind) {
@@ -91,7 +100,7 @@ const COLUMNS = 100;
  * @param mark    of comments
  * @param prefix  of texts that go on, such as the f of Python
  */
-export function wrapped(line, mark, prefix = '') {
+export function wrapped(line, mark, prefix = '', indent = ' '.repeat(line.indexOf('(') + 1)) {
   if (line.length <= COLUMNS) return [line];
   const start = line.search(/\S/);
   if (line.startsWith(mark, start)) {
@@ -109,8 +118,9 @@ export function wrapped(line, mark, prefix = '') {
     if (!isText) outside = i;
     else if (depth === 0) inside = i;
   }
-  const indent = ' '.repeat(line.indexOf('(') + 1);
-  if (outside > indent.length) return [line.slice(0, outside + 1), ...wrapped(indent + line.slice(outside + 2), mark, prefix)];
-  if (inside < 0) return [line];
-  return [`${line.slice(0, inside + 2)}"`, ...wrapped(`${indent}${prefix}"${line.slice(inside + 2)}`, mark, prefix)];
+  const cut = outside > indent.length ? outside : inside;
+  if (cut < 0) return [line];
+  const [end, opening] = cut === outside ? ['', ''] : [' "', `${prefix}"`];
+  const rest = `${indent}${opening}${line.slice(cut + 2)}`;
+  return [`${line.slice(0, cut + 1)}${end}`, ...wrapped(rest, mark, prefix, indent)];
 }

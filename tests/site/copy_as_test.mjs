@@ -10,7 +10,7 @@ import {execFile} from 'node:child_process';
 import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
-import test from 'node:test';
+import test, {after} from 'node:test';
 import {promisify} from 'node:util';
 
 import {code} from '../../site/model/code.js';
@@ -21,7 +21,7 @@ import {bmpOf, build, engine, root} from './native.mjs';
 
 const run = promisify(execFile);
 const folder = mkdtempSync(join(tmpdir(), 'copy_as'));
-test.after(() => rmSync(folder, {recursive: true}));
+after(() => rmSync(folder, {recursive: true}));
 
 const PIPELINES = [
   'coins',
@@ -31,25 +31,27 @@ const PIPELINES = [
   'coins/NuvImg1Difference2To1/NuvDrawGryRect/NuvGryLine,point1=5:6,point2=300:200/NuvSetNumberString2GryImg,Str=2014',
   'coins/NuvRotateImgByCCS,angle=33/NuvShrinkImgByAvr,M=3,N=2/NuvImgRotate90DegreeCS/NuvZoomGryImg2x2',
   'coins/NuvThreshold/NuvHoughLines_HT/NuvFittingLine/NuvPointsRect/NuvContour2Poly4/NuvRLXRegionsGet',
-  'camera/NuvImgChainLines_DoGryImg,minLength=40/NuvMergeSplit,minArea=500/NuvGryFastMedianFilter,M=3/NuvMaxBrightRect',
-  'camera/NuvShenJunEdgeFastWithPoints/~NuvThreshold/NuvRemoveEdgePointsByGrd/NuvGryImgPrjXYInRect/NuvEstimateImgStdev',
+  'camera/NuvImgChainLines_DoGryImg,minLength=40/NuvMergeSplit,minArea=500/NuvGryFastMedianFilter/NuvMaxBrightRect',
+  'camera/NuvShenJunEdgeFastWithPoints/~NuvThreshold/NuvRemoveEdgePointsByGrd/NuvGryImgPrjXYInRect/NuvImageShift',
   'camera/NuvGry2RGBImg,GreenImg=start/NuvRGBLine,colour=1:2:3/NuvYUV420SP2RGB/NuvRGBImgPrj2X/NuvRGB2YUV422P',
   'lines/NuvCopyRGBRectWithGry/NuvRGBAverageFilterFast/NuvRGB2Gry/NuvShiftXPerRowFast,k=0.25/NuvDataAvrAndDif',
-  'lines/NuvRGB2Gry/NuvRobertByMask,MskImg=0/NuvShiftImg2BasedImg1,Img2=0/NuvImgDifferenceInRect,Img2=0/NuvPasteGryImg2ResImg,GryImg=1',
+  'lines/NuvRGB2Gry/NuvRobertByMask,MskImg=0/NuvShiftImg2BasedImg1,Img2=0/NuvImgDifferenceInRect,Img2=0/' +
+      'NuvPasteGryImg2ResImg,GryImg=1/NuvThreshold/NuvRLXRegionsWithID',
 ];
 
 const pipelines = PIPELINES.map((text) => decode(text, functions));
 if (process.env.NUV_ALL) pipelines.push(...functions.map((fn) => fn.example));
 
-/** The commands that make and run a program. */
+// What makes a program of a source, and what runs it.
+const compiler = (program, standard, headers, library) => (source) => ({
+  make: [program, [standard, ...build.flags, '-I', join(root, headers), source, '-o', `${source}.out`,
+                   ...build.link(library)]],
+  start: [`${source}.out`],
+});
 const LANGUAGES = {
-  cpp: (name) => [['g++', ['-std=c++11', ...build.flags, '-I', join(root, 'include'), `${name}.cpp`, '-o', `${name}_cpp`,
-                           ...build.link('NuvImgSDK2014DLL')]],
-                  [`${name}_cpp`, []]],
-  c: (name) => [['gcc', ['-std=c99', ...build.flags, '-I', join(root, 'bindings/c'), `${name}.c`, '-o', `${name}_c`,
-                         ...build.link('nuvimgsdk_c')]],
-                [`${name}_c`, []]],
-  python: (name) => [undefined, ['/usr/bin/python3', [`${name}.python`]]],
+  cpp: compiler('g++', '-std=c++11', 'include', 'NuvImgSDK2014DLL'),
+  c: compiler('gcc', '-std=c99', 'bindings/c', 'nuvimgsdk_c'),
+  python: (source) => ({start: ['/usr/bin/python3', source]}),
 };
 
 for (const [number, state] of pipelines.entries()) {
@@ -66,16 +68,17 @@ for (const [number, state] of pipelines.entries()) {
     const file = join(folder, String(number));
     writeFileSync(`${file}.bmp`, bmpOf(start));
     for (const [language, commands] of Object.entries(LANGUAGES)) {
-      const source = code(state, functions, language, start);
-      writeFileSync(`${file}.${language}`, source);
-      const [make, [program, args]] = commands(file);
+      const source = `${file}.${language}`;
+      const result = `${source}.bmp`;
+      writeFileSync(source, code(state, functions, language, start));
+      const {make, start: [program, ...args]} = commands(source);
       await t.test(language, async () => {
-        const told = make ? await run(...make) : {stderr: ''};
-        assert.equal(told.stderr, '');
-        const {stdout} = await run(program, [...args, `${file}.bmp`, `${file}.${language}.bmp`], {env: build.environment, maxBuffer: 1e8});
-        const result = decodePicture(readFileSync(`${file}.${language}.bmp`));
-        assert.deepEqual(result, pictures[pictures.length - 1], 'the picture');
-        const printed = stdout.split('\n').flatMap((line) => line.slice(line.indexOf(':') + 1).match(NUMBER) ?? []).map(Number);
+        if (make) assert.equal((await run(...make)).stderr, '', 'no warnings');
+        const settings = {env: build.environment, maxBuffer: 1e8};
+        const {stdout} = await run(program, [...args, `${file}.bmp`, result], settings);
+        assert.deepEqual(decodePicture(readFileSync(result)), pictures[pictures.length - 1], 'the picture');
+        const texts = stdout.split('\n').map((line) => line.slice(line.indexOf(':') + 1));
+        const printed = texts.flatMap((text) => text.match(NUMBER) ?? []).map(Number);
         assert.equal(printed.length, numbers.length, `the count of numbers\n${stdout.slice(0, 1000)}`);
         printed.forEach((value, i) => assert.ok(isNear(value, numbers[i]), `${value} instead of ${numbers[i]}`));
       });

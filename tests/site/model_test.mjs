@@ -4,7 +4,7 @@
 import assert from 'node:assert/strict';
 import test from 'node:test';
 
-import {initialValues, leftOut, limits} from '../../site/model/catalogue.js';
+import {fieldsOf, initialValues, leftOut, limits} from '../../site/model/catalogue.js';
 import {boundary, choices, choicesText, functions, shipped, shippedPicture} from '../../site/model/files.js';
 import {evaluate, print, substitute} from '../../site/model/formulas.js';
 import {complaints, decode, encode} from '../../site/model/pipeline.js';
@@ -26,7 +26,9 @@ function run(state) {
 
 test('each function is in the catalogue, or its absence has a reason', () => {
   assert.ok(functions.length >= 400, `${functions.length} functions`);
-  for (const f of boundary.functions) assert.ok(known.has(f.plain_name) || leftOut(f, choices).length > 10, f.plain_name);
+  for (const f of boundary.functions) {
+    assert.ok(known.has(f.plain_name) || leftOut(f, choices).length > 10, f.plain_name);
+  }
   const groups = new Set(boundary.functions.flatMap((f) => [f.plain_name, ...f.groups]));
   for (const name of Object.keys(choices.leftOut)) assert.ok(groups.has(name), `there is no ${name} to leave out`);
   for (const name of [...Object.keys(choices.functions), ...Object.keys(choices.parametersOf)]) {
@@ -40,7 +42,9 @@ test('each function is in the catalogue, or its absence has a reason', () => {
 test('parameters and results have plain names', () => {
   for (const fn of functions) {
     for (const p of fn.parameters) assert.ok(p.label, `${fn.name}: ${p.name}`);
-    for (const r of fn.results) assert.ok(r.kind === 'picture' || r.label || /^[A-Z]\w*$/.test(r.name), `${fn.name}: ${r.name}`);
+    for (const {kind, label, name} of fn.results) {
+      assert.ok(kind === 'picture' || label || /^[A-Z]\w*$/.test(name), `${fn.name}: ${name}`);
+    }
   }
 });
 
@@ -72,7 +76,8 @@ test('each example runs and changes its picture, and initial values are accepted
 
 test('addresses hold states', () => {
   const state = {picture: 'coins', steps: [
-    {call: 'NuvGryAverageFilter', parameters: {M: 40, N: 40}}, {call: 'NuvImg1Substract2To2', parameters: {Img1: 'start'}, off: true},
+    {call: 'NuvGryAverageFilter', parameters: {M: 40, N: 40}},
+    {call: 'NuvImg1Substract2To2', parameters: {Img1: 'start'}, off: true},
     {call: 'NuvDrawGryRect', parameters: {region: {left: -5, top: 1, right: 20, bottom: 30}}},
     {call: 'NuvSetNumberString2GryImg', parameters: {Str: '3,5/7=:%', point: {x: 1, y: 2}}}]};
   assert.equal(encode(state), 'coins/NuvGryAverageFilter,M=40,N=40/~NuvImg1Substract2To2,Img1=start/' +
@@ -100,12 +105,13 @@ test('what a step cannot take is said in a sentence', () => {
     [coins, 'NuvThreshold', {t: 5}, /^NuvThreshold has no parameter t\.$/],
     [coins, 'NuvRotateImgByCCS', {angle: NaN}, /^Angle in degrees must be a number\.$/],
     [coins, 'NuvGetContours', {mode: 7}, /^Contours must be one of 0, 1, 2\.$/],
-    [coins, 'NuvCopyGryRect', {region: {left: 0, top: 0, right: 384, bottom: 9}}, /^Region must be inside the picture of 384 by 303 pixels\.$/],
+    [coins, 'NuvCopyGryRect', {region: {left: 0, top: 0, right: 384, bottom: 9}},
+     /^Region must be inside the picture of 384 by 303 pixels\.$/],
     [coins, 'NuvCopyGryRect', {region: {left: 9, top: 0, right: 8, bottom: 9}}, /^Region must be inside/],
     [coins, 'NuvCopyGryRect', {region: 5}, /^Region must be integers: left, top, right, bottom\.$/],
     [coins, 'NuvPixelsOn2PLine', {point1: {x: -1, y: 0}}, /^From must be a column of the image\.$/],
     [coins, 'NuvExtractEdgePointInCircle', {rx: 300}, /^Centre must be a column with the ellipse inside the image\.$/],
-    [coins, 'NuvMarkContour', {}, /^NuvMarkContour takes a picture whose border is black: put NuvSetImageBoundary before it\.$/],
+    [coins, 'NuvMarkContour', {}, /takes a picture whose border is black: put NuvSetImageBoundary before it\.$/],
     [coins, 'NuvImgDifferenceInRect', {rect2: {left: 0, top: 0, right: 10, bottom: 303}}, /inside the picture/],
     [coins, 'NuvImg1AndImg2To1', {Img2: 3}, /^Second picture must be "start" or the number of an earlier step\.$/],
     [lines, 'NuvRGBRectAvr', {}, /^Mask must be a gray picture\.$/],
@@ -116,13 +122,15 @@ test('what a step cannot take is said in a sentence', () => {
     const state = {picture: 'own', steps: [{call, parameters}]};
     const [complaint] = complaints(state, functions, [picture]);
     assert.match(complaint?.sentence ?? 'no complaint', sentence, call);
-    assert.throws(() => engine.run(state.steps[0], picture), (error) => error.message === complaint.sentence && !error.fatal);
-    assert.deepEqual(complaints({...state, steps: [{...state.steps[0], off: true}]}, functions, [picture]), []);
+    assert.throws(() => engine.run(state.steps[0], picture), {message: complaint.sentence});
+    const off = {...state, steps: [{...state.steps[0], off: true}]};
+    assert.deepEqual(complaints(off, functions, [picture]), []);
   }
   const small = {width: 9, height: 7, channels: 1, data: new Uint8Array(63)};
   const steps = [{call: 'NuvShrinkGryImgByMedian'}, {call: 'NuvImg1AndImg2To1', parameters: {Img2: 'start'}}];
-  assert.deepEqual(complaints({picture: 'own', steps}, functions, [coins, small]), [{
-    step: 1, parameter: 'Img2', sentence: 'Second picture must be of 9 by 7 pixels like the current one, not 384 by 303.'}]);
+  const sentence = 'Second picture must be of 9 by 7 pixels like the current one, not 384 by 303.';
+  const found = complaints({picture: 'own', steps}, functions, [coins, small]);
+  assert.deepEqual(found, [{step: 1, parameter: 'Img2', sentence}]);
   assert.throws(() => engine.run({call: 'NuvContourCenter'}, small), /the picture has none/);
   assert.throws(() => engine.run({call: 'NuvFittingLine'}, small), /has none/);
 });
@@ -139,18 +147,24 @@ function random(seed) {
 test('hostile parameters and tiny pictures give results or sentences, and harm nothing', () => {
   const next = random(1);
   const integers = [0, -1, 1, 2, 7, 100, 383, 1000, -1000, 65536, 2 ** 31 - 1, -(2 ** 31)];
-  const integer = () => integers[next(integers.length)];
+  const one = (list) => list[next(list.length)];
+  const integer = () => one(integers);
   const hostile = (p, picture) => {
-    const fields = {region: ['left', 'top', 'right', 'bottom'], point: ['x', 'y'], colour: ['red', 'green', 'blue']}[p.kind];
-    if (fields) return Object.fromEntries(fields.map((f) => [f, next(3) ? next(picture.width) : integer()]));
     const {least = 0, most = 1} = limits(p, picture);
-    if (p.kind === 'integer') return next(3) ? least + next(most - least + 1) : integer();
-    if (p.kind === 'real') return next(3) ? least + (most - least) * next(100) / 99 : [NaN, Infinity, -1e300, 1e-300, 0][next(5)];
-    if (p.kind === 'option') return p.options[next(p.options.length)].value;
-    return p.kind === 'switch' ? next(2) === 1 : p.kind === 'picture' ? 'start' : ['', '0', '99999999999999999999'][next(3)];
+    const place = () => (next(3) ? next(picture.width) : integer());
+    switch (p.kind) {
+      case 'integer': return next(3) ? least + next(most - least + 1) : integer();
+      case 'real': return next(3) ? least + (most - least) * next(100) / 99 : one([NaN, Infinity, -1e300, 1e-300, 0]);
+      case 'option': return one(p.options).value;
+      case 'switch': return next(2) === 1;
+      case 'picture': return 'start';
+      case 'text': return one(['', '0', '9'.repeat(50)]);
+      default: return Object.fromEntries(fieldsOf(p).map((field) => [field, place()]));
+    }
   };
+  const pixel = () => one([0, 255, next(256)]);
   const tiny = [1, 3].flatMap((channels) => [[1, 1], [2, 3], [17, 5], [40, 31]].map(([width, height]) => ({
-    width, height, channels, data: Uint8Array.from({length: width * height * channels}, () => [0, 255, next(256)][next(3)])})));
+    width, height, channels, data: Uint8Array.from({length: width * height * channels}, pixel)})));
   let ran = 0;
   for (const fn of functions) {
     for (let round = 0; round < 24; ++round) {
@@ -160,7 +174,8 @@ test('hostile parameters and tiny pictures give results or sentences, and harm n
         engine.run({call: fn.name, parameters}, picture);
         ++ran;
       } catch (error) {
-        assert.ok(!error.fatal && /\.$/.test(error.message), `${fn.name} ${JSON.stringify(parameters)}: ${error.stack}`);
+        const isSentence = !error.fatal && /\.$/.test(error.message);
+        assert.ok(isSentence, `${fn.name} ${JSON.stringify(parameters)}: ${error.stack}`);
       }
     }
   }
@@ -168,8 +183,9 @@ test('hostile parameters and tiny pictures give results or sentences, and harm n
 });
 
 test('memory is freed after each step', () => {
-  const states = ['coins/NuvThreshold/NuvGetContours', 'camera/NuvMergeSplit', 'coins/NuvRotateImgByCCS', 'lines/NuvYUV420SP2RGB']
-      .map((text) => decode(text, functions));
+  const texts = ['coins/NuvThreshold/NuvGetContours', 'camera/NuvMergeSplit', 'coins/NuvRotateImgByCCS',
+                 'lines/NuvYUV420SP2RGB'];
+  const states = texts.map((text) => decode(text, functions));
   states.forEach(run);
   const {byteLength} = engine.sdk.memory.buffer;
   for (let i = 0; i < 12; ++i) states.forEach(run);
@@ -178,9 +194,10 @@ test('memory is freed after each step', () => {
 
 test('pictures are those of the native library', async () => {
   const texts = ['coins/NuvGryImgSobel', 'coins/NuvGryImgMedianBoundary0,M=3,N=2', 'camera/NuvShenJunEdgeFast',
-                 'coins/NuvThreshold/NuvBinImgThin', 'coins/NuvHistogramEqualizeFast', 'camera/NuvGryAverageFilterFast,M=9,N=4',
-                 'camera/NuvGryImgBilinearInterpolattionStd', 'lines/NuvRGB2Gry', 'lines/NuvRGBAverageFilter', 'lines/NuvRGB2YUV420SP',
-                 'coins/NuvThreshold/NuvMarkContours', 'camera/NuvGryZedFilter', 'coins/NuvCopyRectFromRotateCCS'];
+                 'coins/NuvThreshold/NuvBinImgThin', 'coins/NuvHistogramEqualizeFast', 'lines/NuvRGB2YUV420SP',
+                 'camera/NuvGryAverageFilterFast,M=9,N=4', 'camera/NuvGryImgBilinearInterpolattionStd',
+                 'lines/NuvRGB2Gry', 'lines/NuvRGBAverageFilter', 'coins/NuvThreshold/NuvMarkContours',
+                 'camera/NuvGryZedFilter', 'coins/NuvCopyRectFromRotateCCS'];
   for (const text of texts) {
     const state = decode(text, functions);
     assert.deepEqual(await nativeResult(state), run(state).picture, text);
@@ -189,8 +206,9 @@ test('pictures are those of the native library', async () => {
 
 test('formulas', () => {
   const values = {a: 7, b: -7, 'r.x': 3};
-  for (const [formula, value] of [['a/2', 3], ['b/2', -4], ['a*2 + r.x', 17], ['(a > 6 ? a : 6) - 1', 6], ['(a | 8) >> 1', 7], ['-a', -7],
-                                  ['a - 1 - 1', 5], ['2*a > 13 ? 1e-1 : 0', 0.1]]) {
+  const cases = [['a/2', 3], ['b/2', -4], ['a*2 + r.x', 17], ['(a > 6 ? a : 6) - 1', 6], ['(a | 8) >> 1', 7],
+                 ['-a', -7], ['a - 1 - 1', 5], ['2*a > 13 ? 1e-1 : 0', 0.1]];
+  for (const [formula, value] of cases) {
     assert.equal(evaluate(formula, values), value, formula);
   }
   assert.throws(() => evaluate('c', values), /needs c/);

@@ -19,7 +19,8 @@ export const engine = await Engine.load(await WebAssembly.compile(readFileSync(w
 
 export const build = {
   flags: ['-O1', '-Wall', '-Wextra'],
-  link: (library) => ['-L', native, '-L', join(native, 'bindings'), `-l${library}`, `-Wl,-rpath,${native}:${join(native, 'bindings')}`],
+  link: (library) => ['-L', native, '-L', `${native}/bindings`, `-l${library}`,
+                      `-Wl,-rpath,${native}:${native}/bindings`],
   environment: {...process.env, PYTHONPATH: join(root, 'bindings/python'), PYTHONDONTWRITEBYTECODE: '1',
                 NUVIMGSDK_LIBRARY: join(native, 'bindings/libnuvimgsdk_c.so')},
 };
@@ -31,7 +32,8 @@ export function bmpOf({width, height, channels, data}) {
   const start = channels === 1 ? 54 + 1024 : 54;
   const file = Buffer.alloc(start + stride * height);
   file.write('BM');
-  [[2, file.length], [10, start], [14, 40], [18, width], [22, height], [34, stride * height]].forEach(([at, n]) => file.writeInt32LE(n, at));
+  const fields = [[2, file.length], [10, start], [14, 40], [18, width], [22, height], [34, stride * height]];
+  for (const [at, value] of fields) file.writeInt32LE(value, at);
   file.writeUInt16LE(1, 26);
   file.writeUInt16LE(channels * 8, 28);
   if (channels === 1) for (let i = 0; i < 256; ++i) file.writeUInt32LE(i * 0x10101, 54 + 4 * i);
