@@ -144,6 +144,27 @@ function random(seed) {
   };
 }
 
+// Puts guards around the memory that the engine allocates, and checks them when it is freed.
+function guard(sdk) {
+  const {malloc, free, bytes} = sdk;
+  const sizes = new Map();
+  const zones = (address) => [bytes(address - 64, 64), bytes(address + sizes.get(address), 64)];
+  sdk.malloc = (length) => {
+    const address = malloc.call(sdk, length + 128) + 64;
+    sizes.set(address, length);
+    zones(address).forEach((zone) => zone.fill(0xa5));
+    return address;
+  };
+  sdk.free = (address) => {
+    if (!sizes.has(address)) return free(address);
+    const isWhole = zones(address).every((zone) => zone.every((value) => value === 0xa5));
+    assert.ok(isWhole, 'nothing is written outside');
+    sizes.delete(address);
+    return free(address - 64);
+  };
+  return () => Object.assign(sdk, {malloc, free});
+}
+
 test('hostile parameters and tiny pictures give results or sentences, and harm nothing', () => {
   const next = random(1);
   const integers = [0, -1, 1, 2, 7, 100, 383, 1000, -1000, 65536, 2 ** 31 - 1, -(2 ** 31)];
@@ -166,6 +187,7 @@ test('hostile parameters and tiny pictures give results or sentences, and harm n
   const tiny = [1, 3].flatMap((channels) => [[1, 1], [2, 3], [17, 5], [40, 31]].map(([width, height]) => ({
     width, height, channels, data: Uint8Array.from({length: width * height * channels}, pixel)})));
   let ran = 0;
+  const release = guard(engine.sdk);
   for (const fn of functions) {
     for (let round = 0; round < 24; ++round) {
       const picture = tiny[next(tiny.length)];
@@ -179,6 +201,7 @@ test('hostile parameters and tiny pictures give results or sentences, and harm n
       }
     }
   }
+  release();
   assert.ok(ran > 2000, `${ran} calls ran`);
 });
 
