@@ -2,7 +2,7 @@
 
 import {print, substitute} from './formulas.js';
 import {
-  lower, Names, pictureName, PRINTED, readLater, RECTANGLE, resultName, singleFormat, wordsOf, wrapped,
+  isCounted, lower, Names, pictureName, PRINTED, readLater, RECTANGLE, resultName, singleFormat, wordsOf, wrapped,
 } from './words.js';
 
 const FORMATS = {int32_t: '%d', uint32_t: '%u', uint8_t: '%d', double: '%.10g'};
@@ -267,7 +267,7 @@ class Program {
       this.say(`${text};`);
       return {};
     }
-    const name = this.names.take(fn.results.some((r) => r.counted || r.from === 'after') ? 'count' : resultName(call));
+    const name = this.names.take(isCounted(fn) ? 'count' : resultName(call));
     this.say(`const ${result} ${name} = ${text};`);
     return {name};
   }
@@ -301,7 +301,8 @@ class Program {
         this.printList(fn, r, value);
       } else if (r.from === 'after') {
         printSingle();
-        this.printRecords(fn, 'TAVI_LINE_SEGMENT', returned[fn.calls.length - 1].name, value);
+        const list = returned[fn.calls.length - 1].name;
+        this.printRecords(fn, 'TAVI_LINE_SEGMENT', list, `${value} && ${list} != ${this.null}`);
       } else if (!r.memories) {
         if (r.kind === 'text') add('%s', `${value} ? "yes" : "no"`);
         else add(FORMATS[fn.calls[fn.main].result], value);

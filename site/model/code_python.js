@@ -1,7 +1,9 @@
 // Programs in Python. The package leaves out what arrays know, and returns results instead of writing to memory.
 
 import {print, substitute} from './formulas.js';
-import {Names, pictureName, PRINTED, RECTANGLE, resultName, singleFormat, wordsOf, wrapped} from './words.js';
+import {
+  isCounted, Names, pictureName, PRINTED, RECTANGLE, resultName, singleFormat, wordsOf, wrapped,
+} from './words.js';
 
 export function codeInPython(steps) {
   const program = new Program();
@@ -84,9 +86,9 @@ class Program {
     }
     const givesPicture = isMain && fn.changesPicture;
     const isPicture = givesPicture && fields.length === 1;
-    const isOutput = fields.length === 1 && outputs.length === 1;
-    const name = this.names.take(isPicture ? pictureName(fn, after.channels) :
-                                 givesPicture ? 'result' : snake(isOutput ? fields[0] : resultName(call)));
+    const name = this.names.take(isPicture ? pictureName(fn, after.channels) : givesPicture ? 'result' :
+                                 call.lines ? 'segments' : isMain && isCounted(fn) && fields.length === 1 ? 'count' :
+                                 snake(fields.length === 1 && outputs.length === 1 ? fields[0] : resultName(call)));
     this.say(`${name} = ${text}`);
     const field = (f) => (fields.length === 1 ? name : `${name}.${f}`);
     for (const a of outputs) {
@@ -183,7 +185,9 @@ class Program {
       if (r.kind === 'contours' || r.kind === 'regions') {
         this.printRecords(fn, value, PRINTED[r.kind], (name) => `${name} {r.${name}}`);
       } else if (r.from === 'after') {
-        this.printRecords(fn, returned[fn.calls.length - 1], PRINTED.TAVI_LINE_SEGMENT, (name) => `{r['${name}']}`);
+        const list = returned[fn.calls.length - 1];
+        this.printRecords(fn, `${list} if ${list} is not None else ()`, PRINTED.TAVI_LINE_SEGMENT,
+                          (name) => `{r['${name}']}`);
       } else if (!r.memories) {
         single.push(r.kind === 'text' ? `{'yes' if ${value} else 'no'}` : formatted(value, result));
       } else if (m.record && r.kind !== 'rectangle') {

@@ -52,6 +52,7 @@ export class Engine {
       return run.result();
     } catch (error) {
       if (!(error instanceof WebAssembly.RuntimeError)) throw error;
+      run.ends = [];  // the module is lost, and its memory with it
       throw Object.assign(new Error(`${fn.name} failed: ${error.message}.`), {fatal: true});
     } finally {
       run.free();
@@ -74,27 +75,25 @@ class Run {
 
   result() {
     const {fn} = this;
+    const main = fn.calls[fn.main];
     let milliseconds = 0;
     const returned = fn.calls.map((call) => {
       const addresses = this.arguments(call);
       const start = performance.now();
       const value = this.sdk.call[call.name](...addresses);
       milliseconds += performance.now() - start;
+      if (call.result === 'bool' && !value && !(call === main && fn.tells)) {
+        throw new Error(`${call.name} did not succeed. It returns ${call.returns}.`);
+      }
       return this.returned(call, value);
     });
     const value = returned[fn.main];
-    const main = fn.calls[fn.main];
-    if (main.result === 'bool' && !fn.tells && !value) {
-      throw new Error(`${fn.name} did not succeed. It returns ${main.returns}.`);
-    }
-    const results = fn.results.map((r) => ({
-      name: r.name, kind: r.kind,
-      value: r.kind === 'contours' || r.kind === 'regions' ? value :
-             r.from === 'after' ? returned[fn.calls.length - 1].slice(0, value) :
-             r.kind !== 'picture' && !r.memories ? told(value, main.result) : this.output(r, value),
-    }));
-    const picture = results[0]?.kind === 'picture' && fn.changesPicture ? results.shift().value : this.picture;
-    return {picture, results, milliseconds};
+    const results = fn.results.map((r) => {
+      const {name, kind} = r;
+      if (r.memories || kind === 'picture') return {name, kind, value: this.output(r, value)};
+      return {name, kind, value: r.from === 'after' ? returned[fn.calls.length - 1] : told(value, main.result)};
+    });
+    return {picture: fn.changesPicture ? results.shift().value : this.picture, results, milliseconds};
   }
 
   // Arguments of a call: numbers and addresses.
@@ -117,9 +116,10 @@ class Run {
     } else if (call.resultMemory) {
       this.ends.push(() => this.sdk.call[call.resultMemory](value));
     }
-    if (call.lines) return value === 0 ? [] : this.records(value >>> 0, call.record, this.lines);
+    // A detector hands over as many records as its detection returned.
+    if (call.lines) return value === 0 ? [] : this.records(value >>> 0, call.record, this.detected);
     if (!call.record) {
-      if (call.result === 'int32_t') this.lines = value;
+      this.detected = value;
       return value;
     }
     const list = [];

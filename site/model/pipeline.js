@@ -14,8 +14,7 @@ export const isOn = (step) => !step.off;
 
 /** "coins/NuvGryAverageFilter,M=5/~NuvThreshold,T=90": readable. A step that is switched off begins with ~. */
 export function encode({picture, steps}) {
-  const escaped = (value) => encodeURIComponent(value).replace(/%3A/g, ':');
-  const text = (value) => escaped(typeof value === 'object' ? Object.values(value).join(':') : value);
+  const text = (value) => encodeURIComponent(inOneText(value)).replace(/%3A/g, ':');
   const written = ({call, parameters = {}, off}) => [
     off ? `~${call}` : call, ...Object.entries(parameters).map(([name, value]) => `${name}=${text(value)}`),
   ].join(',');
@@ -33,16 +32,16 @@ export function decode(text, functions) {
       const [name, ...parameters] = step.split(',');
       const call = name.replace(/^~/, '');
       if (functions && !known.has(call)) throw new Error(`The address names a function that is not here: "${call}".`);
-      return {
-        call, ...(name === call ? {} : {off: true}),
-        parameters: Object.fromEntries(parameters.map((p) => {
-          const [, parameter, value] = /^(\w+)=(.*)$/.exec(p) ?? [];
-          if (parameter === undefined) throw new Error(`The address holds "${p}", which is no parameter of ${call}.`);
-          return [parameter, decoded(unescaped(value), known.get(call)?.parameters.find((q) => q.name === parameter))];
-        })),
-      };
+      const values = parameters.map((text) => decodedParameter(text, call, known.get(call)));
+      return {call, ...(name === call ? {} : {off: true}), parameters: Object.fromEntries(values)};
     }),
   };
+}
+
+function decodedParameter(text, call, fn) {
+  const [, name, value] = /^(\w+)=(.*)$/.exec(text) ?? [];
+  if (name === undefined) throw new Error(`The address holds "${text}", which is no parameter of ${call}.`);
+  return [name, decoded(unescaped(value), fn?.parameters.find((p) => p.name === name))];
 }
 
 function unescaped(text) {
@@ -53,14 +52,20 @@ function unescaped(text) {
   }
 }
 
-const FIELDS_BY_NUMBER = {4: 'region', 3: 'colour', 2: 'point'};
+// Regions, colours and points differ in the number of their fields.
+const fieldsByNumber = (n) => fieldsOf({kind: {4: 'region', 3: 'colour', 2: 'point'}[n]});
+
+function inOneText(value) {
+  if (value === null || typeof value !== 'object') return String(value);
+  return fieldsByNumber(Object.keys(value).length).map((field) => value[field]).join(':');
+}
 
 function decoded(text, parameter) {
   if (parameter?.kind === 'text') return text;
   if (text === 'true' || text === 'false') return text === 'true';
   if (/^-?\d+(\.\d+)?(e[-+]?\d+)?$/.test(text)) return Number(text);
   const numbers = text.split(':').map(Number);
-  const fields = fieldsOf({kind: FIELDS_BY_NUMBER[numbers.length]});
+  const fields = fieldsByNumber(numbers.length);
   if (!fields || numbers.some(Number.isNaN)) return text;
   return Object.fromEntries(fields.map((field, i) => [field, numbers[i]]));
 }
@@ -164,7 +169,7 @@ function wrong(p, value, fn, picture, pictures) {
 const isInteger32 = (value) => Number.isInteger(value) && value === (value | 0);
 
 function wrongPicture(value, memories, p, picture, pictures) {
-  const other = pictureNamed(value, pictures);
+  const other = value === 'start' || value >= 0 ? pictureNamed(value, pictures) : undefined;
   if (!other) return '"start" or the number of an earlier step';
   const memory = Object.values(memories).find((m) => m.picture === p.name);
   if (memory?.takes === 'gray' && other.channels !== 1) return 'a gray picture';

@@ -23,6 +23,9 @@ export function pictureName(fn, channels) {
 /** A name for what a function returns: its own name without what all functions share. */
 export const resultName = (fn) => lower(fn.cppName.replace(/^Nuv(Get)?(\d+[DP]?(?=[A-Z]))?/, '').replace(/_.*$/, ''));
 
+/** Whether a function returns how many results it found. */
+export const isCounted = (fn) => fn.results.some((r) => r.counted || r.from === 'after');
+
 /** XOfRow becomes xOfRow, RLX rlx, and BinImg binImg. */
 export const lower = (name) => name.replace(/^[A-Z]+(?![a-z])|^[A-Z]/, (start) => start.toLowerCase());
 

@@ -32,7 +32,8 @@ const PIPELINES = [
   'coins/NuvRotateImgByCCS,angle=33/NuvShrinkImgByAvr,M=3,N=2/NuvImgRotate90DegreeCS/NuvZoomGryImg2x2',
   'coins/NuvThreshold/NuvHoughLines_HT/NuvFittingLine/NuvPointsRect/NuvContour2Poly4/NuvRLXRegionsGet',
   'camera/NuvImgChainLines_DoGryImg,minLength=40/NuvMergeSplit,minArea=500/NuvGryFastMedianFilter/NuvMaxBrightRect',
-  'camera/NuvShenJunEdgeFastWithPoints/~NuvThreshold/NuvRemoveEdgePointsByGrd/NuvGryImgPrjXYInRect/NuvImageShift',
+  'camera/NuvImgChainLines_DoGryImg,bFitLines=false/NuvShenJunEdgeFastWithPoints/~NuvThreshold/' +
+      'NuvRemoveEdgePointsByGrd/NuvGryImgPrjXYInRect/NuvImageShift',
   'camera/NuvGry2RGBImg,GreenImg=start/NuvRGBLine,colour=1:2:3/NuvYUV420SP2RGB/NuvRGBImgPrj2X/NuvRGB2YUV422P',
   'lines/NuvCopyRGBRectWithGry/NuvRGBAverageFilterFast/NuvRGB2Gry/NuvShiftXPerRowFast,k=0.25/NuvDataAvrAndDif',
   'lines/NuvRGB2Gry/NuvRobertByMask,MskImg=0/NuvShiftImg2BasedImg1,Img2=0/NuvImgDifferenceInRect,Img2=0/' +

@@ -78,7 +78,7 @@ test('addresses hold states', () => {
   const state = {picture: 'coins', steps: [
     {call: 'NuvGryAverageFilter', parameters: {M: 40, N: 40}},
     {call: 'NuvImg1Substract2To2', parameters: {Img1: 'start'}, off: true},
-    {call: 'NuvDrawGryRect', parameters: {region: {left: -5, top: 1, right: 20, bottom: 30}}},
+    {call: 'NuvDrawGryRect', parameters: {region: {bottom: 30, right: 20, left: -5, top: 1}}},
     {call: 'NuvSetNumberString2GryImg', parameters: {Str: '3,5/7=:%', point: {x: 1, y: 2}}}]};
   assert.equal(encode(state), 'coins/NuvGryAverageFilter,M=40,N=40/~NuvImg1Substract2To2,Img1=start/' +
                'NuvDrawGryRect,region=-5:1:20:30/NuvSetNumberString2GryImg,Str=3%2C5%2F7%3D:%25,point=1:2');
@@ -113,6 +113,7 @@ test('what a step cannot take is said in a sentence', () => {
     [coins, 'NuvExtractEdgePointInCircle', {rx: 300}, /^Centre must be a column with the ellipse inside the image\.$/],
     [coins, 'NuvMarkContour', {}, /takes a picture whose border is black: put NuvSetImageBoundary before it\.$/],
     [coins, 'NuvImgDifferenceInRect', {rect2: {left: 0, top: 0, right: 10, bottom: 303}}, /inside the picture/],
+    [coins, 'NuvImg1AndImg2To1', {Img2: -1}, /"start" or the number/],
     [coins, 'NuvImg1AndImg2To1', {Img2: 3}, /^Second picture must be "start" or the number of an earlier step\.$/],
     [lines, 'NuvRGBRectAvr', {}, /^Mask must be a gray picture\.$/],
     [coins, 'NuvSetNumberString2GryImg', {Str: 'é'}, /plain characters/],
