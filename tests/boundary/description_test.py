@@ -8,7 +8,7 @@ import unittest
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
-from description import headers, measured  # noqa: E402
+from description import contracts, headers, measured  # noqa: E402
 
 HEADER = """#include <cstdint>
 #define NUV_API
@@ -82,6 +82,16 @@ class Faults(unittest.TestCase):
 
     def test_a_described_argument_must_exist(self):
         self.expect_fault("no argument other", "bytes pData\n/// @param other  nothing", lambda a, b: a)
+
+    def test_a_statement_about_callers_must_name_something(self):
+        functions = [{"plain_name": "Change", "arguments": [{"name": "a"}]}]
+        empty = {"regions_inside": {"functions": []}, "lists": {}, "ranges": {}, "roles": {}, "tails": {}}
+        contracts.add(functions, {**empty, "ranges": {"Change.a": ["0", "9", "a digit"]}})
+        self.assertEqual(functions[0]["arguments"][0]["range"], {"least": "0", "most": "9", "demand": "a digit"})
+        for section, statement in (("ranges", {"Change.b": ["", "", ""]}), ("lists", {"Other": ["", "pX"]}),
+                                   ("roles", {"scratch": ["Change.b"]}), ("regions_inside", {"functions": ["Other"]})):
+            with self.assertRaisesRegex(contracts.ContractError, "there is no (Change.b|Other)"):
+                contracts.add(functions, {**empty, section: statement})
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 // The module, and the native build beside which the tests put it.
 
+import assert from 'node:assert/strict';
 import {execFile} from 'node:child_process';
 import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
@@ -10,6 +11,7 @@ import {promisify} from 'node:util';
 import {code} from '../../site/model/code.js';
 import {Engine} from '../../site/model/engine.js';
 import {decodePicture, functions, shippedPicture} from '../../site/model/files.js';
+import {printedNumbers} from '../../site/model/words.js';
 
 export const root = fileURLToPath(new URL('../..', import.meta.url));
 const native = process.env.NUV_BUILD_DIR ?? join(root, 'build/release');
@@ -41,17 +43,48 @@ export function bmpOf({width, height, channels, data}) {
   return file;
 }
 
-/** The picture that the native library gives for a state, by its program in Python. */
-export async function nativeResult(state) {
+// Runs programs in one process of Python: job.json lists [program, picture, result].
+const RUNNER = `
+import contextlib, io, json, runpy, sys
+texts = []
+for job in json.load(open(sys.argv[1])):
+    sys.argv, text = job, io.StringIO()
+    with contextlib.redirect_stdout(text):
+        runpy.run_path(job[0])
+    texts.append(text.getvalue())
+json.dump(texts, sys.stdout)
+`;
+
+/** What the native library gives for states, by their programs in Python: [{picture, text}]. */
+export async function nativeResults(states) {
   const folder = mkdtempSync(join(tmpdir(), 'native'));
-  const [program, start, result] = ['program.py', 'start.bmp', 'result.bmp'].map((name) => join(folder, name));
-  const picture = shippedPicture(state.picture);
-  writeFileSync(program, code(state, functions, 'python', picture));
-  writeFileSync(start, bmpOf(picture));
   try {
-    await promisify(execFile)('/usr/bin/python3', [program, start, result], {env: build.environment});
-    return decodePicture(readFileSync(result));
+    const jobs = states.map((state, i) => {
+      const [program, start, result] = ['py', 'start.bmp', 'bmp'].map((end) => join(folder, `${i}.${end}`));
+      const picture = shippedPicture(state.picture);
+      writeFileSync(program, code(state, functions, 'python', picture));
+      writeFileSync(start, bmpOf(picture));
+      return [program, start, result];
+    });
+    writeFileSync(join(folder, 'job.json'), JSON.stringify(jobs));
+    const settings = {env: build.environment, maxBuffer: 1e9};
+    const {stdout} = await promisify(execFile)('/usr/bin/python3', ['-c', RUNNER, join(folder, 'job.json')], settings);
+    return JSON.parse(stdout).map((text, i) => ({picture: decodePicture(readFileSync(jobs[i][2])), text}));
   } finally {
     rmSync(folder, {recursive: true});
   }
 }
+
+const NUMBER = /(?<![A-Za-z_\d.])-?(?:\d+(?:\.\d+)?(?:e[-+]\d+)?|nan|inf)(?![A-Za-z_])/g;
+
+/** Compares what a program printed with the results of its steps. */
+export function assertPrinted(text, results, message) {
+  const numbers = results.flatMap(printedNumbers);
+  const values = text.split('\n').map((line) => line.slice(line.indexOf(':') + 1));
+  const printed = values.flatMap((value) => value.match(NUMBER) ?? []).map(Number);
+  assert.equal(printed.length, numbers.length, `${message}: the count of numbers`);
+  printed.forEach((value, i) => assert.ok(isNear(value, numbers[i]), `${message}: ${value} instead of ${numbers[i]}`));
+}
+
+// Sines differ in their last bit, and programs print ten digits.
+const isNear = (a, b) => Object.is(a, b) || Math.abs(a - b) <= 1e-6 * Math.max(1, Math.abs(b));
