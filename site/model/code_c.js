@@ -1,8 +1,9 @@
 // Programs in C++ and C. Both call the same functions; memory is a std::vector in C++, and from calloc in C.
 
 import {print, substitute} from './formulas.js';
+import {RECTANGLE, valuesOf} from './values.js';
 import {
-  isCounted, lower, Names, pictureName, PRINTED, readLater, RECTANGLE, resultName, singleFormat, wordsOf, wrapped,
+  isCounted, lower, Names, pictureName, PRINTED, readLater, resultName, singleFormat, wrapped,
 } from './words.js';
 
 const FORMATS = {int32_t: '%d', uint32_t: '%u', uint8_t: '%d', double: '%.10g'};
@@ -105,7 +106,7 @@ class Program {
     this.say();
     this.say(`// ${fn.brief}`);
     const memory = {};
-    const words = wordsOf(step, current, this.pictures);
+    const words = valuesOf(fn, step.parameters, current, (number) => this.pictures[number]);
     const returned = fn.calls.map((call) => this.call({step, steps, index, current, memory, words}, call));
     this.print(step, memory, returned);
     const result = fn.results[0];
@@ -122,7 +123,7 @@ class Program {
     const {step: {fn}, words, memory} = state;
     const main = call === fn.calls[fn.main];
     for (const a of call.arguments.filter(({memory: key}) => key?.startsWith('points.'))) this.points(state, a.memory);
-    const trees = {rows: words.rows, width: words.width, height: words.height, channels: words.channels};
+    const trees = {...words};
     for (const a of call.arguments) {
       if (a.type === 'tagRECT') {
         for (const f of RECTANGLE) trees[`${a.name}.${f}`] = words[a.formula + f];

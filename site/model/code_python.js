@@ -1,12 +1,11 @@
 // Programs in Python. The package leaves out what arrays know, and returns results instead of writing to memory.
 
 import {print, substitute} from './formulas.js';
-import {
-  isCounted, Names, pictureName, PRINTED, RECTANGLE, resultName, singleFormat, wordsOf, wrapped,
-} from './words.js';
+import {RECTANGLE, valuesOf} from './values.js';
+import {isCounted, Names, pictureName, PRINTED, resultName, singleFormat, wrapped} from './words.js';
 
-export function codeInPython(steps) {
-  const program = new Program();
+export function codeInPython(steps, start) {
+  const program = new Program(start);
   steps.forEach((step) => program.step(step));
   return program.text();
 }
@@ -45,11 +44,10 @@ function pointerRole(a) {
 }
 
 class Program {
-  constructor() {
+  constructor(start) {
     this.names = new Names('sys numpy nuv max print c x y r value'.split(' '));
     this.lines = [];
-    const name = this.names.take('picture');
-    this.pictures = [picture(name)];
+    this.pictures = [picture(this.names.take('picture'), start)];
   }
 
   say(text = '') {
@@ -61,13 +59,13 @@ class Program {
     const current = this.pictures[this.pictures.length - 1];
     this.say();
     this.say(`# ${fn.brief}`);
-    const state = {step, current, memory: {},
-                   words: {...wordsOf(step, current, this.pictures), channels: step.picture.channels}};
+    const words = valuesOf(fn, step.parameters, current, (number) => this.pictures[number]);
+    const state = {step, current, words, memory: {}};
     const returned = fn.calls.map((call) => this.call(state, call));
     this.print(step, state.memory, returned);
     const [result] = fn.results;
     this.pictures.push(!fn.changesPicture ? current :
-                       picture(result.memories ? state.memory[result.memories[0]] : returned[fn.main]));
+                       picture(result.memories ? state.memory[result.memories[0]] : returned[fn.main], step.after));
   }
 
   // Makes a call. state.memory receives the names of what it gives; the name of what it returns is the result.
@@ -224,7 +222,8 @@ class Program {
   }
 }
 
-const picture = (name) => ({name, width: `${name}.shape[1]`, height: `${name}.shape[0]`});
+// A picture under its name in the program.
+const picture = (name, {channels}) => ({name, width: `${name}.shape[1]`, height: `${name}.shape[0]`, channels});
 
 // Whether a result is told in one line with others.
 const isSingle = (r, m) => !['contours', 'regions'].includes(r.kind) && r.from !== 'after' && (!m || m.count === '1');

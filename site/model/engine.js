@@ -3,7 +3,7 @@
 import {load} from '../../bindings/web/nuvimgsdk.mjs';
 import {evaluate} from './formulas.js';
 import {stepComplaints, withInitialValues} from './pipeline.js';
-import {numbersOf, pictureNamed, valuesOf} from './values.js';
+import {numbersOf, pictureNamed, RECTANGLE, valuesOf} from './values.js';
 
 const TYPES = {
   uint8_t: {size: 1, array: Uint8Array, get: 'getUint8'}, bool: {size: 1, array: Uint8Array, get: 'getUint8'},
@@ -105,7 +105,7 @@ class Run {
     return call.arguments.map((a) => {
       if (a.memory !== undefined) return this.memory(a.memory).address;
       if (a.type !== 'tagRECT') return this.numbers[a.name];
-      return this.put(Int32Array.of(...['left', 'top', 'right', 'bottom'].map((f) => this.numbers[`${a.name}.${f}`])));
+      return this.put(Int32Array.from(RECTANGLE, (field) => this.numbers[`${a.name}.${field}`]));
     });
   }
 

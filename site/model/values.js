@@ -3,46 +3,46 @@
 import {fieldsOf} from './catalogue.js';
 import {evaluate} from './formulas.js';
 
-const RECTANGLE = ['left', 'top', 'right', 'bottom'];
+/** The ends of a rectangle in the order of tagRECT. */
+export const RECTANGLE = ['left', 'top', 'right', 'bottom'];
 
 /** The picture that a picture parameter's value names. `pictures` are the start and those after each earlier step. */
 export const pictureNamed = (value, pictures) => pictures[value === 'start' ? 0 : value + 1];
 
 /**
- * The values of the names in a step's formulas.
+ * The values of the names in a step's formulas: numbers, or names in programs for the sizes of pictures.
  * @param pictureOf  the picture that a value of a picture parameter names
  */
 export function valuesOf(fn, parameters, picture, pictureOf) {
-  const values = {width: picture.width, height: picture.height, channels: picture.channels};
+  const {width, height, channels} = picture;
+  const values = {width, height, channels, rows: height};
   for (const p of fn.parameters) {
     const value = parameters[p.name];
     if (p.kind === 'picture') {
-      const {width, height} = pictureOf(value);
-      Object.assign(values, {[`${p.name}.width`]: width, [`${p.name}.height`]: height});
+      const other = pictureOf(value);
+      Object.assign(values, {[`${p.name}.width`]: other.width, [`${p.name}.height`]: other.height});
     } else if (fieldsOf(p)) {
       for (const field of fieldsOf(p)) values[`${p.name}.${field}`] = value[field];
-    } else {
-      values[p.name] = value;
+    } else if (p.kind !== 'text') {
+      values[p.name] = Number(value);
     }
   }
   return values;
 }
 
-/** The numbers among the arguments of a call, by name, as far as `values` gives them. */
+/** The numbers among the arguments of a call, by name. Some are known only when the calls before have been made. */
 export function numbersOf(call, values) {
-  const numbers = {width: values.width, height: values.height, rows: values.height, channels: values.channels};
+  const {width, height, channels, rows} = values;
+  const numbers = {width, height, channels, rows};
   for (const a of call.arguments) {
     if (a.type === 'tagRECT') {
       for (const field of RECTANGLE) numbers[`${a.name}.${field}`] = values[a.formula + field];
-    } else if (a.formula !== undefined && !(a.formula in LATER && !(a.formula in values))) {
+    } else if (a.formula in values || (a.formula !== undefined && !/^(chain|points)\./.test(a.formula))) {
       numbers[a.name] = evaluate(a.formula, values);
     }
   }
   return numbers;
 }
-
-// Names that get values while a step runs.
-const LATER = {'chain.x': 0, 'chain.y': 0, 'chain.N': 0, 'points.N': 0};
 
 /** Width, height and channels of the picture after a step. */
 export function pictureAfter(fn, parameters, picture, pictureOf) {

@@ -1,8 +1,5 @@
 // What programs in all languages share: names of variables, and how results are told.
 
-import {fieldsOf} from './catalogue.js';
-import {evaluate, parse} from './formulas.js';
-
 // How the picture is called that a function of a room makes.
 const MADE_BY = {
   'Image arithmetic': 'combined', 'Binary images': 'cleaned', 'Contours': 'outlined', 'Drawing': 'drawn',
@@ -10,9 +7,6 @@ const MADE_BY = {
   'Noise': 'noisy', 'Binarising': 'binary', 'Pasting': 'pasted', 'Changes of size': 'resized',
   'Flips and turns': 'turned', 'Turned rectangles': 'turned', 'Gradient images': 'gradient', 'Regions': 'region',
 };
-
-/** The ends of a rectangle in the order of tagRECT. */
-export const RECTANGLE = ['left', 'top', 'right', 'bottom'];
 
 /** The name of the picture that a step makes. */
 export function pictureName(fn, channels) {
@@ -43,27 +37,10 @@ export class Names {
   }
 }
 
-/** The values of a step's formulas as far as they are numbers; sizes of pictures are names. */
-export function wordsOf({fn, parameters}, current, pictures) {
-  const words = {width: current.width, height: current.height, rows: current.height, channels: current.channels};
-  for (const p of fn.parameters) {
-    const value = parameters[p.name];
-    if (p.kind === 'picture') {
-      const {width, height} = pictures[value];
-      Object.assign(words, {[`${p.name}.width`]: width, [`${p.name}.height`]: height});
-    } else if (fieldsOf(p)) {
-      for (const field of fieldsOf(p)) words[`${p.name}.${field}`] = value[field];
-    } else if (p.kind !== 'text') {
-      words[p.name] = Number(value);
-    }
-  }
-  return words;
-}
-
-/** Pictures, by number, that a later step reads besides the one before it. A step must not change them in place. */
+/** Whether one of the steps from a place on names a picture by its number. */
 export function readLater(steps, number, from) {
-  return steps.slice(from).some(({fn, parameters}) => fn.parameters.some((p) => p.kind === 'picture' &&
-                                                                        parameters[p.name] === number));
+  const reads = ({fn, parameters}) => fn.parameters.some((p) => p.kind === 'picture' && parameters[p.name] === number);
+  return steps.slice(from).some(reads);
 }
 
 /** Members of a list's records that programs print. */

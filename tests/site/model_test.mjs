@@ -36,6 +36,10 @@ test('each function is in the catalogue, or its absence has a reason', () => {
   for (const name of [...Object.keys(choices.functions), ...Object.keys(choices.parametersOf)]) {
     assert.ok(known.has(name), `there is no ${name} to describe`);
   }
+  const used = functions.flatMap((f) => f.parameters.flatMap(({name, kind}) => [name, kind, `${f.name}.${name}`]));
+  const chosen = Object.entries(choices.parametersOf).flatMap(([f, own]) => Object.keys(own).map((p) => `${f}.${p}`));
+  const stated = [...Object.keys(choices.parameters), ...chosen];
+  assert.deepEqual(stated.filter((name) => !used.includes(name)), [], 'parameters that no function has');
   const names = choicesText.match(/(?<=^    )"\w+"(?=: \{)/gm);
   const sections = [choices.parameters, choices.parametersOf, choices.functions];
   assert.deepEqual(names, sections.flatMap(Object.keys).map((name) => `"${name}"`), 'a name stands twice');
