@@ -1,0 +1,436 @@
+// The page: holds the state, runs it in the worker, and shows what comes back.
+
+import {h, sizeText, timeText, numberText} from './elements.js';
+import {decodePicture, canvasOf} from './picture.js';
+import {Chooser} from './chooser.js';
+import {CopyAs, copyText} from './copy_as.js';
+import {Runner} from './runner.js';
+import {showResults} from './results.js';
+import {listenForPictures} from './sources.js';
+import {StepList, drawThumbnail} from './steps.js';
+import {View} from './view.js';
+import {initialValues} from '../model/catalogue.js';
+import {decode, encode} from '../model/pipeline.js';
+import {FIRST} from './first.js';
+
+const LONG = 400;  // milliseconds after which a run is worth a word and a stop button
+
+const $ = (id) => document.getElementById(id);
+
+// The bytes of an element that holds them compressed, in base64.
+async function unpack(id) {
+  const packed = Uint8Array.from(atob($(id).textContent), (letter) => letter.charCodeAt(0));
+  const stream = new Blob([packed]).stream().pipeThrough(new DecompressionStream('gzip'));
+  return new Uint8Array(await new Response(stream).arrayBuffer());
+}
+
+const page = {
+  functions: new Map(),  // by name
+  shipped: [],           // {name, title, source}
+  state: {picture: '', steps: []},
+  selected: 0,           // 0 is the start, k the picture after step k
+  start: null,
+  own: null,             // {picture, name} of the visitor
+  outcomes: [],          // by step: {made, picture, results, milliseconds} or {made, complaints}
+  armed: null,           // {name, button}: the setting that the mouse draws
+  lastChange: '',
+
+  // The picture that step k gets.
+  inputOf(k) {
+    for (let i = k - 1; i >= 0; --i) {
+      if (this.outcomes[i]?.picture) return this.outcomes[i].picture;
+    }
+    return this.start;
+  },
+
+  select(index) {
+    this.selected = index;
+    this.disarm();
+    steps.render();
+    showAll();
+  },
+
+  // Takes a new state. kind names the change: an entry of the history is made when it is not the kind of the last one.
+  take(state, kind) {
+    const replaces = kind !== 'structure' && kind === this.lastChange;
+    this.lastChange = kind;
+    this.state = state;
+    const address = `#${encode(state)}`;
+    if (replaces) history.replaceState(null, '', address);
+    else history.pushState(null, '', address);
+    run();
+  },
+
+  changeSteps(steps_, selected) {
+    this.selected = Math.min(selected, steps_.length);
+    this.disarm();
+    this.outcomes.length = Math.min(this.outcomes.length, commonStart(this.state.steps, steps_));
+    this.take({...this.state, steps: steps_}, 'structure');
+    steps.render();
+    showAll();
+  },
+
+  add(fn) {
+    const all = renumbered(this.state.steps, (index) => (index >= this.selected ? index + 1 : index));
+    all.splice(this.selected, 0, {call: fn.name, parameters: {}});
+    this.changeSteps(all, this.selected + 1);
+    steps.focus(this.selected - 1);
+  },
+
+  move(k, to) {
+    if (to < 0 || to >= this.state.steps.length || to === k) return;
+    const all = [...this.state.steps];
+    all.splice(to, 0, ...all.splice(k, 1));
+    const key = document.activeElement?.dataset.key?.replace(/\d+$/, to);
+    this.changeSteps(renumbered(all, (index) => (
+      index === k ? to : index - (k < index && index <= to) + (to <= index && index < k))), to + 1);
+    steps.render(key);
+    say(`${all[to].call} is now step ${to + 1} of ${all.length}.`);
+  },
+
+  remove(k) {
+    const all = this.state.steps.filter((_, i) => i !== k);
+    const name = this.state.steps[k].call;
+    this.changeSteps(renumbered(all, (index) => (index < k ? index : index - 1 < 0 ? 'start' : index - 1)), this.selected > k ? this.selected - 1 : this.selected);
+    if (all.length) steps.focus(Math.min(k, all.length - 1));
+    else $('add').focus();
+    say(`${name} is removed.`);
+  },
+
+  toggle(k) {
+    this.changeSteps(this.state.steps.map((step, i) => {
+      if (i !== k) return step;
+      const {off, ...rest} = step;
+      return off ? rest : {...rest, off: true};
+    }), this.selected);
+  },
+
+  reset(k) {
+    this.changeSteps(this.state.steps.map((step, i) => (i === k ? {...step, parameters: {}} : step)), this.selected);
+    steps.focus(k);
+  },
+
+  setParameter(k, name, value) {
+    const step = this.state.steps[k];
+    const initial = initialValues(this.functions.get(step.call), this.inputOf(k))[name];
+    const parameters = {...step.parameters, [name]: value};
+    if (JSON.stringify(value) === JSON.stringify(initial)) delete parameters[name];
+    this.outcomes.length = Math.min(this.outcomes.length, k + 1);
+    this.take({...this.state, steps: this.state.steps.map((s, i) => (i === k ? {...s, parameters} : s))}, `${k} ${name}`);
+    showView();
+  },
+
+  // The mouse draws the setting of the selected step until it has done so.
+  arm(parameter, button) {
+    const again = this.armed?.name === parameter.name;
+    this.disarm();
+    if (!again) {
+      this.armed = {name: parameter.name, button};
+      button.setAttribute('aria-pressed', 'true');
+      if (matchMedia('(max-width: 700px)').matches) $('view').scrollIntoView({block: 'nearest'});
+    }
+    showView();
+  },
+
+  disarm() {
+    this.armed?.button.setAttribute('aria-pressed', 'false');
+    this.armed = null;
+  },
+};
+
+// How many steps two pipelines have in common from the beginning.
+function commonStart(a, b) {
+  let k = 0;
+  while (k < a.length && k < b.length && a[k] === b[k]) ++k;
+  return k;
+}
+
+// Steps whose settings name the picture of another step, with the new places of those.
+function renumbered(all, place) {
+  return all.map((step) => {
+    const pictures = (page.functions.get(step.call)?.parameters ?? []).filter(({kind}) => kind === 'picture');
+    const moved = Object.fromEntries(pictures.map(({name}) => [name, step.parameters[name]])
+      .filter(([, index]) => Number.isInteger(index)).map(([name, index]) => [name, place(index)]));
+    return Object.keys(moved).length ? {...step, parameters: {...step.parameters, ...moved}} : step;
+  });
+}
+
+let runner, view, steps, chooser, copyAs;
+
+// ---- Running ----
+
+let waiting = null;  // {since, step, timer} while the worker is at work
+
+function run() {
+  $('again').hidden = true;
+  beginWaiting();
+  runner.start(page.state, page.outcomes.map((outcome) => outcome?.made));
+}
+
+function beginWaiting() {
+  if (waiting) return;
+  document.querySelector('main').setAttribute('aria-busy', 'true');
+  waiting = {since: performance.now(), step: 0};
+  waiting.timer = setInterval(() => {
+    const passed = performance.now() - waiting.since;
+    if (passed < LONG) return;
+    const text = `${page.state.steps[waiting.step]?.call ?? 'The pipeline'} is running`;
+    if ($('stop').hidden) say(`${text}. It can be stopped.`);
+    $('stop').hidden = false;
+    setStatus(`${text} · ${timeText(passed)}`);
+  }, 100);
+}
+
+function endWaiting() {
+  clearInterval(waiting?.timer);
+  waiting = null;
+  document.querySelector('main').setAttribute('aria-busy', 'false');
+  $('stop').hidden = true;
+}
+
+function report(message) {
+  if (message.failed) return complain(message.failed);
+  if (message.ready) return;
+  const {step} = message;
+  if (message.began) {
+    if (waiting) waiting.step = step;
+  } else if (message.done) {
+    finish();
+  } else {
+    if (message.picture || message.complaints) page.outcomes[step] = message;
+    steps.update(step, page.outcomes[step]);
+    if (page.selected >= step + 1) showAll();
+  }
+}
+
+function finish() {
+  endWaiting();
+  const failed = page.outcomes.findIndex((outcome) => outcome?.complaints);
+  page.outcomes.length = failed < 0 ? page.state.steps.length : failed + 1;
+  page.state.steps.forEach((_, k) => steps.update(k, page.outcomes[k]));
+  showAll();
+  const on = page.state.steps.filter(({off}) => !off).length;
+  const time = page.outcomes.reduce((sum, {milliseconds = 0}) => sum + milliseconds, 0);
+  if (failed >= 0) setStatus(`Step ${failed + 1} did not run`);
+  else setStatus(`${on} ${on === 1 ? 'step' : 'steps'} · ${timeText(time)}`);
+  if (failed >= 0) say(`Step ${failed + 1}, ${page.state.steps[failed].call}: ${page.outcomes[failed].complaints[0].sentence}`);
+}
+
+function stop() {
+  const {step, since} = waiting;
+  runner.stop();
+  endWaiting();
+  page.outcomes.length = step;
+  page.outcomes[step] = {complaints: [{sentence: `Stopped after ${timeText(performance.now() - since)}.`}]};
+  finish();
+  $('again').hidden = false;
+  $('again').focus();
+}
+
+// ---- Showing ----
+
+const setStatus = (text) => ($('status').textContent = text);
+const say = (text) => ($('spoken').textContent = text);
+
+function complain(sentence) {
+  $('notice').textContent = sentence;
+  $('notice').hidden = !sentence;
+}
+
+function showAll() {
+  showView();
+  const {selected, outcomes} = page;
+  const picture = shownPicture();
+  if (picture) showResults($('found'), picture, outcomes[selected - 1]?.results ?? [], (item) => view.show({emphasised: item}));
+}
+
+// The picture after the selected step, or the nearest one before it if it has none.
+const shownPicture = () => page.inputOf(page.selected);
+
+function showView() {
+  const {selected, outcomes, armed, start} = page;
+  if (!start) return;
+  const input = selected ? page.inputOf(selected - 1) : start;
+  const sameSize = (a, b) => a.width === b.width && a.height === b.height;
+  let picture = shownPicture();
+  let before = {start, input}[$('before').value] ?? null;
+  if (selected === 0) before = null;
+  // Regions and points belong to the picture that the step gets.
+  if (armed && !sameSize(picture, input)) {
+    picture = input;
+    before = null;
+  }
+  const overlay = $('overlay').checked;
+  const marks = (overlay || armed) && sameSize(picture, input) ? marksOfSelected(input) : [];
+  const name = `after step ${selected}`;
+  view.show({
+    picture, before, marks,
+    beforeLabel: $('before').value === 'input' ? 'input' : 'start',
+    afterLabel: name,
+    results: overlay && outcomes[selected - 1]?.results || [],
+    emphasised: null,
+    armed: marks.find((mark) => mark.name === armed?.name) ?? null,
+  });
+  $('view').setAttribute('aria-label', `Picture ${selected ? `after step ${selected}, ${page.state.steps[selected - 1].call}` : 'at the start'}, ${sizeText(picture)}`);
+  for (const button of document.querySelectorAll('#start-title')) button.setAttribute('aria-current', String(selected === 0));
+  $('start').classList.toggle('selected', selected === 0);
+  $('add').textContent = selected === page.state.steps.length ? 'Add a step' : selected ? `Add a step after step ${selected}` : 'Add a step at the start';
+}
+
+function marksOfSelected(input) {
+  const step = page.state.steps[page.selected - 1];
+  if (!step || step.off) return [];
+  const fn = page.functions.get(step.call);
+  const values = {...initialValues(fn, input), ...step.parameters};
+  return fn.parameters.filter(({kind}) => kind === 'region' || kind === 'point')
+    .map(({name, kind, label}) => ({name, kind, label, value: values[name]}))
+    .filter(({value}) => Object.values(value).every(Number.isFinite));
+}
+
+function marked(name, value, isFinal) {
+  const k = page.selected - 1;
+  steps.showParameter(k, name, value);
+  if (isFinal) page.disarm();
+  page.setParameter(k, name, value);
+}
+
+// ---- The start ----
+
+async function takeShipped(name) {
+  const {source} = page.shipped.find((picture) => picture.name === name);
+  const bytes = await unpack(`picture-${name}`);
+  setStart(await decodePicture(new Blob([bytes])));
+  document.querySelector('.source').textContent = source;
+}
+
+function setStart(picture) {
+  page.start = picture;
+  page.outcomes = [];
+  runner.setPicture(picture);
+  const start = $('start');
+  start.querySelector('.note').textContent = `${sizeText(picture)} ${picture.channels === 1 ? 'gray' : 'colour'}`;
+  drawThumbnail(start.querySelector('canvas'), picture);
+  const {reducedFrom} = picture;
+  document.querySelector('.source').textContent =
+    reducedFrom ? `Reduced from ${sizeText(reducedFrom)}.` : 'It stays on this machine.';
+}
+
+function takeOwn(picture, name) {
+  page.own = {picture, name};
+  complain('');
+  setStart(picture);
+  page.take({...page.state, picture: 'own'}, 'structure');
+  fillPictures();
+  steps.render();
+  showAll();
+  say(`${name} is open.`);
+}
+
+function fillPictures() {
+  const select = $('shipped');
+  select.replaceChildren(...page.shipped.map(({name, title}) => h('option', {value: name}, title)),
+    ...(page.own ? [h('option', {value: 'own'}, page.own.name)] : []));
+  select.value = page.state.picture;
+}
+
+// Takes the state that the address holds.
+async function readAddress() {
+  const address = decodeURI(location.hash.slice(1)) || FIRST;
+  let state;
+  try {
+    state = decode(address, [...page.functions.values()]);
+  } catch (error) {
+    complain(error.message);
+    state = decode(FIRST, [...page.functions.values()]);
+  }
+  if (state.picture === 'own' && !page.own) {
+    complain('This address was made with a picture that it does not hold. Open a picture of your own, or go on with this one.');
+    state = {...state, picture: page.shipped[0].name};
+  } else if (state.picture !== 'own' && !page.shipped.some(({name}) => name === state.picture)) {
+    complain(`There is no picture "${state.picture}" here.`);
+    state = {...state, picture: page.shipped[0].name};
+  }
+  const samePicture = page.start && page.state.picture === state.picture;
+  page.lastChange = '';
+  page.outcomes.length = samePicture ? Math.min(page.outcomes.length, commonStart(page.state.steps, state.steps)) : 0;
+  page.selected = page.start ? Math.min(page.selected, state.steps.length) : state.steps.length;
+  page.state = state;
+  if (!samePicture) {
+    if (state.picture === 'own') setStart(page.own.picture);
+    else await takeShipped(state.picture);
+  }
+  fillPictures();
+  steps.render();
+  showAll();
+  run();
+}
+
+// ---- Beginning ----
+
+async function begin() {
+  const text = async (id) => new TextDecoder().decode(await unpack(id));
+  const {functions, pictures} = JSON.parse(await text('catalogue'));
+  page.shipped = pictures;
+  page.functions = new Map(functions.map((fn) => [fn.name, fn]));
+  const module = await WebAssembly.compile(await unpack('module'));
+  runner = new Runner(await text('worker'), module, functions, report);
+  view = new View($('view'), {
+    read: (reading, byKeyboard) => {
+      $('reading').textContent = reading;
+      if (byKeyboard) say(reading);
+    },
+    zoomed: (scale) => ($('zoom').textContent = `${numberText(Math.round(scale * 100))} %`),
+    marked,
+    disarm: () => {
+      page.disarm();
+      showView();
+    },
+  });
+  steps = new StepList($('steps'), page);
+  chooser = new Chooser($('chooser'), functions, (fn) => page.add(fn));
+  copyAs = new CopyAs($('code'), functions, say);
+
+  $('start-title').addEventListener('click', () => page.select(0));
+  $('add').addEventListener('click', () => chooser.open(shownPicture().channels, $('add').textContent));
+  $('shipped').addEventListener('change', async () => {
+    const name = $('shipped').value;
+    complain('');
+    if (name === 'own') return takeOwn(page.own.picture, page.own.name);
+    await takeShipped(name);
+    page.take({...page.state, picture: name}, 'structure');
+    steps.render();
+    showAll();
+  });
+  $('copy-as').addEventListener('click', () => copyAs.open(page.state, page.start));
+  $('copy-link').addEventListener('click', async () => {
+    await copyText(location.href);
+    say(page.state.picture === 'own' ? 'The link is on the clipboard. It does not hold your picture.' : 'The link is on the clipboard.');
+  });
+  for (const id of ['before', 'overlay']) $(id).addEventListener('change', showView);
+  $('zoom-in').addEventListener('click', () => view.zoomTo(view.scale * 1.5));
+  $('zoom-out').addEventListener('click', () => view.zoomTo(view.scale / 1.5));
+  $('zoom-fit').addEventListener('click', () => view.fit());
+  $('zoom-one').addEventListener('click', () => view.zoomTo(1));
+  $('save').addEventListener('click', save);
+  $('stop').addEventListener('click', stop);
+  $('again').addEventListener('click', () => {
+    page.outcomes.length = Math.max(0, page.outcomes.findIndex((outcome) => outcome?.complaints));
+    run();
+  });
+  listenForPictures({
+    fileButton: $('open'), fileInput: $('file'), cameraButton: $('camera'), cameraDialog: $('camera-dialog'),
+    dropZone: document.body,
+  }, takeOwn, complain);
+  addEventListener('popstate', readAddress);
+  matchMedia('(prefers-color-scheme: dark)').addEventListener('change', showAll);
+  await readAddress();
+}
+
+async function save() {
+  const blob = await canvasOf(shownPicture()).convertToBlob();
+  const link = h('a', {href: URL.createObjectURL(blob), download: `${page.state.picture}-${page.selected}.png`});
+  link.click();
+  URL.revokeObjectURL(link.href);
+}
+
+begin().catch((error) => complain(`The playground could not be started: ${error.message}`));
