@@ -2,6 +2,7 @@
 // of pixel (0, 0) lies at (0.5, 0.5), so that they scale with it.
 
 const MOST_COLOURS = 24;
+const MANY = 400;  // points from which each is as small as a pixel
 
 // Items of a series get hues that lie far apart.
 const hue = (index) => `hsl(${(38 + 137.5 * (index % MOST_COLOURS)) % 360} 95% 60%)`;
@@ -44,18 +45,28 @@ export function drawable({kind, value}) {
 
 // Draws what results hold. scale is the number of screen pixels per pixel of the picture; emphasised is an item or none.
 export function drawResults(context, results, scale, emphasised) {
-  const arm = Math.max(1.5, 5 / scale);
   for (const result of results) {
     const items = drawable(result);
-    const paths = Array.from({length: Math.min(items.length, MOST_COLOURS)}, () => new Path2D());
-    items.forEach((item, i) => DRAW[result.kind](paths[i % MOST_COLOURS], item, arm));
-    paths.forEach((path, i) => stroke(context, path, scale, items.length > 1 ? hue(i) : hue(0), 1.5));
+    const arm = items.length > MANY ? 0.5 : Math.max(1.5, 5 / scale);
+    pathsOf(result, items, arm).forEach((path, i) => stroke(context, path, scale, hue(i), 1.5));
     if (items.includes(emphasised)) {
       const path = new Path2D();
       DRAW[result.kind](path, emphasised, arm);
       stroke(context, path, scale, 'white', 3);
     }
   }
+}
+
+const known = new WeakMap();
+
+// One path for each colour. They are made anew only if the arms of points have another length.
+function pathsOf(result, items, arm) {
+  if (known.get(result)?.arm !== arm) {
+    const paths = Array.from({length: Math.min(items.length, MOST_COLOURS)}, () => new Path2D());
+    items.forEach((item, i) => DRAW[result.kind](paths[i % MOST_COLOURS], item, arm));
+    known.set(result, {arm, paths});
+  }
+  return known.get(result).paths;
 }
 
 // A line with a dark rim, visible on bright and dark pixels.

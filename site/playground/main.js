@@ -54,18 +54,18 @@ const page = {
   take(state, kind) {
     const replaces = kind !== 'structure' && kind === this.lastChange;
     this.lastChange = kind;
+    if (!replaces) settleAddress();
     this.state = state;
-    const address = `#${encode(state)}`;
-    if (replaces) history.replaceState(null, '', address);
-    else history.pushState(null, '', address);
+    if (replaces) addressLater();
+    else history.pushState(null, '', `#${encode(state)}`);
     run();
   },
 
-  changeSteps(steps_, selected) {
-    this.selected = Math.min(selected, steps_.length);
+  changeSteps(all, selected) {
+    this.selected = Math.min(selected, all.length);
     this.disarm();
-    this.outcomes.length = Math.min(this.outcomes.length, commonStart(this.state.steps, steps_));
-    this.take({...this.state, steps: steps_}, 'structure');
+    this.outcomes.length = Math.min(this.outcomes.length, commonStart(this.state.steps, all));
+    this.take({...this.state, steps: all}, 'structure');
     steps.render();
     showAll();
   },
@@ -157,6 +157,22 @@ function renumbered(all, place) {
 
 let runner, view, steps, chooser, copyAs;
 
+// ---- The address ----
+
+// Browsers limit how often an address may change, and a slider moves often.
+let addressTimer = null;
+
+function addressLater() {
+  addressTimer ??= setTimeout(settleAddress, 250);
+}
+
+function settleAddress() {
+  if (addressTimer === null) return;
+  clearTimeout(addressTimer);
+  addressTimer = null;
+  history.replaceState(null, '', `#${encode(page.state)}`);
+}
+
 // ---- Running ----
 
 let waiting = null;  // {since, step, timer} while the worker is at work
@@ -177,7 +193,8 @@ function beginWaiting() {
     const text = `${page.state.steps[waiting.step]?.call ?? 'The pipeline'} is running`;
     if ($('stop').hidden) say(`${text}. It can be stopped.`);
     $('stop').hidden = false;
-    setStatus(`${text} · ${timeText(passed)}`);
+    setStatus('');
+    $('clock').textContent = `${text} · ${timeText(passed)}`;
   }, 100);
 }
 
@@ -186,6 +203,7 @@ function endWaiting() {
   waiting = null;
   document.querySelector('main').setAttribute('aria-busy', 'false');
   $('stop').hidden = true;
+  $('clock').textContent = '';
 }
 
 function report(message) {
@@ -197,9 +215,10 @@ function report(message) {
   } else if (message.done) {
     finish();
   } else {
-    if (message.picture || message.complaints) page.outcomes[step] = message;
+    const isNew = Boolean(message.picture || message.complaints);
+    if (isNew) page.outcomes[step] = message;
     steps.update(step, page.outcomes[step]);
-    if (page.selected >= step + 1) showAll();
+    if (isNew && page.selected === step + 1) showAll();
   }
 }
 
@@ -207,8 +226,8 @@ function finish() {
   endWaiting();
   const failed = page.outcomes.findIndex((outcome) => outcome?.complaints);
   page.outcomes.length = failed < 0 ? page.state.steps.length : failed + 1;
-  page.state.steps.forEach((_, k) => steps.update(k, page.outcomes[k]));
-  showAll();
+  for (let k = page.outcomes.length; k < page.state.steps.length; ++k) steps.update(k);
+  if (failed >= 0) showAll();
   const on = page.state.steps.filter(({off}) => !off).length;
   const time = page.outcomes.reduce((sum, {milliseconds = 0}) => sum + milliseconds, 0);
   if (failed >= 0) setStatus(`Step ${failed + 1} did not run`);
@@ -222,6 +241,7 @@ function stop() {
   endWaiting();
   page.outcomes.length = step;
   page.outcomes[step] = {complaints: [{sentence: `Stopped after ${timeText(performance.now() - since)}.`}]};
+  steps.update(step, page.outcomes[step]);
   finish();
   $('again').hidden = false;
   $('again').focus();
@@ -254,7 +274,9 @@ function showView() {
   const sameSize = (a, b) => a.width === b.width && a.height === b.height;
   let picture = shownPicture();
   let before = {start, input}[$('before').value] ?? null;
-  if (selected === 0) before = null;
+  const from = $('before').value === 'start' ? 0 : selected - 1;
+  const changes = ({call, off}) => !off && page.functions.get(call).changesPicture;
+  if (selected === 0 || !page.state.steps.slice(from, selected).some(changes)) before = null;
   // Regions and points belong to the picture that the step gets.
   if (armed && !sameSize(picture, input)) {
     picture = input;
@@ -296,14 +318,16 @@ function marked(name, value, isFinal) {
 
 // ---- The start ----
 
-async function takeShipped(name) {
-  const {source} = page.shipped.find((picture) => picture.name === name);
-  const bytes = await unpack(`picture-${name}`);
-  setStart(await decodePicture(new Blob([bytes])));
-  document.querySelector('.source').textContent = source;
+// A picture by its name in the state: {picture, source}.
+async function pictureNamed(name) {
+  if (name === 'own') return {picture: page.own.picture, source: 'It stays on this machine.'};
+  if (!decoded.has(name)) decoded.set(name, await decodePicture(new Blob([await unpack(`picture-${name}`)])));
+  return {picture: decoded.get(name), source: page.shipped.find((shipped) => shipped.name === name).source};
 }
 
-function setStart(picture) {
+const decoded = new Map();
+
+function setStart({picture, source}) {
   page.start = picture;
   page.outcomes = [];
   runner.setPicture(picture);
@@ -311,18 +335,23 @@ function setStart(picture) {
   start.querySelector('.note').textContent = `${sizeText(picture)} ${picture.channels === 1 ? 'gray' : 'colour'}`;
   drawThumbnail(start.querySelector('canvas'), picture);
   const {reducedFrom} = picture;
-  document.querySelector('.source').textContent =
-    reducedFrom ? `Reduced from ${sizeText(reducedFrom)}.` : 'It stays on this machine.';
+  document.querySelector('.source').textContent = reducedFrom ? `Reduced from ${sizeText(reducedFrom)}. ${source}` : source;
 }
 
-function takeOwn(picture, name) {
-  page.own = {picture, name};
+// Starts with another picture, and keeps the steps.
+async function takePicture(name) {
   complain('');
-  setStart(picture);
-  page.take({...page.state, picture: 'own'}, 'structure');
+  const start = await pictureNamed(name);
+  setStart(start);
+  page.take({...page.state, picture: name}, 'structure');
   fillPictures();
   steps.render();
   showAll();
+}
+
+async function takeOwn(picture, name) {
+  page.own = {picture, name};
+  await takePicture('own');
   say(`${name} is open.`);
 }
 
@@ -335,10 +364,13 @@ function fillPictures() {
 
 // Takes the state that the address holds.
 async function readAddress() {
-  const address = decodeURI(location.hash.slice(1)) || FIRST;
+  complain('');
+  clearTimeout(addressTimer);
+  addressTimer = null;
+  const address = location.hash;
   let state;
   try {
-    state = decode(address, [...page.functions.values()]);
+    state = decode(address.slice(1) || FIRST, [...page.functions.values()]);
   } catch (error) {
     complain(error.message);
     state = decode(FIRST, [...page.functions.values()]);
@@ -350,15 +382,13 @@ async function readAddress() {
     complain(`There is no picture "${state.picture}" here.`);
     state = {...state, picture: page.shipped[0].name};
   }
-  const samePicture = page.start && page.state.picture === state.picture;
+  const start = await pictureNamed(state.picture);
+  if (address !== location.hash) return;  // it has changed again meanwhile
   page.lastChange = '';
-  page.outcomes.length = samePicture ? Math.min(page.outcomes.length, commonStart(page.state.steps, state.steps)) : 0;
   page.selected = page.start ? Math.min(page.selected, state.steps.length) : state.steps.length;
   page.state = state;
-  if (!samePicture) {
-    if (state.picture === 'own') setStart(page.own.picture);
-    else await takeShipped(state.picture);
-  }
+  page.outcomes = [];
+  if (page.start !== start.picture) setStart(start);
   fillPictures();
   steps.render();
   showAll();
@@ -381,10 +411,6 @@ async function begin() {
     },
     zoomed: (scale) => ($('zoom').textContent = `${numberText(Math.round(scale * 100))} %`),
     marked,
-    disarm: () => {
-      page.disarm();
-      showView();
-    },
   });
   steps = new StepList($('steps'), page);
   chooser = new Chooser($('chooser'), functions, (fn) => page.add(fn));
@@ -392,17 +418,10 @@ async function begin() {
 
   $('start-title').addEventListener('click', () => page.select(0));
   $('add').addEventListener('click', () => chooser.open(shownPicture().channels, $('add').textContent));
-  $('shipped').addEventListener('change', async () => {
-    const name = $('shipped').value;
-    complain('');
-    if (name === 'own') return takeOwn(page.own.picture, page.own.name);
-    await takeShipped(name);
-    page.take({...page.state, picture: name}, 'structure');
-    steps.render();
-    showAll();
-  });
+  $('shipped').addEventListener('change', () => takePicture($('shipped').value));
   $('copy-as').addEventListener('click', () => copyAs.open(page.state, page.start));
   $('copy-link').addEventListener('click', async () => {
+    settleAddress();
     await copyText(location.href);
     say(page.state.picture === 'own' ? 'The link is on the clipboard. It does not hold your picture.' : 'The link is on the clipboard.');
   });
@@ -422,6 +441,11 @@ async function begin() {
     dropZone: document.body,
   }, takeOwn, complain);
   addEventListener('popstate', readAddress);
+  addEventListener('keydown', (event) => {
+    if (event.key !== 'Escape' || !page.armed) return;
+    page.disarm();
+    showView();
+  });
   matchMedia('(prefers-color-scheme: dark)').addEventListener('change', showAll);
   await readAddress();
 }

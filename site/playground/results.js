@@ -53,16 +53,17 @@ function facts(picture, bins) {
 }
 
 function resultSection(result, emphasise) {
-  const {name, kind, value, help} = result;
+  const {kind, value, help} = result;
   if (value == null) return null;
   const body = bodyOf(result, emphasise);
   const count = Array.isArray(value) && kind !== 'histogram' ? ` (${value.length})` : '';
-  if (kind === 'number' || kind === 'text') return h('section', {class: 'single', title: help}, h('h3', {}, title(name)), body);
-  return h('section', {title: help}, h('h3', {}, title(name) + count), body);
+  if (kind === 'number' || kind === 'text') return h('section', {class: 'single', title: help}, h('h3', {}, title(result)), body);
+  return h('section', {title: help}, h('h3', {}, title(result) + count), body);
 }
 
-function title(name) {
-  const text = words(name);
+// The name of a result; outputs that belong together, such as "X Y", have the name of their kind.
+function title({name, kind}) {
+  const text = name.includes(' ') ? kind : words(name);
   return text[0].toUpperCase() + text.slice(1);
 }
 
@@ -73,8 +74,8 @@ function bodyOf(result, emphasise) {
     case 'text': return h('output', {}, value);
     case 'picture': return pictureOf(value);
     case 'histogram': return histogramPlot([[value, 'counts', '--gray-bars']]);
-    case 'numbers': return typeof value[0] === 'object' ? table(value, emphasise) : numberList(value);
-    default: return table(drawable(result), emphasise);
+    case 'numbers': return typeof value[0] === 'object' ? table(result, value, emphasise) : numberList(result);
+    default: return table(result, drawable(result), emphasise);
   }
 }
 
@@ -85,20 +86,40 @@ function pictureOf(picture) {
 }
 
 // A plot of a series of numbers and its values as text.
-function numberList(values) {
+function numberList(result) {
+  const values = result.value;
   const shown = values.slice(0, MOST_ROWS).map(numberText).join('  ');
-  return h('div', {class: 'numbers', tabindex: 0, role: 'region', 'aria-label': 'Numbers'},
+  const text = h('div', {class: 'numbers', tabindex: 0, role: 'region', 'aria-label': `${title(result)} as numbers`},
     shown + (values.length > MOST_ROWS ? ` … and ${values.length - MOST_ROWS} more` : ''));
+  return values.length < 8 ? text : [linePlot(title(result), values), text];
+}
+
+function linePlot(name, values) {
+  const canvas = h('canvas', {class: 'histogram', width: 512, height: 160, role: 'img', 'aria-label': `${name} as a line`});
+  const least = Math.min(0, values.reduce((a, b) => Math.min(a, b)));
+  const most = Math.max(0, values.reduce((a, b) => Math.max(a, b)));
+  requestAnimationFrame(() => {
+    const context = canvas.getContext('2d');
+    const height = (value) => 158 - 156 * (value - least) / (most - least || 1);
+    canvas.style.color = 'var(--accent)';
+    context.strokeStyle = getComputedStyle(canvas).color;
+    context.lineWidth = 2;
+    context.beginPath();
+    values.forEach((value, i) => context.lineTo(512 * i / (values.length - 1), height(value)));
+    context.stroke();
+  });
+  return canvas;
 }
 
 // A table with a row for each item. A row that is pointed at stands out in the picture.
-function table(items, emphasise) {
+function table(result, items, emphasise) {
   if (items.length === 0) return h('p', {class: 'help'}, 'None.');
   const columns = Object.keys(items[0]).filter((key) => typeof items[0][key] !== 'object');
   const rows = items.slice(0, MOST_ROWS).map((item, i) => h('tr', {onmouseenter: () => emphasise(item)},
     h('th', {scope: 'row'}, i + 1), columns.map((key) => h('td', {}, typeof item[key] === 'number' ? numberText(item[key]) : String(item[key])))));
   let current = -1;
-  const scroller = h('div', {class: 'scroller', tabindex: 0, role: 'region', 'aria-label': 'Table; the arrow keys mark a row in the picture',
+  const scroller = h('div', {class: 'scroller', tabindex: 0, role: 'region', 
+    'aria-label': `${title(result)}; the arrow keys mark a row in the picture`,
     onmouseleave: () => emphasise(null),
     onblur: () => mark(-1),
     onkeydown: (event) => {

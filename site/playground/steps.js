@@ -7,7 +7,7 @@ import {initialValues, limits} from '../model/catalogue.js';
 
 export class StepList {
   // model answers questions, and its methods change the state:
-  //   functions (by name), state, selected, inputOf(step), select(index), move(step, to), remove(step),
+  //   functions (by name), state, outcomes, selected, inputOf(step), select(index), move(step, to), remove(step),
   //   toggle(step), setParameter(step, name, value), arm(parameter, button)
   constructor(list, model) {
     this.list = list;
@@ -21,6 +21,7 @@ export class StepList {
     const {state} = this.model;
     this.cards = state.steps.map((step, k) => this.card(step, k));
     this.list.replaceChildren(...this.cards.map(({element}) => element));
+    this.cards.forEach((_, k) => this.update(k, this.model.outcomes[k]));
     if (focusKey) this.list.querySelector(`[data-key="${CSS.escape(focusKey)}"]`)?.focus();
   }
 

@@ -370,9 +370,10 @@ export class View {
     } else {
       const region = draws ? {left: from.x, top: from.y, right: pixel.x, bottom: pixel.y} : {...start};
       if (!draws) {
-        for (const side of sides) {
-          region[side] += side === 'left' || side === 'right' ? pixel.x - from.x : pixel.y - from.y;
-        }
+        const whole = sides.length === 4;  // keeps its size at the border
+        const dx = whole ? limit(pixel.x - from.x, -start.left, width - 1 - start.right) : pixel.x - from.x;
+        const dy = whole ? limit(pixel.y - from.y, -start.top, height - 1 - start.bottom) : pixel.y - from.y;
+        for (const side of sides) region[side] += side === 'left' || side === 'right' ? dx : dy;
       }
       mark.value = {
         left: inX(Math.min(region.left, region.right)), top: inY(Math.min(region.top, region.bottom)),
@@ -403,7 +404,6 @@ export class View {
     else if (event.key === '-') this.zoomTo(this.scale / 1.5, ...at);
     else if (event.key === '0') this.fit();
     else if (event.key === '1') this.zoomTo(1, ...at);
-    else if (event.key === 'Escape' && this.content.armed) this.calls.disarm();
     else return false;
     return true;
   }
