@@ -1,17 +1,19 @@
 // The page: holds the state, runs it in the worker, and shows what comes back.
 
-import {h, sizeText, timeText, numberText} from './elements.js';
-import {decodePicture, canvasOf} from './picture.js';
+import {forgetAddress, settleAddress, writeAddress} from './address.js';
 import {Chooser} from './chooser.js';
 import {CopyAs, copyText} from './copy_as.js';
-import {Runner} from './runner.js';
+import {commonStart, inserted, moved, removed, toggled, withParameters} from './edits.js';
+import {h, numberText, sizeText, timeText} from './elements.js';
+import {FIRST} from './first.js';
+import {canvasOf, decodePicture} from './picture.js';
 import {showResults} from './results.js';
+import {Runner} from './runner.js';
 import {listenForPictures} from './sources.js';
 import {StepList, drawThumbnail} from './steps.js';
 import {View} from './view.js';
 import {initialValues} from '../model/catalogue.js';
-import {decode, encode} from '../model/pipeline.js';
-import {FIRST} from './first.js';
+import {decode} from '../model/pipeline.js';
 
 const LONG = 400;  // milliseconds after which a run is worth a word and a stop button
 
@@ -33,7 +35,7 @@ const page = {
   own: null,             // {picture, name} of the visitor
   outcomes: [],          // by step: {made, picture, results, milliseconds} or {made, complaints}
   armed: null,           // {name, button}: the setting that the mouse draws
-  lastChange: '',
+  lastChange: undefined,
 
   // The picture that step k gets.
   inputOf(k) {
@@ -50,73 +52,63 @@ const page = {
     showAll();
   },
 
-  // Takes a new state. kind names the change: an entry of the history is made when it is not the kind of the last one.
+  // Takes a new state. Changes of one kind in a row are one entry of the history; a change without a kind is an entry
+  // of its own.
   take(state, kind) {
-    const replaces = kind !== 'structure' && kind === this.lastChange;
+    const replaces = kind !== undefined && kind === this.lastChange;
     this.lastChange = kind;
-    if (!replaces) settleAddress();
     this.state = state;
-    if (replaces) addressLater();
-    else history.pushState(null, '', `#${encode(state)}`);
+    writeAddress(state, replaces);
     run();
   },
 
-  changeSteps(all, selected) {
-    this.selected = Math.min(selected, all.length);
+  takeSteps(all, selected) {
+    this.selected = selected;
     this.disarm();
     this.outcomes.length = Math.min(this.outcomes.length, commonStart(this.state.steps, all));
-    this.take({...this.state, steps: all}, 'structure');
+    this.take({...this.state, steps: all});
     steps.render();
     showAll();
   },
 
-  add(fn) {
-    const all = renumbered(this.state.steps, (index) => (index >= this.selected ? index + 1 : index));
-    all.splice(this.selected, 0, {call: fn.name, parameters: {}});
-    this.changeSteps(all, this.selected + 1);
+  add(call) {
+    this.takeSteps(inserted(this.state.steps, this.selected, call, this.functions), this.selected + 1);
     steps.focus(this.selected - 1);
   },
 
   move(k, to) {
     if (to < 0 || to >= this.state.steps.length || to === k) return;
-    const all = [...this.state.steps];
-    all.splice(to, 0, ...all.splice(k, 1));
     const key = document.activeElement?.dataset.key?.replace(/\d+$/, to);
-    this.changeSteps(renumbered(all, (index) => (
-      index === k ? to : index - (k < index && index <= to) + (to <= index && index < k))), to + 1);
+    this.takeSteps(moved(this.state.steps, k, to, this.functions), to + 1);
     steps.render(key);
-    say(`${all[to].call} is now step ${to + 1} of ${all.length}.`);
+    say(`${this.state.steps[to].call} is now step ${to + 1} of ${this.state.steps.length}.`);
   },
 
   remove(k) {
-    const all = this.state.steps.filter((_, i) => i !== k);
-    const name = this.state.steps[k].call;
-    this.changeSteps(renumbered(all, (index) => (index < k ? index : index - 1 < 0 ? 'start' : index - 1)), this.selected > k ? this.selected - 1 : this.selected);
-    if (all.length) steps.focus(Math.min(k, all.length - 1));
+    const {call} = this.state.steps[k];
+    this.takeSteps(removed(this.state.steps, k, this.functions), this.selected > k ? this.selected - 1 : this.selected);
+    const left = this.state.steps.length;
+    if (left) steps.focus(Math.min(k, left - 1));
     else $('add').focus();
-    say(`${name} is removed.`);
+    say(`${call} is removed.`);
   },
 
   toggle(k) {
-    this.changeSteps(this.state.steps.map((step, i) => {
-      if (i !== k) return step;
-      const {off, ...rest} = step;
-      return off ? rest : {...rest, off: true};
-    }), this.selected);
+    this.takeSteps(toggled(this.state.steps, k), this.selected);
   },
 
   reset(k) {
-    this.changeSteps(this.state.steps.map((step, i) => (i === k ? {...step, parameters: {}} : step)), this.selected);
+    this.takeSteps(withParameters(this.state.steps, k, {}), this.selected);
     steps.focus(k);
   },
 
   setParameter(k, name, value) {
-    const step = this.state.steps[k];
-    const initial = initialValues(this.functions.get(step.call), this.inputOf(k))[name];
-    const parameters = {...step.parameters, [name]: value};
+    const {call, parameters: old} = this.state.steps[k];
+    const initial = initialValues(this.functions.get(call), this.inputOf(k))[name];
+    const parameters = {...old, [name]: value};
     if (JSON.stringify(value) === JSON.stringify(initial)) delete parameters[name];
     this.outcomes.length = Math.min(this.outcomes.length, k + 1);
-    this.take({...this.state, steps: this.state.steps.map((s, i) => (i === k ? {...s, parameters} : s))}, `${k} ${name}`);
+    this.take({...this.state, steps: withParameters(this.state.steps, k, parameters)}, `${k} ${name}`);
     showView();
   },
 
@@ -138,40 +130,7 @@ const page = {
   },
 };
 
-// How many steps two pipelines have in common from the beginning.
-function commonStart(a, b) {
-  let k = 0;
-  while (k < a.length && k < b.length && a[k] === b[k]) ++k;
-  return k;
-}
-
-// Steps whose settings name the picture of another step, with the new places of those.
-function renumbered(all, place) {
-  return all.map((step) => {
-    const pictures = (page.functions.get(step.call)?.parameters ?? []).filter(({kind}) => kind === 'picture');
-    const moved = Object.fromEntries(pictures.map(({name}) => [name, step.parameters[name]])
-      .filter(([, index]) => Number.isInteger(index)).map(([name, index]) => [name, place(index)]));
-    return Object.keys(moved).length ? {...step, parameters: {...step.parameters, ...moved}} : step;
-  });
-}
-
 let runner, view, steps, chooser, copyAs;
-
-// ---- The address ----
-
-// Browsers limit how often an address may change, and a slider moves often.
-let addressTimer = null;
-
-function addressLater() {
-  addressTimer ??= setTimeout(settleAddress, 250);
-}
-
-function settleAddress() {
-  if (addressTimer === null) return;
-  clearTimeout(addressTimer);
-  addressTimer = null;
-  history.replaceState(null, '', `#${encode(page.state)}`);
-}
 
 // ---- Running ----
 
@@ -207,10 +166,11 @@ function endWaiting() {
 }
 
 function report(message) {
-  if (message.failed) return complain(message.failed);
-  if (message.ready) return;
   const {step} = message;
-  if (message.began) {
+  if (message.failed) {
+    endWaiting();
+    complain(message.failed);
+  } else if (message.began) {
     if (waiting) waiting.step = step;
   } else if (message.done) {
     finish();
@@ -227,12 +187,15 @@ function finish() {
   const failed = page.outcomes.findIndex((outcome) => outcome?.complaints);
   page.outcomes.length = failed < 0 ? page.state.steps.length : failed + 1;
   for (let k = page.outcomes.length; k < page.state.steps.length; ++k) steps.update(k);
-  if (failed >= 0) showAll();
-  const on = page.state.steps.filter(({off}) => !off).length;
-  const time = page.outcomes.reduce((sum, {milliseconds = 0}) => sum + milliseconds, 0);
-  if (failed >= 0) setStatus(`Step ${failed + 1} did not run`);
-  else setStatus(`${on} ${on === 1 ? 'step' : 'steps'} · ${timeText(time)}`);
-  if (failed >= 0) say(`Step ${failed + 1}, ${page.state.steps[failed].call}: ${page.outcomes[failed].complaints[0].sentence}`);
+  if (failed >= 0) {
+    setStatus(`Step ${failed + 1} did not run`);
+    say(`Step ${failed + 1}, ${page.state.steps[failed].call}: ${page.outcomes[failed].complaints[0].sentence}`);
+    showAll();
+  } else {
+    const on = page.state.steps.filter(({off}) => !off).length;
+    const time = page.outcomes.reduce((sum, {milliseconds}) => sum + milliseconds, 0);
+    setStatus(`${on} ${on === 1 ? 'step' : 'steps'} · ${timeText(time)}`);
+  }
 }
 
 function stop() {
@@ -259,24 +222,25 @@ function complain(sentence) {
 
 function showAll() {
   showView();
-  const {selected, outcomes} = page;
   const picture = shownPicture();
-  if (picture) showResults($('found'), picture, outcomes[selected - 1]?.results ?? [], (item) => view.show({emphasised: item}));
+  if (!picture) return;
+  const fn = page.functions.get(page.state.steps[page.selected - 1]?.call);
+  showResults($('found'), picture, resultsOfSelected(), fn, (item) => view.show({emphasised: item}));
 }
 
 // The picture after the selected step, or the nearest one before it if it has none.
 const shownPicture = () => page.inputOf(page.selected);
 
+const resultsOfSelected = () => page.outcomes[page.selected - 1]?.results ?? [];
+
+const sameSize = (a, b) => a.width === b.width && a.height === b.height;
+
 function showView() {
-  const {selected, outcomes, armed, start} = page;
+  const {selected, armed, start} = page;
   if (!start) return;
   const input = selected ? page.inputOf(selected - 1) : start;
-  const sameSize = (a, b) => a.width === b.width && a.height === b.height;
   let picture = shownPicture();
-  let before = {start, input}[$('before').value] ?? null;
-  const from = $('before').value === 'start' ? 0 : selected - 1;
-  const changes = ({call, off}) => !off && page.functions.get(call).changesPicture;
-  if (selected === 0 || !page.state.steps.slice(from, selected).some(changes)) before = null;
+  let before = pictureBefore(input);
   // Regions and points belong to the picture that the step gets.
   if (armed && !sameSize(picture, input)) {
     picture = input;
@@ -284,19 +248,28 @@ function showView() {
   }
   const overlay = $('overlay').checked;
   const marks = (overlay || armed) && sameSize(picture, input) ? marksOfSelected(input) : [];
-  const name = `after step ${selected}`;
   view.show({
     picture, before, marks,
-    beforeLabel: $('before').value === 'input' ? 'input' : 'start',
-    afterLabel: name,
-    results: overlay && outcomes[selected - 1]?.results || [],
+    beforeLabel: before === start ? 'start' : 'input',
+    afterLabel: `after step ${selected}`,
+    results: overlay ? resultsOfSelected() : [],
     emphasised: null,
-    armed: marks.find((mark) => mark.name === armed?.name) ?? null,
+    armed: marks.find(({name}) => name === armed?.name) ?? null,
   });
-  $('view').setAttribute('aria-label', `Picture ${selected ? `after step ${selected}, ${page.state.steps[selected - 1].call}` : 'at the start'}, ${sizeText(picture)}`);
-  for (const button of document.querySelectorAll('#start-title')) button.setAttribute('aria-current', String(selected === 0));
+  const place = selected ? `after step ${selected}, ${page.state.steps[selected - 1].call}` : 'at the start';
+  $('view').setAttribute('aria-label', `Picture ${place}, ${sizeText(picture)}`);
+  $('start-title').setAttribute('aria-current', String(selected === 0));
   $('start').classList.toggle('selected', selected === 0);
-  $('add').textContent = selected === page.state.steps.length ? 'Add a step' : selected ? `Add a step after step ${selected}` : 'Add a step at the start';
+  $('add').textContent = selected === page.state.steps.length ? 'Add a step'
+    : selected === 0 ? 'Add a step at the start' : `Add a step after step ${selected}`;
+}
+
+// The picture that the divider shows beside the one of the selected step, or null if they are equal.
+function pictureBefore(input) {
+  const choice = $('before').value;
+  const passed = page.state.steps.slice(choice === 'start' ? 0 : Math.max(0, page.selected - 1), page.selected);
+  const changed = passed.some(({call, off}) => !off && page.functions.get(call).changesPicture);
+  return changed ? {start: page.start, input}[choice] ?? null : null;
 }
 
 function marksOfSelected(input) {
@@ -304,7 +277,8 @@ function marksOfSelected(input) {
   if (!step || step.off) return [];
   const fn = page.functions.get(step.call);
   const values = {...initialValues(fn, input), ...step.parameters};
-  return fn.parameters.filter(({kind}) => kind === 'region' || kind === 'point')
+  return fn.parameters
+    .filter(({kind}) => kind === 'region' || kind === 'point')
     .map(({name, kind, label}) => ({name, kind, label, value: values[name]}))
     .filter(({value}) => Object.values(value).every(Number.isFinite));
 }
@@ -335,7 +309,7 @@ function setStart({picture, source}) {
   start.querySelector('.note').textContent = `${sizeText(picture)} ${picture.channels === 1 ? 'gray' : 'colour'}`;
   drawThumbnail(start.querySelector('canvas'), picture);
   const {reducedFrom} = picture;
-  document.querySelector('.source').textContent = reducedFrom ? `Reduced from ${sizeText(reducedFrom)}. ${source}` : source;
+  $('source').textContent = reducedFrom ? `Reduced from ${sizeText(reducedFrom)}. ${source}` : source;
 }
 
 // Starts with another picture, and keeps the steps.
@@ -343,7 +317,7 @@ async function takePicture(name) {
   complain('');
   const start = await pictureNamed(name);
   setStart(start);
-  page.take({...page.state, picture: name}, 'structure');
+  page.take({...page.state, picture: name});
   fillPictures();
   steps.render();
   showAll();
@@ -362,29 +336,31 @@ function fillPictures() {
   select.value = page.state.picture;
 }
 
-// Takes the state that the address holds.
-async function readAddress() {
-  complain('');
-  clearTimeout(addressTimer);
-  addressTimer = null;
-  const address = location.hash;
+// The state that the address holds, or one as near as possible and a sentence.
+function stateOfAddress() {
+  const functions = [...page.functions.values()];
   let state;
   try {
-    state = decode(address.slice(1) || FIRST, [...page.functions.values()]);
+    state = decode(location.hash.slice(1) || FIRST, functions);
   } catch (error) {
     complain(error.message);
-    state = decode(FIRST, [...page.functions.values()]);
+    state = decode(FIRST, functions);
   }
-  if (state.picture === 'own' && !page.own) {
-    complain('This address was made with a picture that it does not hold. Open a picture of your own, or go on with this one.');
-    state = {...state, picture: page.shipped[0].name};
-  } else if (state.picture !== 'own' && !page.shipped.some(({name}) => name === state.picture)) {
-    complain(`There is no picture "${state.picture}" here.`);
-    state = {...state, picture: page.shipped[0].name};
-  }
+  if (state.picture === 'own' ? page.own : page.shipped.some(({name}) => name === state.picture)) return state;
+  complain(state.picture === 'own'
+    ? 'This address was made with a picture that it does not hold. Open one of your own, or go on with this one.'
+    : `There is no picture "${state.picture}" here.`);
+  return {...state, picture: page.shipped[0].name};
+}
+
+async function readAddress() {
+  complain('');
+  forgetAddress();
+  const address = location.hash;
+  const state = stateOfAddress();
   const start = await pictureNamed(state.picture);
   if (address !== location.hash) return;  // it has changed again meanwhile
-  page.lastChange = '';
+  page.lastChange = undefined;
   page.selected = page.start ? Math.min(page.selected, state.steps.length) : state.steps.length;
   page.state = state;
   page.outcomes = [];
@@ -413,7 +389,7 @@ async function begin() {
     marked,
   });
   steps = new StepList($('steps'), page);
-  chooser = new Chooser($('chooser'), functions, (fn) => page.add(fn));
+  chooser = new Chooser($('chooser'), functions, ({name}) => page.add(name));
   copyAs = new CopyAs($('code'), functions, say);
 
   $('start-title').addEventListener('click', () => page.select(0));
@@ -423,7 +399,7 @@ async function begin() {
   $('copy-link').addEventListener('click', async () => {
     settleAddress();
     await copyText(location.href);
-    say(page.state.picture === 'own' ? 'The link is on the clipboard. It does not hold your picture.' : 'The link is on the clipboard.');
+    say(`The link is on the clipboard. ${page.state.picture === 'own' ? 'It does not hold your picture.' : ''}`);
   });
   for (const id of ['before', 'overlay']) $(id).addEventListener('change', showView);
   $('zoom-in').addEventListener('click', () => view.zoomTo(view.scale * 1.5));

@@ -7,15 +7,15 @@ import {canvasOf, histograms, summary} from './picture.js';
 const MOST_ROWS = 300;
 const CHANNELS = {1: [['gray', '--gray-bars']], 3: [['red', '--red-bars'], ['green', '--green-bars'], ['blue', '--blue-bars']]};
 
-// Fills a panel. emphasise is called with an item of a result that the mouse or the keyboard points at, or null.
-export function showResults(panel, picture, results, emphasise) {
+// Fills a panel with the results that a function has given. emphasise is called with an item of a result that the mouse or the keyboard points at, or null.
+export function showResults(panel, picture, results, fn, emphasise) {
   const bins = histograms(picture);
   panel.replaceChildren(
     h('section', {},
       h('h3', {}, 'Histogram of the picture'),
       histogramPlot(bins.map((counts, c) => [counts, ...CHANNELS[picture.channels][c]])),
       facts(picture, bins)),
-    ...results.map((result) => resultSection(result, emphasise)).filter(Boolean));
+    ...results.map((result) => resultSection({...described(fn, result), ...result}, emphasise)).filter(Boolean));
 }
 
 // Bars of one or three histograms over each other, scaled to the greatest bin; a bin that towers over all others is cut.
@@ -61,9 +61,15 @@ function resultSection(result, emphasise) {
   return h('section', {title: help}, h('h3', {}, title(result) + count), body);
 }
 
-// The name of a result; outputs that belong together, such as "X Y", have the name of their kind.
-function title({name, kind}) {
-  const text = name.includes(' ') ? kind : words(name);
+// The label and the help of a result.
+function described(fn, {name}) {
+  const {label, help} = fn.results.find((result) => result.name === name) ?? {};
+  return {label, help};
+}
+
+// Outputs that belong together, such as "X Y", have the name of their kind.
+function title({label, name, kind}) {
+  const text = label ?? (name.includes(' ') ? kind : words(name));
   return text[0].toUpperCase() + text.slice(1);
 }
 

@@ -1,7 +1,7 @@
 // The page's side of the worker: one pipeline at a time, the newest wish wins, and a long call can be stopped.
 
 export class Runner {
-  // report is called with the messages of the worker, in their order.
+  // report is called with the messages of the worker about the newest run, in their order.
   constructor(workerSource, module, functions, report) {
     this.address = URL.createObjectURL(new Blob([workerSource], {type: 'text/javascript'}));
     this.module = module;
@@ -14,7 +14,7 @@ export class Runner {
   begin() {
     this.worker = new Worker(this.address);
     this.worker.onmessage = ({data}) => {
-      if (data.run === this.run) this.report(data);
+      if (data.failed || data.run === this.run) this.report(data);
     };
     this.worker.onerror = (event) => this.report({failed: event.message || 'The worker could not be started.'});
     this.worker.postMessage({module: this.module, functions: this.functions});

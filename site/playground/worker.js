@@ -3,12 +3,12 @@
 // In:  {module, functions}      once
 //      {picture}                the picture that pipelines begin with
 //      {run, state, have}       a pipeline; run numbers the requests, and have[step] is the run that made what the page holds
-// Out: {ready: true}
-//      {run, step, began: true}                                     before each call
+// Out: {run, step, began: true}                                     before each call
 //      {run, step, made, picture, results, milliseconds}            after it; made is the run that computed it
 //      {run, step, made, complaints: [{parameter, sentence}]}       what it cannot take; later steps are not run
 //      {run, step, made}                                            if the page holds it already
 //      {run, done: true}
+//      {failed: sentence}                                           if the worker itself fails
 //
 // A new request takes the place of a running one after its present step. Steps that are as they were are not run again.
 
@@ -16,16 +16,18 @@ import {Engine} from '../model/engine.js';
 import {initialValues} from '../model/catalogue.js';
 import {complaints} from '../model/pipeline.js';
 
-let module, functions, byName, engine, start;
+let module, functions, byName, start;
+let engine;  // a promise: pipelines may arrive while it is loaded
 let newest = 0;
 let known = [];  // for each step that was run: {key, made, outcome}
 
-onmessage = async ({data}) => {
+onmessage = ({data}) => take(data).catch((error) => postMessage({failed: error.message}));
+
+async function take(data) {
   if (data.module) {
     ({module, functions} = data);
     byName = new Map(functions.map((fn) => [fn.name, fn]));
-    engine = await Engine.load(module, functions);
-    postMessage({ready: true});
+    engine = Engine.load(module, functions);
   } else if (data.picture) {
     start = data.picture;
     known = [];
@@ -33,7 +35,7 @@ onmessage = async ({data}) => {
     newest = data.run;
     await runPipeline(data);
   }
-};
+}
 
 // Lets messages that have arrived be handled.
 const pause = () => new Promise((resolve) => {
@@ -69,9 +71,9 @@ async function runStep(state, step, pictures) {
   if (found.length) return {complaints: found};
   try {
     const complete = {...initialValues(byName.get(call), picture), ...parameters};
-    return engine.run({call, parameters: complete}, picture, pictures);
+    return (await engine).run({call, parameters: complete}, picture, pictures);
   } catch (error) {
-    if (error.fatal) engine = await Engine.load(module, functions);
+    if (error.fatal) engine = Engine.load(module, functions);
     return {complaints: [{parameter: error.parameter, sentence: error.message}]};
   }
 }
