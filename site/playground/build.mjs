@@ -8,7 +8,8 @@ import {createHash} from 'node:crypto';
 import {readFile, writeFile, mkdir} from 'node:fs/promises';
 import {dirname} from 'node:path';
 import {gzipSync} from 'node:zlib';
-import {build} from 'esbuild';
+import {fileURLToPath} from 'node:url';
+import {build, transform} from 'esbuild';
 import {catalogue} from '../model/catalogue.js';
 
 const [wasm, out] = process.argv.slice(2);
@@ -21,9 +22,9 @@ const here = (name) => new URL(name, import.meta.url);
 const text = (name) => readFile(here(name), 'utf8');
 const json = async (name) => JSON.parse(await text(name));
 
-async function bundle(name, format) {
+async function bundle(name) {
   const {outputFiles} = await build({
-    entryPoints: [here(name).pathname], bundle: true, minify: true, write: false, format, target: 'es2022', legalComments: 'none',
+    entryPoints: [fileURLToPath(here(name))], bundle: true, minify: true, write: false, format: 'iife', target: 'es2022',
   });
   return outputFiles[0].text.trim().replaceAll('</script', '<\\/script');
 }
@@ -35,17 +36,18 @@ const hash = (content) => `'sha256-${createHash('sha256').update(content).digest
 
 const pictures = await json('../model/pictures.json');
 const functions = catalogue(await json('../../boundary/boundary.json'), await json('../../bindings/web/parameters.json'));
-const script = await bundle('main.js', 'iife');
-const {code: style} = await (await import('esbuild')).transform(await text('style.css'), {loader: 'css', minify: true});
+const script = await bundle('main.js');
+const {code: style} = await transform(await text('style.css'), {loader: 'css', minify: true});
+const shipped = pictures.map(({name, title, source}) => ({name, title, source}));
 const data = [
   packed('module', await readFile(wasm)),
-  packed('worker', await bundle('worker.js', 'iife')),
-  packed('catalogue', JSON.stringify({functions, pictures: pictures.map(({name, title, source}) => ({name, title, source}))})),
+  packed('worker', await bundle('worker.js')),
+  packed('catalogue', JSON.stringify({functions, pictures: shipped})),
   ...await Promise.all(pictures.map(async ({name, file}) => packed(`picture-${name}`, await readFile(here(`../../${file}`))))),
 ];
 const parts = {
-  policy: `default-src 'none'; script-src ${hash(script)} 'wasm-unsafe-eval'; worker-src blob:; style-src ${hash(style)}; ` +
-    `img-src data: blob:; base-uri 'none'; form-action 'none'`,
+  policy: `default-src 'none'; script-src ${hash(script)} 'wasm-unsafe-eval'; style-src ${hash(style)}; ` +
+    "worker-src blob:; img-src data: blob:; base-uri 'none'; form-action 'none'",
   style, script, data: data.join('\n'),
 };
 const html = (await text('index.html')).replace(/\{\{(\w+)\}\}/g, (_, name) => parts[name]);

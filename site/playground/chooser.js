@@ -18,7 +18,9 @@ export class Chooser {
       room: fn.rooms.join(' · '),
       searched: `${fn.name} ${fn.brief} ${fn.rooms.join(' ')}`.toLowerCase(),
       element: h('div', {role: 'option', id: `function-${i}`, 'aria-selected': 'false', onclick: () => this.take(fn)},
-        h('span', {class: 'call'}, fn.name), h('span', {class: 'takes'}, TAKES[fn.takes]), h('span', {class: 'brief'}, fn.brief)),
+        h('span', {class: 'call'}, fn.name),
+        h('span', {class: 'takes'}, TAKES[fn.takes]),
+        h('span', {class: 'brief'}, fn.brief)),
     }));
     for (const room of new Set(functions.map((fn) => fn.rooms[0]))) this.rooms.append(h('option', {value: room}, room));
     this.field.addEventListener('input', () => this.filter());
@@ -53,7 +55,8 @@ export class Chooser {
     let number = 0;
     this.list.replaceChildren(...[...groups].map(([title, elements]) => {
       const id = `room-${++number}`;
-      return h('div', {role: 'group', 'aria-labelledby': id}, h('div', {class: 'room', id, role: 'presentation'}, title), elements);
+      return h('div', {role: 'group', 'aria-labelledby': id},
+        h('div', {class: 'room', id, role: 'presentation'}, title), elements);
     }));
     this.count.textContent = this.shown.length ? `${this.shown.length} functions` : 'No function has these words.';
     this.mark(this.likeliest(query));
@@ -74,7 +77,6 @@ export class Chooser {
   }
 
   mark(index) {
-    this.shown[this.current]?.element.setAttribute('aria-selected', 'false');
     for (const {element} of this.options) element.setAttribute('aria-selected', 'false');
     this.current = index;
     const element = this.shown[index]?.element;
@@ -86,8 +88,8 @@ export class Chooser {
 
   key(event) {
     const last = this.shown.length - 1;
-    const to = {ArrowDown: this.current + 1, ArrowUp: this.current - 1, PageDown: this.current + 10, PageUp: this.current - 10}[event.key];
-    if (to !== undefined && last >= 0) this.mark(Math.min(Math.max(to, 0), last));
+    const by = {ArrowDown: 1, ArrowUp: -1, PageDown: 10, PageUp: -10}[event.key];
+    if (by && last >= 0) this.mark(Math.min(Math.max(this.current + by, 0), last));
     else if (event.key === 'Enter' && this.shown[this.current]) this.take(this.shown[this.current].fn);
     else return;
     event.preventDefault();

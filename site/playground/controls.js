@@ -34,8 +34,8 @@ export function makeControl(parameter, value, context) {
 }
 
 // A box for one number. change is called with NaN if it holds none.
-function numberBox(id, label, value, {least, most, step}, change) {
-  const box = h('input', {type: 'number', id, min: least, max: most, step: step ?? 'any', 'aria-label': label});
+function numberBox(id, value, {least, most, step}, change) {
+  const box = h('input', {type: 'number', id, min: least, max: most, step: step ?? 'any'});
   box.value = value;
   box.addEventListener('input', () => change(box.valueAsNumber));
   return box;
@@ -66,14 +66,16 @@ function makeSlider(label, value, {least, most, step}, change) {
 function number({label, kind}, value, {id, limits, change}) {
   const {least, most} = limits;
   const step = limits.step ?? (kind === 'integer' ? 1 : undefined);
-  const box = numberBox(id, null, value, {least, most, step}, (entered) => {
+  const box = numberBox(id, value, {least, most, step}, (entered) => {
     slider?.show(entered);
     change(entered);
   });
-  const slider = Number.isFinite(least) && Number.isFinite(most) ? makeSlider(label, value, {least, most, step}, (chosen) => {
+  const choose = (chosen) => {
     box.value = chosen;
     change(chosen);
-  }) : null;
+  };
+  const ranges = Number.isFinite(least) && Number.isFinite(most);
+  const slider = ranges ? makeSlider(label, value, {least, most, step}, choose) : null;
   return {
     element: h('div', {class: 'number'}, slider?.element, box),
     inputs: slider ? [box, slider.element] : [box],
@@ -87,28 +89,30 @@ function number({label, kind}, value, {id, limits, change}) {
 // Several number boxes for the fields of a record, and a button that arms drawing on the picture.
 const record = (fields) => (parameter, value, {id, limits, change, arm}) => {
   let current = {...value};
-  const boxes = fields.map(([field, label]) => numberBox(`${id}-${field}`, null, value[field], {...limits, step: 1}, (entered) => {
+  const boxes = fields.map((field) => numberBox(`${id}-${field}`, value[field], {...limits, step: 1}, (entered) => {
     current = {...current, [field]: entered};
     change(current);
   }));
   const draw = h('button', {type: 'button', class: 'draw', 'aria-pressed': 'false', onclick: () => arm(draw)},
-    parameter.kind === 'region' ? 'Draw' : 'Place', h('span', {class: 'hidden'}, ` ${parameter.label} on the picture`));
+    parameter.kind === 'region' ? 'Draw' : 'Place',
+    h('span', {class: 'hidden'}, ` ${parameter.label} on the picture`));
   return {
     grouped: true,
-    element: h('div', {class: 'record'}, boxes.map((box, i) => h('label', {}, h('span', {}, fields[i][1]), box)), draw),
+    element: h('div', {class: 'record'}, boxes.map((box, i) => h('label', {}, h('span', {}, fields[i]), box)), draw),
     inputs: boxes,
     show(shown) {
       current = {...shown};
-      boxes.forEach((box, i) => (box.value = shown[fields[i][0]]));
+      boxes.forEach((box, i) => (box.value = shown[fields[i]]));
     },
   };
 };
 
-function simple(input, read, show) {
-  return {element: input, inputs: [input], show, read};
+function simple(input, show) {
+  return {element: input, inputs: [input], show};
 }
 
-const hex = ({red, green, blue}) => '#' + [red, green, blue].map((byte) => (byte & 255).toString(16).padStart(2, '0')).join('');
+const byteText = (byte) => (byte & 255).toString(16).padStart(2, '0');
+const hex = ({red, green, blue}) => `#${[red, green, blue].map(byteText).join('')}`;
 
 const KINDS = {
   integer: number,
@@ -116,14 +120,14 @@ const KINDS = {
   switch(_, value, {id, change}) {
     const input = h('input', {type: 'checkbox', role: 'switch', id, onchange: () => change(input.checked)});
     input.checked = value;
-    return simple(input, null, (shown) => (input.checked = shown));
+    return simple(input, (shown) => (input.checked = shown));
   },
   option({options}, value, {id, change}) {
     const select = h('select', {id, onchange: () => change(options[select.selectedIndex].value)},
       options.map(({label}) => h('option', {}, label)));
     const show = (shown) => (select.selectedIndex = options.findIndex((option) => option.value === shown));
     show(value);
-    return simple(select, null, show);
+    return simple(select, show);
   },
   picture(_, value, {id, pictures, change}) {
     return KINDS.option({options: pictures}, value, {id, change});
@@ -135,21 +139,20 @@ const KINDS = {
       const [red, green, blue] = [1, 3, 5].map((at) => parseInt(input.value.slice(at, at + 2), 16));
       change({red, green, blue});
     });
-    return simple(input, null, (shown) => (input.value = hex(shown)));
+    return simple(input, (shown) => (input.value = hex(shown)));
   },
   text(_, value, {id, change}) {
     const input = h('input', {type: 'text', id, oninput: () => change(input.value)});
     input.value = value;
-    return simple(input, null, (shown) => (input.value = shown));
+    return simple(input, (shown) => (input.value = shown));
   },
   list(_, value, {id, change}) {
-    const input = h('input', {
-      type: 'text', id, inputmode: 'decimal', oninput: () => change(input.value.split(/[\s,;]+/).filter(Boolean).map(Number)),
-    });
+    const read = () => input.value.split(/[\s,;]+/).filter(Boolean).map(Number);
+    const input = h('input', {type: 'text', id, inputmode: 'decimal', oninput: () => change(read())});
     const show = (shown) => (input.value = [shown].flat().join(', '));
     show(value);
-    return simple(input, null, show);
+    return simple(input, show);
   },
-  region: record([['left', 'left'], ['top', 'top'], ['right', 'right'], ['bottom', 'bottom']]),
-  point: record([['x', 'x'], ['y', 'y']]),
+  region: record(['left', 'top', 'right', 'bottom']),
+  point: record(['x', 'y']),
 };

@@ -1,5 +1,5 @@
-// Results drawn over a picture: points, segments, contours, regions. Paths are in pixels of the picture, where the centre
-// of pixel (0, 0) lies at (0.5, 0.5), so that they scale with it.
+// Results drawn over a picture: points, segments, contours, regions. Paths are in pixels of the picture, where the
+// centre of pixel (0, 0) lies at (0.5, 0.5), so that they scale with it.
 
 const MOST_COLOURS = 24;
 const MANY = 400;  // points from which each is as small as a pixel
@@ -43,7 +43,7 @@ export function drawable({kind, value}) {
   return Array.isArray(value) ? value : [value];
 }
 
-// Draws what results hold. scale is the number of screen pixels per pixel of the picture; emphasised is an item or none.
+// Draws what results hold. scale is the number of screen pixels per pixel of the picture; emphasised is an item or null.
 export function drawResults(context, results, scale, emphasised) {
   for (const result of results) {
     const items = drawable(result);

@@ -1,5 +1,5 @@
-// Changes of a pipeline. Each function takes the list of steps and returns a new one; steps that stay are the same objects.
-// Settings that name the picture of an earlier step go on naming it.
+// Changes of a pipeline. Each function takes the list of steps and returns a new one; steps that stay are the same
+// objects. Settings that name the picture of an earlier step go on naming it.
 
 export function inserted(steps, at, call, functions) {
   const all = renumbered(steps, functions, (index) => (index >= at ? index + 1 : index));

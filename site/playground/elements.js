@@ -35,7 +35,8 @@ export const ICONS = {
 };
 
 export function iconButton(paths, label, onclick, attributes = {}) {
-  return h('button', {type: 'button', class: 'icon', 'aria-label': label, title: label, onclick, ...attributes}, icon(paths));
+  const own = {type: 'button', class: 'icon', 'aria-label': label, title: label, onclick};
+  return h('button', {...own, ...attributes}, icon(paths));
 }
 
 // At most four figures after the point, without zeros at the end.

@@ -1,4 +1,4 @@
-// Pictures of the library, {width, height, channels, data} with bytes in the order B, G, R, from and to those of the browser.
+// Pictures of the library, {width, height, channels, data} with bytes in the order B, G, R, and those of the browser.
 
 // Pictures with more pixels are reduced when they are opened.
 const MOST_PIXELS = 4e6;

@@ -5,66 +5,106 @@ import {drawable} from './drawings.js';
 import {canvasOf, histograms, summary} from './picture.js';
 
 const MOST_ROWS = 300;
-const CHANNELS = {1: [['gray', '--gray-bars']], 3: [['red', '--red-bars'], ['green', '--green-bars'], ['blue', '--blue-bars']]};
+const LEAST_PLOT = 8;  // a series of fewer numbers has no plot
+const PLOT = {width: 512, height: 160};
 
-// Fills a panel with the results that a function has given. emphasise is called with an item of a result that the mouse or the keyboard points at, or null.
+// Names of the channels, and their colours in plots.
+const CHANNELS = {
+  1: [['gray', '--gray-bars']],
+  3: [['red', '--red-bars'], ['green', '--green-bars'], ['blue', '--blue-bars']],
+};
+
+// Fills a panel with what the function of the selected step has found in its picture. emphasise is called with an item
+// of a result that the mouse or the keyboard points at, or with null.
 export function showResults(panel, picture, results, fn, emphasise) {
+  const sections = results.filter(({value}) => value != null)
+    .map((result) => resultSection({...described(fn, result), ...result}, emphasise));
   const bins = histograms(picture);
+  const named = bins.map((counts, c) => [counts, ...CHANNELS[picture.channels][c]]);
   panel.replaceChildren(
-    h('section', {},
-      h('h3', {}, 'Histogram of the picture'),
-      histogramPlot(bins.map((counts, c) => [counts, ...CHANNELS[picture.channels][c]])),
-      facts(picture, bins)),
-    ...results.map((result) => resultSection({...described(fn, result), ...result}, emphasise)).filter(Boolean));
-}
-
-// Bars of one or three histograms over each other, scaled to the greatest bin; a bin that towers over all others is cut.
-function histogramPlot(series) {
-  const canvas = h('canvas', {class: 'histogram', width: 512, height: 160, role: 'img', 'aria-label': series.map(([bins, name]) => {
-    const {least, most, mean} = summary(bins);
-    return `${name}: least ${least}, mean ${mean.toFixed(1)}, greatest ${most}`;
-  }).join('; ')});
-  const draw = () => {
-    const context = canvas.getContext('2d');
-    const heights = series.flatMap(([bins]) => [...bins]).sort((a, b) => b - a);
-    const full = Math.max(1, Math.min(heights[0], 3 * (heights[Math.min(4, heights.length - 1)] || heights[0])));
-    const width = canvas.width / series[0][0].length;
-    const style = getComputedStyle(canvas);
-    context.globalCompositeOperation = style.getPropertyValue('--blend').trim();
-    for (const [bins, , colour] of series) {
-      canvas.style.color = `var(${colour})`;
-      context.fillStyle = style.color;
-      bins.forEach((count, i) => {
-        const height = count && Math.max(2, canvas.height * Math.min(1, count / full));
-        context.fillRect(Math.min(i * width, canvas.width - 2), canvas.height - height, Math.max(width, 2), height);
-      });
-    }
-  };
-  requestAnimationFrame(draw);
-  return canvas;
-}
-
-function facts(picture, bins) {
-  const rows = bins.map((counts, c) => [CHANNELS[picture.channels][c][0], summary(counts)]);
-  return h('table', {class: 'facts'},
-    h('thead', {}, h('tr', {}, h('td', {}, sizeText(picture)), ...['least', 'mean', 'greatest'].map((name) => h('th', {scope: 'col'}, name)))),
-    h('tbody', {}, rows.map(([name, {least, mean, most}]) => h('tr', {}, h('th', {scope: 'row'}, name),
-      [least, mean.toFixed(1), most].map((value) => h('td', {}, value))))));
-}
-
-function resultSection(result, emphasise) {
-  const {kind, value, help} = result;
-  if (value == null) return null;
-  const body = bodyOf(result, emphasise);
-  const count = Array.isArray(value) && kind !== 'histogram' ? ` (${value.length})` : '';
-  if (kind === 'number' || kind === 'text') return h('section', {class: 'single', title: help}, h('h3', {}, title(result)), body);
-  return h('section', {title: help}, h('h3', {}, title(result) + count), body);
+    h('section', {}, h('h3', {}, 'Histogram of the picture'), histogramPlot(named), facts(picture, named)),
+    ...sections);
 }
 
 // The label and the help of a result.
 function described(fn, {name}) {
   const {label, help} = fn.results.find((result) => result.name === name) ?? {};
   return {label, help};
+}
+
+// A canvas for a plot. draw gets its context and a function that gives the colour of a variable of the style sheet.
+function plot(label, draw) {
+  const canvas = h('canvas', {class: 'plot', ...PLOT, role: 'img', 'aria-label': label});
+  requestAnimationFrame(() => {
+    const style = getComputedStyle(canvas);
+    const context = canvas.getContext('2d');
+    context.globalCompositeOperation = style.getPropertyValue('--blend').trim();
+    draw(context, (name) => {
+      canvas.style.color = `var(${name})`;
+      return style.color;
+    });
+  });
+  return canvas;
+}
+
+// Bars of histograms over each other. A few bins that tower over all others are cut.
+function histogramPlot(series) {
+  const label = series.map(([bins, name]) => {
+    const {least, most, mean} = summary(bins);
+    return `${name}: least ${least}, mean ${mean.toFixed(1)}, greatest ${most}`;
+  }).join('; ');
+  return plot(label, (context, colourOf) => {
+    const {width, height} = PLOT;
+    const heights = series.flatMap(([bins]) => [...bins]).sort((a, b) => b - a);
+    const full = Math.max(1, Math.min(heights[0], 3 * (heights[4] || heights[0])));
+    for (const [bins, , colour] of series) {
+      const step = width / bins.length;
+      const bar = Math.max(step, 2);
+      context.fillStyle = colourOf(colour);
+      bins.forEach((count, i) => {
+        const top = count && Math.max(2, height * Math.min(1, count / full));
+        context.fillRect(Math.min(i * step, width - bar), height - top, bar, top);
+      });
+    }
+  });
+}
+
+function linePlot(label, values) {
+  return plot(label, (context, colourOf) => {
+    const {width, height} = PLOT;
+    const least = values.reduce((a, b) => Math.min(a, b), 0);
+    const most = values.reduce((a, b) => Math.max(a, b), 0);
+    context.strokeStyle = colourOf('--accent');
+    context.lineWidth = 2;
+    context.beginPath();
+    values.forEach((value, i) => {
+      const share = (value - least) / (most - least || 1);
+      context.lineTo(width * i / (values.length - 1), height - 2 - (height - 4) * share);
+    });
+    context.stroke();
+  });
+}
+
+const heads = (names) => names.map((name) => h('th', {scope: 'col'}, name));
+const cells = (values) => values.map((value) => h('td', {}, typeof value === 'number' ? numberText(value) : String(value)));
+const row = (name, values, attributes = {}) => h('tr', attributes, h('th', {scope: 'row'}, name), cells(values));
+
+function facts(picture, named) {
+  const rows = named.map(([bins, name]) => {
+    const {least, mean, most} = summary(bins);
+    return row(name, [least, mean.toFixed(1), most]);
+  });
+  return h('table', {},
+    h('thead', {}, h('tr', {}, h('td', {}, sizeText(picture)), heads(['least', 'mean', 'greatest']))),
+    h('tbody', {}, rows));
+}
+
+function resultSection(result, emphasise) {
+  const {kind, value, help} = result;
+  const single = kind === 'number' || kind === 'text';
+  const count = Array.isArray(value) && kind !== 'histogram' ? ` (${value.length})` : '';
+  return h('section', {class: single ? 'single' : '', title: help},
+    h('h3', {}, title(result) + count), bodyOf(result, emphasise));
 }
 
 // Outputs that belong together, such as "X Y", have the name of their kind.
@@ -78,53 +118,45 @@ function bodyOf(result, emphasise) {
   switch (kind) {
     case 'number': return h('output', {}, numberText(value));
     case 'text': return h('output', {}, value);
-    case 'picture': return pictureOf(value);
+    case 'picture': return pictureBody(value);
     case 'histogram': return histogramPlot([[value, 'counts', '--gray-bars']]);
     case 'numbers': return typeof value[0] === 'object' ? table(result, value, emphasise) : numberList(result);
     default: return table(result, drawable(result), emphasise);
   }
 }
 
-function pictureOf(picture) {
-  const canvas = h('canvas', {width: picture.width, height: picture.height, role: 'img', 'aria-label': sizeText(picture)});
+function pictureBody(picture) {
+  const {width, height} = picture;
+  const canvas = h('canvas', {width, height, role: 'img', 'aria-label': sizeText(picture)});
   canvas.getContext('2d').drawImage(canvasOf(picture), 0, 0);
   return canvas;
 }
 
-// A plot of a series of numbers and its values as text.
+// A series of numbers as a line and as text.
 function numberList(result) {
   const values = result.value;
-  const shown = values.slice(0, MOST_ROWS).map(numberText).join('  ');
-  const text = h('div', {class: 'numbers', tabindex: 0, role: 'region', 'aria-label': `${title(result)} as numbers`},
-    shown + (values.length > MOST_ROWS ? ` … and ${values.length - MOST_ROWS} more` : ''));
-  return values.length < 8 ? text : [linePlot(title(result), values), text];
-}
-
-function linePlot(name, values) {
-  const canvas = h('canvas', {class: 'histogram', width: 512, height: 160, role: 'img', 'aria-label': `${name} as a line`});
-  const least = Math.min(0, values.reduce((a, b) => Math.min(a, b)));
-  const most = Math.max(0, values.reduce((a, b) => Math.max(a, b)));
-  requestAnimationFrame(() => {
-    const context = canvas.getContext('2d');
-    const height = (value) => 158 - 156 * (value - least) / (most - least || 1);
-    canvas.style.color = 'var(--accent)';
-    context.strokeStyle = getComputedStyle(canvas).color;
-    context.lineWidth = 2;
-    context.beginPath();
-    values.forEach((value, i) => context.lineTo(512 * i / (values.length - 1), height(value)));
-    context.stroke();
-  });
-  return canvas;
+  const rest = values.length - MOST_ROWS;
+  const text = values.slice(0, MOST_ROWS).map(numberText).join('  ') + (rest > 0 ? ` … and ${rest} more` : '');
+  const list = h('div', {class: 'numbers', tabindex: 0, role: 'region', 'aria-label': `${title(result)} as numbers`}, text);
+  return values.length < LEAST_PLOT ? list : [linePlot(`${title(result)} as a line`, values), list];
 }
 
 // A table with a row for each item. A row that is pointed at stands out in the picture.
 function table(result, items, emphasise) {
   if (items.length === 0) return h('p', {class: 'help'}, 'None.');
   const columns = Object.keys(items[0]).filter((key) => typeof items[0][key] !== 'object');
-  const rows = items.slice(0, MOST_ROWS).map((item, i) => h('tr', {onmouseenter: () => emphasise(item)},
-    h('th', {scope: 'row'}, i + 1), columns.map((key) => h('td', {}, typeof item[key] === 'number' ? numberText(item[key]) : String(item[key])))));
+  const rows = items.slice(0, MOST_ROWS).map((item, i) => (
+    row(i + 1, columns.map((key) => item[key]), {onmouseenter: () => emphasise(item)})));
   let current = -1;
-  const scroller = h('div', {class: 'scroller', tabindex: 0, role: 'region', 
+  const mark = (to) => {
+    rows[current]?.classList.remove('current');
+    current = to;
+    rows[current]?.classList.add('current');
+    rows[current]?.scrollIntoView({block: 'nearest'});
+    emphasise(items[current] ?? null);
+  };
+  return h('div', {
+    class: 'scroller', tabindex: 0, role: 'region',
     'aria-label': `${title(result)}; the arrow keys mark a row in the picture`,
     onmouseleave: () => emphasise(null),
     onblur: () => mark(-1),
@@ -133,15 +165,10 @@ function table(result, items, emphasise) {
       if (to === undefined) return;
       event.preventDefault();
       mark(Math.min(Math.max(to, 0), rows.length - 1));
-    }},
-  h('table', {}, h('thead', {}, h('tr', {}, h('td', {}), columns.map((key) => h('th', {scope: 'col'}, words(key))))), h('tbody', {}, rows)),
+    },
+  },
+  h('table', {},
+    h('thead', {}, h('tr', {}, h('td'), heads(columns.map(words)))),
+    h('tbody', {}, rows)),
   items.length > MOST_ROWS && h('p', {class: 'help'}, `… and ${items.length - MOST_ROWS} more.`));
-  function mark(to) {
-    rows[current]?.classList.remove('current');
-    current = to;
-    rows[current]?.classList.add('current');
-    rows[current]?.scrollIntoView({block: 'nearest'});
-    emphasise(items[current] ?? null);
-  }
-  return scroller;
 }

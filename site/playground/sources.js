@@ -50,7 +50,9 @@ function listenForCamera(button, dialog, take, complain) {
   const video = dialog.querySelector('video');
   let stream;
   button.addEventListener('click', async () => {
-    if (!navigator.mediaDevices) return complain('This browser gives the camera only to pages from a file, from this machine or over https.');
+    if (!navigator.mediaDevices) {
+      return complain('This browser gives the camera only to pages from a file, from this machine or over https.');
+    }
     try {
       stream = await navigator.mediaDevices.getUserMedia({video: {facingMode: 'environment', width: {ideal: 1280}}});
     } catch {

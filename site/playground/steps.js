@@ -5,6 +5,8 @@ import {makeControl} from './controls.js';
 import {canvasOf} from './picture.js';
 import {initialValues, limits} from '../model/catalogue.js';
 
+const SERIES = ['points', 'segments', 'contours', 'regions'];
+
 export class StepList {
   // model answers questions, and its methods change the state:
   //   functions (by name), state, outcomes, selected, inputOf(step), select(index), move(step, to), remove(step),
@@ -39,8 +41,8 @@ export class StepList {
     const button = (name, label, action, disabled) =>
       iconButton(ICONS[name], `${label} ${step.call}`, action, {'data-key': `${name}-${k}`, disabled});
     const toggle = h('input', {
-      type: 'checkbox', role: 'switch', 'data-key': `toggle-${k}`, 'aria-label': `${step.call} is on`, title: 'Switch this step on or off',
-      onchange: () => model.toggle(k),
+      type: 'checkbox', role: 'switch', 'data-key': `toggle-${k}`, 'aria-label': `${step.call} is on`,
+      title: 'Switch this step on or off', onchange: () => model.toggle(k),
     });
     toggle.checked = !step.off;
     const element = h('li', {class: `step${selected ? ' selected' : ''}${step.off ? ' off' : ''}`},
@@ -93,8 +95,10 @@ export class StepList {
     card.general = h('p', {class: 'complaint', hidden: true});
     card.size = sizeText(input) + input.channels;
     const values = {...initialValues(fn, input), ...step.parameters};
-    const pictures = [{value: 'start', label: 'the start'}, ...model.state.steps.slice(0, k).map(({call}, i) => (
-      {value: i, label: `after ${i + 1}: ${call}`}))];
+    const earlier = model.state.steps.slice(0, k);
+    const pictures = [
+      {value: 'start', label: 'the start'}, ...earlier.map(({call}, i) => ({value: i, label: `after ${i + 1}: ${call}`})),
+    ];
     for (const parameter of fn.parameters) {
       card.controls.set(parameter.name, makeControl(parameter, values[parameter.name], {
         id: `step-${k}`,
@@ -104,12 +108,11 @@ export class StepList {
         change: (value) => model.setParameter(k, parameter.name, value),
       }));
     }
-    card.settings.replaceChildren(
-      h('p', {class: 'brief'}, fn.brief, ' ', h('a', {href: `function.html#${fn.link ?? fn.name}`, target: '_blank', rel: 'noopener'}, 'Reference')),
-      card.general,
-      ...[...card.controls.values()].map((control) => control.element),
-      ...(Object.keys(step.parameters).length
-        ? [h('button', {type: 'button', class: 'quiet', onclick: () => model.reset(k)}, 'Reset settings')] : []));
+    const reference = h('a', {href: `function.html#${fn.link}`, target: '_blank', rel: 'noopener'}, 'Reference');
+    const reset = h('button', {type: 'button', class: 'quiet', onclick: () => model.reset(k)}, 'Reset settings');
+    reset.hidden = Object.keys(step.parameters).length === 0;
+    card.settings.replaceChildren(h('p', {class: 'brief'}, fn.brief, ' ', reference), card.general,
+      ...[...card.controls.values()].map((control) => control.element), reset);
   }
 
   // Shows what a run has found out about a step.
@@ -122,9 +125,7 @@ export class StepList {
     if (model.selected === k + 1 && card.size !== sizeText(input) + input.channels) this.fill(card, k);
     card.element.classList.toggle('failed', complaints.length > 0);
     card.element.classList.toggle('waiting', !outcome);
-    if (model.state.steps[k].off) card.note.textContent = 'off';
-    else if (complaints.length) card.note.textContent = complaints[0].sentence;
-    else card.note.textContent = outcome ? [timeText(outcome.milliseconds), found(outcome.results)].filter(Boolean).join(' · ') : '';
+    card.note.textContent = noteOf(model.state.steps[k], outcome);
     if (outcome?.picture) drawThumbnail(card.thumbnail, outcome.picture);
     else card.thumbnail.getContext('2d').clearRect(0, 0, card.thumbnail.width, card.thumbnail.height);
     if (!card.general) return;
@@ -145,10 +146,16 @@ export class StepList {
   }
 }
 
-// "12 contours": the first series that a step has found.
-function found(results) {
-  const series = results.find(({kind, value}) => Array.isArray(value) && ['points', 'segments', 'contours', 'regions'].includes(kind));
-  return series && `${series.value.length} ${series.value.length === 1 ? series.kind.slice(0, -1) : series.kind}`;
+// What stands under the name of a step: why it did not run, or its time and the first series that it has found.
+function noteOf(step, outcome) {
+  if (step.off) return 'off';
+  if (!outcome) return '';
+  if (outcome.complaints) return outcome.complaints[0].sentence;
+  const time = timeText(outcome.milliseconds);
+  const series = outcome.results.find(({kind, value}) => SERIES.includes(kind) && Array.isArray(value));
+  if (!series) return time;
+  const {length} = series.value;
+  return `${time} · ${length} ${length === 1 ? series.kind.slice(0, -1) : series.kind}`;
 }
 
 export function drawThumbnail(canvas, picture) {

@@ -389,8 +389,9 @@ export class View {
     const {picture} = this.content;
     if (!picture || event.ctrlKey || event.metaKey || event.altKey) return false;
     const step = event.shiftKey ? 10 : 1;
-    const [dx, dy] = {ArrowLeft: [-step, 0], ArrowRight: [step, 0], ArrowUp: [0, -step], ArrowDown: [0, step]}[event.key] ?? [];
-    if (dx !== undefined) {
+    const move = {ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1]}[event.key];
+    if (move) {
+      const [dx, dy] = move.map((by) => by * step);
       const from = this.cursor ?? this.pixelAt(this.width / 2, this.height / 2);
       this.cursor = {x: limit(from.x + dx, 0, picture.width - 1), y: limit(from.y + dy, 0, picture.height - 1)};
       this.keepInView(this.cursor);

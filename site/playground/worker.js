@@ -2,7 +2,7 @@
 //
 // In:  {module, functions}      once
 //      {picture}                the picture that pipelines begin with
-//      {run, state, have}       a pipeline; run numbers the requests, and have[step] is the run that made what the page holds
+//      {run, state, have}       a pipeline; run numbers the requests, have[step] is the run that made what the page has
 // Out: {run, step, began: true}                                     before each call
 //      {run, step, made, picture, results, milliseconds}            after it; made is the run that computed it
 //      {run, step, made, complaints: [{parameter, sentence}]}       what it cannot take; later steps are not run
