@@ -71,9 +71,10 @@ const page = {
     showAll();
   },
 
-  add(call) {
-    this.takeSteps(inserted(this.state.steps, this.selected, call, this.functions), this.selected + 1);
-    steps.focus(this.selected - 1);
+  // Puts a step after the selected one, or at another place.
+  add(call, at = this.selected) {
+    this.takeSteps(inserted(this.state.steps, at, call, this.functions), at + 1);
+    steps.focus(at);
   },
 
   move(k, to) {
@@ -190,7 +191,9 @@ function finish() {
   if (failed >= 0) {
     setStatus(`Step ${failed + 1} did not run`);
     say(`Step ${failed + 1}, ${page.state.steps[failed].call}: ${page.outcomes[failed].complaints[0].sentence}`);
-    showAll();
+    // Later steps have no picture: show the one that lacks something.
+    if (page.selected > failed + 1) page.select(failed + 1);
+    else showAll();
   } else {
     const on = page.state.steps.filter(({off}) => !off).length;
     const time = page.outcomes.reduce((sum, {milliseconds}) => sum + milliseconds, 0);
@@ -247,11 +250,12 @@ function showView() {
     before = null;
   }
   const overlay = $('overlay').checked;
+  const isShown = (outcome) => outcome?.picture === picture;
   const marks = (overlay || armed) && sameSize(picture, input) ? marksOfSelected(input) : [];
   view.show({
     picture, before, marks,
     beforeLabel: before === start ? 'start' : 'input',
-    afterLabel: `after step ${selected}`,
+    afterLabel: picture === start ? 'start' : `after step ${page.outcomes.findLastIndex(isShown) + 1}`,
     results: overlay ? resultsOfSelected() : [],
     emphasised: null,
     armed: marks.find(({name}) => name === armed?.name) ?? null,

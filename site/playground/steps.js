@@ -9,7 +9,7 @@ const SERIES = ['points', 'segments', 'contours', 'regions'];
 
 export class StepList {
   // model answers questions, and its methods change the state:
-  //   functions (by name), state, outcomes, selected, inputOf(step), select(index), move(step, to), remove(step),
+  //   functions (by name), state, outcomes, selected, inputOf(step), select(index), add(call, at), move(step, to), remove(step),
   //   toggle(step), setParameter(step, name, value), arm(parameter, button)
   constructor(list, model) {
     this.list = list;
@@ -59,7 +59,7 @@ export class StepList {
       model.move(k, k + by);
     });
     this.makeMovable(element, k);
-    const card = {element, thumbnail, note, settings, controls: new Map(), general: null, size: null};
+    const card = {element, thumbnail, note, settings, controls: new Map(), general: null, convert: null, size: null};
     if (selected) this.fill(card, k);
     return card;
   }
@@ -93,6 +93,9 @@ export class StepList {
     const input = model.inputOf(k);
     card.controls.clear();
     card.general = h('p', {class: 'complaint', hidden: true});
+    const converter = fn.takes === 'gray' ? 'NuvRGB2Gry' : 'NuvGry2RGBImg';
+    card.convert = h('button', {type: 'button', class: 'convert', hidden: true, onclick: () => model.add(converter, k)},
+      `Insert ${converter}`);
     card.size = sizeText(input) + input.channels;
     const values = {...initialValues(fn, input), ...step.parameters};
     const earlier = model.state.steps.slice(0, k);
@@ -111,7 +114,7 @@ export class StepList {
     const reference = h('a', {href: `function.html#${fn.link}`, target: '_blank', rel: 'noopener'}, 'Reference');
     const reset = h('button', {type: 'button', class: 'quiet', onclick: () => model.reset(k)}, 'Reset settings');
     reset.hidden = Object.keys(step.parameters).length === 0;
-    card.settings.replaceChildren(h('p', {class: 'brief'}, fn.brief, ' ', reference), card.general,
+    card.settings.replaceChildren(h('p', {class: 'brief'}, fn.brief, ' ', reference), card.general, card.convert,
       ...[...card.controls.values()].map((control) => control.element), reset);
   }
 
@@ -135,6 +138,8 @@ export class StepList {
     const others = complaints.filter((c) => !card.controls.has(c.parameter)).map((c) => c.sentence).join(' ');
     card.general.textContent = others;
     card.general.hidden = !others;
+    const unfit = {gray: 3, colour: 1}[model.functions.get(model.state.steps[k].call).takes];
+    card.convert.hidden = !complaints.length || input.channels !== unfit;
   }
 
   focus(k) {
