@@ -197,7 +197,7 @@ function finish() {
   } else {
     const on = page.state.steps.filter(({off}) => !off).length;
     const time = page.outcomes.reduce((sum, {milliseconds}) => sum + milliseconds, 0);
-    setStatus(`${on} ${on === 1 ? 'step' : 'steps'} · ${timeText(time)}`);
+    setStatus(on ? `${on} ${on === 1 ? 'step' : 'steps'} · ${timeText(time)}` : 'No step');
   }
 }
 
