@@ -1,0 +1,96 @@
+// Makes the reference and the guides of the site: node site/reference/build.mjs MODULE FOLDER
+//
+// MODULE is nuvimgsdk.wasm, which makes the pictures. FOLDER receives the pages. Doxygen reads copies of the headers
+// and guides, which are complete: with signatures, pictures and links.
+
+import {execFileSync} from 'node:child_process';
+import {copyFileSync, mkdirSync, readFileSync, renameSync, rmSync, writeFileSync} from 'node:fs';
+import {basename, dirname, join, resolve} from 'node:path';
+import {fileURLToPath} from 'node:url';
+import {Examples} from './examples.mjs';
+import {readGuide} from './guides.mjs';
+import {readHeaders, withBlocks} from './headers.mjs';
+import {doors, escaped, functionBlock, functionIndex} from './html.mjs';
+import {drawingOf, rimPicture} from './rim.mjs';
+import {readSignatures} from './signatures.mjs';
+
+const root = resolve(dirname(fileURLToPath(import.meta.url)), '../..');
+const [module, folder] = process.argv.slice(2).map((path) => resolve(path));
+const work = join(root, 'build/site');
+const input = join(work, 'input');
+const pages = join(work, 'pages');  // becomes the folder once it is complete
+rmSync(work, {recursive: true, force: true});
+mkdirSync(join(input, 'nuv'), {recursive: true});
+mkdirSync(join(pages, 'pictures'), {recursive: true});
+
+// The documents of the site, and the labels of their pages.
+const GUIDES = {
+  'site/guides/front.md': 'index',
+  'site/guides/first_steps.md': 'first_steps',
+  'docs/python.md': 'python',
+  'docs/windows.md': 'windows',
+  'site/guides/areas.md': 'areas',
+  'docs/performance.md': 'performance',
+  'site/guides/results.md': 'results',
+  'docs/hosts.md': 'hosts',
+  'docs/abi.md': 'abi',
+};
+// Documents whose place is taken by another page.
+const REPLACED = {'docs/gallery.md': 'index', 'docs/quick_reference.md': 'function'};
+
+const boundary = JSON.parse(readFileSync(join(root, 'boundary/boundary.json')));
+const headers = await readHeaders(root, boundary);
+const links = new Map(headers.flatMap((header) => header.functions)
+  .map(({page, plainName}) => [plainName, `${page}#${plainName}`]));
+const firstOverload = new Map(boundary.functions.map((f) => [f.name, f.plain_name]).reverse());
+const signatures = await readSignatures(boundary, root);
+const examples = await Examples.load(root, module, pages);
+const exampleOf = new Map(examples.functions.map((fn) => [fn.name, examples.html(fn)]));
+
+// The headers.
+for (const header of headers) {
+  const block = (name) => functionBlock(name, signatures.get(name), exampleOf.get(name));
+  writeFileSync(join(input, header.file), withBlocks(header, block));
+}
+for (const file of ['nuv/records.h', 'nuv/api.h']) copyFileSync(join(root, 'include', file), join(input, file));
+writeFileSync(join(input, 'NuvImgSDK2014DLL.h'), readFileSync(join(root, 'include/NuvImgSDK2014DLL.h'), 'utf8')
+  .replace('@mainpage NuvImgSDK2014DLL', '@page conventions Conventions'));
+
+// The guides.
+const areas = readFileSync(join(root, 'site/guides/areas.md'), 'utf8');
+const site = {
+  pages: new Map([...Object.entries({...GUIDES, ...REPLACED}),
+    ...headers.map((header) => [`include/${header.file}`, header.page.replace('.html', '')])]),
+  functionLink: (name) => links.get(name) ?? links.get(firstOverload.get(name)),
+  picture(path, words) {
+    copyFileSync(join(root, path), join(pages, 'pictures', basename(path)));
+    return `<img src="pictures/${basename(path)}" alt="${escaped(words)}" loading="lazy">`;
+  },
+  fragments: {doors, rim: rimPicture(examples.engine, drawingOf(areas))},
+};
+for (const [file, label] of Object.entries(GUIDES))
+  writeFileSync(join(input, `${label}.md`), await readGuide(root, file, label, site));
+writeFileSync(join(input, 'function.md'), functionIndex(boundary, links));
+
+// The head of each page is Doxygen's, with the switch for dark pages.
+const head = join(work, 'head.html');
+execFileSync('doxygen', ['-w', 'html', head, join(work, 'foot.html'), join(work, 'doxygen.css')]);
+writeFileSync(head, readFileSync(head, 'utf8').replace('</head>', `
+<script src="$relpath^doxygen-awesome-darkmode-toggle.js"></script>
+<script>DoxygenAwesomeDarkModeToggle.init();</script>
+</head>`));
+execFileSync('doxygen', ['-'], {
+  cwd: root,
+  stdio: ['pipe', 'inherit', 'inherit'],
+  input: `@INCLUDE = site/reference/Doxyfile
+INPUT = ${input}
+STRIP_FROM_PATH = ${input}
+STRIP_FROM_INC_PATH = ${input}
+HTML_HEADER = ${head}
+OUTPUT_DIRECTORY = ${pages}
+PROJECT_NUMBER = ${boundary.version}
+`,
+});
+rmSync(folder, {recursive: true, force: true});
+mkdirSync(dirname(folder), {recursive: true});
+renameSync(pages, folder);

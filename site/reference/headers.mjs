@@ -1,0 +1,47 @@
+// The headers as Doxygen reads them for the site: each function has a block of HTML of its own.
+
+import {readFile} from 'node:fs/promises';
+
+// Doxygen's name of the page of a group.
+const groupPage = (id) => `group__${id.replaceAll('_', '__')}.html`;
+
+// The line of each exported function in the order of their declarations, with the group that holds it.
+function* declarations(lines) {
+  const groups = [];
+  let group;
+  for (const [index, line] of lines.entries()) {
+    group = line.match(/^\/\/\/ @defgroup (\w+)/)?.[1] ?? group;
+    if (line === '/// @{') groups.push(group);
+    if (line === '/// @}') groups.pop();
+    const name = line.match(/^NUV_API [^(]*\b(\w+)\(/)?.[1];
+    if (name) yield {index, name, page: groupPage(groups.at(-1))};
+  }
+}
+
+// The headers that boundary.json names: {file, lines, page, functions: [{index, name, page, plainName}]}.
+export async function readHeaders(root, boundary) {
+  const files = [...new Set(boundary.functions.map((f) => f.header))];
+  return Promise.all(files.map(async (file) => {
+    const lines = (await readFile(`${root}/include/${file}`, 'utf8')).split('\n');
+    const found = [...declarations(lines)];
+    const described = boundary.functions.filter((f) => f.header === file);
+    const functions = described.map((f, i) => ({...found[i], plainName: f.plain_name}));
+    if (found.length !== described.length || described.some((f, i) => f.name !== found[i].name))
+      throw new Error(`boundary.json does not list the functions of ${file} in their order`);
+    return {file, lines, functions, page: groupPage(lines.join('\n').match(/@defgroup (\w+)/)[1])};
+  }));
+}
+
+// The text of a header with block(name) after the first paragraph of each function's comment.
+export function withBlocks({lines, functions}, block) {
+  const result = [...lines];
+  for (const {index, plainName} of [...functions].reverse()) {
+    let start = index;
+    while (lines[start - 1].startsWith('///')) --start;
+    let end = start;
+    while (end < index && !/^\/\/\/( @(?!overload).*)?$/.test(lines[end])) ++end;
+    const html = block(plainName).replace(/\n\s*/g, ' ');
+    result.splice(end, 0, '/// @htmlonly[block]', `/// ${html}`, '/// @endhtmlonly');
+  }
+  return result.join('\n');
+}

@@ -1,0 +1,45 @@
+// HTML of the reference that Doxygen does not make itself.
+
+export const escaped = (text) => text.replace(/[&<>"]/g, (c) => `&#${c.charCodeAt(0)};`);
+
+// A place to break a line after each comma, and not elsewhere.
+const wrapped = (code) => escaped(code).replaceAll(' ', '&nbsp;').replaceAll(',&nbsp;', ', ');
+
+// What a function's section shows below its first sentence.
+export function functionBlock(name, signatures, example = '') {
+  const rows = Object.entries(signatures)
+    .map(([language, code]) => `<tr><th>${language}</th><td><code>${wrapped(code)}</code></td></tr>`);
+  return `<div id="${name}" class="function"><table class="signatures">${rows.join('')}</table>${example}</div>`;
+}
+
+// Ways on from the front.
+export const doors = `<p class="doors"><a class="door" href="playground.html">Open the playground</a>
+  <a class="door" href="first_steps.html">First steps</a> <a class="door" href="function.html">All functions</a></p>`;
+
+// The page of all functions. An address that names one leads on to its section.
+export function functionIndex(boundary, links) {
+  const sections = new Map();
+  for (const f of boundary.functions) {
+    const title = f.groups.join(': ');
+    sections.set(title, [...(sections.get(title) ?? []), f]);
+  }
+  const row = ({plain_name: name, name: cppName, doc}) =>
+    `<dt id="${name}"><a href="${links.get(name)}">${name}</a></dt><dd>${escaped(doc.brief)}</dd>`;
+  const html = [...sections].map(([title, functions]) =>
+    `<h2>${escaped(title)}</h2><dl class="functions">${functions.map(row).join('')}</dl>`).join('\n');
+  return `# All functions {#function}
+
+The ${boundary.functions.length} functions by the room of their header, with the plain names of the C library. An
+overload of C++ has a plain name of its own.
+
+@htmlonly[block]
+<script>
+addEventListener('DOMContentLoaded', () => {
+  const row = document.getElementById(decodeURIComponent(location.hash.slice(1)));
+  if (row?.matches('.functions > dt')) location.replace(row.querySelector('a').href);
+});
+</script>
+${html}
+@endhtmlonly
+`;
+}
