@@ -39,6 +39,7 @@ windows64_packages=(g++-mingw-w64-x86-64-posix llvm googletest wine)
 msvc_packages=(clang lld llvm)
 wasm_packages=(clang lld wasi-libc libc++-14-dev-wasm32 libc++abi-14-dev-wasm32 libclang-rt-14-dev-wasm32 nodejs
   googletest)
+site_packages=(doxygen doxygen-awesome-css)
 fuzz_packages=(clang libclang-rt-dev)
 
 # need_32_bit_wine: puts the libraries of Debian's 32-bit wine package beside those of the 64-bit one, which then runs

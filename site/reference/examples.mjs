@@ -3,11 +3,11 @@
 import {createHash} from 'node:crypto';
 import {readFileSync, writeFileSync} from 'node:fs';
 import {join} from 'node:path';
-import {catalogue, initialValues} from '../model/catalogue.js';
+import {catalogue} from '../model/catalogue.js';
 import {Engine} from '../model/engine.js';
-import {encode} from '../model/pipeline.js';
+import {encode, withInitialValues} from '../model/pipeline.js';
 import {escaped} from './html.mjs';
-import {bars, overlay, png, readBmp, readPng, reduced} from './pictures.mjs';
+import {bars, overlay, png, readPicture, reduced} from './pictures.mjs';
 
 const number = (v) => (Number.isInteger(v) ? String(v) : String(Number(v.toPrecision(6))));
 const valueText = (v) => (typeof v === 'object' ? Object.entries(v).map(([k, n]) => `${k} ${number(n)}`).join(', ')
@@ -29,13 +29,19 @@ function resultList(results) {
   return rows.length && `<dl>${rows.map(([name, html]) => `<dt>${escaped(name)}</dt><dd>${html}</dd>`).join('')}</dl>`;
 }
 
+// What a parameter draws over the picture before the call.
+function shapeOfParameter(kind, value) {
+  if (kind === 'region') return [{kind: 'rectangle', value}];
+  return kind === 'point' ? [{kind: 'points', value: [value]}] : [];
+}
+
 export class Examples {
   static async load(root, module, folder) {
     const read = (path) => JSON.parse(readFileSync(join(root, path)));
     const functions = catalogue(read('boundary/boundary.json'), read('bindings/web/parameters.json'));
     const engine = await Engine.load(await WebAssembly.compile(readFileSync(module)), functions);
     const pictures = new Map(read('site/model/pictures.json')
-      .map(({name, file}) => [name, (file.endsWith('.png') ? readPng : readBmp)(readFileSync(join(root, file)))]));
+      .map(({name, file}) => [name, readPicture(join(root, file))]));
     return Object.assign(new Examples(), {functions, engine, pictures, folder, files: new Map()});
   }
 
@@ -57,20 +63,24 @@ export class Examples {
     const state = fn.example;
     const pictures = [this.pictures.get(state.picture)];
     let outcome;
-    for (const step of state.steps) {try{
+    for (const step of state.steps) {
       outcome = this.engine.run(step, pictures.at(-1), pictures);
-      pictures.push(outcome.picture);}catch(e){console.log(fn.name+': '+e.message);return ''}
+      pictures.push(outcome.picture);
     }
     const [before, after] = pictures.slice(-2);
-    const earlier = state.steps.slice(0, -1).map((step) => step.call).join(', ');
-    const values = Object.entries(initialValues(fn, before)).map(([name, v]) => `${name} = ${valueText(v)}`);
+    const source = escaped([state.picture, ...state.steps.slice(0, -1).map((step) => step.call)].join(', '));
+    const values = withInitialValues(state.steps.at(-1), fn, before);
+    const parameters = Object.entries(values).map(([name, v]) => `${name} = ${valueText(v)}`);
+    const given = overlay(fn.parameters.flatMap(({name, kind}) => shapeOfParameter(kind, values[name])), before, 'given');
+    const found = overlay(outcome.results, after, 'found');
+    const caption = escaped(parameters.join(', '));
+    const [shown, changed] = fn.changesPicture ? [given, true] : [given + found, false];
     const figures = [];
-    const figure = (html, caption) => figures.push(`<figure>${html}<figcaption>${caption}</figcaption></figure>`);
-    if (fn.takes !== 'none')
-      figure(this.picture(before, 'Before', `${fn.name}_before`), escaped(earlier || state.picture));
-    const drawn = overlay(outcome.results, after);
-    if (fn.changesPicture || drawn)
-      figure(`<div>${this.picture(after, 'After', fn.name)}${drawn}</div>`, escaped(values.join(', ') || fn.name));
+    const figure = (picture, words, name, drawn, text) => figures.push(`<figure><div>
+      ${this.picture(picture, words, name)}${drawn}</div><figcaption>${text}</figcaption></figure>`);
+    if (fn.takes !== 'none' || shown)
+      figure(before, changed ? 'Before' : 'The picture', `${fn.name}_before`, shown, changed ? source : `${source}<br>${caption}`);
+    if (changed) figure(after, 'After', fn.name, found, caption || fn.name);
     return `<div class="example">${figures.join('')}${resultList(outcome.results) || ''}
       <a class="try" href="playground.html#${encode(state)}">Try it</a></div>`;
   }

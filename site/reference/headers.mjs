@@ -41,7 +41,8 @@ export function withBlocks({lines, functions}, block) {
     let end = start;
     while (end < index && !/^\/\/\/( @(?!overload).*)?$/.test(lines[end])) ++end;
     const html = block(plainName).replace(/\n\s*/g, ' ');
-    result.splice(end, 0, '/// @htmlonly[block]', `/// ${html}`, '/// @endhtmlonly');
+    result.splice(end, 0, `/// @htmlonly[block]${html}@endhtmlonly`);
   }
-  return result.join('\n');
+  // Each overload has an entry of its own, so Doxygen's sentence about overloads is left out.
+  return result.filter((line) => line !== '/// @overload').join('\n');
 }

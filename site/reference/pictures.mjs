@@ -1,9 +1,10 @@
 // Pictures of the reference: BMP files read, PNG files written, and results drawn over a picture as SVG.
 
+import {readFileSync} from 'node:fs';
 import pngjs from 'pngjs';
 
-// Reads a BMP file of 8 or 24 bits whose rows start at the bottom.
-export function readBmp(file) {
+// A BMP file of 8 or 24 bits whose rows start at the bottom.
+function fromBmp(file) {
   const at = (offset) => file.readInt32LE(offset);
   const [start, width, height, channels] = [at(10), at(18), at(22), file.readInt16LE(28) / 8];
   const stride = Math.ceil(width * channels / 4) * 4;
@@ -15,11 +16,17 @@ export function readBmp(file) {
   return {width, height, channels, data};
 }
 
-// Reads a PNG file in colour.
-export function readPng(file) {
+// A PNG file in colour.
+function fromPng(file) {
   const {width, height, data} = pngjs.PNG.sync.read(file);
   const pixels = Uint8Array.from({length: width * height * 3}, (_, i) => data[Math.floor(i / 3) * 4 + 2 - i % 3]);
   return {width, height, channels: 3, data: pixels};
+}
+
+// Reads one of the pictures of site/model/pictures.json.
+export function readPicture(path) {
+  const file = readFileSync(path);
+  return path.endsWith('.png') ? fromPng(file) : fromBmp(file);
 }
 
 // A picture of half the size: means of 2 by 2 pixels.
@@ -60,22 +67,38 @@ export function positions({x, y, chain}) {
 
 const path = (points) => `<path d="M${points.map((p) => p.join(' ')).join('L')}"/>`;
 const SHAPES = {
-  points: ({x, y}) => `<circle cx="${x}" cy="${y}" r="2"/>`,
+  points: ({x, y}) => `<circle cx="${x}" cy="${y}" r="3"/>`,
   segments: ({x1, y1, x2, y2}) => path([[x1, y1], [x2, y2]]),
   contours: (contour) => path(positions(contour)),
   regions: ({x0, y0, chain}) => path(positions({x: x0, y: y0, chain})),
   rectangle: ({left, top, right, bottom}) =>
     `<rect x="${left}" y="${top}" width="${right - left}" height="${bottom - top}"/>`,
 };
-const MOST_SHAPES = 2000;
+const MOST_SHAPES = 10000;
+const MANY_POINTS = 100;
+
+function shapesOf({kind, value}) {
+  if (!(kind in SHAPES) || !value) return [];
+  const list = [value].flat().slice(0, MOST_SHAPES);
+  if (kind !== 'points' || list.length < MANY_POINTS) return list.map(SHAPES[kind]);
+  return [`<path d="${list.map(({x, y}) => `M${x} ${y}h0`).join('')}"/>`];
+}
+
+// The line that numbers of the KB or the ABC form describe, across the picture.
+function lineOf(results, {width, height}) {
+  const {IsVertical, K, B, A, C} = Object.fromEntries(results.map((r) => [r.name, r.value]));
+  const [a, b, c] = A !== undefined ? [A, B, C] : IsVertical ? [1, -K, -B] : [K, -1, B];
+  if (![a, b, c].every(Number.isFinite)) return [];
+  return [Math.abs(a) < Math.abs(b) ? path([[0, -c / b], [width, -(a * width + c) / b]])
+                                    : path([[-c / a, 0], [-(b * height + c) / a, height]])];
+}
 
 // What results draw over a picture of this size, as an SVG element; an empty text if they draw nothing.
-export function overlay(results, {width, height}) {
-  const shapes = results.filter((r) => r.kind in SHAPES && r.value)
-    .flatMap((r) => [r.value].flat().slice(0, MOST_SHAPES).map(SHAPES[r.kind]));
+export function overlay(results, {width, height}, role) {
+  const shapes = [...results.flatMap(shapesOf), ...lineOf(results, {width, height})];
   if (shapes.length === 0) return '';
   // Shapes run through the middle of pixels.
-  return `<svg viewBox="-0.5 -0.5 ${width} ${height}" aria-hidden="true">${shapes.join('')}</svg>`;
+  return `<svg class="${role}" viewBox="-0.5 -0.5 ${width} ${height}" aria-hidden="true">${shapes.join('')}</svg>`;
 }
 
 // A histogram or a profile as bars.
