@@ -58,13 +58,16 @@ writeFileSync(join(input, 'NuvImgSDK2014DLL.h'), readFileSync(join(root, 'includ
 
 // The guides.
 const areas = readFileSync(join(root, 'site/guides/areas.md'), 'utf8');
+const gallery = JSON.parse(readFileSync(join(root, 'site/guides/gallery.json')));
 const site = {
   pages: new Map([...Object.entries({...GUIDES, ...REPLACED}),
     ...headers.map((header) => [`include/${header.file}`, header.page.replace('.html', '')])]),
   functionLink: (name) => links.get(name) ?? links.get(firstOverload.get(name)),
   picture(path, words) {
     copyFileSync(join(root, path), join(pages, 'pictures', basename(path)));
-    return `<img src="pictures/${basename(path)}" alt="${escaped(words)}" loading="lazy">`;
+    const steps = gallery[basename(path, '.png')];
+    return `<img src="pictures/${basename(path)}" alt="${escaped(words)}" loading="lazy">` +
+      (steps ? `<a href="playground.html#${steps}" class="try">Try it</a>` : '');
   },
   fragments: {doors, rim: rimPicture(examples.engine, drawingOf(areas))},
 };
@@ -72,12 +75,12 @@ for (const [file, label] of Object.entries(GUIDES))
   writeFileSync(join(input, `${label}.md`), await readGuide(root, file, label, site));
 writeFileSync(join(input, 'function.md'), functionIndex(boundary, links));
 
-// The head of each page is Doxygen's, with the switch for dark pages.
+// The head of each page is Doxygen's, with the scripts of the site.
 const head = join(work, 'head.html');
 execFileSync('doxygen', ['-w', 'html', head, join(work, 'foot.html'), join(work, 'doxygen.css')]);
 writeFileSync(head, readFileSync(head, 'utf8').replace('</head>', `
 <script src="$relpath^doxygen-awesome-darkmode-toggle.js"></script>
-<script>DoxygenAwesomeDarkModeToggle.init();</script>
+<script src="$relpath^page.js"></script>
 </head>`));
 execFileSync('doxygen', ['-'], {
   cwd: root,

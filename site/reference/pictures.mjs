@@ -70,7 +70,7 @@ const SHAPES = {
   points: ({x, y}) => `<circle cx="${x}" cy="${y}" r="3"/>`,
   segments: ({x1, y1, x2, y2}) => path([[x1, y1], [x2, y2]]),
   contours: (contour) => path(positions(contour)),
-  regions: ({x0, y0, chain}) => path(positions({x: x0, y: y0, chain})),
+  regions: (region) => path(positions(region)),
   rectangle: ({left, top, right, bottom}) =>
     `<rect x="${left}" y="${top}" width="${right - left}" height="${bottom - top}"/>`,
 };
