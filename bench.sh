@@ -9,7 +9,8 @@
 # runs.
 # --clang measures the library built by clang beside that built by g++, both for x86-64-v3. A ratio above 1 means that
 # the build by clang is the slower one.
-# --web measures ten functions as WebAssembly under Node.js beside those built for x86-64-v2 and x86-64-v3.
+# --web measures ten functions as WebAssembly under Node.js beside those built for x86-64-v2 and x86-64-v3, and beside the
+# same WebAssembly in Chromium.
 # --growth lists the exports whose time grows faster than their pixels or their windows; --all lists the times of all
 # exports.
 set -euo pipefail
@@ -17,11 +18,14 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
 need_packages "${build_packages[@]}" "${bench_packages[@]}"
 if [ "${1:-}" = --web ]; then
-  need_packages "${wasm_packages[@]}"
+  need_packages "${wasm_packages[@]}" chromium
+  need_site_modules
   for preset in bench-wasm bench-v2 bench-v3; do build "$preset" nuv_web_bench; done
+  build wasm-simd nuvimgsdk_web
   program=bench/web/nuv_web_bench
   exec tools/web_report "WebAssembly=node --no-warnings cmake/run_wasm.mjs build/bench-wasm/$program.wasm" \
-    "x86-64-v2=build/bench-v2/$program" "x86-64-v3=build/bench-v3/$program" "${@:2}"
+    "x86-64-v2=build/bench-v2/$program" "x86-64-v3=build/bench-v3/$program" \
+    "Chromium=node bench/web/browser_bench.mjs build/wasm-simd/bindings/web/nuvimgsdk.wasm" "${@:2}"
 fi
 if [ "${1:-}" = --clang ]; then
   need_packages clang

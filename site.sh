@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source tools/setup.sh
 need_packages "${build_packages[@]}" "${wasm_packages[@]}" "${site_packages[@]}"
-command -v npm >/dev/null || need_packages npm  # which other distributions of Node.js include
+need_site_modules
 build wasm-simd nuvimgsdk_web
 module=build/wasm-simd/bindings/web/nuvimgsdk.wasm
 
@@ -15,9 +15,6 @@ newer() {
   [ -e "$1" ] && [ -z "$(find "${@:2}" -newer "$1" -print -quit)" ]
 }
 
-if ! newer site/node_modules/.package-lock.json site/package-lock.json; then
-  npm ci --prefix site --no-audit --no-fund --ignore-scripts >&2
-fi
 reference=dist/site/index.html
 newer $reference "$module" site/model site/reference site/guides docs include boundary bindings/web README.md ||
   node site/reference/build.mjs "$module" dist/site

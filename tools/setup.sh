@@ -59,6 +59,13 @@ need_32_bit_wine() {
   rm -rf "$work"
 }
 
+# need_site_modules: installs the site's development dependencies if their list is newer than they are.
+need_site_modules() {
+  command -v npm >/dev/null || need_packages npm  # which other distributions of Node.js include
+  [ site/node_modules/.package-lock.json -nt site/package-lock.json ] ||
+    npm ci --prefix site --no-audit --no-fund --ignore-scripts >&2
+}
+
 # has_level LEVEL [EMULATOR...]: whether this processor, or the emulated one, has all instructions of x86-64-LEVEL.
 has_level() {
   "${@:2}" /lib64/ld-linux-x86-64.so.2 --help 2>/dev/null | grep "x86-64-$1 (supported" >/dev/null
