@@ -51,7 +51,8 @@ export async function readGuide(root, file, label, site) {
     const [path, heading] = pieces.slice(i + 1, i + 3);
     if (path) text += outsideCode(part(await read(path), path, heading), (t) => linked(t, dirname(path), site));
   }
-  text = text.replace(/<!-- (\w+) -->/g, (_, name) => `@htmlonly[block]\n${site.fragments[name]}\n@endhtmlonly`);
+  for (const [name, html] of Object.entries(site.fragments))
+    text = text.replace(`<!-- ${name} -->`, () => `@htmlonly[block]\n${html}\n@endhtmlonly`);
   return outsideCode(text, (t) => t
     .replace(/^# (.*)$/m, `# $1 {#${label === 'index' ? 'mainpage' : label}}`)
     .replace(/^(##+) (.*)$/gm, (_, level, heading) => `${level} ${heading} {#${label}_${slug(heading)}}`));
