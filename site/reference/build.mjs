@@ -73,7 +73,7 @@ const site = {
 };
 for (const [file, label] of Object.entries(GUIDES))
   writeFileSync(join(input, `${label}.md`), await readGuide(root, file, label, site));
-writeFileSync(join(input, 'function.md'), functionIndex(boundary, links));
+writeFileSync(join(input, 'function.md'), functionIndex(boundary, links, examples.results));
 
 // The head of each page is Doxygen's, with the scripts of the site.
 const head = join(work, 'head.html');

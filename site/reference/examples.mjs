@@ -42,7 +42,8 @@ export class Examples {
     const engine = await Engine.load(await WebAssembly.compile(readFileSync(module)), functions);
     const pictures = new Map(read('site/model/pictures.json')
       .map(({name, file}) => [name, readPicture(join(root, file))]));
-    return Object.assign(new Examples(), {functions, engine, pictures, folder, files: new Map()});
+    return Object.assign(new Examples(), {functions, engine, pictures, folder, files: new Map(),
+      results: new Map()});
   }
 
   // The HTML of a picture, which becomes a PNG file. Equal pictures share a file.
@@ -54,6 +55,7 @@ export class Examples {
       this.files.set(hash, `pictures/${name}.png`);
       writeFileSync(join(this.folder, this.files.get(hash)), bytes);
     }
+    this.results.set(name, this.files.get(hash));
     return `<img src="${this.files.get(hash)}" width="${picture.width}" height="${picture.height}"
       alt="${escaped(words)}" loading="lazy">`;
   }
@@ -82,6 +84,6 @@ export class Examples {
       figure(before, changed ? 'Before' : 'The picture', `${fn.name}_before`, shown, changed ? source : `${source}<br>${caption}`);
     if (changed) figure(after, 'After', fn.name, found, caption || fn.name);
     return `<div class="example">${figures.join('')}${resultList(outcome.results) || ''}
-      <a class="try" href="playground.html#${encode(state)}">Try it</a></div>`;
+      <a class="try" href="playground.html#${encode(state)}" aria-label="Try it: ${fn.name}">Try it</a></div>`;
   }
 }

@@ -17,14 +17,15 @@ export const doors = `<p class="doors"><a class="door" href="playground.html">Op
   <a class="door" href="first_steps.html">First steps</a> <a class="door" href="function.html">All functions</a></p>`;
 
 // The page of all functions. An address that names one leads on to its section.
-export function functionIndex(boundary, links) {
+export function functionIndex(boundary, links, pictures) {
   const sections = new Map();
   for (const f of boundary.functions) {
     const title = f.groups.join(': ');
     sections.set(title, [...(sections.get(title) ?? []), f]);
   }
+  const picture = (name) => (pictures.has(name) ? `<img src="${pictures.get(name)}" alt="" loading="lazy">` : '');
   const row = ({plain_name: name, name: cppName, doc}) =>
-    `<dt id="${name}"><a href="${links.get(name)}">${name}</a></dt><dd>${escaped(doc.brief)}</dd>`;
+    `<dt id="${name}"><a href="${links.get(name)}">${name}</a></dt><dd>${picture(name)}${escaped(doc.brief)}</dd>`;
   const html = [...sections].map(([title, functions]) =>
     `<h2>${escaped(title)}</h2><dl class="functions">${functions.map(row).join('')}</dl>`).join('\n');
   return `# All functions {#function}
