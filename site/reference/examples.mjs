@@ -1,4 +1,4 @@
-// The example of each function: a pipeline that ends with it, run by the library, its pictures, and its HTML.
+// The example of each function: a pipeline that ends with it, run by the library, as pictures and HTML.
 
 import {createHash} from 'node:crypto';
 import {readFileSync, writeFileSync} from 'node:fs';
@@ -9,30 +9,36 @@ import {encode, withInitialValues} from '../model/pipeline.js';
 import {escaped} from './html.mjs';
 import {bars, overlay, png, readPicture, reduced} from './pictures.mjs';
 
-const number = (v) => (Number.isInteger(v) ? String(v) : String(Number(v.toPrecision(6))));
-const valueText = (v) => (typeof v === 'object' ? Object.entries(v).map(([k, n]) => `${k} ${number(n)}`).join(', ')
-  : typeof v === 'number' ? number(v) : String(v));
-
-const MOST_BARS = 1024;
 const MOST_NUMBERS = 8;
-const numberList = (values) => escaped(values.slice(0, MOST_NUMBERS).map(number).join(', ')) +
-  (values.length > MOST_NUMBERS ? `, ... (${values.length} numbers)` : '');
+const MOST_BARS = 1024;
 
-// The numbers of a step's results as a list.
-function resultList(results) {
-  const rows = results.filter((r) => r.kind !== 'picture' && r.value !== undefined).map(({name, kind, value}) => {
-    if (kind === 'histogram' || kind === 'numbers')
-      return [name, value.length > 8 && value.length <= MOST_BARS ? bars(value) : numberList(value)];
-    if (Array.isArray(value)) return [`number of ${kind}`, String(value.length)];
-    return [name, escaped(valueText(value))];
-  });
-  return rows.length && `<dl>${rows.map(([name, html]) => `<dt>${escaped(name)}</dt><dd>${html}</dd>`).join('')}</dl>`;
+function valueText(value) {
+  if (typeof value === 'object') return Object.entries(value).map(([k, v]) => `${k} ${valueText(v)}`).join(', ');
+  if (typeof value !== 'number' || Number.isInteger(value)) return String(value);
+  return String(Number(value.toPrecision(6)));
 }
 
-// What a parameter draws over the picture before the call.
-function shapeOfParameter(kind, value) {
-  if (kind === 'region') return [{kind: 'rectangle', value}];
-  return kind === 'point' ? [{kind: 'points', value: [value]}] : [];
+// The HTML of a result that is no picture.
+function resultHtml({kind, value}) {
+  if (!Array.isArray(value)) return escaped(valueText(value));
+  if (kind !== 'histogram' && kind !== 'numbers') return String(value.length);
+  if (value.length > MOST_NUMBERS && value.length <= MOST_BARS) return bars(value);
+  const first = value.slice(0, MOST_NUMBERS).map(valueText).join(', ');
+  return escaped(value.length > MOST_NUMBERS ? `${first}, ... (${value.length} numbers)` : first);
+}
+
+function resultList(results) {
+  const countable = ({name, kind, value}) =>
+    (Array.isArray(value) && kind !== 'histogram' && kind !== 'numbers' ? `number of ${kind}` : name);
+  const rows = results.filter((r) => r.kind !== 'picture' && r.value !== undefined)
+    .map((r) => `<dt>${escaped(countable(r))}</dt><dd>${resultHtml(r)}</dd>`);
+  return rows.length === 0 ? '' : `<dl>${rows.join('')}</dl>`;
+}
+
+// The regions and points that are parameters, in the form of results.
+function placesOf(fn, values) {
+  const kinds = {region: 'rectangle', point: 'points'};
+  return fn.parameters.filter((p) => p.kind in kinds).map((p) => ({kind: kinds[p.kind], value: values[p.name]}));
 }
 
 export class Examples {
@@ -40,50 +46,62 @@ export class Examples {
     const read = (path) => JSON.parse(readFileSync(join(root, path)));
     const functions = catalogue(read('boundary/boundary.json'), read('bindings/web/parameters.json'));
     const engine = await Engine.load(await WebAssembly.compile(readFileSync(module)), functions);
-    const pictures = new Map(read('site/model/pictures.json')
+    const shipped = new Map(read('site/model/pictures.json')
       .map(({name, file}) => [name, readPicture(join(root, file))]));
-    return Object.assign(new Examples(), {functions, engine, pictures, folder, files: new Map(),
-      results: new Map()});
+    return new Examples(functions, engine, shipped, folder);
   }
 
-  // The HTML of a picture, which becomes a PNG file. Equal pictures share a file.
-  picture(full, words, name) {
-    const picture = reduced(full);
-    const bytes = png(picture);
-    const hash = createHash('sha256').update(bytes).digest('hex');
-    if (!this.files.has(hash)) {
-      this.files.set(hash, `pictures/${name}.png`);
-      writeFileSync(join(this.folder, this.files.get(hash)), bytes);
+  constructor(functions, engine, shipped, folder) {
+    Object.assign(this, {functions, engine, shipped, folder});
+    this.files = new Map();    // of pictures, by their content: equal pictures share a file
+    this.results = new Map();  // the file of the last picture of each example, by the name of its function
+  }
+
+  // The file of a picture.
+  file(picture, name) {
+    const bytes = png(reduced(picture));
+    const content = createHash('sha256').update(bytes).digest('hex');
+    if (!this.files.has(content)) {
+      this.files.set(content, `pictures/${name}.png`);
+      writeFileSync(join(this.folder, this.files.get(content)), bytes);
     }
-    this.results.set(name, this.files.get(hash));
-    return `<img src="${this.files.get(hash)}" width="${picture.width}" height="${picture.height}"
-      alt="${escaped(words)}" loading="lazy">`;
+    return this.files.get(content);
+  }
+
+  // The HTML of a picture with what is drawn over it.
+  figure(picture, words, drawn, caption, file) {
+    const {width, height} = reduced(picture);
+    return `<figure><div><img src="${file}" width="${width}" height="${height}" alt="${words}" loading="lazy">
+      ${drawn}</div><figcaption>${caption}</figcaption></figure>`;
   }
 
   // The HTML of a function's example.
   html(fn) {
-    const state = fn.example;
-    const pictures = [this.pictures.get(state.picture)];
+    const {picture, steps} = fn.example;
+    const pictures = [this.shipped.get(picture)];
     let outcome;
-    for (const step of state.steps) {
+    for (const step of steps) {
       outcome = this.engine.run(step, pictures.at(-1), pictures);
       pictures.push(outcome.picture);
     }
     const [before, after] = pictures.slice(-2);
-    const source = escaped([state.picture, ...state.steps.slice(0, -1).map((step) => step.call)].join(', '));
-    const values = withInitialValues(state.steps.at(-1), fn, before);
-    const parameters = Object.entries(values).map(([name, v]) => `${name} = ${valueText(v)}`);
-    const given = overlay(fn.parameters.flatMap(({name, kind}) => shapeOfParameter(kind, values[name])), before, 'given');
+    const values = withInitialValues(steps.at(-1), fn, before);
+    const source = [picture, ...steps.slice(0, -1).map((step) => step.call)].join(', ');
+    const settings = escaped(Object.entries(values).map(([name, v]) => `${name} = ${valueText(v)}`).join(', '));
+    const given = overlay(placesOf(fn, values), before, 'given');
     const found = overlay(outcome.results, after, 'found');
-    const caption = escaped(parameters.join(', '));
-    const [shown, changed] = fn.changesPicture ? [given, true] : [given + found, false];
+
+    const file = this.file(before, `${fn.name}_before`);
     const figures = [];
-    const figure = (picture, words, name, drawn, text) => figures.push(`<figure><div>
-      ${this.picture(picture, words, name)}${drawn}</div><figcaption>${text}</figcaption></figure>`);
-    if (fn.takes !== 'none' || shown)
-      figure(before, changed ? 'Before' : 'The picture', `${fn.name}_before`, shown, changed ? source : `${source}<br>${caption}`);
-    if (changed) figure(after, 'After', fn.name, found, caption || fn.name);
-    return `<div class="example">${figures.join('')}${resultList(outcome.results) || ''}
-      <a class="try" href="playground.html#${encode(state)}" aria-label="Try it: ${fn.name}">Try it</a></div>`;
+    if (fn.changesPicture) {
+      const result = this.file(after, fn.name);
+      if (fn.takes !== 'none') figures.push(this.figure(before, 'Before', given, source, file));
+      figures.push(this.figure(after, 'After', found, settings || fn.name, result));
+      this.results.set(fn.name, result);
+    } else if (fn.takes !== 'none' || given || found) {
+      figures.push(this.figure(before, 'The picture', given + found, `${source}<br>${settings}`, file));
+    }
+    return `<div class="example">${figures.join('')}${resultList(outcome.results)}
+      <a class="try" href="playground.html#${encode(fn.example)}" aria-label="Try it: ${fn.name}">Try it</a></div>`;
   }
 }

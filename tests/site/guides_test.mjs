@@ -51,6 +51,7 @@ test('first steps count the coins in C++ and in Python', () => {
 test('the guide to areas prints the areas that it explains', () => {
   const text = guide('areas.md');
   writeFileSync(join(work, 'areas.cpp'), blocks(text, 'cpp')[0]);
-  const printed = run('g++ -Wall -Wextra -Werror areas.cpp $(pkg-config --cflags --libs NuvImgSDK2014DLL) -o areas && ./areas');
+  const flags = '-Wall -Wextra -Werror $(pkg-config --cflags --libs NuvImgSDK2014DLL)';
+  const printed = run(`g++ areas.cpp ${flags} -o areas && ./areas`);
   assert.equal(printed, blocks(text, '')[0]);
 });

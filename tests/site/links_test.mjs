@@ -16,8 +16,8 @@ const read = (path) => readFileSync(join(root, path), 'utf8');
 const boundary = JSON.parse(read('boundary/boundary.json'));
 const functions = catalogue(boundary, JSON.parse(read('bindings/web/parameters.json')));
 
-const files = ['', 'search', 'pictures'].flatMap((folder) =>
-  readdirSync(join(site, folder), {withFileTypes: true}).filter((entry) => entry.isFile()).map((entry) => join(folder, entry.name)));
+const files = ['', 'search', 'pictures'].flatMap((folder) => readdirSync(join(site, folder), {withFileTypes: true})
+  .filter((entry) => entry.isFile()).map((entry) => join(folder, entry.name)));
 const pages = new Map(files.filter((file) => file.endsWith('.html') && file !== 'playground.html')
   .map((file) => [file, readFileSync(join(site, file), 'utf8')]));
 const scripts = new Map(files.filter((file) => /^(navtree.*|menudata|modules|group_.*|search\/.*)\.js$/.test(file))
