@@ -7,10 +7,12 @@ import {execFileSync} from 'node:child_process';
 import {copyFileSync, mkdirSync, readFileSync, renameSync, rmSync, writeFileSync} from 'node:fs';
 import {basename, dirname, join, resolve} from 'node:path';
 import {fileURLToPath} from 'node:url';
+import {Engine} from '../model/engine.js';
+import {boundary, functions} from '../model/files.js';
 import {Examples} from './examples.mjs';
 import {readGuide} from './guides.mjs';
 import {readHeaders, withBlocks} from './headers.mjs';
-import {doors, escaped, functionBlock, functionIndex} from './html.mjs';
+import {doors, escaped, functionBlock, functionIndex, searchIndex} from './html.mjs';
 import {drawingOf, rimPicture} from './rim.mjs';
 import {readSignatures} from './signatures.mjs';
 
@@ -38,14 +40,14 @@ const GUIDES = {
 // Documents whose place is taken by another page.
 const REPLACED = {'docs/gallery.md': 'index', 'docs/quick_reference.md': 'function'};
 
-const boundary = JSON.parse(readFileSync(join(root, 'boundary/boundary.json')));
 const headers = await readHeaders(root, boundary);
 const links = new Map(headers.flatMap((header) => header.functions)
   .map(({page, plainName}) => [plainName, `${page}#${plainName}`]));
 const firstOverload = new Map(boundary.functions.map((f) => [f.name, f.plain_name]).reverse());
 const signatures = await readSignatures(boundary, root);
-const examples = await Examples.load(root, module, pages);
-const exampleOf = new Map(examples.functions.map((fn) => [fn.name, examples.html(fn)]));
+const engine = await Engine.load(await WebAssembly.compile(readFileSync(module)), functions);
+const examples = new Examples(engine, pages);
+const exampleOf = examples.all();
 
 // The headers.
 for (const header of headers) {
@@ -69,10 +71,19 @@ const site = {
     return `<img src="pictures/${basename(path)}" alt="${escaped(words)}" loading="lazy">` +
       (steps ? `<a href="playground.html#${steps}" class="try">Try it</a>` : '');
   },
-  fragments: {doors, rim: rimPicture(examples.engine, drawingOf(areas))},
+  fragments: {doors, rim: rimPicture(engine, drawingOf(areas))},
 };
-for (const [file, label] of Object.entries(GUIDES))
-  writeFileSync(join(input, `${label}.md`), await readGuide(root, file, label, site));
+const sections = headers.flatMap((header) => header.groups);
+for (const [file, label] of Object.entries(GUIDES)) {
+  const text = await readGuide(root, file, label, site);
+  writeFileSync(join(input, `${label}.md`), text);
+  const [, title] = text.match(/^# (.*?) \{/m);
+  for (const [, name, anchor] of text.matchAll(/^##+ (.*?) \{#(\w+)\}$/gm))
+    sections.push({name, link: `${label}.html#${anchor}`, text: `Guide: ${title}`});
+  sections.push({name: title, link: `${label}.html`, text: 'Guide'});
+}
+sections.push({name: 'Conventions', link: 'conventions.html', text: 'What holds for every function'});
+writeFileSync(join(pages, 'search_index.js'), searchIndex(boundary, links, sections));
 writeFileSync(join(input, 'function.md'), functionIndex(boundary, links, examples.results));
 
 // The head of each page is Doxygen's, with the scripts of the site.

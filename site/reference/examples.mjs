@@ -1,13 +1,12 @@
 // The example of each function: a pipeline that ends with it, run by the library, as pictures and HTML.
 
 import {createHash} from 'node:crypto';
-import {readFileSync, writeFileSync} from 'node:fs';
+import {writeFileSync} from 'node:fs';
 import {join} from 'node:path';
-import {catalogue} from '../model/catalogue.js';
-import {Engine} from '../model/engine.js';
+import {functions, shippedPicture} from '../model/files.js';
 import {encode, withInitialValues} from '../model/pipeline.js';
 import {escaped} from './html.mjs';
-import {bars, overlay, png, readPicture, reduced} from './pictures.mjs';
+import {bars, overlay, png, reduced} from './pictures.mjs';
 
 const MOST_NUMBERS = 8;
 const MOST_BARS = 1024;
@@ -42,19 +41,15 @@ function placesOf(fn, values) {
 }
 
 export class Examples {
-  static async load(root, module, folder) {
-    const read = (path) => JSON.parse(readFileSync(join(root, path)));
-    const functions = catalogue(read('boundary/boundary.json'), read('bindings/web/parameters.json'));
-    const engine = await Engine.load(await WebAssembly.compile(readFileSync(module)), functions);
-    const shipped = new Map(read('site/model/pictures.json')
-      .map(({name, file}) => [name, readPicture(join(root, file))]));
-    return new Examples(functions, engine, shipped, folder);
-  }
-
-  constructor(functions, engine, shipped, folder) {
-    Object.assign(this, {functions, engine, shipped, folder});
+  constructor(engine, folder) {
+    Object.assign(this, {engine, folder});
     this.files = new Map();    // of pictures, by their content: equal pictures share a file
     this.results = new Map();  // the file of the last picture of each example, by the name of its function
+  }
+
+  // The HTML of all examples, by the names of their functions.
+  all() {
+    return new Map(functions.map((fn) => [fn.name, this.html(fn)]));
   }
 
   // The file of a picture.
@@ -78,7 +73,7 @@ export class Examples {
   // The HTML of a function's example.
   html(fn) {
     const {picture, steps} = fn.example;
-    const pictures = [this.shipped.get(picture)];
+    const pictures = [shippedPicture(picture)];
     let outcome;
     for (const step of steps) {
       outcome = this.engine.run(step, pictures.at(-1), pictures);

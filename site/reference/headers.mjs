@@ -18,7 +18,8 @@ function* declarations(lines) {
   }
 }
 
-// The headers that boundary.json names: {file, lines, page, functions: [{index, name, page, plainName}]}.
+// The headers that boundary.json names: {file, lines, page, groups: [{name, link, text}],
+// functions: [{index, name, page, plainName}]}.
 export async function readHeaders(root, boundary) {
   const files = [...new Set(boundary.functions.map((f) => f.header))];
   return Promise.all(files.map(async (file) => {
@@ -28,7 +29,9 @@ export async function readHeaders(root, boundary) {
     const functions = described.map((f, i) => ({...found[i], plainName: f.plain_name}));
     if (found.length !== described.length || described.some((f, i) => f.name !== found[i].name))
       throw new Error(`boundary.json does not list the functions of ${file} in their order`);
-    return {file, lines, functions, page: groupPage(lines.join('\n').match(/@defgroup (\w+)/)[1])};
+    const groups = [...lines.join('\n').matchAll(/^\/\/\/ @defgroup (\w+) (.*)\n\/\/\/\n\/\/\/ (.*)/gm)]
+      .map(([, id, name, text]) => ({name, link: groupPage(id), text}));
+    return {file, lines, functions, groups, page: groups[0].link};
   }));
 }
 

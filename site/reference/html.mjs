@@ -16,6 +16,15 @@ export function functionBlock(name, signatures, example = '') {
 export const doors = `<p class="doors"><a class="door" href="playground.html">Open the playground</a>
   <a class="door" href="first_steps.html">First steps</a> <a class="door" href="function.html">All functions</a></p>`;
 
+// The script that the search box reads: what it finds by its name and its text.
+export function searchIndex(boundary, links, sections) {
+  const functions = boundary.functions.map(({name, plain_name: plainName, doc}) => {
+    const text = name === plainName ? doc.brief : `${doc.brief} (${name} in C++)`;
+    return {name: plainName, link: links.get(plainName), text};
+  });
+  return `window.searchIndex = ${JSON.stringify([...sections, ...functions])};\n`;
+}
+
 // The page of all functions. An address that names one leads on to its section.
 export function functionIndex(boundary, links, pictures) {
   const sections = new Map();

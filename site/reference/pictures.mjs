@@ -1,33 +1,6 @@
-// Pictures of the reference: BMP files read, PNG files written, and results drawn over a picture as SVG.
+// Pictures of the reference: PNG files, and results drawn over a picture as SVG.
 
-import {readFileSync} from 'node:fs';
 import pngjs from 'pngjs';
-
-// A BMP file of 8 or 24 bits whose rows start at the bottom.
-function fromBmp(file) {
-  const at = (offset) => file.readInt32LE(offset);
-  const [start, width, height, channels] = [at(10), at(18), at(22), file.readInt16LE(28) / 8];
-  const stride = Math.ceil(width * channels / 4) * 4;
-  const data = new Uint8Array(width * height * channels);
-  for (let y = 0; y < height; ++y) {
-    const row = start + (height - 1 - y) * stride;
-    data.set(file.subarray(row, row + width * channels), y * width * channels);
-  }
-  return {width, height, channels, data};
-}
-
-// A PNG file in colour.
-function fromPng(file) {
-  const {width, height, data} = pngjs.PNG.sync.read(file);
-  const pixels = Uint8Array.from({length: width * height * 3}, (_, i) => data[Math.floor(i / 3) * 4 + 2 - i % 3]);
-  return {width, height, channels: 3, data: pixels};
-}
-
-// Reads one of the pictures of site/model/pictures.json.
-export function readPicture(path) {
-  const file = readFileSync(path);
-  return path.endsWith('.png') ? fromPng(file) : fromBmp(file);
-}
 
 // A picture of half the size: means of 2 by 2 pixels.
 function halved({width, height, channels, data}) {

@@ -4,11 +4,10 @@ import assert from 'node:assert/strict';
 import {execFileSync} from 'node:child_process';
 import {cpSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
-import {dirname, join, resolve} from 'node:path';
+import {join} from 'node:path';
 import {after, before, test} from 'node:test';
-import {fileURLToPath} from 'node:url';
+import {root} from './native.mjs';
 
-const root = resolve(dirname(fileURLToPath(import.meta.url)), '../..');
 const work = mkdtempSync(join(tmpdir(), 'nuv_guides_'));
 const installed = join(work, 'installed');
 const guide = (name) => readFileSync(join(root, 'site/guides', name), 'utf8');

@@ -2,19 +2,13 @@
 
 import assert from 'node:assert/strict';
 import {readdirSync, readFileSync} from 'node:fs';
-import {dirname, join, normalize, resolve} from 'node:path';
+import {dirname, join, normalize} from 'node:path';
 import {test} from 'node:test';
-import {fileURLToPath} from 'node:url';
-import {catalogue} from '../../site/model/catalogue.js';
-import {Engine} from '../../site/model/engine.js';
+import {boundary, functions, shippedPicture} from '../../site/model/files.js';
 import {complaints, decode} from '../../site/model/pipeline.js';
-import {readPicture} from '../../site/reference/pictures.mjs';
+import {engine, root} from './native.mjs';
 
-const root = resolve(dirname(fileURLToPath(import.meta.url)), '../..');
 const site = join(root, 'dist/site');
-const read = (path) => readFileSync(join(root, path), 'utf8');
-const boundary = JSON.parse(read('boundary/boundary.json'));
-const functions = catalogue(boundary, JSON.parse(read('bindings/web/parameters.json')));
 
 const files = ['', 'search', 'pictures'].flatMap((folder) => readdirSync(join(site, folder), {withFileTypes: true})
   .filter((entry) => entry.isFile()).map((entry) => join(folder, entry.name)));
@@ -71,16 +65,12 @@ test('every function has a section with its signatures in C++, C and Python', ()
   }
 });
 
-test('every "Try it" is a pipeline that runs', async () => {
-  const module = await WebAssembly.compile(readFileSync(join(root, 'build/wasm-simd/bindings/web/nuvimgsdk.wasm')));
-  const engine = await Engine.load(module, functions);
-  const shipped = new Map(JSON.parse(read('site/model/pictures.json'))
-    .map(({name, file}) => [name, readPicture(join(root, file))]));
+test('every "Try it" is a pipeline that runs', () => {
   const states = new Set([...pages.values()].flatMap((text) => found(text, /href="playground\.html#([^"]*)"/g)));
   const shown = new Set();
   for (const text of states) {
     const state = decode(decodeURI(text), functions);
-    const pictures = [shipped.get(state.picture)];
+    const pictures = [shippedPicture(state.picture)];
     for (const step of state.steps) pictures.push(engine.run(step, pictures.at(-1), pictures).picture);
     assert.deepEqual(complaints(state, functions, pictures), [], text);
     shown.add(state.steps.at(-1).call);
