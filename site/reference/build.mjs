@@ -50,9 +50,10 @@ const examples = new Examples(engine, pages);
 const exampleOf = examples.all();
 
 // The headers.
+const functionLink = (name) => links.get(name) ?? links.get(firstOverload.get(name));
 for (const header of headers) {
   const block = (name) => functionBlock(name, signatures.get(name), exampleOf.get(name));
-  writeFileSync(join(input, header.file), withBlocks(header, block));
+  writeFileSync(join(input, header.file), withBlocks(header, block, functionLink));
 }
 for (const file of ['nuv/records.h', 'nuv/api.h']) copyFileSync(join(root, 'include', file), join(input, file));
 writeFileSync(join(input, 'NuvImgSDK2014DLL.h'), readFileSync(join(root, 'include/NuvImgSDK2014DLL.h'), 'utf8')
@@ -64,7 +65,7 @@ const gallery = JSON.parse(readFileSync(join(root, 'site/guides/gallery.json')))
 const site = {
   pages: new Map([...Object.entries({...GUIDES, ...REPLACED}),
     ...headers.map((header) => [`include/${header.file}`, header.page.replace('.html', '')])]),
-  functionLink: (name) => links.get(name) ?? links.get(firstOverload.get(name)),
+  functionLink,
   picture(path, words) {
     copyFileSync(join(root, path), join(pages, 'pictures', basename(path)));
     const steps = gallery[basename(path, '.png')];

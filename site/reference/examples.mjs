@@ -10,6 +10,7 @@ import {bars, overlay, png, reduced} from './pictures.mjs';
 
 const MOST_NUMBERS = 8;
 const MOST_BARS = 1024;
+const FEW_PLACES = 2;
 
 function valueText(value) {
   if (typeof value === 'object') return Object.entries(value).map(([k, v]) => `${k} ${valueText(v)}`).join(', ');
@@ -20,17 +21,19 @@ function valueText(value) {
 // The HTML of a result that is no picture.
 function resultHtml({kind, value}) {
   if (!Array.isArray(value)) return escaped(valueText(value));
-  if (kind !== 'histogram' && kind !== 'numbers') return String(value.length);
+  if (kind !== 'histogram' && kind !== 'numbers') {
+    return value.length > FEW_PLACES ? String(value.length) : escaped(value.map(valueText).join('; '));
+  }
   if (value.length > MOST_NUMBERS && value.length <= MOST_BARS) return bars(value);
   const first = value.slice(0, MOST_NUMBERS).map(valueText).join(', ');
   return escaped(value.length > MOST_NUMBERS ? `${first}, ... (${value.length} numbers)` : first);
 }
 
 function resultList(results) {
-  const countable = ({name, kind, value}) =>
-    (Array.isArray(value) && kind !== 'histogram' && kind !== 'numbers' ? `number of ${kind}` : name);
+  const counted = ({kind, value}) =>
+    Array.isArray(value) && value.length > FEW_PLACES && kind !== 'histogram' && kind !== 'numbers';
   const rows = results.filter((r) => r.kind !== 'picture' && r.value !== undefined)
-    .map((r) => `<dt>${escaped(countable(r))}</dt><dd>${resultHtml(r)}</dd>`);
+    .map((r) => `<dt>${escaped(counted(r) ? `number of ${r.kind}` : r.name)}</dt><dd>${resultHtml(r)}</dd>`);
   return rows.length === 0 ? '' : `<dl>${rows.join('')}</dl>`;
 }
 

@@ -35,9 +35,15 @@ export async function readHeaders(root, boundary) {
   }));
 }
 
+// A line of a comment with links from names of functions. Lines of code and of commands stay as they are.
+function linked(line, functionLink) {
+  if (!line.startsWith('///') || /^\/\/\/( {5}| @defgroup| @file)/.test(line)) return line;
+  return line.replace(/\bNuv\w+\b/g, (name) => (functionLink(name) ? `[${name}](${functionLink(name)})` : name));
+}
+
 // The text of a header with block(name) after the first paragraph of each function's comment.
-export function withBlocks({lines, functions}, block) {
-  const result = [...lines];
+export function withBlocks({lines, functions}, block, functionLink) {
+  const result = lines.map((line) => linked(line, functionLink));
   for (const {index, plainName} of [...functions].reverse()) {
     let start = index;
     while (lines[start - 1].startsWith('///')) --start;

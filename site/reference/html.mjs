@@ -2,8 +2,8 @@
 
 export const escaped = (text) => text.replace(/[&<>"]/g, (c) => `&#${c.charCodeAt(0)};`);
 
-// A place to break a line after each comma, and not elsewhere.
-const wrapped = (code) => escaped(code).replaceAll(' ', '&nbsp;').replaceAll(',&nbsp;', ', ');
+// A signature whose lines break after commas, and not elsewhere.
+const wrapped = (code) => code.split(', ').map((part) => `<span>${escaped(part)}</span>`).join(', ');
 
 // What a function's section shows below its first sentence.
 export function functionBlock(name, signatures, example = '') {
