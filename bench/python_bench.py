@@ -22,12 +22,16 @@ except ImportError:
 
 
 def least(call, seconds=0.2):
+    """The least time of a call in microseconds, or a dash if the library is missing."""
+    if call is None:
+        return "-"
+    call()  # some libraries load modules when they are first used
     best, end = float("inf"), time.perf_counter() + seconds
     while time.perf_counter() < end:
         start = time.perf_counter()
         call()
         best = min(best, time.perf_counter() - start)
-    return best * 1e6
+    return f"{best * 1e6:.1f}"
 
 
 def overhead():
@@ -40,7 +44,7 @@ def overhead():
         "NuvGryRectAvr": lambda: nuv.NuvGryRectAvr(gray, 0, 2, 0, 2), "NuvBinImgCentroid": lambda:
         nuv.NuvBinImgCentroid(gray)}
     for name, call in calls.items():
-        print(f"overhead {name:24}{least(call):8.1f} us")
+        print(f"overhead {name:24}{least(call):>8} us")
 
 
 def compare(size):
@@ -61,8 +65,8 @@ def compare(size):
         "half turn": (lambda: nuv.NuvReverseImg(gray), cv2 and (lambda: cv2.flip(gray, -1)),
                       lambda: gray[::-1, ::-1].copy())}
     for name, calls in rows.items():
-        times = [least(call) if call else float("nan") for call in calls]
-        print(f"{size:5} {name:14} nuvimgsdk {times[0]:9.1f}   cv2 {times[1]:9.1f}   numpy, skimage {times[2]:9.1f} us")
+        ours, of_cv2, of_others = map(least, calls)
+        print(f"{size:5} {name:14} nuvimgsdk {ours:>9}   cv2 {of_cv2:>9}   numpy, skimage {of_others:>9} us")
 
 
 if __name__ == "__main__":

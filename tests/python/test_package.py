@@ -253,6 +253,8 @@ edges = nuv.NuvGryImgSobel(image)
 centre = nuv.NuvBinImgCentroid(edges)
 x: int = centre.X
 lines = nuv.find_lines(image).draw(image)
+parts = nuv.measure_parts(image, background=3)
+longest: float = max(line.length for line in nuv.find_lines(image)) + parts[parts.array()["area"] > 9][0].area
 contours = nuv.NuvGetContours(image, 0, 0, 0).result
 areas = [contour.area + x for contour in contours]
 """)

@@ -18,12 +18,14 @@ HoughLine.__doc__ = "A line A*x + B*y + C = 0, its Hough form, and its strength 
 
 ChainLinesFound = collections.namedtuple("ChainLinesFound", "segments points")
 ChainLinesFound.__doc__ = "The fitted segments as a structured array, and the points of each line as an array (n, 2)."
+ChainLinesFound.__repr__ = lambda found: f"<{len(found.segments)} segments, {len(found.points)} lines of points>"
 
 
 class ChainLines:
     """The chain-line detector, for images of up to width*height pixels.
 
-    ChainLines(width, height).detect(image) returns ChainLinesFound(segments, points).
+    ChainLines(width, height).detect(image) returns ChainLinesFound(segments, points). NuvImgChainLines_Initialize
+    documents the settings.
     """
 
     def __init__(self, width, height, minStraightness=0.9, maxDeviation=1.0, minLength=12, grdThreshold=10,
