@@ -49,17 +49,7 @@ bool NuvIsPointOnContour(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, i
 }
 
 bool NuvIsPointIncludedByChain(int32_t px, int32_t py, int32_t x, int32_t y, uint8_t* pChainCode, int32_t N) {
-  const Chain chain{{x, y}, pChainCode, N};
-  Point p = chain.start;
-  int32_t sum = 0;
-  for (int32_t i = 0; i < N; ++i) {
-    const int before = chain.previous(i);
-    const int code = direction_of(pChainCode[i]);
-    if (p.y == py && p.x >= px) sum += kCrossing[before / 4][code];
-    if (p.y == py && p.x == px) sum += kOnPoint[before][code];
-    p = stepped(p, pChainCode[i]);
-  }
-  return sum != 0;
+  return crossings({{x, y}, pChainCode, N}, 0, N, {x, y}, {px, py}) != 0;
 }
 
 bool NuvIsHorizontalLineIntersectContour(int32_t y, uint8_t* pChainCode, int32_t N, int32_t yLine) {

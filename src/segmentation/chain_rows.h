@@ -15,7 +15,7 @@
 namespace nuv {
 
 // The crossings of a chain that NuvIsPointIncludedByChain() adds up, sorted by row and column. They pay off
-// if many points are tested.
+// if many points are tested; for a few, ChainBlocks cost less.
 class ChainRows {
  public:
   explicit operator bool() const { return crossings_ != nullptr; }

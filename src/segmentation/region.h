@@ -10,6 +10,7 @@
 #include "core/views.h"
 #include "nuv/contours.h"
 #include "nuv/records.h"
+#include "segmentation/chain_blocks.h"
 #include "segmentation/chain_rows.h"
 #include "segmentation/level_components.h"
 
@@ -35,18 +36,26 @@ struct Node : RegionStruct {
   int32_t parent_known_from = INT32_MAX;
   int32_t tests = 0;        // number of points that holds() has tested
   bool was_tested = false;  // whether it has tested one at the present level
-  ChainRows rows;
+  ChainBlocks blocks;       // for the first tests
+  ChainRows rows;           // for many
 
   Node* next_node() const { return static_cast<Node*>(next); }
 
   // Whether the point lies inside the region or on its contour.
   bool holds(int32_t x, int32_t y) {
     constexpr int32_t kLongChain = 100;
-    constexpr int32_t kManyTests = 12;
+    constexpr int32_t kManyTests = 50;
     if (!box.contains(x, y)) return false;
     was_tested = true;
-    if (N > kLongChain && ++tests == kManyTests) rows.build({{x0, y0}, pChainCode, N}, box);
-    return rows ? rows.holds(x, y) : NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
+    const Chain chain{{x0, y0}, pChainCode, N};
+    if (N > kLongChain) {
+      ++tests;
+      if (tests == 1) blocks.build(chain);
+      if (tests == kManyTests) rows.build(chain, box);
+      if (rows) return rows.holds(x, y);
+      if (blocks) return blocks.holds(chain, x, y);
+    }
+    return NuvIsPointIncludedByChain(x, y, x0, y0, pChainCode, N);
   }
   // Whether a region of a disjoint component may lie in a hole of this one. The component has no more pixels
   // than the holes, and the box of the region lies between the sides of this one. A chain that does not close
@@ -84,6 +93,7 @@ struct Node : RegionStruct {
   }
   void release_rows() {
     tests = 0;
+    blocks.reset();
     rows.reset();
   }
 };

@@ -60,6 +60,26 @@ TEST(MergeSplit, TracksARegionThatShrinks) {
   EXPECT_EQ(regions[0].curArea, area(16, 16));
 }
 
+TEST(MergeSplit, FindsTheRegionAroundManyOthers) {
+  // A dark plate with 64 holes, one dark square in each, and one more in a notch of the plate.
+  TestImage image(100, 100, 240);
+  fill(image, 5, 94, 5, 94, 100);
+  for (int32_t y = 10; y < 80; y += 9) {
+    for (int32_t x = 10; x < 80; x += 9) {
+      fill(image, x, x + 6, y, y + 6, 240);
+      fill(image, x + 2, x + 4, y + 2, y + 4, 100);
+    }
+  }
+  fill(image, 85, 94, 85, 94, 240);
+  fill(image, 88, 90, 88, 90, 100);
+  const auto regions = regions_of(image, area(3, 3), 0, 0.5);
+  ASSERT_EQ(regions.size(), 66U);
+  const int32_t plate = regions.back().ID;
+  for (const RegionStruct& r : regions) {
+    EXPECT_EQ(r.parentID, r.ID == plate || r.x0 == 88 ? -1 : plate) << r.x0 << ' ' << r.y0;
+  }
+}
+
 TEST(MergeSplit, LeavesTheInverseWithClearSides) {
   TestImage image(6, 5, 255);
   image.at(2, 2) = 30;
