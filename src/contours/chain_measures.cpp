@@ -6,18 +6,33 @@
 #include <limits>
 
 #include "contours/chain.h"
+#include "contours/chain_measures.h"
 #include "core/arithmetic.h"
+#include "core/lanes.h"
 #include "nuv/contours.h"
 
 namespace nuv {
 namespace {
 
-int32_t perimeter_of(const uint8_t* codes, int32_t n) {
-  int32_t odd = 0;
-  for (int32_t i = 0; i < n; ++i) odd += is_diagonal(codes[i]);
+// The perimeter of a chain of n codes, odd of which are diagonal steps.
+int32_t perimeter_of(int32_t n, int32_t odd) {
   const int32_t even = std::max(n, 0) - odd;
   return truncated(even + std::sqrt(2.0) * odd + 0.5);
 }
+int32_t perimeter_of(const uint8_t* codes, int32_t n) {
+  int32_t odd = 0;
+  for (int32_t i = 0; i < n; ++i) odd += is_diagonal(codes[i]);
+  return perimeter_of(n, odd);
+}
+
+// The area of NuvAreaAndPerimeter: the pixels of the contour count in full.
+int32_t area_with_contour(double twice_area, int32_t perimeter) {
+  const int32_t half_perimeter = perimeter / 2;
+  return truncated(std::fabs(twice_area) / 2 + 0.5 + half_perimeter);
+}
+
+// A double holds every sum of twice_polygon_area() exactly for a chain of so many codes.
+constexpr int32_t kExactCodes = 1 << 25;
 
 // Twice the signed area of the polygon through the positions of a chain, added up in the given type of number.
 template <class Number>
@@ -157,7 +172,57 @@ class BarSearch {
   int32_t width_ = 10000;
 };
 
+// ---- area, perimeter and box from one walk ----
+
+// How far a walk is from its start: to the right, down, to the left and up.
+#if NUV_HAS_LANES
+using Reach = int32_t __attribute__((vector_size(16)));
+#else
+struct Reach {
+  int32_t to[4];
+
+  int32_t operator[](int i) const { return to[i]; }
+  void operator+=(const Reach& step) {
+    for (int i = 0; i < 4; ++i) to[i] += step.to[i];
+  }
+};
+void keep_greater(Reach& a, const Reach& b) {
+  for (int i = 0; i < 4; ++i) a.to[i] = std::max(a.to[i], b.to[i]);
+}
+#endif
+
+// The reach of one step in each direction.
+constexpr Reach kReach[8] = {
+    {1, 0, -1, 0}, {1, -1, -1, 1}, {0, -1, 0, 1}, {-1, -1, 1, 1},
+    {-1, 0, 1, 0}, {-1, 1, 1, -1}, {0, 1, 0, -1}, {1, 1, -1, -1},
+};
+
 }  // namespace
+
+ChainMeasures measures_of(const Chain& chain) {
+  Reach at{};
+  Reach farthest{};
+  int64_t twice_area = 0;
+  int32_t y = 0;
+  int32_t odd = 0;
+  for (int32_t i = 0; i < chain.n; ++i) {
+    const int code = direction_of(chain.codes[i]);
+    at += kReach[code];
+    keep_greater(farthest, at);
+    twice_area += static_cast<int64_t>(2 * y + kDy[code]) * kDx[code];
+    y += kDy[code];
+    odd += is_diagonal(code);
+  }
+  const double sum = chain.n <= kExactCodes ? static_cast<double>(twice_area)
+                                            : twice_polygon_area<double>(chain.codes, chain.n);
+  const int32_t perimeter = perimeter_of(chain.n, odd);
+  const auto [x0, y0] = chain.start;
+  return {area_with_contour(sum, perimeter),
+          perimeter,
+          {x0 - farthest[2], x0 + farthest[0], y0 - farthest[3], y0 + farthest[1]},
+          at[0] == 0 && at[1] == 0};
+}
+
 }  // namespace nuv
 
 using namespace nuv;
@@ -172,13 +237,10 @@ int32_t NuvRealPixelsEnclosed(uint8_t* pChainCode, int32_t N) {
 }
 
 void NuvAreaAndPerimeter(uint8_t* pChainCode, int32_t N, int32_t* pArea, int32_t* pPerimeter) {
-  // A double holds every sum of a chain of so many codes exactly.
-  constexpr int32_t kExactCodes = 1 << 25;
   const double sum = N <= kExactCodes ? static_cast<double>(twice_polygon_area<int64_t>(pChainCode, N))
                                       : twice_polygon_area<double>(pChainCode, N);
   *pPerimeter = perimeter_of(pChainCode, N);
-  const int32_t half_perimeter = *pPerimeter / 2;
-  *pArea = truncated(std::fabs(sum) / 2 + 0.5 + half_perimeter);
+  *pArea = area_with_contour(sum, *pPerimeter);
 }
 
 void NuvContourCenter(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY) {

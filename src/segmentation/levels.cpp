@@ -5,25 +5,10 @@
 #include <algorithm>
 
 #include "contours/chain.h"
+#include "contours/chain_measures.h"
 #include "contours/trace.h"
-#include "nuv/contours.h"
 
 namespace nuv {
-namespace {
-
-// The bounding box of a chain; the whole image if the chain does not close.
-Region box_of_chain(GrayImage image, const Chain& chain) {
-  Region box = Region::of(chain.start);
-  Point end = chain.start;
-  walk_ends(chain, chain.n, [&](Point p) {
-    box.take_in(p);
-    end = p;
-  });
-  return end.x == chain.start.x && end.y == chain.start.y ? box : image.whole();
-}
-
-}  // namespace
-
 int32_t Tracer::trace(int32_t first, int32_t level, int32_t& least) {
   ChainSink chain(codes_.get(), static_cast<int32_t>(image_.size()));
   uint8_t lowest = 255;
@@ -40,12 +25,10 @@ Node* Tracer::region_of(const LevelComponent& component, int32_t level) {
   int32_t least = 0;
   const int32_t n = trace(first, level, least);
   if (n <= census_.min_codes) return nullptr;
-  int32_t area = 0;
-  int32_t perimeter = 0;
-  NuvAreaAndPerimeter(codes_.get(), n, &area, &perimeter);
-  if (area < census_.min_area) return nullptr;
   const Chain chain{{first % image_.width, first / image_.width}, codes_.get(), n};
-  Node* node = new_node(chain, box_of_chain(image_, chain), area, perimeter);
+  const ChainMeasures m = measures_of(chain);
+  if (m.area < census_.min_area) return nullptr;
+  Node* node = new_node(chain, m.closes ? m.box : image_.whole(), m.area, m.perimeter);
   if (node == nullptr) return nullptr;
   node->surround(component);
   node->serial = first;
