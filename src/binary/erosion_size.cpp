@@ -56,33 +56,32 @@ NUV_ROW_KERNEL void take_lesser_distance(uint8_t* NUV_RESTRICT row, uint8_t* NUV
   }
 }
 
-// Lowers each white pixel to the lesser of its distances from the two ends of its run in the column.
-void take_lesser_distances_in_columns(GrayImage image) {
-  if (image.empty()) return;
+// Replaces each white pixel by the least of its distances to the ends of its runs in row and column, and counts
+// the results. Each row is measured just before the way down reaches it, and counted on the way up, so that a
+// large image passes through the cache twice.
+Histogram distances_to_run_ends(GrayImage image) {
   constexpr int32_t kStrip = 4096;
+  ByteCounter counter;
+  if (image.empty()) return counter.counts();
+  const Lines rows = rows_of(image);
   std::array<uint8_t, kStrip> distances;
   for (int32_t x = 0; x < image.width; x += kStrip) {
     const int32_t n = std::min(kStrip, image.width - x);
     distances.fill(0);
-    for (int32_t y = 0; y < image.height; ++y) take_lesser_distance(image.at(x, y), distances.data(), n);
+    for (int32_t y = 0; y < image.height; ++y) {
+      uint8_t* row = image.row(y);
+      if (x == 0) {
+        for_white_runs(rows[y], [row](int32_t first, int32_t last) { store_distances(row, first, last); });
+      }
+      take_lesser_distance(row + x, distances.data(), n);
+    }
     distances.fill(0);
-    for (int32_t y = image.height - 1; y >= 0; --y) take_lesser_distance(image.at(x, y), distances.data(), n);
-  }
-}
-
-// Replaces each white pixel by the least of its distances to the ends of its runs in row and column, and counts
-// the results.
-Histogram distances_to_run_ends(GrayImage image) {
-  const Lines rows = rows_of(image);
-  for (int32_t y = 0; y < rows.count; ++y) {
-    uint8_t* row = image.row(y);
-    for_white_runs(rows[y], [row](int32_t first, int32_t last) { store_distances(row, first, last); });
-  }
-  take_lesser_distances_in_columns(image);
-  ByteCounter counter;
-  for (int32_t y = 0; y < rows.count; ++y) {
-    const uint8_t* row = image.row(y);
-    for_white_runs(rows[y], [&](int32_t first, int32_t last) { counter.add(row + first, last - first + 1); });
+    for (int32_t y = image.height - 1; y >= 0; --y) {
+      uint8_t* row = image.at(x, y);
+      take_lesser_distance(row, distances.data(), n);
+      for_white_runs({row, n, 1},
+                     [&](int32_t first, int32_t last) { counter.add(row + first, last - first + 1); });
+    }
   }
   return counter.counts();
 }
