@@ -5,6 +5,7 @@
 
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
+#include "vips_work.h"
 
 namespace {
 
@@ -206,6 +207,13 @@ const Row strongest_of_columns("NuvExtractTwoEdgePointPerCol/opencv reduce", [] 
   return [picture = gray_picture(), most = cv::Mat()]() mutable {
     cv::reduce(picture.mat(), most, 0, cv::REDUCE_MAX);
   };
+});
+#endif
+
+#if NUV_WITH_VIPS
+const VipsRow vips_sobel_row("NuvGryImgSobel/vips sobel", [] {
+  return vips_work(gray_picture(),
+                   [](VipsImage* image, VipsImage** result) { return vips_sobel(image, result, nullptr); });
 });
 #endif
 

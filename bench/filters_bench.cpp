@@ -5,6 +5,7 @@
 
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
+#include "vips_work.h"
 
 namespace {
 
@@ -176,6 +177,27 @@ const Row energies("NuvEstimateNoiseDelta/opencv filter2D + multiply + norm", []
     benchmark::DoNotOptimize(cv::norm(response, cv::NORM_L2SQR));
   };
 });
+#endif
+
+#if NUV_WITH_VIPS
+// The peer rounds after each direction, so its means differ by a few gray values.
+const VipsRow vips_box("NuvGryAverageFilterFastNonBoundary/vips convsep", [] {
+  constexpr int kSize = 2 * kHalf + 1;
+  VipsImage* mask = vips_image_new_matrix(kSize, 1);
+  for (int x = 0; x < kSize; ++x) *VIPS_MATRIX(mask, x, 0) = 1;
+  vips_image_set_double(mask, "scale", kSize);
+  return vips_work(gray_picture(), [mask](VipsImage* image, VipsImage** result) {
+    return vips_convsep(image, result, mask, "precision", VIPS_PRECISION_INTEGER, nullptr);
+  });
+});
+
+auto vips_median_work(int window) {
+  return vips_work(gray_picture(), [=](VipsImage* image, VipsImage** result) {
+    return vips_median(image, result, window, nullptr);
+  });
+}
+const VipsRow vips_median_3("NuvGryFastMedianFilter 3x3/vips median", [] { return vips_median_work(3); });
+const VipsRow vips_median_15("NuvGryFastMedianFilter 15x15/vips median", [] { return vips_median_work(15); });
 #endif
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "NuvImgSDK2014DLL.h"
 #include "pictures.h"
+#include "vips_work.h"
 
 namespace {
 
@@ -126,6 +127,14 @@ const Row reduce("NuvGryImgPrjXY/opencv reduce", [] {
     cv::reduce(picture.mat(), columns, 0, cv::REDUCE_SUM, CV_32S);
     cv::reduce(picture.mat(), rows, 1, cv::REDUCE_SUM, CV_32S);
   };
+});
+#endif
+
+#if NUV_WITH_VIPS
+const VipsRow vips_equalize("NuvHistogramEqualizeFast/vips hist_equal", [] {
+  return vips_work(gray_picture(), [](VipsImage* image, VipsImage** result) {
+    return vips_hist_equal(image, result, nullptr);
+  });
 });
 #endif
 

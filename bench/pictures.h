@@ -19,17 +19,18 @@
 #endif
 
 // One side of a row. make_work() prepares the pictures and returns the function that is called repeatedly and
-// measured.
+// measured. For work that a peer does in threads of its own, the processor time of the process is measured.
 struct Row {
   template <class MakeWork>
-  Row(const char* name, MakeWork make_work) {
-    benchmark::RegisterBenchmark(name, [make_work](benchmark::State& state) {
+  Row(const char* name, MakeWork make_work, bool has_threads = false) {
+    auto* row = benchmark::RegisterBenchmark(name, [make_work](benchmark::State& state) {
       auto work = make_work();
       for (auto _ : state) {
         work();
         benchmark::ClobberMemory();
       }
     });
+    if (has_threads) row->MeasureProcessCPUTime();
   }
 };
 

@@ -30,7 +30,7 @@ wheel_packages=(binutils python3 python3-setuptools python3-wheel)
 debian_packages=(git build-essential debhelper dh-python help2man lintian libstb-dev nlohmann-json3-dev
   "${wheel_packages[@]}")
 style_packages=(git clang clang-format clang-tidy doxygen)
-bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev)
+bench_packages=(python3 libbenchmark-dev libopencv-dev libyuv-dev libleptonica-dev libvips-dev)
 # Tests for other platforms build GoogleTest from its sources.
 linux32_packages=(g++-12-multilib googletest)
 aarch64_packages=(g++-aarch64-linux-gnu qemu-user googletest)
