@@ -62,6 +62,13 @@ const page = {
     run();
   },
 
+  // Takes the place of the whole state, and shows its last step.
+  async open(state) {
+    writeAddress(state);
+    await readAddress();
+    this.select(state.steps.length);
+  },
+
   takeSteps(all, selected) {
     this.selected = selected;
     this.disarm();

@@ -4,13 +4,15 @@ import {h, icon, iconButton, ICONS, sizeText, timeText} from './elements.js';
 import {makeControl} from './controls.js';
 import {canvasOf} from './picture.js';
 import {initialValues, limits} from '../model/catalogue.js';
+import {encode} from '../model/pipeline.js';
 
 const SERIES = ['points', 'segments', 'contours', 'regions'];
 
 export class StepList {
   // model answers questions, and its methods change the state:
-  //   functions (by name), state, outcomes, selected, inputOf(step), select(index), add(call, at), move(step, to), remove(step),
-  //   toggle(step), setParameter(step, name, value), arm(parameter, button)
+  //   functions (by name), state, outcomes, selected, inputOf(step)
+  //   select(index), open(state), add(call, at), move(step, to), remove(step), toggle(step), reset(step),
+  //   setParameter(step, name, value), arm(parameter, button)
   constructor(list, model) {
     this.list = list;
     this.model = model;
@@ -112,9 +114,14 @@ export class StepList {
       }));
     }
     const reference = h('a', {href: `function.html#${fn.link}`, target: '_blank', rel: 'noopener'}, 'Reference');
+    const openExample = (event) => {
+      event.preventDefault();
+      model.open(fn.example);
+    };
+    const example = h('a', {href: `#${encode(fn.example)}`, onclick: openExample}, 'Example');
     const reset = h('button', {type: 'button', class: 'quiet', onclick: () => model.reset(k)}, 'Reset settings');
     reset.hidden = Object.keys(step.parameters).length === 0;
-    card.settings.replaceChildren(h('p', {class: 'brief'}, fn.brief, ' ', reference), card.general, card.convert,
+    card.settings.replaceChildren(h('p', {class: 'brief'}, fn.brief, ' ', reference, ' ', example), card.general, card.convert,
       ...[...card.controls.values()].map((control) => control.element), reset);
   }
 

@@ -224,6 +224,16 @@ test('a step that takes another kind of picture says so and offers to convert it
   });
 });
 
+test('a function shows its example', async () => {
+  await withPage('camera/NuvContourRotatedRect', async (page) => {
+    assert.match(await status(page), /did not run/);
+    await page.getByRole('link', {name: 'Example'}).click();
+    await page.locator('#status', {hasText: /^\d steps · /}).waitFor();
+    assert.equal((await steps(page)).at(-1), 'NuvContourRotatedRect');
+    assert.equal(await page.locator('#steps .step').last().getAttribute('class'), 'step selected');
+  });
+});
+
 test('the address holds the state', async () => {
   await withPage('coins/NuvThreshold,T=90/NuvGryImgSobel', async (page) => {
     assert.deepEqual(await steps(page), ['NuvThreshold', 'NuvGryImgSobel']);
