@@ -8,6 +8,8 @@ import {createRequire} from 'node:module';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 
+import {functions} from '../../site/model/files.js';
+import {encode} from '../../site/model/pipeline.js';
 import {bmpOf, build, root} from './native.mjs';
 
 const require = createRequire(join(root, 'site/package.json'));
@@ -231,6 +233,21 @@ test('a function shows its example', async () => {
     await page.locator('#status', {hasText: /^\d steps · /}).waitFor();
     assert.equal((await steps(page)).at(-1), 'NuvContourRotatedRect');
     assert.equal(await page.locator('#steps .step').last().getAttribute('class'), 'step selected');
+  });
+});
+
+test('the examples of all functions run in the page', async () => {
+  await withPage('coins', async (page) => {
+    for (const {name, example} of functions) {
+      const outcome = await page.evaluate(async (hash) => {
+        const line = document.querySelector('#status');
+        line.textContent = '';
+        location.hash = hash;
+        while (!line.textContent) await new Promise((resolve) => setTimeout(resolve, 5));
+        return line.textContent;
+      }, encode(example));
+      assert.match(outcome, /^\d+ steps? · /, name);
+    }
   });
 });
 
