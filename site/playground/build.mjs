@@ -24,7 +24,8 @@ const json = async (name) => JSON.parse(await text(name));
 
 async function bundle(name) {
   const {outputFiles} = await build({
-    entryPoints: [fileURLToPath(here(name))], bundle: true, minify: true, write: false, format: 'iife', target: 'es2022',
+    entryPoints: [fileURLToPath(here(name))],
+    bundle: true, minify: true, write: false, format: 'iife', target: 'es2022',
   });
   return outputFiles[0].text.trim().replaceAll('</script', '<\\/script');
 }
@@ -35,7 +36,8 @@ const packed = (id, bytes) =>
 const hash = (content) => `'sha256-${createHash('sha256').update(content).digest('base64')}'`;
 
 const pictures = await json('../model/pictures.json');
-const functions = catalogue(await json('../../boundary/boundary.json'), await json('../../bindings/web/parameters.json'));
+const boundary = await json('../../boundary/boundary.json');
+const functions = catalogue(boundary, await json('../../bindings/web/parameters.json'));
 const script = await bundle('main.js');
 const {code: style} = await transform(await text('style.css'), {loader: 'css', minify: true});
 const shipped = pictures.map(({name, title, source}) => ({name, title, source}));
@@ -43,7 +45,8 @@ const data = [
   packed('module', await readFile(wasm)),
   packed('worker', await bundle('worker.js')),
   packed('catalogue', JSON.stringify({functions, pictures: shipped})),
-  ...await Promise.all(pictures.map(async ({name, file}) => packed(`picture-${name}`, await readFile(here(`../../${file}`))))),
+  ...await Promise.all(pictures.map(async ({name, file}) => (
+    packed(`picture-${name}`, await readFile(here(`../../${file}`)))))),
 ];
 const parts = {
   policy: `default-src 'none'; script-src ${hash(script)} 'wasm-unsafe-eval'; style-src ${hash(style)}; ` +

@@ -23,7 +23,8 @@ export function makeControl(parameter, value, context) {
     body.element.setAttribute('aria-labelledby', `${id}-name`);
   }
   return {
-    element: h('div', {class: `setting ${parameter.kind}`, title: parameter.help}, title, body.element, complaint, help),
+    element: h('div', {class: `setting ${parameter.kind}`, title: parameter.help},
+      title, body.element, complaint, help),
     show: body.show,
     complain(sentence) {
       complaint.textContent = sentence ?? '';

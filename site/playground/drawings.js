@@ -43,7 +43,8 @@ export function drawable({kind, value}) {
   return Array.isArray(value) ? value : [value];
 }
 
-// Draws what results hold. scale is the number of screen pixels per pixel of the picture; emphasised is an item or null.
+// Draws what results hold. scale is the number of screen pixels per pixel of the picture; emphasised is an item of a
+// result, or null.
 export function drawResults(context, results, scale, emphasised) {
   for (const result of results) {
     const items = drawable(result);

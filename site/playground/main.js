@@ -198,7 +198,7 @@ function finish() {
   if (failed >= 0) {
     setStatus(`Step ${failed + 1} did not run`);
     say(`Step ${failed + 1}, ${page.state.steps[failed].call}: ${page.outcomes[failed].complaints[0].sentence}`);
-    // Later steps have no picture: show the one that lacks something.
+    // Later steps have no picture, so the one that did not run is shown.
     if (page.selected > failed + 1) page.select(failed + 1);
     else showAll();
   } else {

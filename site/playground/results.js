@@ -86,7 +86,8 @@ function linePlot(label, values) {
 }
 
 const heads = (names) => names.map((name) => h('th', {scope: 'col'}, name));
-const cells = (values) => values.map((value) => h('td', {}, typeof value === 'number' ? numberText(value) : String(value)));
+const textOf = (value) => (typeof value === 'number' ? numberText(value) : String(value));
+const cells = (values) => values.map((value) => h('td', {}, textOf(value)));
 const row = (name, values, attributes = {}) => h('tr', attributes, h('th', {scope: 'row'}, name), cells(values));
 
 function facts(picture, named) {
@@ -137,7 +138,8 @@ function numberList(result) {
   const values = result.value;
   const rest = values.length - MOST_ROWS;
   const text = values.slice(0, MOST_ROWS).map(numberText).join('  ') + (rest > 0 ? ` … and ${rest} more` : '');
-  const list = h('div', {class: 'numbers', tabindex: 0, role: 'region', 'aria-label': `${title(result)} as numbers`}, text);
+  const label = `${title(result)} as numbers`;
+  const list = h('div', {class: 'numbers', tabindex: 0, role: 'region', 'aria-label': label}, text);
   return values.length < LEAST_PLOT ? list : [linePlot(`${title(result)} as a line`, values), list];
 }
 

@@ -1,4 +1,5 @@
-// The page's side of the worker: one pipeline at a time, the newest wish wins, and a long call can be stopped.
+// The page's side of the worker. It runs one pipeline at a time: a new request takes the place of the last one, and a
+// long call can be stopped.
 
 export class Runner {
   // report is called with the messages of the worker about the newest run, in their order.

@@ -102,7 +102,8 @@ export class StepList {
     const values = {...initialValues(fn, input), ...step.parameters};
     const earlier = model.state.steps.slice(0, k);
     const pictures = [
-      {value: 'start', label: 'the start'}, ...earlier.map(({call}, i) => ({value: i, label: `after ${i + 1}: ${call}`})),
+      {value: 'start', label: 'the start'},
+      ...earlier.map(({call}, i) => ({value: i, label: `after ${i + 1}: ${call}`})),
     ];
     for (const parameter of fn.parameters) {
       card.controls.set(parameter.name, makeControl(parameter, values[parameter.name], {
@@ -121,7 +122,8 @@ export class StepList {
     const example = h('a', {href: `#${encode(fn.example)}`, onclick: openExample}, 'Example');
     const reset = h('button', {type: 'button', class: 'quiet', onclick: () => model.reset(k)}, 'Reset settings');
     reset.hidden = Object.keys(step.parameters).length === 0;
-    card.settings.replaceChildren(h('p', {class: 'brief'}, fn.brief, ' ', reference, ' ', example), card.general, card.convert,
+    card.settings.replaceChildren(
+      h('p', {class: 'brief'}, fn.brief, ' ', reference, ' ', example), card.general, card.convert,
       ...[...card.controls.values()].map((control) => control.element), reset);
   }
 

@@ -1,5 +1,5 @@
-// The large picture: zoom, pan, before and after under one divider, values of pixels, results drawn over it, and regions
-// and points that the mouse sets.
+// The large picture: zoom, pan, before and after under one divider, values of pixels, results drawn over it, and
+// regions and points that the mouse sets.
 
 import {h} from './elements.js';
 import {canvasOf, pixelValues} from './picture.js';

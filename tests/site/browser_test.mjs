@@ -302,7 +302,9 @@ test('the mouse draws a region', async () => {
 test('the pipeline is shown as a program in three languages', async () => {
   await withPage('coins/NuvThreshold,T=77', async (page) => {
     await page.click('#copy-as');
-    const firstLines = {'C++': '#include <NuvImgSDK2014DLL.h>', C: '#include <nuvimgsdk_c.h>', Python: 'import nuvimgsdk'};
+    const firstLines = {
+      'C++': '#include <NuvImgSDK2014DLL.h>', C: '#include <nuvimgsdk_c.h>', Python: 'import nuvimgsdk',
+    };
     for (const [language, words] of Object.entries(firstLines)) {
       await page.getByText(language, {exact: true}).click();
       const program = await page.locator('#code pre').textContent();
