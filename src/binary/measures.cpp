@@ -14,29 +14,39 @@
 namespace nuv {
 namespace {
 
-// Counts in the bytes of two vectors, one byte for each place of a block of 64 pixels, and adds the bytes up
-// before they overflow.
+#if NUV_HAS_LANES
+// Counts in the bytes of two vectors, one byte for each place of a block of pixels, and adds the bytes up before
+// they overflow. Counts whole blocks from x on, and moves x past them.
+template <class Lanes>
+NUV_INLINE int32_t count_equal_by(const uint8_t* row, std::ptrdiff_t& x, std::ptrdiff_t n, uint8_t value) {
+  constexpr std::ptrdiff_t kBlock = 2 * sizeof(Lanes);
+  constexpr std::ptrdiff_t kBlocks = 255;
+  int32_t count = 0;
+  while (n - x >= kBlock) {
+    const std::ptrdiff_t end = x + std::min((n - x) / kBlock, kBlocks) * kBlock;
+    Lanes counts{};
+    Lanes other_counts{};
+    for (; x < end; x += kBlock) {
+      Lanes pixels;
+      Lanes other_pixels;
+      load(row + x, pixels);
+      load(row + x + kBlock / 2, other_pixels);
+      // A comparison gives -1 where the values are equal.
+      counts -= reinterpret_cast<Lanes>(pixels == value);
+      other_counts -= reinterpret_cast<Lanes>(other_pixels == value);
+    }
+    for (std::ptrdiff_t i = 0; i < kBlock / 2; ++i) count += counts[i] + other_counts[i];
+  }
+  return count;
+}
+#endif
+
 NUV_ROW_KERNEL int32_t count_equal(const uint8_t* row, std::ptrdiff_t n, uint8_t value) {
   int32_t count = 0;
   std::ptrdiff_t x = 0;
 #if NUV_HAS_LANES
-  constexpr std::ptrdiff_t kBlock = 64;
-  constexpr std::ptrdiff_t kBlocks = 255;
-  while (n - x >= kBlock) {
-    const std::ptrdiff_t end = x + std::min((n - x) / kBlock, kBlocks) * kBlock;
-    Bytes32 counts{};
-    Bytes32 other_counts{};
-    for (; x < end; x += kBlock) {
-      Bytes32 pixels;
-      Bytes32 other_pixels;
-      load32(row + x, pixels);
-      load32(row + x + kBlock / 2, other_pixels);
-      // A comparison gives -1 where the values are equal.
-      counts -= reinterpret_cast<Bytes32>(pixels == value);
-      other_counts -= reinterpret_cast<Bytes32>(other_pixels == value);
-    }
-    for (std::ptrdiff_t i = 0; i < kBlock / 2; ++i) count += counts[i] + other_counts[i];
-  }
+  count = has_wide_lanes() ? count_equal_by<Bytes32>(row, x, n, value)
+                           : count_equal_by<Bytes16>(row, x, n, value);
 #endif
   for (; x < n; ++x) count += row[x] == value;
   return count;

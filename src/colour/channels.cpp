@@ -1,16 +1,18 @@
 // Single channels of RGB images: selected, replaced, combined. Planes interleaved to RGB.
 
 #include "core/interleaved.h"
-#include "core/row_kernel.h"
 #include "core/views.h"
 #include "nuv/colour.h"
 
 namespace nuv {
 namespace {
 
-NUV_ROW_KERNEL void select_row(const uint8_t* NUV_RESTRICT pixels, int32_t channel,
-                               uint8_t* NUV_RESTRICT plane, std::ptrdiff_t n) {
-  for (std::ptrdiff_t i = 0; i < n; ++i) plane[i] = pixels[3 * i + channel];
+void select_row(const uint8_t* pixels, int32_t channel, uint8_t* plane, std::ptrdiff_t n) {
+  if (channel >= 0 && channel < 3) {
+    take_plane(pixels, channel, plane, n);
+  } else {
+    for (std::ptrdiff_t i = 0; i < n; ++i) plane[i] = pixels[3 * i + channel];
+  }
 }
 
 }  // namespace

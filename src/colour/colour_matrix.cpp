@@ -87,30 +87,35 @@ NUV_INLINE void pair_from_rgb(const T (&left_pixel)[3], const T (&right_pixel)[3
   pair.d = static_cast<T>(static_cast<T>(left.d + (right.d & kWhole)) >> 6);
 }
 
+#if NUV_HAS_LANES
+// Processes as many pixels at once as a vector has bytes. Returns the number of pixels done: all or none.
+template <class Words>
+NUV_INLINE std::ptrdiff_t from_rgb_by(const uint8_t* rgb, const Factors& by, uint8_t* luma, ChromaSums& sums,
+                                      std::ptrdiff_t pixels) {
+  constexpr std::ptrdiff_t kStep = PixelPairs<Words>::kPixels;
+  std::ptrdiff_t done = 0;
+  while (pixels >= kStep && done < pixels) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, pixels);
+    PixelPairs<Words> in;
+    split_pixels(rgb + 3 * i, in);
+    PairOf<Words> pairs;
+    pair_from_rgb(in.left, in.right, by, pairs);
+    store_words(luma + i, pairs.luma);
+    store_words(reinterpret_cast<uint8_t*>(sums.c + i / 2), pairs.c);
+    store_words(reinterpret_cast<uint8_t*>(sums.d + i / 2), pairs.d);
+    done = i + kStep;
+  }
+  return done;
+}
+#endif
+
 NUV_ROW_KERNEL void from_rgb_row(const uint8_t* NUV_RESTRICT rgb, uint8_t* NUV_RESTRICT luma,
                                  ChromaSums& NUV_RESTRICT sums, std::ptrdiff_t pixels) {
   const Factors by;
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  while (pixels >= PixelWords::kPixels && done < pixels) {
-    const std::ptrdiff_t i = start_of_step(done, PixelWords::kPixels, pixels);
-    PixelWords words;
-    split_words(rgb + 3 * i, words);
-    Shorts16 left[3];
-    Shorts16 right[3];
-    low_bytes(words.kind[0], left[0]);
-    high_bytes(words.kind[0], left[1]);
-    low_bytes(words.kind[1], left[2]);
-    high_bytes(words.kind[1], right[0]);
-    low_bytes(words.kind[2], right[1]);
-    high_bytes(words.kind[2], right[2]);
-    PairOf<Shorts16> pairs;
-    pair_from_rgb(left, right, by, pairs);
-    store_words(luma + i, pairs.luma);
-    store_words(reinterpret_cast<uint8_t*>(sums.c + i / 2), pairs.c);
-    store_words(reinterpret_cast<uint8_t*>(sums.d + i / 2), pairs.d);
-    done = i + PixelWords::kPixels;
-  }
+  done = has_wide_lanes() ? from_rgb_by<Shorts16>(rgb, by, luma, sums, pixels)
+                          : from_rgb_by<Shorts8>(rgb, by, luma, sums, pixels);
 #endif
   for (; done < pixels; done += 2) {
     const uint8_t* p = rgb + 3 * done;
@@ -172,13 +177,41 @@ NUV_ROW_KERNEL void mean_of_four(const ChromaSums& upper, const ChromaSums& lowe
 }
 
 #if NUV_HAS_LANES
-// Y plus a term, clamped to a byte, for the left or the right pixels of 16 pairs.
-NUV_INLINE void clamped_sums(const Shorts16& luma, const Shorts16& term, Shorts16& sums) {
-  const Shorts16 none = {};
-  const Shorts16 most = none + 255;
+// Y plus a term, clamped to a byte, for the left or the right pixels of many pairs.
+template <class Words>
+NUV_INLINE void clamped_sums(const Words& luma, const Words& term, Words& sums) {
+  const Words none = {};
+  const Words most = none + 255;
   sums = luma + term;
   sums = sums > none ? sums : none;
   sums = sums < most ? sums : most;
+}
+
+template <class Words>
+NUV_INLINE std::ptrdiff_t rgb_from_terms_by(const uint8_t* luma, const TermBlock& terms, uint8_t* rgb,
+                                            std::ptrdiff_t pixels) {
+  constexpr std::ptrdiff_t kStep = PixelPairs<Words>::kPixels;
+  std::ptrdiff_t done = 0;
+  while (pixels >= kStep && done < pixels) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, pixels);
+    Words pairs;
+    load_words(luma + i, pairs);
+    Words luma_left;
+    Words luma_right;
+    low_bytes(pairs, luma_left);
+    high_bytes(pairs, luma_right);
+    PixelPairs<Words> out;
+    const int16_t* const planes[] = {terms.blue, terms.green, terms.red};
+    for (int c = 0; c < 3; ++c) {
+      Words term;
+      load_words(reinterpret_cast<const uint8_t*>(planes[c] + i / 2), term);
+      clamped_sums(luma_left, term, out.left[c]);
+      clamped_sums(luma_right, term, out.right[c]);
+    }
+    join_pixels(out, rgb + 3 * i);
+    done = i + kStep;
+  }
+  return done;
 }
 #endif
 
@@ -207,30 +240,8 @@ NUV_ROW_KERNEL void rgb_from_terms(const uint8_t* luma, const TermBlock& terms, 
                                    std::ptrdiff_t pixels) {
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  while (pixels >= PixelWords::kPixels && done < pixels) {
-    const std::ptrdiff_t i = start_of_step(done, PixelWords::kPixels, pixels);
-    Shorts16 pairs;
-    load_words(luma + i, pairs);
-    Shorts16 luma_left;
-    Shorts16 luma_right;
-    low_bytes(pairs, luma_left);
-    high_bytes(pairs, luma_right);
-    Shorts16 left[3];
-    Shorts16 right[3];
-    const int16_t* const planes[] = {terms.blue, terms.green, terms.red};
-    for (int c = 0; c < 3; ++c) {
-      Shorts16 term;
-      load_words(reinterpret_cast<const uint8_t*>(planes[c] + i / 2), term);
-      clamped_sums(luma_left, term, left[c]);
-      clamped_sums(luma_right, term, right[c]);
-    }
-    PixelWords words;
-    words.kind[0] = left[0] | left[1] << 8;
-    words.kind[1] = left[2] | right[0] << 8;
-    words.kind[2] = right[1] | right[2] << 8;
-    join_words(words, rgb + 3 * i);
-    done = i + PixelWords::kPixels;
-  }
+  done = has_wide_lanes() ? rgb_from_terms_by<Shorts16>(luma, terms, rgb, pixels)
+                          : rgb_from_terms_by<Shorts8>(luma, terms, rgb, pixels);
 #endif
   for (; done < pixels; ++done) {
     uint8_t* p = rgb + 3 * done;

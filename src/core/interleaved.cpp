@@ -3,7 +3,8 @@
 // Byte k of pixel i is byte 3i + k of the row. Because 16 is 1 modulo 3, the bytes of one plane occupy
 // disjoint places in three consecutive vectors of 16. Masks and bitwise ors gather them in one vector, and a
 // permutation puts them in order. Joining reverses these steps. A step processes two such groups of 16 pixels
-// side by side, each in its own lane of a vector of 32.
+// side by side, each in its own lane of a vector of 32. Processors without vectors of 32 bytes may lack the
+// permutation, too. They process one group at once, by zips (core/lanes.h).
 
 #include "core/interleaved.h"
 
@@ -17,8 +18,10 @@ namespace nuv {
 #if NUV_HAS_LANES
 namespace {
 
-constexpr std::ptrdiff_t kStep = 32;  // pixels per step
-using Places = std::make_integer_sequence<int, kStep>;
+using Places = std::make_integer_sequence<int, 32>;
+
+using nuv::join_thirds;
+using nuv::split_thirds;
 
 // Place j of a lane receives the byte at place 3j + K modulo 16, or sends its byte there. 11 is the inverse
 // of 3 modulo 16.
@@ -49,75 +52,137 @@ NUV_INLINE void take_lanes(const Bytes32& a, const Bytes32& b, Bytes32& lanes,
   lanes = __builtin_shufflevector(a, b, (J < 16 ? 16 * LaneOfA + J : 16 + 16 * LaneOfB + J)...);
 }
 
-NUV_INLINE void split_step(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8_t* plane2) {
-  Bytes32 row[3];
-  for (int i = 0; i < 3; ++i) load32(pixels + 32 * i, row[i]);
+NUV_INLINE void split_thirds(Bytes32 (&v)[3]) {
   Bytes32 a;
   Bytes32 b;
   Bytes32 c;
-  take_lanes<0, 1>(row[0], row[1], a, Places{});
-  take_lanes<1, 0>(row[0], row[2], b, Places{});
-  take_lanes<0, 1>(row[1], row[2], c, Places{});
-  Bytes32 planes[3];
-  mix_by_thirds(a, c, b, planes[0], Places{});
-  mix_by_thirds(b, a, c, planes[1], Places{});
-  mix_by_thirds(c, b, a, planes[2], Places{});
-  take_from_thirds<0>(planes[0], Places{});
-  take_from_thirds<1>(planes[1], Places{});
-  take_from_thirds<2>(planes[2], Places{});
-  store32(plane0, planes[0]);
-  store32(plane1, planes[1]);
-  store32(plane2, planes[2]);
+  take_lanes<0, 1>(v[0], v[1], a, Places{});
+  take_lanes<1, 0>(v[0], v[2], b, Places{});
+  take_lanes<0, 1>(v[1], v[2], c, Places{});
+  mix_by_thirds(a, c, b, v[0], Places{});
+  mix_by_thirds(b, a, c, v[1], Places{});
+  mix_by_thirds(c, b, a, v[2], Places{});
+  take_from_thirds<0>(v[0], Places{});
+  take_from_thirds<1>(v[1], Places{});
+  take_from_thirds<2>(v[2], Places{});
 }
 
-NUV_INLINE void join_step(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2,
-                          uint8_t* pixels) {
-  Bytes32 planes[3];
-  load32(plane0, planes[0]);
-  load32(plane1, planes[1]);
-  load32(plane2, planes[2]);
-  send_to_thirds<0>(planes[0], Places{});
-  send_to_thirds<1>(planes[1], Places{});
-  send_to_thirds<2>(planes[2], Places{});
+NUV_INLINE void join_thirds(Bytes32 (&v)[3]) {
+  send_to_thirds<0>(v[0], Places{});
+  send_to_thirds<1>(v[1], Places{});
+  send_to_thirds<2>(v[2], Places{});
   Bytes32 a;
   Bytes32 b;
   Bytes32 c;
-  mix_by_thirds(planes[0], planes[1], planes[2], a, Places{});
-  mix_by_thirds(planes[1], planes[2], planes[0], b, Places{});
-  mix_by_thirds(planes[2], planes[0], planes[1], c, Places{});
-  Bytes32 row[3];
-  take_lanes<0, 0>(a, b, row[0], Places{});
-  take_lanes<0, 1>(c, a, row[1], Places{});
-  take_lanes<1, 1>(b, c, row[2], Places{});
-  for (int i = 0; i < 3; ++i) store32(pixels + 32 * i, row[i]);
+  mix_by_thirds(v[0], v[1], v[2], a, Places{});
+  mix_by_thirds(v[1], v[2], v[0], b, Places{});
+  mix_by_thirds(v[2], v[0], v[1], c, Places{});
+  take_lanes<0, 0>(a, b, v[0], Places{});
+  take_lanes<0, 1>(c, a, v[1], Places{});
+  take_lanes<1, 1>(b, c, v[2], Places{});
+}
+
+// These functions process as many pixels at once as a vector has bytes, and return the number of pixels done:
+// all of them, or none if there are fewer. A pixel that is processed twice gets the same value again.
+
+template <class Lanes>
+NUV_INLINE std::ptrdiff_t split_planes_by(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1,
+                                          uint8_t* plane2, std::ptrdiff_t count) {
+  constexpr std::ptrdiff_t kStep = sizeof(Lanes);
+  std::ptrdiff_t done = 0;
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+    Lanes v[3];
+    for (int k = 0; k < 3; ++k) load(pixels + 3 * i + kStep * k, v[k]);
+    split_thirds(v);
+    store(plane0 + i, v[0]);
+    store(plane1 + i, v[1]);
+    store(plane2 + i, v[2]);
+    done = i + kStep;
+  }
+  return done;
+}
+
+template <class Lanes>
+NUV_INLINE std::ptrdiff_t join_planes_by(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2,
+                                         uint8_t* pixels, std::ptrdiff_t count) {
+  constexpr std::ptrdiff_t kStep = sizeof(Lanes);
+  std::ptrdiff_t done = 0;
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+    Lanes v[3];
+    load(plane0 + i, v[0]);
+    load(plane1 + i, v[1]);
+    load(plane2 + i, v[2]);
+    join_thirds(v);
+    for (int k = 0; k < 3; ++k) store(pixels + 3 * i + kStep * k, v[k]);
+    done = i + kStep;
+  }
+  return done;
+}
+
+template <class Lanes, int K>
+NUV_INLINE std::ptrdiff_t take_plane_by(const uint8_t* pixels, uint8_t* plane, std::ptrdiff_t count) {
+  constexpr std::ptrdiff_t kStep = sizeof(Lanes);
+  std::ptrdiff_t done = 0;
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+    Lanes v[3];
+    for (int k = 0; k < 3; ++k) load(pixels + 3 * i + kStep * k, v[k]);
+    split_thirds(v);
+    store(plane + i, v[K]);
+    done = i + kStep;
+  }
+  return done;
+}
+
+// Repeats a plane in three vectors, with each byte at its place K of a pixel. The other places are meaningless.
+template <int K>
+NUV_INLINE void repeat_at(const Bytes32& plane, Bytes32 (&v)[3]) {
+  v[1] = plane;
+  send_to_thirds<K>(v[1], Places{});
+  // A byte of the plane has the same place within its lane in all three mixtures of join_thirds().
+  take_lanes<0, 0>(v[1], v[1], v[0], Places{});
+  take_lanes<1, 1>(v[1], v[1], v[2], Places{});
+}
+template <int K>
+NUV_INLINE void repeat_at(const Bytes16& plane, Bytes16 (&v)[3]) {
+  for (Bytes16& repeated : v) repeated = plane;
+  join_thirds(v);
 }
 
 // Selects every third place, counted from place K. If K is negative, the count begins before the vector.
-template <int K, int... J>
-NUV_INLINE void plane_mask(Bytes32& mask, std::integer_sequence<int, J...> /*places*/) {
-  mask = Bytes32{((J - K) % 3 == 0 ? 255 : 0)...};
+template <int K, class Lanes, int... J>
+NUV_INLINE void plane_mask(Lanes& mask, std::integer_sequence<int, J...> /*places*/) {
+  mask = Lanes{((J - K) % 3 == 0 ? 255 : 0)...};
 }
 
-// Writes one plane over its places in the pixels, or combines it with them by a bitwise or. A byte of the
-// plane has the same place within its lane in all three mixtures of join_step(), so masks suffice.
-template <int K, bool IsOr>
-NUV_INLINE void put_step(const uint8_t* plane, uint8_t* pixels) {
-  Bytes32 sent[3];
-  load32(plane, sent[1]);
-  send_to_thirds<K>(sent[1], Places{});
-  take_lanes<0, 0>(sent[1], sent[1], sent[0], Places{});
-  take_lanes<1, 1>(sent[1], sent[1], sent[2], Places{});
-  Bytes32 masks[3];
-  plane_mask<K>(masks[0], Places{});
-  plane_mask<K - 32>(masks[1], Places{});
-  plane_mask<K - 64>(masks[2], Places{});
-  for (int i = 0; i < 3; ++i) {
-    Bytes32 row;
-    load32(pixels + 32 * i, row);
-    if (!IsOr) row &= ~masks[i];
-    row |= sent[i] & masks[i];
-    store32(pixels + 32 * i, row);
+// Writes one plane over its places in the pixels, or combines it with them by a bitwise or.
+template <class Lanes, int K, bool IsOr>
+NUV_INLINE std::ptrdiff_t put_bytes_by(const uint8_t* plane, uint8_t* pixels, std::ptrdiff_t count) {
+  constexpr int kStep = sizeof(Lanes);
+  using LanePlaces = std::make_integer_sequence<int, kStep>;
+  std::ptrdiff_t done = 0;
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+    Lanes bytes;
+    Lanes repeated[3];
+    load(plane + i, bytes);
+    repeat_at<K>(bytes, repeated);
+    Lanes masks[3];
+    plane_mask<K>(masks[0], LanePlaces{});
+    plane_mask<K - kStep>(masks[1], LanePlaces{});
+    plane_mask<K - 2 * kStep>(masks[2], LanePlaces{});
+    for (int k = 0; k < 3; ++k) {
+      Lanes row;
+      load(pixels + 3 * i + kStep * k, row);
+      if (!IsOr) row &= ~masks[k];
+      row |= repeated[k] & masks[k];
+      store(pixels + 3 * i + kStep * k, row);
+    }
+    done = i + kStep;
   }
+  return done;
 }
 
 // Pairs of bytes are split in two steps. First each lane gathers the bytes of one plane in its lower half and
@@ -132,20 +197,37 @@ NUV_INLINE void join_halves(const Bytes32& a, const Bytes32& b, Bytes32& joined,
   joined = __builtin_shufflevector(a, b, (J & 16) + (J & 8) * 4 + 8 * Half + (J & 7)...);
 }
 
-NUV_INLINE void split_pairs_step(const uint8_t* pairs, uint8_t* plane0, uint8_t* plane1) {
-  Bytes32 row[2];
-  for (int i = 0; i < 2; ++i) load32(pairs + 32 * i, row[i]);
+NUV_INLINE void split_alternating(Bytes32 (&v)[2]) {
   Bytes32 a;
   Bytes32 b;
-  take_lanes<0, 0>(row[0], row[1], a, Places{});
-  take_lanes<1, 1>(row[0], row[1], b, Places{});
+  take_lanes<0, 0>(v[0], v[1], a, Places{});
+  take_lanes<1, 1>(v[0], v[1], b, Places{});
   part_pairs(a, Places{});
   part_pairs(b, Places{});
-  Bytes32 planes[2];
-  join_halves<0>(a, b, planes[0], Places{});
-  join_halves<1>(a, b, planes[1], Places{});
-  store32(plane0, planes[0]);
-  store32(plane1, planes[1]);
+  join_halves<0>(a, b, v[0], Places{});
+  join_halves<1>(a, b, v[1], Places{});
+}
+NUV_INLINE void split_alternating(Bytes16 (&v)[2]) {
+  const Bytes16 even = even_bytes(v[0], v[1]);
+  v[1] = odd_bytes(v[0], v[1]);
+  v[0] = even;
+}
+
+template <class Lanes>
+NUV_INLINE std::ptrdiff_t split_pairs_by(const uint8_t* pairs, uint8_t* plane0, uint8_t* plane1,
+                                         std::ptrdiff_t count) {
+  constexpr std::ptrdiff_t kStep = sizeof(Lanes);
+  std::ptrdiff_t done = 0;
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+    Lanes v[2];
+    for (int k = 0; k < 2; ++k) load(pairs + 2 * i + kStep * k, v[k]);
+    split_alternating(v);
+    store(plane0 + i, v[0]);
+    store(plane1 + i, v[1]);
+    done = i + kStep;
+  }
+  return done;
 }
 
 // Pairs are joined by alternating the bytes of a and b, from the lower or from the upper half of each lane.
@@ -155,18 +237,35 @@ NUV_INLINE void zip_halves(const Bytes32& a, const Bytes32& b, Bytes32& zipped,
   zipped = __builtin_shufflevector(a, b, (J & 16) + 8 * Half + (J >> 1 & 7) + (J & 1) * 32 ...);
 }
 
-NUV_INLINE void join_pairs_step(const uint8_t* plane0, const uint8_t* plane1, uint8_t* pairs) {
-  Bytes32 planes[2];
-  load32(plane0, planes[0]);
-  load32(plane1, planes[1]);
+NUV_INLINE void join_alternating(Bytes32 (&v)[2]) {
   Bytes32 lower;
   Bytes32 upper;
-  zip_halves<0>(planes[0], planes[1], lower, Places{});
-  zip_halves<1>(planes[0], planes[1], upper, Places{});
-  Bytes32 row[2];
-  take_lanes<0, 0>(lower, upper, row[0], Places{});
-  take_lanes<1, 1>(lower, upper, row[1], Places{});
-  for (int i = 0; i < 2; ++i) store32(pairs + 32 * i, row[i]);
+  zip_halves<0>(v[0], v[1], lower, Places{});
+  zip_halves<1>(v[0], v[1], upper, Places{});
+  take_lanes<0, 0>(lower, upper, v[0], Places{});
+  take_lanes<1, 1>(lower, upper, v[1], Places{});
+}
+NUV_INLINE void join_alternating(Bytes16 (&v)[2]) {
+  const Bytes16 lower = zip_low(v[0], v[1]);
+  v[1] = zip_high(v[0], v[1]);
+  v[0] = lower;
+}
+
+template <class Lanes>
+NUV_INLINE std::ptrdiff_t join_pairs_by(const uint8_t* plane0, const uint8_t* plane1, uint8_t* pairs,
+                                        std::ptrdiff_t count) {
+  constexpr std::ptrdiff_t kStep = sizeof(Lanes);
+  std::ptrdiff_t done = 0;
+  while (count >= kStep && done < count) {
+    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+    Lanes v[2];
+    load(plane0 + i, v[0]);
+    load(plane1 + i, v[1]);
+    join_alternating(v);
+    for (int k = 0; k < 2; ++k) store(pairs + 2 * i + kStep * k, v[k]);
+    done = i + kStep;
+  }
+  return done;
 }
 
 }  // namespace
@@ -177,11 +276,8 @@ NUV_ROW_KERNEL void split_planes(const uint8_t* NUV_RESTRICT pixels, uint8_t* NU
                                  std::ptrdiff_t count) {
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
-    split_step(pixels + 3 * i, plane0 + i, plane1 + i, plane2 + i);
-    done = i + kStep;
-  }
+  done = has_wide_lanes() ? split_planes_by<Bytes32>(pixels, plane0, plane1, plane2, count)
+                          : split_planes_by<Bytes16>(pixels, plane0, plane1, plane2, count);
 #endif
   for (; done < count; ++done) {
     plane0[done] = pixels[3 * done];
@@ -190,16 +286,35 @@ NUV_ROW_KERNEL void split_planes(const uint8_t* NUV_RESTRICT pixels, uint8_t* NU
   }
 }
 
+namespace {
+
+template <int K>
+NUV_INLINE void take_bytes(const uint8_t* NUV_RESTRICT pixels, uint8_t* NUV_RESTRICT plane,
+                           std::ptrdiff_t count) {
+  std::ptrdiff_t done = 0;
+#if NUV_HAS_LANES
+  done = has_wide_lanes() ? take_plane_by<Bytes32, K>(pixels, plane, count)
+                          : take_plane_by<Bytes16, K>(pixels, plane, count);
+#endif
+  for (; done < count; ++done) plane[done] = pixels[3 * done + K];
+}
+
+}  // namespace
+
+NUV_ROW_KERNEL void take_plane(const uint8_t* NUV_RESTRICT pixels, int place, uint8_t* NUV_RESTRICT plane,
+                               std::ptrdiff_t count) {
+  if (place == 0) take_bytes<0>(pixels, plane, count);
+  if (place == 1) take_bytes<1>(pixels, plane, count);
+  if (place == 2) take_bytes<2>(pixels, plane, count);
+}
+
 NUV_ROW_KERNEL void join_planes(const uint8_t* NUV_RESTRICT plane0, const uint8_t* NUV_RESTRICT plane1,
                                 const uint8_t* NUV_RESTRICT plane2, uint8_t* NUV_RESTRICT pixels,
                                 std::ptrdiff_t count) {
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
-    join_step(plane0 + i, plane1 + i, plane2 + i, pixels + 3 * i);
-    done = i + kStep;
-  }
+  done = has_wide_lanes() ? join_planes_by<Bytes32>(plane0, plane1, plane2, pixels, count)
+                          : join_planes_by<Bytes16>(plane0, plane1, plane2, pixels, count);
 #endif
   for (; done < count; ++done) {
     pixels[3 * done] = plane0[done];
@@ -215,12 +330,8 @@ NUV_INLINE void put_bytes(const uint8_t* NUV_RESTRICT plane, uint8_t* NUV_RESTRI
                           std::ptrdiff_t count) {
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  // A pixel that is processed twice gets the same value again.
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
-    put_step<K, IsOr>(plane + i, pixels + 3 * i);
-    done = i + kStep;
-  }
+  done = has_wide_lanes() ? put_bytes_by<Bytes32, K, IsOr>(plane, pixels, count)
+                          : put_bytes_by<Bytes16, K, IsOr>(plane, pixels, count);
 #endif
   for (; done < count; ++done) {
     uint8_t& byte = pixels[3 * done + K];
@@ -248,11 +359,8 @@ NUV_ROW_KERNEL void split_pairs(const uint8_t* NUV_RESTRICT pairs, uint8_t* NUV_
                                 uint8_t* NUV_RESTRICT plane1, std::ptrdiff_t count) {
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
-    split_pairs_step(pairs + 2 * i, plane0 + i, plane1 + i);
-    done = i + kStep;
-  }
+  done = has_wide_lanes() ? split_pairs_by<Bytes32>(pairs, plane0, plane1, count)
+                          : split_pairs_by<Bytes16>(pairs, plane0, plane1, count);
 #endif
   for (; done < count; ++done) {
     plane0[done] = pairs[2 * done];
@@ -269,11 +377,8 @@ NUV_ROW_KERNEL void join_pairs(const uint8_t* NUV_RESTRICT plane0, const uint8_t
                                uint8_t* NUV_RESTRICT pairs, std::ptrdiff_t count) {
   std::ptrdiff_t done = 0;
 #if NUV_HAS_LANES
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
-    join_pairs_step(plane0 + i, plane1 + i, pairs + 2 * i);
-    done = i + kStep;
-  }
+  done = has_wide_lanes() ? join_pairs_by<Bytes32>(plane0, plane1, pairs, count)
+                          : join_pairs_by<Bytes16>(plane0, plane1, pairs, count);
 #endif
   for (; done < count; ++done) {
     pairs[2 * done] = plane0[done];

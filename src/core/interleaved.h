@@ -19,8 +19,9 @@ void split_planes(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1, uint8
 void join_planes(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2, uint8_t* pixels,
                  std::ptrdiff_t count);
 
-// Writes a plane over byte number place of each pixel, or combines it with that byte by a bitwise or. place
-// is 0, 1 or 2.
+// Copies byte number place of each pixel, writes a plane over it, or combines it with a plane by a bitwise or.
+// place is 0, 1 or 2.
+void take_plane(const uint8_t* pixels, int place, uint8_t* plane, std::ptrdiff_t count);
 void replace_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
 void or_plane(const uint8_t* plane, int place, uint8_t* pixels, std::ptrdiff_t count);
 

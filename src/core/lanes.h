@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "core/row_kernel.h"
 
@@ -116,6 +117,22 @@ NUV_INLINE void store(uint8_t* p, const Bytes32& lanes) {
   store32(p, lanes);
 }
 
+// True if the processor has registers for vectors of 32 bytes. Without them, GCC compiles shuffles and comparisons
+// of such vectors byte by byte. Work with these steps is therefore a template, and a row kernel calls it with
+// vectors of 32 or of 16 bytes.
+NUV_INLINE bool has_wide_lanes() {
+#if defined(__AVX2__)
+  return true;
+#elif NUV_HAS_COPIES
+  return __builtin_cpu_supports("avx2") != 0;
+#else
+  return false;
+#endif
+}
+
+template <std::size_t Size>
+using Bytes = std::conditional_t<Size == sizeof(Bytes32), Bytes32, Bytes16>;
+
 // The lanes for work that keeps many vectors at once. The vectors of WebAssembly have 16 bytes, and its compiler
 // spills the halves of larger ones; elsewhere vectors of 32 bytes are as fast even in halves.
 #if defined(__wasm__)
@@ -125,7 +142,9 @@ using ByteLanes = Bytes32;
 #endif
 constexpr int kByteLanes = sizeof(ByteLanes);
 
-// Sixteen 16-bit integers.
+// Eight or sixteen 16-bit integers.
+using Shorts8 = int16_t __attribute__((vector_size(16)));
+using UnsignedShorts8 = uint16_t __attribute__((vector_size(16)));
 using Shorts16 = int16_t __attribute__((vector_size(32)));
 using UnsignedShorts16 = uint16_t __attribute__((vector_size(32)));
 
@@ -157,8 +176,34 @@ NUV_INLINE Bytes16 zip_high(Bytes16 a, Bytes16 b) {
   return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
 }
 
-NUV_INLINE Bytes16 reversed(Bytes16 v) {
-  return __builtin_shufflevector(v, v, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+// The bytes at even places of two vectors, or those at odd places.
+NUV_INLINE Bytes16 even_bytes(Bytes16 a, Bytes16 b) {
+  return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
+}
+NUV_INLINE Bytes16 odd_bytes(Bytes16 a, Bytes16 b) {
+  return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31);
+}
+
+NUV_INLINE Bytes16 with_halves_exchanged(Bytes16 v) {
+  using Halves = uint64_t __attribute__((vector_size(16)));
+  const auto halves = reinterpret_cast<Halves>(v);
+  return reinterpret_cast<Bytes16>(__builtin_shufflevector(halves, halves, 1, 0));
+}
+
+NUV_INLINE Bytes16 reversed(Bytes16 v, bool in_steps) {
+  if (!in_steps) return __builtin_shufflevector(v, v, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+  const auto words = reinterpret_cast<UnsignedShorts8>(v);
+  const UnsignedShorts8 exchanged = words << 8 | words >> 8;
+  return with_halves_exchanged(
+      reinterpret_cast<Bytes16>(__builtin_shufflevector(exchanged, exchanged, 3, 2, 1, 0, 7, 6, 5, 4)));
+}
+// True if the processor may lack permutations of bytes. Vectors are then reversed in three steps.
+NUV_INLINE bool reverses_in_steps() {
+#if defined(__SSE2__) && !defined(__SSSE3__)
+  return !has_wide_lanes();
+#else
+  return false;
+#endif
 }
 
 // Byte i of the result is byte places[i] of v. Each place must be below 16. clang makes one instruction of the
@@ -187,6 +232,33 @@ NUV_INLINE void transpose16(Bytes16 (&rows)[16]) {
     }
 #pragma GCC unroll 16
     for (int i = 0; i < 16; ++i) rows[i] = zipped[i];
+  }
+}
+
+// Three vectors of interleaved bytes, v[0] to v[2] of a pixel, become one vector of each plane, and back.
+//
+// Zipping the first 24 of 48 bytes with the last 24 moves the byte at place i to place 2i modulo 47. Four rounds
+// move byte 3p + k to place 16 * (3p + k) = 16k + p modulo 47, which is place p of plane k. Separating the bytes at
+// even and odd places reverses a round. Processors without permutations of bytes have these steps, too.
+NUV_INLINE void split_thirds(Bytes16 (&v)[3]) {
+#pragma GCC unroll 4
+  for (int round = 0; round < 4; ++round) {
+    const Bytes16 last = with_halves_exchanged(v[2]);
+    const Bytes16 first_of_all = zip_low(v[0], with_halves_exchanged(v[1]));
+    v[2] = zip_low(v[1], last);
+    v[1] = zip_high(v[0], last);
+    v[0] = first_of_all;
+  }
+}
+NUV_INLINE void join_thirds(Bytes16 (&v)[3]) {
+#pragma GCC unroll 4
+  for (int round = 0; round < 4; ++round) {
+    const Bytes16 even = even_bytes(v[0], v[1]);
+    const Bytes16 odd = odd_bytes(v[1], v[2]);
+    const Bytes16 odd_of_first = reinterpret_cast<Bytes16>(reinterpret_cast<UnsignedShorts8>(v[0]) >> 8);
+    v[1] = even_bytes(v[2], odd_of_first);
+    v[0] = even;
+    v[2] = odd;
   }
 }
 

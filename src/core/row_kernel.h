@@ -17,9 +17,11 @@
 // Sanitizers instrument the resolver that chooses the copy, which runs before they are ready.
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__) && defined(__ELF__) && \
     !defined(NUV_ONE_LEVEL) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#define NUV_HAS_COPIES 1
 #define NUV_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
 #define NUV_LOAD_BOUND_ROW_KERNEL __attribute__((target_clones("default", "arch=x86-64-v3")))
 #else
+#define NUV_HAS_COPIES 0
 #define NUV_ROW_KERNEL
 #define NUV_LOAD_BOUND_ROW_KERNEL
 #endif

@@ -137,25 +137,49 @@ NUV_INLINE uint16_t pair_sum(const uint8_t* p) {
 }
 
 #if NUV_HAS_LANES
-NUV_INLINE void load_pairs(const uint8_t* p, UnsignedShorts16& pairs) {
-  Bytes32 bytes;
-  load32(p, bytes);
-  pairs = reinterpret_cast<UnsignedShorts16>(bytes);
+template <class Pairs>
+NUV_INLINE void load_pairs(const uint8_t* p, Pairs& pairs) {
+  Bytes<sizeof(Pairs)> bytes;
+  load(p, bytes);
+  pairs = reinterpret_cast<Pairs>(bytes);
 }
 
-// The means of 16 blocks, as words. The word low + 256*high minus 255*high is the sum of its two bytes.
-NUV_INLINE void means_2x2(const uint8_t* p, std::ptrdiff_t width, UnsignedShorts16& means) {
-  UnsignedShorts16 upper;
-  UnsignedShorts16 lower;
+// The means of 2x2 blocks, as words. The word low + 256*high minus 255*high is the sum of its two bytes.
+template <class Pairs>
+NUV_INLINE void means_2x2(const uint8_t* p, std::ptrdiff_t width, Pairs& means) {
+  Pairs upper;
+  Pairs lower;
   load_pairs(p, upper);
   load_pairs(p + width, lower);
   means = (upper + lower - 255 * ((upper >> 8) + (lower >> 8))) >> 2;
 }
 
-template <int... J>
-NUV_INLINE void low_bytes_of(const UnsignedShorts16& a, const UnsignedShorts16& b, Bytes32& bytes,
-                             std::integer_sequence<int, J...> /*places*/) {
-  bytes = __builtin_shufflevector(reinterpret_cast<Bytes32>(a), reinterpret_cast<Bytes32>(b), 2 * J...);
+template <class Pairs, int... J>
+NUV_INLINE void store_low_bytes(const Pairs& a, const Pairs& b, uint8_t* out,
+                                std::integer_sequence<int, J...> /*places*/) {
+  using Lanes = Bytes<sizeof(Pairs)>;
+  const Lanes bytes =
+      __builtin_shufflevector(reinterpret_cast<Lanes>(a), reinterpret_cast<Lanes>(b), 2 * J...);
+  store(out, bytes);
+}
+
+// Writes as many means at once as a vector has bytes, and returns their number.
+template <class Pairs>
+NUV_INLINE std::ptrdiff_t means_2x2_by(const uint8_t* p, std::ptrdiff_t width, std::ptrdiff_t next,
+                                       std::ptrdiff_t n, uint8_t* out) {
+  constexpr std::ptrdiff_t kStep = sizeof(Pairs);
+  std::ptrdiff_t x = 0;
+  for (; x + kStep <= n; x += kStep) {
+    const uint8_t* q = p + 2 * x;
+    __builtin_prefetch(q + next);
+    __builtin_prefetch(q + next + width);
+    Pairs left;
+    Pairs right;
+    means_2x2(q, width, left);
+    means_2x2(q + kStep, width, right);
+    store_low_bytes(left, right, out + x, std::make_integer_sequence<int, kStep>{});
+  }
+  return x;
 }
 #endif
 
@@ -165,18 +189,8 @@ NUV_ROW_KERNEL void mean_2x2_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t w
                                  std::ptrdiff_t n, uint8_t* NUV_RESTRICT out) {
   std::ptrdiff_t x = 0;
 #if NUV_HAS_LANES
-  for (; x + 32 <= n; x += 32) {
-    const uint8_t* q = p + 2 * x;
-    __builtin_prefetch(q + next);
-    __builtin_prefetch(q + next + width);
-    UnsignedShorts16 left;
-    UnsignedShorts16 right;
-    means_2x2(q, width, left);
-    means_2x2(q + 32, width, right);
-    Bytes32 means;
-    low_bytes_of(left, right, means, std::make_integer_sequence<int, 32>{});
-    store32(out + x, means);
-  }
+  x = has_wide_lanes() ? means_2x2_by<UnsignedShorts16>(p, width, next, n, out)
+                       : means_2x2_by<UnsignedShorts8>(p, width, next, n, out);
 #endif
   for (; x < n; ++x) {
     const auto sum = static_cast<uint16_t>(pair_sum(p + 2 * x) + pair_sum(p + width + 2 * x));

@@ -20,11 +20,12 @@ NUV_ROW_KERNEL void mirror_row(uint8_t* row, std::ptrdiff_t n) {
   uint8_t* left = row;
   uint8_t* right = row + n;
 #if NUV_HAS_LANES
+  const bool in_steps = reverses_in_steps();
   for (; right - left >= 32; left += 16, right -= 16) {
     const Bytes16 at_left = load16(left);
     const Bytes16 at_right = load16(right - 16);
-    store16(left, reversed(at_right));
-    store16(right - 16, reversed(at_left));
+    store16(left, reversed(at_right, in_steps));
+    store16(right - 16, reversed(at_left, in_steps));
   }
 #endif
   std::reverse(left, right);
@@ -34,7 +35,8 @@ NUV_ROW_KERNEL void copy_reversed(const uint8_t* NUV_RESTRICT from, std::ptrdiff
                                   uint8_t* NUV_RESTRICT to) {
   std::ptrdiff_t i = 0;
 #if NUV_HAS_LANES
-  for (; i + 16 <= n; i += 16) store16(to + n - 16 - i, reversed(load16(from + i)));
+  const bool in_steps = reverses_in_steps();
+  for (; i + 16 <= n; i += 16) store16(to + n - 16 - i, reversed(load16(from + i), in_steps));
 #endif
   for (; i < n; ++i) to[n - 1 - i] = from[i];
 }
