@@ -49,7 +49,8 @@ NUV_LOAD_BOUND_ROW_KERNEL void threshold_and_majority_row(const uint8_t* p, std:
                                                           uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t majority = count_around(p, w, t) >= 4 ? 255 : 0;
-    out[x] = *p >= t ? majority : 0;
+    const uint8_t reached = *p >= t ? 255 : 0;
+    out[x] = majority & reached;
   }
 }
 

@@ -83,8 +83,9 @@ constexpr uint8_t kMark = 200;
 NUV_INLINE void mark_value(uint8_t value, const uint8_t* bits, uint8_t bit, const uint8_t* from,
                            uint8_t* NUV_RESTRICT to, std::ptrdiff_t n) {
   for (std::ptrdiff_t x = 0; x < n; ++x) {
-    const uint8_t marked = (bits[x] & bit) != 0 ? kMark : value;
-    to[x] = from[x] == value ? marked : from[x];
+    const uint8_t beside = (bits[x] & bit) != 0 ? 255 : 0;
+    const uint8_t marked = from[x] == value ? beside : 0;
+    to[x] = static_cast<uint8_t>((from[x] & ~marked) | (kMark & marked));
   }
 }
 NUV_ROW_KERNEL void mark_255(const uint8_t* bits, uint8_t bit, const uint8_t* from, uint8_t* NUV_RESTRICT to,

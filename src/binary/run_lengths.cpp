@@ -8,6 +8,7 @@
 #include "core/borders.h"
 #include "core/buffer.h"
 #include "core/column_strips.h"
+#include "core/lanes.h"
 #include "core/row_kernel.h"
 #include "core/runs.h"
 #include "core/transposition.h"
@@ -177,9 +178,33 @@ void take_lesser_column_lengths(GrayImage image) {
 
 // ---- counted near each pixel ----
 
+#if NUV_HAS_LANES
+template <class Lanes>
+NUV_INLINE std::ptrdiff_t find_starts_by(const uint8_t* row, uint8_t* starts, std::ptrdiff_t n) {
+  constexpr std::ptrdiff_t kStep = sizeof(Lanes);
+  std::ptrdiff_t done = 0;
+  while (n >= kStep && done < n) {
+    const std::ptrdiff_t x = start_of_step(done, kStep, n);
+    Lanes pixels;
+    Lanes before;
+    load(row + x, pixels);
+    load(row + x - 1, before);
+    const Lanes none = {};
+    const Lanes found = reinterpret_cast<Lanes>(pixels != none) & reinterpret_cast<Lanes>(before == none) & 1;
+    store(starts + x, found);
+    done = x + kStep;
+  }
+  return done;
+}
+#endif
+
 // Writes 1 where a white run begins, otherwise 0. row[-1] is read.
 NUV_ROW_KERNEL void find_starts(const uint8_t* row, uint8_t* NUV_RESTRICT starts, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
+  std::ptrdiff_t x = 0;
+#if NUV_HAS_LANES
+  x = has_wide_lanes() ? find_starts_by<Bytes32>(row, starts, n) : find_starts_by<Bytes16>(row, starts, n);
+#endif
+  for (; x < n; ++x) {
     const uint8_t white = row[x] != 0 ? 1 : 0;
     const uint8_t after_black = row[x - 1] == 0 ? 1 : 0;
     starts[x] = white & after_black;

@@ -48,7 +48,10 @@ NUV_ROW_KERNEL void robert_sum_row(const uint8_t* p, std::ptrdiff_t step, std::p
 }
 
 NUV_ROW_KERNEL void gate_row(const uint8_t* mask, uint8_t* NUV_RESTRICT out, std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) out[x] = mask[x] != 0 ? out[x] : 0;
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t kept = mask[x] != 0 ? 255 : 0;
+    out[x] &= kept;
+  }
 }
 
 NUV_ROW_KERNEL void sobel_row(const uint8_t* p, std::ptrdiff_t w, uint8_t* NUV_RESTRICT out,

@@ -38,6 +38,12 @@ NUV_ROW_KERNEL void vote_places(const int32_t* x, const int32_t* y, int32_t cosi
   }
 }
 
+NUV_ROW_KERNEL int32_t greatest(const int32_t* cells, std::ptrdiff_t n) {
+  int32_t most = 0;
+  for (std::ptrdiff_t i = 0; i < n; ++i) most = cells[i] > most ? cells[i] : most;
+  return most;
+}
+
 NUV_ROW_KERNEL void weigh(const int32_t* votes, int32_t* NUV_RESTRICT counts, std::ptrdiff_t n) {
   const int32_t* before = votes - 1;
   const int32_t* after = votes + 1;
@@ -220,11 +226,12 @@ int32_t NuvHoughLines::transform(HoughPoints points, const int32_t* thetas, cons
 template <class Refuse>
 NuvHoughLines::Peak NuvHoughLines::strongest(const Space& space, Refuse refuse) const {
   Peak best{0, 0, 0};
-  const int32_t* cell = accumulator_.get();
-  for (int32_t r = 0; r < space.n_theta; ++r) {
-    for (int32_t c = 0; c < space.n_thro; ++c, ++cell) {
-      if (*cell <= best.count) continue;
-      const Peak peak{r, c, *cell};
+  const int32_t* cells = accumulator_.get();
+  for (int32_t r = 0; r < space.n_theta; ++r, cells += space.n_thro) {
+    if (greatest(cells, space.n_thro) <= best.count) continue;
+    for (int32_t c = 0; c < space.n_thro; ++c) {
+      if (cells[c] <= best.count) continue;
+      const Peak peak{r, c, cells[c]};
       if (!refuse(peak)) best = peak;
     }
   }
