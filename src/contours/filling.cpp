@@ -133,10 +133,9 @@ void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding win
   walk_positions(chain, [&](Point start) {
     uint8_t* pixel = image.at(start.x, start.y);
     if (*pixel != marks.left) return;
-    for (uint8_t* p = pixel;; p += winding.step) {
-      visit(p);
-      if (p == last || p[winding.step] == marks.right) break;
-    }
+    uint8_t* p = pixel;
+    visit(p);
+    while (p != last && p[winding.step] != marks.right) visit(p += winding.step);
     *pixel = marks.right;  // no second scan from here
   });
 }

@@ -270,8 +270,8 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
       uint8_t high = centre;
       for (const Point& sample : kSamples) {
         const uint8_t value = *gray.at(x + sample.x, y + sample.y);
-        low = lesser(low, value);
-        high = greater(high, value);
+        low = std::min(low, value);
+        high = std::max(high, value);
       }
       ++steps[mode == kBrightSide ? centre : low];
       --steps[(mode == kDarkSide ? centre : high) + 1];

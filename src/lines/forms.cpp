@@ -137,11 +137,7 @@ int32_t NuvCodeLineEstimateTheta(int32_t x, int32_t y, uint8_t* pChainCode, int3
   Centroid second;
   int32_t i = 0;
   walk_positions({{x, y}, pChainCode, N}, [&](Point p) {
-    if (i < half) {
-      first.add(p);
-    } else {
-      second.add(p);
-    }
+    (i < half ? first : second).add(p);
     ++i;
   });
   int32_t thro = 0;
