@@ -100,15 +100,29 @@ json.dump([base64.b64encode(np.repeat(r, 3 // r.shape[2], axis=2).tobytes()).dec
   return JSON.parse(stdout).map((text) => Buffer.from(text, 'base64'));
 }
 
-// Drops a file of these bytes on the page.
+// Three ways in which a file comes to the page.
 async function drop(page, name, bytes) {
-  const transfer = await page.evaluateHandle(([fileName, text]) => {
+  const dataTransfer = await transfer(page, name, bytes);
+  await page.dispatchEvent('#view', 'dragenter', {dataTransfer});
+  await page.dispatchEvent('#view', 'drop', {dataTransfer});
+}
+
+async function paste(page, name, bytes) {
+  await page.evaluate((clipboardData) => {
+    document.body.dispatchEvent(new ClipboardEvent('paste', {clipboardData, bubbles: true}));
+  }, await transfer(page, name, bytes));
+}
+
+async function choose(page, name, bytes) {
+  await page.setInputFiles('#file', {name, mimeType: 'image/bmp', buffer: bytes});
+}
+
+function transfer(page, name, bytes) {
+  return page.evaluateHandle(([fileName, text]) => {
     const data = new DataTransfer();
-    data.items.add(new File([Uint8Array.from(atob(text), (c) => c.charCodeAt(0))], fileName));
+    data.items.add(new File([Uint8Array.from(atob(text), (c) => c.charCodeAt(0))], fileName, {type: 'image/bmp'}));
     return data;
   }, [name, Buffer.from(bytes).toString('base64')]);
-  await page.dispatchEvent('#view', 'dragenter', {dataTransfer: transfer});
-  await page.dispatchEvent('#view', 'drop', {dataTransfer: transfer});
 }
 
 test('a newcomer sees a pipeline that has run', async () => {
@@ -145,19 +159,21 @@ test('the screen shows the bytes of the native library', async () => {
   }
 });
 
-test('a dropped file becomes the picture', async () => {
+test('a file becomes the picture', async () => {
   const data = Uint8Array.from({length: 37 * 21 * 3}, (_, i) => (i * i) % 251);
-  await withPage('coins', async (page) => {
-    await drop(page, 'small.bmp', bmpOf({width: 37, height: 21, channels: 3, data}));
-    await page.waitForURL(/#own$/);
-    await finished(page);
-    assert.equal(await page.locator('#start .note').textContent(), '37 × 21 colour');
-    assert.equal(await page.locator('#shipped :checked').textContent(), 'small.bmp');
-    assert.ok((await shown(page)).equals(data));
-    // An address with another picture comes back to it.
-    await page.goBack();
-    await page.locator('#start .note', {hasText: '384 × 303 gray'}).waitFor();
-  });
+  for (const bring of [drop, paste, choose]) {
+    await withPage('coins', async (page) => {
+      await bring(page, 'small.bmp', bmpOf({width: 37, height: 21, channels: 3, data}));
+      await page.waitForURL(/#own$/);
+      await finished(page);
+      assert.equal(await page.locator('#start .note').textContent(), '37 × 21 colour');
+      assert.equal(await page.locator('#shipped :checked').textContent(), 'small.bmp');
+      assert.ok((await shown(page)).equals(data), bring.name);
+      // An address with another picture comes back to it.
+      await page.goBack();
+      await page.locator('#start .note', {hasText: '384 × 303 gray'}).waitFor();
+    });
+  }
 });
 
 test('a file that is no picture gives a sentence, and the old picture stays', async () => {
@@ -179,9 +195,10 @@ test('the camera gives a picture', async () => {
 });
 
 test('a long call is stopped, and the page goes on', async () => {
-  await withPage('coins/NuvGryImgSobel', async (page) => {
+  await withPage('coins', async (page) => {
+    // The time of this call grows with the noise.
     const data = Uint8Array.from({length: 2000 * 1500}, (_, i) => Math.imul(i, 0x9e3779b1) >>> 24);
-    await drop(page, 'large.bmp', bmpOf({width: 2000, height: 1500, channels: 1, data}));
+    await drop(page, 'noise.bmp', bmpOf({width: 2000, height: 1500, channels: 1, data}));
     await page.waitForURL(/#own/);
     await finished(page);
     await page.goto(page.url() + '/NuvEstimateImgStdev'.repeat(5));
@@ -192,10 +209,12 @@ test('a long call is stopped, and the page goes on', async () => {
     const begun = Date.now();
     await stop.click();
     await finished(page);
-    assert.ok(Date.now() - begun < 2000);
+    assert.ok(Date.now() - begun < 5000);
     assert.match((await notes(page)).join(), /Stopped after/);
-    await page.goBack();
-    await page.locator('#status', {hasText: /^1 step · /}).waitFor();
+    await page.locator('#steps .title').first().click();
+    await page.getByRole('switch').first().uncheck();
+    await page.getByRole('button', {name: 'Remove'}).nth(4).click();
+    await stop.waitFor();  // a new worker runs the changed pipeline
   });
 });
 
