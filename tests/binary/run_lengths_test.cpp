@@ -80,6 +80,16 @@ TEST(ConnectedRuns, ReachALongRunWithinTheLevels) {
                            "........"}));
 }
 
+TEST(ConnectedRuns, HaveAtMost250Levels) {
+  TestImage tail(6, 300);
+  for (int32_t x = 1; x < 5; ++x) tail.at(x, 1) = 255;
+  for (int32_t y = 2; y < 300; ++y) tail.at(3, y) = 255;
+  TestImage result(6, 300, 9);
+  NuvRLXDeleteWhiteShort(tail.data(), 6, 300, 4, 300, result.data());
+  EXPECT_EQ(result.at(3, 250), 255);
+  EXPECT_EQ(result.at(3, 251), 0);
+}
+
 TEST(ColumnRuns, AreRowRunsOfTheTransposedImage) {
   Random random(69);
   for (const auto& [width, height] : kOddSizes) {

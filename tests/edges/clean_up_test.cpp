@@ -18,6 +18,11 @@ TEST(CrossPoints, AreCountedBeforeAnyPixelChanges) {
   border.at(1, 1) = 128;
   NuvEdgeDeleteNoiseAndCrossPoints(border.data(), 3, 3, 8);
   EXPECT_EQ(border, TestImage(3, 3)) << "a pixel of 128 is always deleted";
+  for (const int32_t most : {0, -1}) {
+    TestImage pair = draw({"......", ".##.#.", "......"});
+    NuvEdgeDeleteNoiseAndCrossPoints(pair.data(), 6, 3, most);
+    EXPECT_EQ(pair, draw({"......", "....#.", "......"})) << "a pixel without neighbours stays";
+  }
 }
 
 TEST(ShortContours, AreDeleted) {

@@ -81,6 +81,14 @@ TEST(Noise, PoissonWrapsAndKeepsBlack) {
       << "the strength becomes 0, but Poisson noise ignores it";
 }
 
+TEST(Noise, StrengthInPercentIsOfTheRange) {
+  seed(6);
+  std::vector<uint8_t> bytes = noisy(150, -10, kUniform, 140, 160);
+  bytes.front() = bytes.back() = 150;
+  EXPECT_THAT(bytes, Each(testing::AllOf(testing::Ge(148), testing::Le(152)))) << "10 % of 20";
+  EXPECT_THAT(bytes, Contains(148));
+}
+
 TEST(Noise, NoStrengthOrNoModelChangesNothing) {
   for (const uint32_t type : {0U, 1U, 2U, 3U, 4U}) EXPECT_EQ(noisy(9, 0, type)[1], 9);
   EXPECT_THAT(noisy(9, 50, 5, 9, 9), Each(9));
