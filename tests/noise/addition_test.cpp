@@ -71,6 +71,9 @@ TEST(Noise, SaltAndPepperOfAFlatBufferIsBlackAndWhite) {
   }
   EXPECT_LE(kCount - black - white, 30) << "about 6 bytes stay unchanged";
   EXPECT_NEAR(black, white, 0.02 * kCount);
+  uint8_t single = 100;
+  Brindlemar2008AddNoise(&single, 1, 101, kSaltAndPepper);
+  EXPECT_NE(single, 100);
 }
 
 TEST(Noise, PoissonWrapsAndKeepsBlack) {
