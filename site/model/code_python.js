@@ -216,16 +216,18 @@ class Program {
 
   text() {
     const last = this.pictures[this.pictures.length - 1];
-    const imports = ['import sys', '', ...(this.usesNumpy ? ['import numpy'] : []), 'import nuvimgsdk as nuv', ''];
-    const write = `nuv.imwrite(sys.argv[2], ${last.name})`;
-    return [...imports, 'picture = nuv.imread(sys.argv[1])', ...this.lines, '', write, ''].join('\n');
+    return [
+      'import sys', '', ...(this.usesNumpy ? ['import numpy'] : []), 'import nuvimgsdk as nuv', '',
+      'if len(sys.argv) != 3:', '    sys.exit(f"usage: {sys.argv[0]} PICTURE.bmp RESULT.bmp")', '',
+      'picture = nuv.imread(sys.argv[1])', ...this.lines, '', `nuv.imwrite(sys.argv[2], ${last.name})`, '',
+    ].join('\n');
   }
 }
 
 // A picture under its name in the program.
 const picture = (name, {channels}) => ({name, width: `${name}.shape[1]`, height: `${name}.shape[0]`, channels});
 
-// Whether a result is told in one line with others.
+// Whether a result is printed in one line with others.
 const isSingle = (r, m) => !['contours', 'regions'].includes(r.kind) && r.from !== 'after' && (!m || m.count === '1');
 
 const formatted = (value, type) => `{${value}${type === 'double' ? ':.10g' : ''}}`;

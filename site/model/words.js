@@ -1,6 +1,6 @@
-// What programs in all languages share: names of variables, and how results are told.
+// What programs in all languages share: names of variables, and how results are printed.
 
-// How the picture is called that a function of a room makes.
+// The name of the picture that a function of a room makes.
 const MADE_BY = {
   'Image arithmetic': 'combined', 'Binary images': 'cleaned', 'Contours': 'outlined', 'Drawing': 'drawn',
   'Edges': 'edges', 'Filters': 'filtered', 'Geometry': 'moved', 'Histograms': 'shaped', 'Lines': 'marked',
