@@ -1,8 +1,14 @@
 // The dialog that finds a function: a field to search in, and a list grouped by room.
 
 import {h} from './elements.js';
+import {synonymsFor} from '../model/synonyms.js';
 
 const TAKES = {gray: 'gray', colour: 'colour', either: 'gray or colour', none: 'no picture'};
+
+function searchedText({name, brief, rooms}) {
+  const text = `${name} ${brief} ${rooms.join(' ')}`;
+  return `${text} ${synonymsFor(text)}`.toLowerCase();
+}
 
 export class Chooser {
   // choose is called with the chosen function.
@@ -16,7 +22,7 @@ export class Chooser {
     this.options = functions.map((fn, i) => ({
       fn,
       room: fn.rooms.join(' · '),
-      searched: `${fn.name} ${fn.brief} ${fn.rooms.join(' ')}`.toLowerCase(),
+      searched: searchedText(fn),
       element: h('div', {role: 'option', id: `function-${i}`, 'aria-selected': 'false', onclick: () => this.take(fn)},
         h('span', {class: 'call'}, fn.name),
         h('span', {class: 'takes'}, TAKES[fn.takes]),
@@ -58,7 +64,9 @@ export class Chooser {
       return h('div', {role: 'group', 'aria-labelledby': id},
         h('div', {class: 'room', id, role: 'presentation'}, title), elements);
     }));
-    this.count.textContent = this.shown.length ? `${this.shown.length} functions` : 'No function has these words.';
+    const {length} = this.shown;
+    const found = length === 1 ? '1 function' : `${length} functions`;
+    this.count.textContent = length ? found : 'No function has these words.';
     this.mark(this.likeliest(query));
   }
 

@@ -7,12 +7,13 @@ import {execFileSync} from 'node:child_process';
 import {copyFileSync, mkdirSync, readFileSync, renameSync, rmSync, writeFileSync} from 'node:fs';
 import {basename, dirname, join, resolve} from 'node:path';
 import {fileURLToPath} from 'node:url';
+import {leftOut} from '../model/catalogue.js';
 import {Engine} from '../model/engine.js';
-import {boundary, functions} from '../model/files.js';
+import {boundary, choices, functions} from '../model/files.js';
 import {Examples} from './examples.mjs';
 import {readGuide} from './guides.mjs';
 import {readHeaders, withBlocks} from './headers.mjs';
-import {doors, escaped, functionBlock, functionIndex, searchIndex} from './html.mjs';
+import {absence, doors, escaped, functionBlock, functionIndex, searchIndex} from './html.mjs';
 import {drawingOf, rimPicture} from './rim.mjs';
 import {readSignatures} from './signatures.mjs';
 
@@ -48,11 +49,13 @@ const signatures = await readSignatures(boundary, root);
 const engine = await Engine.load(await WebAssembly.compile(readFileSync(module)), functions);
 const examples = new Examples(engine, pages);
 const exampleOf = examples.all();
+const reasons = new Map(boundary.functions.map((f) => [f.plain_name, leftOut(f, choices)]));
 
 // The headers.
 const functionLink = (name) => links.get(name) ?? links.get(firstOverload.get(name));
 for (const header of headers) {
-  const block = (name) => functionBlock(name, signatures.get(name), exampleOf.get(name));
+  const example = (name) => exampleOf.get(name) ?? absence(reasons.get(name));
+  const block = (name) => functionBlock(name, signatures.get(name), example(name));
   writeFileSync(join(input, header.file), withBlocks(header, block, functionLink));
 }
 for (const file of ['nuv/records.h', 'nuv/api.h']) copyFileSync(join(root, 'include', file), join(input, file));

@@ -28,13 +28,13 @@ addEventListener('load', () => {
   const plain = (text) => text.toLowerCase();
 
   // The smaller, the better: the name counts more than the text, and the start of a word more than its inside.
-  function rank({name, text}, terms) {
+  function rank({name, text, synonyms}, terms) {
     return terms.reduce((sum, term) => {
       if (plain(name).replace(/^nuv/, '').startsWith(term.replace(/^nuv(?=.)/, ''))) return sum;
       if (words(name).includes(` ${term}`)) return sum + 1;
       if (plain(name).includes(term)) return sum + 2;
       if (words(text).includes(` ${term}`)) return sum + 4;
-      return sum + (plain(text).includes(term) ? 8 : Infinity);
+      return sum + (plain(`${text} ${synonyms}`).includes(term) ? 8 : Infinity);
     }, 0);
   }
 
