@@ -2,7 +2,7 @@
 
 import {code} from '../model/code.js';
 
-export async function copyText(text) {
+async function copyText(text) {
   try {
     await navigator.clipboard.writeText(text);
   } catch {  // pages over http have no clipboard
@@ -15,6 +15,17 @@ export async function copyText(text) {
   }
 }
 
+const SHOWN = 1500;  // milliseconds for which a button says that it has copied
+
+// Copies a text, and says so on the button that was pressed and with a sentence for the live region.
+export async function copyBy(button, text, say, sentence) {
+  await copyText(text);
+  say(sentence);
+  button.dataset.label ??= button.textContent;
+  button.textContent = 'Copied';
+  setTimeout(() => (button.textContent = button.dataset.label), SHOWN);
+}
+
 export class CopyAs {
   // say is called with a sentence for the live region.
   constructor(dialog, functions, say) {
@@ -22,10 +33,8 @@ export class CopyAs {
     this.functions = functions;
     this.text = dialog.querySelector('pre');
     for (const radio of dialog.querySelectorAll('[name=language]')) radio.addEventListener('change', () => this.show());
-    dialog.querySelector('.copy').addEventListener('click', async () => {
-      await copyText(this.text.textContent);
-      say('The program is on the clipboard.');
-    });
+    const copy = dialog.querySelector('.copy');
+    copy.addEventListener('click', () => copyBy(copy, this.text.textContent, say, 'The program is on the clipboard.'));
   }
 
   open(state, picture) {

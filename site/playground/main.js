@@ -2,7 +2,7 @@
 
 import {forgetAddress, settleAddress, writeAddress} from './address.js';
 import {Chooser} from './chooser.js';
-import {CopyAs, copyText} from './copy_as.js';
+import {CopyAs, copyBy} from './copy_as.js';
 import {commonStart, inserted, moved, removed, toggled, withParameters} from './edits.js';
 import {h, numberText, sizeText, timeText} from './elements.js';
 import {FIRST} from './first.js';
@@ -15,7 +15,7 @@ import {View} from './view.js';
 import {initialValues} from '../model/catalogue.js';
 import {decode} from '../model/pipeline.js';
 
-const LONG = 400;  // milliseconds after which a run is worth a word and a stop button
+const LONG = 400;  // milliseconds after which a run is announced and gets a stop button
 
 const $ = (id) => document.getElementById(id);
 
@@ -62,7 +62,7 @@ const page = {
     run();
   },
 
-  // Takes the place of the whole state, and shows its last step.
+  // Replaces the whole state, and shows its last step.
   async open(state) {
     writeAddress(state);
     await readAddress();
@@ -142,7 +142,7 @@ let runner, view, steps, chooser, copyAs;
 
 // ---- Running ----
 
-let waiting = null;  // {since, step, timer} while the worker is at work
+let waiting = null;  // {since, step, timer} while the worker is running
 
 function run() {
   $('again').hidden = true;
@@ -256,6 +256,7 @@ function showView() {
     picture = input;
     before = null;
   }
+  if (before === picture) before = null;  // a step that did not run has no picture of its own
   const overlay = $('overlay').checked;
   const isShown = (outcome) => outcome?.picture === picture;
   const marks = (overlay || armed) && sameSize(picture, input) ? marksOfSelected(input) : [];
@@ -407,10 +408,10 @@ async function begin() {
   $('add').addEventListener('click', () => chooser.open(shownPicture().channels, $('add').textContent));
   $('shipped').addEventListener('change', () => takePicture($('shipped').value));
   $('copy-as').addEventListener('click', () => copyAs.open(page.state, page.start));
-  $('copy-link').addEventListener('click', async () => {
+  $('copy-link').addEventListener('click', () => {
     settleAddress();
-    await copyText(location.href);
-    say(`The link is on the clipboard. ${page.state.picture === 'own' ? 'It does not hold your picture.' : ''}`);
+    const rest = page.state.picture === 'own' ? ' It does not hold your picture.' : '';
+    copyBy($('copy-link'), location.href, say, `The link is on the clipboard.${rest}`);
   });
   for (const id of ['before', 'overlay']) $(id).addEventListener('change', showView);
   $('zoom-in').addEventListener('click', () => view.zoomTo(view.scale * 1.5));

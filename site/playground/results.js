@@ -85,8 +85,15 @@ function linePlot(label, values) {
   });
 }
 
+// Columns whose names are not plain.
+const COLUMNS = {isOuter: 'object', N: 'codes', gry: 'gray', ID: 'number', parentID: 'parent', curArea: 'last area'};
+
 const heads = (names) => names.map((name) => h('th', {scope: 'col'}, name));
-const textOf = (value) => (typeof value === 'number' ? numberText(value) : String(value));
+function textOf(value) {
+  if (typeof value === 'boolean') return value ? 'yes' : 'no';
+  return typeof value === 'number' ? numberText(value) : value;
+}
+
 const cells = (values) => values.map((value) => h('td', {}, textOf(value)));
 const row = (name, values, attributes = {}) => h('tr', attributes, h('th', {scope: 'row'}, name), cells(values));
 
@@ -146,7 +153,9 @@ function numberList(result) {
 // A table with a row for each item. A row that is pointed at stands out in the picture.
 function table(result, items, emphasise) {
   if (items.length === 0) return h('p', {class: 'help'}, 'None.');
-  const columns = Object.keys(items[0]).filter((key) => typeof items[0][key] !== 'object');
+  const isBoolean = (key) => typeof items[0][key] === 'boolean';
+  const columns = Object.keys(items[0]).filter((key) => typeof items[0][key] !== 'object')
+    .sort((a, b) => isBoolean(a) - isBoolean(b));
   const rows = items.slice(0, MOST_ROWS).map((item, i) => (
     row(i + 1, columns.map((key) => item[key]), {onmouseenter: () => emphasise(item)})));
   let current = -1;
@@ -170,7 +179,7 @@ function table(result, items, emphasise) {
     },
   },
   h('table', {},
-    h('thead', {}, h('tr', {}, h('td'), heads(columns.map(words)))),
+    h('thead', {}, h('tr', {}, h('td'), heads(columns.map((key) => COLUMNS[key] ?? words(key))))),
     h('tbody', {}, rows)),
   items.length > MOST_ROWS && h('p', {class: 'help'}, `… and ${items.length - MOST_ROWS} more.`));
 }

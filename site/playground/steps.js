@@ -49,10 +49,10 @@ export class StepList {
     toggle.checked = !step.off;
     const element = h('li', {class: `step${selected ? ' selected' : ''}${step.off ? ' off' : ''}`},
       h('div', {class: 'head', draggable: 'true'}, title, h('div', {class: 'buttons'},
-        toggle,
         button('up', 'Move up', () => model.move(k, k - 1), k === 0),
         button('down', 'Move down', () => model.move(k, k + 1), k === last),
-        button('remove', 'Remove', () => model.remove(k)))),
+        button('remove', 'Remove', () => model.remove(k)),
+        toggle)),
       settings);
     element.addEventListener('keydown', (event) => {
       const by = {ArrowUp: -1, ArrowDown: 1}[event.key];
@@ -138,6 +138,7 @@ export class StepList {
     card.element.classList.toggle('failed', complaints.length > 0);
     card.element.classList.toggle('waiting', !outcome);
     card.note.textContent = noteOf(model.state.steps[k], outcome);
+    card.note.title = complaints.length ? card.note.textContent : '';  // sentences may be cut off
     if (outcome?.picture) drawThumbnail(card.thumbnail, outcome.picture);
     else card.thumbnail.getContext('2d').clearRect(0, 0, card.thumbnail.width, card.thumbnail.height);
     if (!card.general) return;

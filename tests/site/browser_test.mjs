@@ -41,7 +41,7 @@ after(async () => {
   server?.close();
 });
 
-// Opens the page with a pipeline, and fails if the page asks for anything or an error is thrown.
+// Opens the page with a pipeline, and fails if the page makes a request or an error is thrown.
 async function withPage(pipeline, use, {url = address, ...options} = {}) {
   const context = await browser.newContext({viewport: {width: 1400, height: 900}, ...options});
   const page = await context.newPage();
@@ -352,7 +352,7 @@ test('the keyboard alone is enough', async () => {
     assert.deepEqual(await steps(page), ['NuvThreshold', 'NuvGryImgSobel']);
     await press('Alt+ArrowUp');
     assert.deepEqual(await steps(page), ['NuvGryImgSobel', 'NuvThreshold']);
-    await press('Alt+ArrowDown', 'Shift+Tab');  // from the title of step 2 to the last button of step 1
+    await press('Alt+ArrowDown', 'Shift+Tab');  // from the title of step 2 to the switch of step 1
     await focusOn('#view');
     await press('ArrowRight', 'ArrowDown');
     assert.match(await page.locator('#spoken').textContent(), /x \d+ +y \d+ +\d+ → \d+/);
