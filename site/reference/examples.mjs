@@ -84,7 +84,7 @@ export class Examples {
     }
     const [before, after] = pictures.slice(-2);
     const values = withInitialValues(steps.at(-1), fn, before);
-    const source = [picture, ...steps.slice(0, -1).map((step) => step.call)].join(', ');
+    const source = [picture, ...steps.slice(0, -1).map((step) => step.call)].join(' → ');
     const settings = escaped(Object.entries(values).map(([name, v]) => `${name} = ${valueText(v)}`).join(', '));
     const given = overlay(placesOf(fn, values), before, 'given');
     const found = overlay(outcome.results, after, 'found');

@@ -46,8 +46,8 @@ export function functionIndex(boundary, links, pictures) {
     `<h2>${escaped(title)}</h2><dl class="functions">${functions.map(row).join('')}</dl>`).join('\n');
   return `# All functions {#function}
 
-The ${boundary.functions.length} functions by the room of their header, with the plain names of the C library. An
-overload of C++ has a plain name of its own.
+The ${boundary.functions.length} functions by family, under the names that they have in C. In C++ some of them share a
+name: these are overloads, and the section of a function shows its name in each language.
 
 @htmlonly[block]
 <script>
