@@ -260,7 +260,7 @@ class Program {
       this.say(`const TAVI_LINE_SEGMENT* ${name} = ${text};`);
       return {name};
     }
-    if (result === 'bool' && !(main && fn.tells)) {
+    if (result === 'bool' && (!main || fn.changesPicture)) {
       this.fails(`!${text}`, `${call.name} failed`);
       return {};
     }

@@ -95,7 +95,7 @@ class Program {
       memory[a.memory] = mark ? `${list}[${list}["${mark}"] >= 0]` : list;
     }
     if (call.traces) this.largest(state, field('result'));
-    if (isMain && call.result === 'bool' && !fn.tells) {
+    if (isMain && call.result === 'bool' && fn.changesPicture) {
       this.say(`if not ${field('result')}:`);
       this.say(`    sys.exit("${call.name} failed")`);
     }

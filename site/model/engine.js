@@ -82,7 +82,8 @@ class Run {
       const start = performance.now();
       const value = this.sdk.call[call.name](...addresses);
       milliseconds += performance.now() - start;
-      if (call.result === 'bool' && !value && !(call === main && fn.tells)) {
+      // A function that makes a picture returns whether it succeeded; a measure returns an answer.
+      if (call.result === 'bool' && !value && (call !== main || fn.changesPicture)) {
         throw new Error(`${call.name} did not succeed. It returns ${call.returns}.`);
       }
       return this.returned(call, value);
@@ -91,7 +92,7 @@ class Run {
     const results = fn.results.map((r) => {
       const {name, kind} = r;
       if (r.memories || kind === 'picture') return {name, kind, value: this.output(r, value)};
-      return {name, kind, value: r.from === 'after' ? returned[fn.calls.length - 1] : told(value, main.result)};
+      return {name, kind, value: r.from === 'after' ? returned[fn.calls.length - 1] : worded(value, main.result)};
     });
     return {picture: fn.changesPicture ? results.shift().value : this.picture, results, milliseconds};
   }
@@ -238,7 +239,7 @@ class Run {
     }
     if (!result.fields) {
       const values = this.numbersAt(key, length);
-      return result.kind === 'number' ? told(values[0], type) : values;
+      return result.kind === 'number' ? worded(values[0], type) : values;
     }
     const columns = result.memories.map((k) => this.numbersAt(k, length));
     const rows = columns[0].map((_, i) => Object.fromEntries(result.fields.map((f, k) => [f, columns[k][i]])));
@@ -257,7 +258,8 @@ class Run {
   }
 }
 
-const told = (value, type) => (type === 'bool' ? (value ? 'yes' : 'no') : value);
+// A number, or a bool as a word.
+const worded = (value, type) => (type === 'bool' ? (value ? 'yes' : 'no') : value);
 
 // A run of a row or a column as a segment.
 function asSegment({x, y, x1 = x, x2 = x, y1 = y, y2 = y, ID}, isNumbered) {

@@ -86,7 +86,7 @@ export class Planner {
       results: picture ? [picture, ...results] : results,
       changesPicture: picture !== undefined,
       // What the engine and code() need: the calls, the one among them that gives the results, and their memory.
-      calls: this.calls, main: this.calls.indexOf(main), memories: this.memories, tells: this.tells(main, picture),
+      calls: this.calls, main: this.calls.indexOf(main), memories: this.memories,
       clearBorder: own.clearBorder,
     };
   }
@@ -261,11 +261,6 @@ export class Planner {
     return a && {name: plainName(a.name), kind: 'picture', help: a.doc, memories: [a.memory]};
   }
 
-  // Whether a bool is an answer. Functions that make a picture return it to say that they succeeded.
-  tells(main, picture) {
-    return this.own.tells ?? picture === undefined;
-  }
-
   isResultPicture(a) {
     const m = this.memories[a.memory];
     if (m === undefined || a.direction === 'in') return false;
@@ -275,28 +270,28 @@ export class Planner {
   // What the step gives besides its picture.
   results(main, picture) {
     const results = [];
-    const tell = (result) => results.push({label: this.choices.results[result.name], ...result});
+    const add = (result) => results.push({label: this.choices.results[result.name], ...result});
     const lists = this.f.lists?.outputs ?? [];
     const kind = {int32_t: 'number', double: 'number', bool: 'text', 'NUV_CONTOUR_STRUCT*': 'contours',
                   'RegionStruct*': 'regions'}[main.result];
-    const success = main.result === 'bool' && !this.tells(main, picture);
-    if (kind && !success && !lists.length) {
+    const isSuccess = main.result === 'bool' && picture !== undefined;
+    if (kind && !isSuccess && !lists.length) {
       const name = kind === 'contours' || kind === 'regions' ? kind : 'result';
-      tell({name, kind, help: main.returns});
+      add({name, kind, help: main.returns});
     }
     const outputs = main.arguments.filter((a) => this.isOutput(a) && a.memory !== picture?.memories?.[0]);
     for (let i = 0; i < outputs.length;) {
       const group = OUTPUTS.find(({names}) => names.every((name, k) => outputs[i + k]?.name === name));
       const members = outputs.slice(i, i + (group?.names.length ?? 1));
       const [a] = members;
-      tell({
+      add({
         name: members.map((b) => plainName(b.name)).join(' '),
         kind: group?.kind ?? (this.isResultPicture(a) ? 'picture' : kindOf(a)), help: a.doc,
         memories: members.map((b) => b.memory), fields: group?.fields, counted: lists.includes(a.name),
       });
       i += members.length;
     }
-    if (this.own.after) tell({name: 'segments', kind: 'segments', help: 'The fitted lines.', from: 'after'});
+    if (this.own.after) add({name: 'segments', kind: 'segments', help: 'The fitted lines.', from: 'after'});
     return results;
   }
 

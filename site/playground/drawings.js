@@ -1,15 +1,13 @@
 // Results drawn over a picture: points, segments, contours, regions. Paths are in pixels of the picture, where the
 // centre of pixel (0, 0) lies at (0.5, 0.5), so that they scale with it.
 
+import {positions} from '../model/geometry.js';
+
 const MOST_COLOURS = 24;
 const MANY = 400;  // points from which each is as small as a pixel
 
 // Items of a series get hues that lie far apart.
 const hue = (index) => `hsl(${(38 + 137.5 * (index % MOST_COLOURS)) % 360} 95% 60%)`;
-
-// The codes of a chain: 0 points to the right, 2 up, and so on.
-const STEP_X = [1, 1, 0, -1, -1, -1, 0, 1];
-const STEP_Y = [0, -1, -1, -1, 0, 1, 1, 1];
 
 const DRAW = {
   points(path, {x, y}, arm) {
@@ -22,14 +20,9 @@ const DRAW = {
     path.moveTo(x1 + 0.5, y1 + 0.5);
     path.lineTo(x2 + 0.5, y2 + 0.5);
   },
-  contours(path, {x, y, chain}) {
-    path.moveTo(x + 0.5, y + 0.5);
-    for (const code of chain) {
-      x += STEP_X[code];
-      y += STEP_Y[code];
-      path.lineTo(x + 0.5, y + 0.5);
-    }
-    path.lineTo(x + 0.5, y + 0.5);
+  contours(path, contour) {
+    path.moveTo(contour.x + 0.5, contour.y + 0.5);
+    for (const [x, y] of positions(contour)) path.lineTo(x + 0.5, y + 0.5);
   },
   rectangle(path, {left, top, right, bottom}) {
     path.rect(left, top, right - left + 1, bottom - top + 1);

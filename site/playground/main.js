@@ -13,6 +13,7 @@ import {listenForPictures} from './sources.js';
 import {StepList, drawThumbnail} from './steps.js';
 import {View} from './view.js';
 import {initialValues} from '../model/catalogue.js';
+import {lineOf} from '../model/geometry.js';
 import {decode} from '../model/pipeline.js';
 
 const LONG = 400;  // milliseconds after which a run is announced and gets a stop button
@@ -243,6 +244,13 @@ const shownPicture = () => page.inputOf(page.selected);
 
 const resultsOfSelected = () => page.outcomes[page.selected - 1]?.results ?? [];
 
+// The results of the selected step, and the line that its numbers describe.
+function drawnResults(picture) {
+  const results = resultsOfSelected();
+  const line = lineOf(results, picture);
+  return line ? [...results, {kind: 'segments', value: [line]}] : results;
+}
+
 const sameSize = (a, b) => a.width === b.width && a.height === b.height;
 
 function showView() {
@@ -264,7 +272,7 @@ function showView() {
     picture, before, marks,
     beforeLabel: before === start ? 'start' : 'input',
     afterLabel: picture === start ? 'start' : `after step ${page.outcomes.findLastIndex(isShown) + 1}`,
-    results: overlay ? resultsOfSelected() : [],
+    results: overlay ? drawnResults(input) : [],
     emphasised: null,
     armed: marks.find(({name}) => name === armed?.name) ?? null,
   });

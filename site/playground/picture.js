@@ -91,7 +91,7 @@ export function histograms({channels, data}) {
   return counts;
 }
 
-// The number of values, the least, the greatest and the mean that a histogram holds.
+// The least, the greatest and the mean of the values that a histogram counts.
 export function summary(bins) {
   let count = 0, sum = 0, least = 0, most = 0;
   bins.forEach((n, value) => {
@@ -101,5 +101,5 @@ export function summary(bins) {
     count += n;
     sum += n * value;
   });
-  return {count, least, most, mean: count ? sum / count : 0};
+  return {least, most, mean: count ? sum / count : 0};
 }

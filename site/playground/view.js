@@ -301,7 +301,7 @@ export class View {
     const pixel = this.pixelAt(x, y);
     if (armed) {
       this.drag = {mark: armed, from: pixel, draws: true};
-      this.dragMark(pixel, false);
+      this.dragMark(pixel);
       return;
     }
     const reach = (event.pointerType === 'touch' ? 2 : 1) * REACH;
@@ -324,7 +324,7 @@ export class View {
       this.fitted = false;
       this.redraw();
     } else if (this.drag) {
-      this.dragMark(this.pixelAt(x, y), false);
+      this.dragMark(this.pixelAt(x, y));
     }
     this.fingers.set(event.pointerId, {x, y});
   }
@@ -360,7 +360,7 @@ export class View {
   }
 
   // Moves the sides that the pressed handle holds, or draws the armed mark from where the press began.
-  dragMark(pixel, isFinal) {
+  dragMark(pixel) {
     const {mark, sides, start, from, draws} = this.drag;
     const {width, height} = this.content.picture;
     const inX = (x) => limit(x, 0, width - 1);
@@ -380,7 +380,7 @@ export class View {
         right: inX(Math.max(region.left, region.right)), bottom: inY(Math.max(region.top, region.bottom)),
       };
     }
-    this.calls.marked(mark.name, mark.value, isFinal);
+    this.calls.marked(mark.name, mark.value, false);
     this.redraw();
   }
 

@@ -1,6 +1,7 @@
 // Pictures of the reference: PNG files, and results drawn over a picture as SVG.
 
 import pngjs from 'pngjs';
+import {lineOf, positions} from '../model/geometry.js';
 
 // A picture of half the size: means of 2 by 2 pixels.
 function halved({width, height, channels, data}) {
@@ -31,13 +32,6 @@ export function png({width, height, channels, data}) {
   return pngjs.PNG.sync.write(picture, {colorType, inputColorType: colorType, inputHasAlpha: false, deflateLevel: 9});
 }
 
-// The end of each step of a chain code, from its start.
-export function positions({x, y, chain}) {
-  const dx = [1, 1, 0, -1, -1, -1, 0, 1];
-  const dy = [0, -1, -1, -1, 0, 1, 1, 1];
-  return [[x, y], ...chain.map((code) => [x += dx[code & 7], y += dy[code & 7]])];
-}
-
 const path = (points) => `<path d="M${points.map((p) => p.join(' ')).join('L')}"/>`;
 const SHAPES = {
   points: ({x, y}) => `<circle cx="${x}" cy="${y}" r="3"/>`,
@@ -57,18 +51,10 @@ function shapesOf({kind, value}) {
   return [`<path d="${list.map(({x, y}) => `M${x} ${y}h0`).join('')}"/>`];
 }
 
-// The line that numbers of the KB or the ABC form describe, across the picture.
-function lineOf(results, {width, height}) {
-  const {IsVertical, K, B, A, C} = Object.fromEntries(results.map((r) => [r.name, r.value]));
-  const [a, b, c] = A !== undefined ? [A, B, C] : IsVertical ? [1, -K, -B] : [K, -1, B];
-  if (![a, b, c].every(Number.isFinite)) return [];
-  return [Math.abs(a) < Math.abs(b) ? path([[0, -c / b], [width, -(a * width + c) / b]])
-                                    : path([[-c / a, 0], [-(b * height + c) / a, height]])];
-}
-
 // What results draw over a picture of this size, as an SVG element; an empty text if they draw nothing.
 export function overlay(results, {width, height}, role) {
-  const shapes = [...results.flatMap(shapesOf), ...lineOf(results, {width, height})];
+  const line = lineOf(results, {width, height});
+  const shapes = [...results.flatMap(shapesOf), ...(line ? [SHAPES.segments(line)] : [])];
   if (shapes.length === 0) return '';
   // Shapes run through the middle of pixels.
   return `<svg class="${role}" viewBox="-0.5 -0.5 ${width} ${height}" aria-hidden="true">${shapes.join('')}</svg>`;

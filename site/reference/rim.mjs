@@ -1,6 +1,6 @@
 // The picture of the guide to areas: the contours of a drawing, over its pixels.
 
-import {positions} from './pictures.mjs';
+import {positions} from '../model/geometry.js';
 
 // The drawing is the one that the guide's program holds.
 export function drawingOf(guide) {
