@@ -37,8 +37,8 @@ aarch64_packages=(g++-aarch64-linux-gnu qemu-user googletest)
 windows_packages=(g++-mingw-w64-i686-posix llvm googletest wine)
 windows64_packages=(g++-mingw-w64-x86-64-posix llvm googletest wine)
 msvc_packages=(clang lld llvm)
-wasm_packages=(clang lld wasi-libc libc++-14-dev-wasm32 libc++abi-14-dev-wasm32 libclang-rt-14-dev-wasm32 nodejs
-  googletest)
+wasm_packages=(clang lld llvm wasi-libc libc++-14-dev-wasm32 libc++abi-14-dev-wasm32 libclang-rt-14-dev-wasm32
+  nodejs googletest)
 site_packages=(doxygen doxygen-awesome-css)
 fuzz_packages=(clang libclang-rt-dev)
 
