@@ -93,8 +93,8 @@ const Row cv_segment("segment 512x512/opencv MSER + findContours", [] {
   };
 });
 
-// The peer has its default delta. One row has no limit of the area, like the library. In the other the peer has its
-// default limit, and leaves out the large regions.
+// The peer runs with its default delta, in two rows. The library finds regions of any area, and so does the peer in
+// the first row. In the second row its default limit leaves out the large regions.
 auto extremal_regions_of(BenchPicture picture, int32_t max_area) {
   return [picture, detector = cv::MSER::create(5, kMinArea, max_area)]() mutable {
     std::vector<std::vector<cv::Point>> regions;

@@ -20,6 +20,7 @@ namespace {
 
 using Places = std::make_integer_sequence<int, 32>;
 
+// The forms for vectors of 16 bytes, which those below would hide.
 using nuv::join_thirds;
 using nuv::split_thirds;
 

@@ -133,6 +133,18 @@ NUV_INLINE bool has_wide_lanes() {
 template <std::size_t Size>
 using Bytes = std::conditional_t<Size == sizeof(Bytes32), Bytes32, Bytes16>;
 
+// Pairs of bytes as words.
+template <class Words>
+NUV_INLINE void load_words(const uint8_t* p, Words& words) {
+  Bytes<sizeof(Words)> bytes;
+  load(p, bytes);
+  words = reinterpret_cast<Words>(bytes);
+}
+template <class Words>
+NUV_INLINE void store_words(uint8_t* p, const Words& words) {
+  store(p, reinterpret_cast<Bytes<sizeof(Words)>>(words));
+}
+
 // The lanes for work that keeps many vectors at once. The vectors of WebAssembly have 16 bytes, and its compiler
 // spills the halves of larger ones; elsewhere vectors of 32 bytes are as fast even in halves.
 #if defined(__wasm__)

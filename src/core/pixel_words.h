@@ -20,17 +20,6 @@
 namespace nuv {
 
 template <class Words>
-NUV_INLINE void load_words(const uint8_t* p, Words& words) {
-  Bytes<sizeof(Words)> bytes;
-  load(p, bytes);
-  words = reinterpret_cast<Words>(bytes);
-}
-template <class Words>
-NUV_INLINE void store_words(uint8_t* p, const Words& words) {
-  store(p, reinterpret_cast<Bytes<sizeof(Words)>>(words));
-}
-
-template <class Words>
 NUV_INLINE void low_bytes(const Words& words, Words& bytes) {
   bytes = words & 255;
 }

@@ -137,20 +137,13 @@ NUV_INLINE uint16_t pair_sum(const uint8_t* p) {
 }
 
 #if NUV_HAS_LANES
-template <class Pairs>
-NUV_INLINE void load_pairs(const uint8_t* p, Pairs& pairs) {
-  Bytes<sizeof(Pairs)> bytes;
-  load(p, bytes);
-  pairs = reinterpret_cast<Pairs>(bytes);
-}
-
 // The means of 2x2 blocks, as words. The word low + 256*high minus 255*high is the sum of its two bytes.
 template <class Pairs>
 NUV_INLINE void means_2x2(const uint8_t* p, std::ptrdiff_t width, Pairs& means) {
   Pairs upper;
   Pairs lower;
-  load_pairs(p, upper);
-  load_pairs(p + width, lower);
+  load_words(p, upper);
+  load_words(p + width, lower);
   means = (upper + lower - 255 * ((upper >> 8) + (lower >> 8))) >> 2;
 }
 

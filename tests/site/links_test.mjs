@@ -1,4 +1,5 @@
-// The pages of dist/site: each link leads somewhere, each function has its section, each "Try it" runs.
+// Tests of the pages in dist/site. The target of each link exists, each function has a section, and the pipeline of each
+// "Try it" runs without complaint.
 
 import assert from 'node:assert/strict';
 import {readdirSync, readFileSync} from 'node:fs';
