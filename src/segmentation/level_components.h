@@ -91,9 +91,9 @@ class LevelFlood {
   void visit(int32_t place, int32_t value) {
     uint64_t neighbours = neighbours_of(image_.pixels + place, image_.width);
     while (neighbours != 0) {
-      const int direction = lowest_byte(neighbours);
+      const unsigned direction = lowest_byte(neighbours);
       const auto reached = static_cast<int32_t>(neighbours >> (8 * direction) & 255);
-      const auto neighbour = static_cast<int32_t>(place + offsets_[static_cast<std::size_t>(direction)]);
+      const auto neighbour = static_cast<int32_t>(place + offsets_[direction]);
       image_.pixels[neighbour] = 0;
       if (reached <= value) {
         push(neighbour, reached);

@@ -7,17 +7,25 @@
 #include "contours/chain.h"
 #include "contours/chain_measures.h"
 #include "contours/trace.h"
+#include "segmentation/two_way_trace.h"
 
 namespace nuv {
 int32_t Tracer::trace(int32_t first, int32_t level, int32_t& least) {
-  ChainSink chain(codes_.get(), static_cast<int32_t>(image_.size()));
+  const uint8_t* start = image_.pixels + first;
+  const auto capacity = static_cast<int32_t>(image_.size());
   uint8_t lowest = 255;
-  follow_contour<const uint8_t>(
-      image_.pixels + first, image_.width, true, [level](uint8_t pixel) { return pixel > level; },
-      [&lowest](uint8_t pixel) { lowest = std::min(lowest, pixel); },
-      [&chain](uint8_t code) { chain(code); });
+  int32_t n = TwoWayTrace(start, image_.width, level).run(codes_.get(), capacity - 1, lowest);
+  if (n == TwoWayTrace::kTooLong) {
+    ChainSink chain(codes_.get(), capacity);
+    lowest = 255;
+    follow_contour<const uint8_t>(
+        start, image_.width, true, [level](uint8_t pixel) { return pixel > level; },
+        [&lowest](uint8_t pixel) { lowest = std::min(lowest, pixel); },
+        [&chain](uint8_t code) { chain(code); });
+    n = chain.count();
+  }
   least = lowest;
-  return chain.count();
+  return n;
 }
 
 Node* Tracer::region_of(const LevelComponent& component, int32_t level) {

@@ -61,22 +61,46 @@ TEST(MergeSplit, TracksARegionThatShrinks) {
 }
 
 TEST(MergeSplit, FindsTheRegionAroundManyOthers) {
-  // A dark plate with 64 holes, one dark square in each, and one more in a notch of the plate.
-  TestImage image(100, 100, 240);
-  fill(image, 5, 94, 5, 94, 100);
-  for (int32_t y = 10; y < 80; y += 9) {
-    for (int32_t x = 10; x < 80; x += 9) {
+  // A dark plate with 900 holes, one dark square in each, and one more in a notch of the plate.
+  TestImage image(300, 300, 240);
+  fill(image, 5, 294, 5, 294, 100);
+  for (int32_t y = 10; y < 280; y += 9) {
+    for (int32_t x = 10; x < 280; x += 9) {
       fill(image, x, x + 6, y, y + 6, 240);
       fill(image, x + 2, x + 4, y + 2, y + 4, 100);
     }
   }
-  fill(image, 85, 94, 85, 94, 240);
-  fill(image, 88, 90, 88, 90, 100);
+  fill(image, 285, 294, 285, 294, 240);
+  fill(image, 288, 290, 288, 290, 100);
   const auto regions = regions_of(image, area(3, 3), 0, 0.5);
-  ASSERT_EQ(regions.size(), 66U);
+  ASSERT_EQ(regions.size(), 902U);
   const int32_t plate = regions.back().ID;
   for (const RegionStruct& r : regions) {
-    EXPECT_EQ(r.parentID, r.ID == plate || r.x0 == 88 ? -1 : plate) << r.x0 << ' ' << r.y0;
+    EXPECT_EQ(r.parentID, r.ID == plate || r.x0 == 288 ? -1 : plate) << r.x0 << ' ' << r.y0;
+  }
+}
+
+TEST(MergeSplit, HasTheChainsOfTracedLevels) {
+  Random random(37);
+  for (int round = 0; round < 60; ++round) {
+    const TestImage image = random.gray(random.between(3, 90), random.between(3, 60));
+    TestImage inverse = image;
+    std::vector<uint8_t> work(image.pixels.size() * 2);
+    RegionStruct* list =
+        NuvMergeSplit(inverse.data(), work.data(), image.width, image.height, random.between(2, 9), 0, 0.5);
+    ASSERT_TRUE(list != nullptr || image.pixels.size() < 100);
+    for (const RegionStruct* r = list; r != nullptr; r = r->next) {
+      TestImage darker = image;
+      NuvThreshold(darker.data(), image.width, image.height, r->gry, darker.data());
+      NuvInvertGryValue(darker.data(), image.width, image.height);
+      NuvDrawGryRect(darker.data(), image.width, image.height, 0, image.width - 1, 0, image.height - 1, 0);
+      std::vector<uint8_t> codes(4 * image.pixels.size());
+      const int32_t n = NuvTraceContour(darker.data(), image.width, r->x0, r->y0, codes.data(),
+                                        static_cast<int32_t>(codes.size()), true);
+      ASSERT_EQ(std::vector<uint8_t>(r->pChainCode, r->pChainCode + r->N),
+                std::vector<uint8_t>(codes.begin(), codes.begin() + n));
+    }
+    NuvFreeRegionStruct(list);
   }
 }
 
