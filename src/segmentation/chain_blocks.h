@@ -25,10 +25,11 @@ class ChainBlocks {
     if (!blocks_) return;
     Point p = chain.start;
     for (int32_t i = 0; i < count_of(chain); ++i) {
-      Block block{p, p.y, p.y};
+      Block block{p, p.y, p.y, p.x};
       for (int32_t step = kSteps * i; step < end_of(i, chain); ++step) {
         block.top = std::min(block.top, p.y);
         block.bottom = std::max(block.bottom, p.y);
+        block.right = std::max(block.right, p.x);
         p = stepped(p, chain.codes[step]);
       }
       blocks_[static_cast<std::size_t>(i)] = block;
@@ -40,7 +41,7 @@ class ChainBlocks {
     int32_t sum = 0;
     for (int32_t i = 0; i < count_of(chain); ++i) {
       const Block& block = blocks_[static_cast<std::size_t>(i)];
-      if (y < block.top || y > block.bottom) continue;
+      if (y < block.top || y > block.bottom || x > block.right) continue;
       sum += crossings(chain, kSteps * i, end_of(i, chain), block.start, {x, y});
     }
     return sum != 0;
@@ -51,9 +52,10 @@ class ChainBlocks {
 
   struct Block {
     Point start;
-    // The rows of its positions.
+    // The rows of its positions, and the greatest column.
     int32_t top;
     int32_t bottom;
+    int32_t right;
   };
 
   static int32_t count_of(const Chain& chain) { return (chain.n - 1) / kSteps + 1; }

@@ -44,7 +44,7 @@ struct Node : RegionStruct {
   // Whether the point lies inside the region or on its contour.
   bool holds(int32_t x, int32_t y) {
     constexpr int32_t kLongChain = 100;
-    constexpr int32_t kManyTests = 50;
+    constexpr int32_t kManyTests = 500;
     if (!box.contains(x, y)) return false;
     was_tested = true;
     const Chain chain{{x0, y0}, pChainCode, N};
