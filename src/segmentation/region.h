@@ -18,26 +18,28 @@ namespace nuv {
 
 // A record, and the working data of the segmentation.
 struct Node : RegionStruct {
+  // Each level reads these fields of all regions, so they come first and share a line of the cache.
+  Node* parent = nullptr;         // the region that parentID will name
+  int32_t children = 0;           // number of regions of the present level with this parent
+  int32_t children_area = 0;      // sum of their areas
+  RegionStruct* parts = nullptr;  // list of the regions that it splits into at the present level
+  bool is_replaced = false;
+  bool was_tested = false;  // whether holds() has tested a point at the present level
+  bool parent_is_current = false;
+  int32_t unbroken_to = 0;  // the first level at which a pixel of the contour is missing
+  int64_t serial = 0;       // rises with each entry into a list
+
   Region box;                       // of the chain; the image if the chain does not close
   LevelComponent component{};       // the component that the chain surrounds
   int32_t hole_pixels = INT32_MAX;  // number of pixels in its holes; meaningless if the chain does not close
-  int64_t serial = 0;               // rises with each entry into a list
-  Node* parent = nullptr;           // the region that parentID will name
   const Node* container = nullptr;  // the region that sameLevelParentID names
-  int32_t children = 0;             // number of regions of the present level with this parent
-  int32_t children_area = 0;        // sum of their areas
-  RegionStruct* parts = nullptr;    // list of the regions that it splits into at the present level
-  bool is_replaced = false;
-  std::array<Node*, 4> in_cell{};  // links in the lists of its cells
+  std::array<Node*, 4> in_cell{};   // links in the lists of its cells
   Node* in_start_cell = nullptr;
-  int32_t unbroken_to = 0;  // the first level at which a pixel of the contour is missing
-  bool parent_is_current = false;
   // If parent is not current: it is right among the regions of the tree of at least this area.
   int32_t parent_known_from = INT32_MAX;
-  int32_t tests = 0;        // number of points that holds() has tested
-  bool was_tested = false;  // whether it has tested one at the present level
-  ChainBlocks blocks;       // for the first tests
-  ChainRows rows;           // for many
+  int32_t tests = 0;   // number of points that holds() has tested
+  ChainBlocks blocks;  // for the first tests
+  ChainRows rows;      // for many
 
   Node* next_node() const { return static_cast<Node*>(next); }
 

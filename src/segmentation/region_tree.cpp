@@ -50,10 +50,6 @@ void NuvInsertRegionInTree(Tree& tree, RegionStruct**& link, Node* node, Census&
 
 // Finds the parent of each region of a level in the tree, and counts the children of each parent.
 void link_to_tree(Tree& tree, const Level& level) {
-  for (Node* p = tree.list.head(); p != nullptr; p = p->next_node()) {
-    p->children = p->children_area = 0;
-    p->release_unused_rows();
-  }
   for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
     if (!c->parent_is_current) {
       c->parent = tree.by_box.first_around(
@@ -157,6 +153,8 @@ void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census)
       tree.unfile(*p);
       replaced.push_front(RegionList::unlink(link));
     } else {
+      p->children = p->children_area = 0;  // for the next level
+      p->release_unused_rows();
       link = &p->next;
     }
   }
