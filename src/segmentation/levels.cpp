@@ -50,7 +50,7 @@ namespace {
 // regions of the tree around it are the same. Only those that were too small for the former region come newly
 // into question.
 void take_over_parent(Node& node, const Node& former) {
-  if (!former.parent_is_current || former.parent == nullptr || node.area > former.area) return;
+  if (!former.knows_parent() || former.parent == nullptr || node.area > former.area) return;
   node.parent = former.parent;
   node.parent_known_from = former.area;
 }

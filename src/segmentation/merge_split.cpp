@@ -177,11 +177,7 @@ RegionStruct* NuvMergeSplit(uint8_t* pGryImg, uint8_t* pTmpImg, int32_t width, i
   NuvThreshold(pGryImg, width, height, last + 1, pTmpImg);
   mark_contours(binary);
 
-  for (Node* r = tree.list.head(); r != nullptr; r = r->next_node()) {
-    r->parentID = id_of(r->parent);
-    r->release_rows();
-  }
-  return tree.list.release();
+  return release_regions(tree);
 }
 
 void NuvFreeRegionStruct(RegionStruct* pRegion) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "core/buffer.h"
 
@@ -27,8 +28,12 @@ Node* new_node(const Chain& chain, Region box, int32_t area, int32_t perimeter) 
   return node;
 }
 
+void delete_chain(Node& node) {
+  delete[] std::exchange(node.pChainCode, nullptr);
+}
+
 void destroy(Node* node) {
-  delete[] node->pChainCode;
+  delete_chain(*node);
   delete node;
 }
 

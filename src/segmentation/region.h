@@ -18,13 +18,14 @@ namespace nuv {
 
 // A record, and the working data of the segmentation.
 struct Node : RegionStruct {
-  // Each level reads these fields of all regions, so they come first and share a line of the cache.
-  Node* parent = nullptr;         // the region that parentID will name
-  int32_t children = 0;           // number of regions of the present level with this parent
-  int32_t children_area = 0;      // sum of their areas
-  RegionStruct* parts = nullptr;  // list of the regions that it splits into at the present level
-  bool is_replaced = false;
-  bool was_tested = false;  // whether holds() has tested a point at the present level
+  // Each level reads these fields of many regions, so they come first and share a line of the cache.
+  Node* parent = nullptr;       // in the tree
+  int32_t children = 0;         // number of regions of the present level with this parent
+  int32_t children_area = 0;    // sum of their areas
+  Node* first_child = nullptr;  // list of them
+  Node* next_child = nullptr;
+  Node* next_parent = nullptr;  // list of the regions of the tree that have children
+  bool is_replaced = false;     // by its parts; it is no region of the tree any more
   bool parent_is_current = false;
   int32_t unbroken_to = 0;  // the first level at which a pixel of the contour is missing
   int64_t serial = 0;       // rises with each entry into a list
@@ -48,7 +49,6 @@ struct Node : RegionStruct {
     constexpr int32_t kLongChain = 100;
     constexpr int32_t kManyTests = 500;
     if (!box.contains(x, y)) return false;
-    was_tested = true;
     const Chain chain{{x0, y0}, pChainCode, N};
     if (N > kLongChain) {
       ++tests;
@@ -88,15 +88,17 @@ struct Node : RegionStruct {
   bool precedes(const Node& other) const {
     return area < other.area || (area == other.area && serial > other.serial);
   }
-  // Releases the sorted crossings, which are large, if holds() has not tested a point at this level.
-  void release_unused_rows() {
-    if (!was_tested) release_rows();
-    was_tested = false;
-  }
-  void release_rows() {
-    tests = 0;
+  // Whether parent is right among all regions of the tree.
+  bool knows_parent() const { return parent_is_current && (parent == nullptr || !parent->is_replaced); }
+  // Releases what tests of points have left.
+  void release_index() {
     blocks.reset();
     rows.reset();
+  }
+  // The parent of a region of the tree. The parents of those that have been replaced take their place.
+  Node* parent_in_tree() {
+    while (parent != nullptr && parent->is_replaced) parent = parent->parent;
+    return parent;
   }
 };
 
@@ -110,6 +112,7 @@ inline int32_t id_of(const Node* node) {
 // Creates a record with its own copy of the chain, not numbered yet. Null if allocation fails.
 Node* new_node(const Chain& chain, Region box, int32_t area, int32_t perimeter);
 
+void delete_chain(Node& node);
 void destroy(Node* node);
 
 }  // namespace nuv

@@ -42,28 +42,34 @@ class RegionList {
     head_ = node;
   }
 
-  // Sorts by rising area. Ties keep their order.
-  void sort() {
+  // Sorts by an order of regions. Ties keep their order.
+  template <class Precedes>
+  void sort(Precedes precedes) {
     std::array<RegionStruct*, 64> runs{};  // of 1, 2, 4, ... regions; larger ones come from nearer the head
     while (head_ != nullptr) {
       RegionStruct* run = take_first();
       std::size_t i = 0;
-      for (; runs[i] != nullptr; ++i) run = merged(std::exchange(runs[i], nullptr), run);
+      for (; runs[i] != nullptr; ++i) run = merged(std::exchange(runs[i], nullptr), run, precedes);
       runs[i] = run;
     }
-    for (RegionStruct* run : runs) head_ = merged(run, head_);
+    for (RegionStruct* run : runs) head_ = merged(run, head_, precedes);
+  }
+  // Sorts by rising area. Ties keep their order.
+  void sort_by_area() {
+    sort([](const Node& a, const Node& b) { return a.area < b.area; });
   }
 
  private:
   // Merges two sorted lists. Ties go to a.
-  static RegionStruct* merged(RegionStruct* a, RegionStruct* b) {
+  template <class Precedes>
+  static RegionStruct* merged(RegionStruct* a, RegionStruct* b, Precedes precedes) {
     RegionStruct* head = nullptr;
     RegionStruct** link = &head;
     while (a != nullptr && b != nullptr) {
-      RegionStruct*& smaller = b->area < a->area ? b : a;
-      *link = smaller;
-      link = &smaller->next;
-      smaller = smaller->next;
+      RegionStruct*& first = precedes(static_cast<Node&>(*b), static_cast<Node&>(*a)) ? b : a;
+      *link = first;
+      link = &first->next;
+      first = first->next;
     }
     *link = a != nullptr ? a : b;
     return head;

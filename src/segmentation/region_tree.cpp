@@ -2,6 +2,8 @@
 
 #include "segmentation/region_tree.h"
 
+#include <utility>
+
 #include "segmentation/region.h"
 #include "segmentation/region_list.h"
 
@@ -29,46 +31,57 @@ Node* copy_for_tree(Level& level, const Node& r) {
   return node;
 }
 
-// Inserts a region into the tree. Regions come by rising area. The link points to the place of the last one,
-// or before it, and moves to the place of this one.
-void NuvInsertRegionInTree(Tree& tree, RegionStruct**& link, Node* node, Census& census) {
+// Inserts a region into the tree.
+void NuvInsertRegionInTree(Tree& tree, Node* node, Census& census) {
   node->parent = tree.by_box.first_around(node->x0, node->y0, node->area,
                                           [=](Node& r) { return r.holds_start_of(*node); });
   // Smaller regions inside it become its children, unless they have a nearer parent.
   tree.by_start.for_each_in(node->box, [=](Node& r) {
     if (r.area >= node->area || !node->holds_start_of(r)) return;
+    Node* const parent = r.parent_in_tree();
     const bool parent_is_nearer =
-        r.parent != nullptr && node->area > r.parent->area && node->holds_start_of(*r.parent);
+        parent != nullptr && node->area > parent->area && node->holds_start_of(*parent);
     if (!parent_is_nearer) r.parent = node;
   });
   node->serial = census.next_serial++;
   tree.file(*node);
-  while (*link != nullptr && (*link)->area < node->area) link = &(*link)->next;
-  node->next = *link;
-  *link = node;
+  tree.list.push_front(node);
 }
 
-// Finds the parent of each region of a level in the tree, and counts the children of each parent.
-void link_to_tree(Tree& tree, const Level& level) {
+// The regions of a level by their parents in the tree.
+struct Families {
+  Node* parents = nullptr;     // list of the regions that have children
+  Node* parentless = nullptr;  // list of the regions of the level that have no parent
+};
+
+// Finds the parent of each region of a level in the tree.
+Families families_of(Tree& tree, const Level& level) {
+  Families families;
   for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
-    if (!c->parent_is_current) {
+    if (!c->knows_parent()) {
+      Node* const known = c->parent_known_from == INT32_MAX ? nullptr : c->parent;
       c->parent = tree.by_box.first_around(
           c->x0, c->y0, c->area, [=](Node& p) { return p.starts_with(*c) || p.holds_start_of(*c); },
-          c->parent_known_from, c->parent);
+          c->parent_known_from, known);
       c->parent_is_current = true;
       c->parent_known_from = INT32_MAX;
     }
-    if (c->parent == nullptr) continue;
-    ++c->parent->children;
-    c->parent->children_area += c->area;
+    Node* const p = c->parent;
+    Node*& siblings = p != nullptr ? p->first_child : families.parentless;
+    c->next_child = std::exchange(siblings, c);
+    if (p == nullptr) continue;
+    if (p->children == 0) p->next_parent = std::exchange(families.parents, p);
+    ++p->children;
+    p->children_area += c->area;
   }
+  return families;
 }
 
 // Makes a region that has entered the tree the parent of the regions of the level to which it is nearer than
 // their parent so far.
 void offer_parent(Level& level, Node& parent) {
   level.by_start.for_each_in(parent.box, [&](Node& c) {
-    if (!c.parent_is_current || parent.area < c.area) return;
+    if (!c.knows_parent() || parent.area < c.area) return;
     if (c.parent != nullptr && !parent.precedes(*c.parent)) return;
     if (parent.starts_with(c) || parent.holds_start_of(c)) c.parent = &parent;
   });
@@ -76,13 +89,18 @@ void offer_parent(Level& level, Node& parent) {
 
 // Copies the regions of a level that may enter the tree, and sorts them: those without a parent, and those
 // that are not the only child of their parent.
-void copy_candidates(Level& level, RegionList& candidates) {
-  for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
-    if (c->parent != nullptr && c->parent->children < 2) continue;
-    Node* node = copy_for_tree(level, *c);
-    if (node != nullptr) candidates.push_front(node);
+void copy_candidates(Level& level, const Families& families, RegionList& candidates) {
+  const auto copy = [&](const Node* siblings) {
+    for (const Node* c = siblings; c != nullptr; c = c->next_child) {
+      Node* node = copy_for_tree(level, *c);
+      if (node != nullptr) candidates.push_front(node);
+    }
+  };
+  copy(families.parentless);
+  for (const Node* p = families.parents; p != nullptr; p = p->next_parent) {
+    if (p->children >= 2) copy(p->first_child);
   }
-  candidates.sort();
+  candidates.sort([](const Node& a, const Node& b) { return a.precedes(b); });
 }
 
 // Moves the regions that pass a test to the front of another list, so the last one comes first.
@@ -103,14 +121,24 @@ bool is_island(const Node& c) {
   return c.parent != nullptr && c.sameLevelParentID > 0 && c.container->parent == c.parent;
 }
 
-// Moves the regions of a level that come from splits to the parts of their parents, in list order.
-void assign_parts(RegionList& candidates) {
-  RegionList parts;
-  move_if(candidates, parts, [](const Node& c) { return c.parent->children >= 2; });
-  while (!parts.empty()) {
-    Node* c = parts.take_first();
-    c->next = c->parent->parts;
-    c->parent->parts = c;
+// Moves the regions of a level that come from splits to the arrivals, in the order of their parents.
+void move_parts(RegionList& candidates, RegionList& arrivals) {
+  candidates.sort([](const Node& a, const Node& b) { return a.parent->precedes(*b.parent); });
+  move_if(candidates, arrivals, [](const Node& c) { return c.parent->children >= 2; });
+}
+
+// Notes what has become of the regions with children, and replaces those that have split by more than the ratio.
+void update_parents(Tree& tree, Node* parents, double ratio) {
+  for (Node* p = parents; p != nullptr; p = p->next_parent) {
+    if (p->children == 1) p->curArea = p->children_area;
+    p->is_replaced = p->children >= 2 && static_cast<double>(p->children_area) / p->curArea > ratio;
+    if (p->is_replaced) {
+      tree.unfile(*p);
+      p->release_index();
+      delete_chain(*p);
+    }
+    p->children = p->children_area = 0;
+    p->first_child = nullptr;
   }
 }
 
@@ -122,7 +150,6 @@ void start_tree(Tree& tree, Level& level) {
     r->parent_is_current = true;
     if (r->parent != nullptr) tree.list.push_front(r->parent);
   }
-  tree.list.sort();
   for (Node* node = tree.list.head(); node != nullptr; node = node->next_node()) {
     node->parent = node->container == nullptr ? nullptr : node->container->parent;
     tree.file(*node);
@@ -130,9 +157,9 @@ void start_tree(Tree& tree, Level& level) {
 }
 
 void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census) {
-  link_to_tree(tree, level);
+  const Families families = families_of(tree, level);
   RegionList candidates;
-  copy_candidates(level, candidates);
+  copy_candidates(level, families, candidates);
   RegionList arrivals;
   move_if(candidates, arrivals, [](const Node& c) { return c.parent == nullptr; });
   move_if(candidates, arrivals, [](const Node& c) {
@@ -141,41 +168,32 @@ void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census)
     c.parent->children_area -= c.area;
     return true;
   });
-  assign_parts(candidates);
-
-  RegionList replaced;
-  for (RegionStruct** link = tree.list.begin(); *link != nullptr;) {
-    auto* p = static_cast<Node*>(*link);
-    if (p->children == 1) p->curArea = p->children_area;
-    while (p->parts != nullptr) arrivals.push_front(RegionList::unlink(&p->parts));
-    p->is_replaced = p->children >= 2 && static_cast<double>(p->children_area) / p->curArea > ratio;
-    if (p->is_replaced) {
-      tree.unfile(*p);
-      replaced.push_front(RegionList::unlink(link));
-    } else {
-      p->children = p->children_area = 0;  // for the next level
-      p->release_unused_rows();
-      link = &p->next;
-    }
-  }
-  if (!replaced.empty()) {
-    for (Node* r = tree.list.head(); r != nullptr; r = r->next_node()) {
-      while (r->parent != nullptr && r->parent->is_replaced) r->parent = r->parent->parent;
-    }
-    for (Node* c = level.list.head(); c != nullptr; c = c->next_node()) {
-      if (c->parent != nullptr && c->parent->is_replaced) {
-        c->parent_is_current = false;
-        c->parent = nullptr;
-      }
-    }
-  }
-  arrivals.sort();
-  RegionStruct** link = tree.list.begin();
+  move_parts(candidates, arrivals);
+  update_parents(tree, families.parents, ratio);
+  arrivals.sort_by_area();
   while (!arrivals.empty()) {
     Node* node = arrivals.take_first();
-    NuvInsertRegionInTree(tree, link, node, census);
+    NuvInsertRegionInTree(tree, node, census);
     offer_parent(level, *node);
   }
+}
+
+RegionStruct* release_regions(Tree& tree) {
+  RegionList regions;
+  regions.swap(tree.list);
+  for (RegionStruct** link = regions.begin(); *link != nullptr;) {
+    auto* r = static_cast<Node*>(*link);
+    r->release_index();
+    r->parentID = id_of(r->parent_in_tree());
+    if (r->is_replaced) {
+      tree.list.push_front(RegionList::unlink(link));
+    } else {
+      link = &r->next;
+    }
+  }
+  // The later regions come first in the list, so this is the order of the tree.
+  regions.sort_by_area();
+  return regions.release();
 }
 
 }  // namespace nuv

@@ -5,9 +5,9 @@
 //
 // An index by place finds the smallest region around a point, and the regions that start inside another one.
 // A region of a level keeps its parent in the tree until the parent is replaced or a nearer one enters the
-// tree, so most regions search once. The tree and the lists of arrivals rise by area, and among equal areas
-// the later region comes first. Serial numbers keep this order for the index. A parent never comes before its
-// child.
+// tree, so most regions search once. A level visits only the regions of the tree that have regions of the level
+// as children. The order of the tree is by rising area, and among equal areas the later region comes first. Serial
+// numbers keep this order for the index; the list is sorted at the end.
 
 #ifndef NUV_SEGMENTATION_REGION_TREE_H
 #define NUV_SEGMENTATION_REGION_TREE_H
@@ -17,6 +17,7 @@
 
 namespace nuv {
 
+// The list also holds the regions that have been replaced.
 using Tree = IndexedList;
 
 // Makes the tree from the first level that has regions.
@@ -24,6 +25,9 @@ void start_tree(Tree& tree, Level& level);
 
 // Takes the new regions of a level into the tree.
 void NuvMergeRegionLevel(Tree& tree, Level& level, double ratio, Census& census);
+
+// Removes the list of regions from the tree, in order and with the IDs of their parents.
+RegionStruct* release_regions(Tree& tree);
 
 }  // namespace nuv
 
