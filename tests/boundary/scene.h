@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <functional>
 #include <iomanip>
 #include <limits>
 #include <memory>
@@ -132,8 +131,6 @@ class Scene {
   // A gray image of the scene's size. If there is one, all pictures show it, and scenes of all sizes draw the
   // same numbers, so that their calls can be compared.
   const uint8_t* exhibit = nullptr;
-  // Called before the export is, when all arguments are complete.
-  std::function<void()> before_call;
   Observer* observer = nullptr;
 
   std::size_t pixels() const { return area(width, height); }
@@ -311,7 +308,6 @@ class Scene {
   // Keeps the present content of the memory as its first content.
   void remember() {
     for (Block& block : blocks_) block.remember();
-    if (before_call) before_call();
   }
   std::size_t memory_size() const {
     std::size_t size = 0;
