@@ -24,4 +24,19 @@ TEST(MaxSizeOfMinFilter, AddsTheSizesOfAllErosions) {
   EXPECT_EQ(size_of(TestImage(3, 3, 255)), 2);
 }
 
+TEST(MaxSizeOfMinFilter, LeavesTheLastRoundInTheWorkSpace) {
+  TestImage image = draw({"..........", "..........", "..........", "....#####.", "....#####.", "....#####.",
+                          "....#####.", "....#####.", "..........", ".........."});
+  TestImage tmp = image;
+  TestImage work = image;
+  int32_t size = 0;
+  NuvGetMaxSizeofMinFilter(image.data(), tmp.data(), work.data(), image.width, image.height, &size);
+  // The middle of the square is left. Its distance is 1.
+  TestImage middle(10, 10);
+  middle.at(6, 5) = 255;
+  EXPECT_EQ(tmp, middle);
+  middle.at(6, 5) = 1;
+  EXPECT_EQ(work, middle);
+}
+
 }  // namespace
