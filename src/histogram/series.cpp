@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
-#include <functional>
 #include <limits>
 
 #include "core/arithmetic.h"
@@ -68,31 +67,41 @@ struct BestWindow {
 
 // ---- the window with the greatest difference ----
 
-// The extreme of a window that moves on by one element at a time. The elements of the window that no later
-// element beats are kept in their order, and the first of them is the extreme. A not-a-number beats nothing
-// and is never kept.
-template <class Beats>
-class SlidingExtreme {
- public:
-  // room has one entry per element of the data.
-  SlidingExtreme(const double* data, int32_t* room) : data_(data), candidates_(room) {}
+// The least and the greatest of some elements. A not-a-number is ignored.
+struct Extremes {
+  double least = std::numeric_limits<double>::infinity();
+  double most = -std::numeric_limits<double>::infinity();
 
-  void take_in(int32_t i) {
-    if (std::isnan(data_[i])) return;
-    while (end_ > begin_ && !Beats()(data_[candidates_[end_ - 1]], data_[i])) --end_;
-    candidates_[end_++] = i;
+  void take_in(double v) { take_in({v, v}); }
+  void take_in(Extremes other) {
+    least = other.least < least ? other.least : least;
+    most = other.most > most ? other.most : most;
   }
-  void start_at(int32_t first) {
-    while (begin_ < end_ && candidates_[begin_] < first) ++begin_;
-  }
-  double value() const { return data_[candidates_[begin_]]; }
-
- private:
-  const double* data_;
-  int32_t* candidates_;
-  int32_t begin_ = 0;
-  int32_t end_ = 0;
 };
+
+// Offers the differences of all windows of W elements. The data are cut into blocks as long as a window, so a
+// window is the end of a block and the start of the next one. The extremes of the ends are stored, and those of
+// the starts grow with them (M. van Herk, 1992; J. Gil and M. Werman, 1993). No step branches on a comparison of
+// elements, because such branches are mispredicted. ends has room for W entries.
+void offer_differences(const double* data, int32_t n, int32_t W, Extremes* ends, BestWindow& best) {
+  for (int64_t block = 0; block <= n - W; block += W) {
+    Extremes end;
+    for (int32_t i = W - 1; i >= 0; --i) {
+      end.take_in(data[block + i]);
+      ends[i] = end;
+    }
+    const double* next = data + block + W;
+    Extremes start;
+    for (int32_t i = 0; i < W && block + i <= n - W; ++i) {
+      if (i > 0) start.take_in(next[i - 1]);
+      Extremes window = ends[i];
+      window.take_in(start);
+      // A window that begins with a not-a-number is passed over.
+      if (!std::isnan(data[block + i]))
+        best.offer(static_cast<int32_t>(block + i), window.most - window.least);
+    }
+  }
+}
 
 // ---- the window with the greatest deviation ----
 //
@@ -409,21 +418,10 @@ bool NuvDataMaxDevAndPosInMovingWindow(double* pData, int32_t N, int32_t W, doub
 
 bool NuvDataMaxDifAndPosInMovingWindow(double* pData, int32_t N, int32_t W, double* pMaxDif, int32_t* pPos) {
   if (!start_window_search(N, W, pMaxDif, pPos)) return false;
-  const Buffer<int32_t> room = allocate<int32_t>(2 * int64_t{N});
-  if (!room) return false;
-  SlidingExtreme<std::less<double>> least(pData, room.get());
-  SlidingExtreme<std::greater<double>> most(pData, room.get() + N);
+  const Buffer<Extremes> ends = allocate<Extremes>(W);
+  if (!ends) return false;
   BestWindow best;
-  for (int32_t end = 0; end < N; ++end) {
-    least.take_in(end);
-    most.take_in(end);
-    const int32_t first = end - W + 1;
-    if (first < 0) continue;
-    least.start_at(first);
-    most.start_at(first);
-    // A window that begins with a not-a-number is passed over.
-    if (!std::isnan(pData[first])) best.offer(first, most.value() - least.value());
-  }
+  offer_differences(pData, N, W, ends.get(), best);
   *pMaxDif = best.measure;
   *pPos = best.first + W / 2;
   return true;
