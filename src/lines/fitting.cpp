@@ -31,15 +31,17 @@ struct Sums {
 template <class Sum, class ForPoints>
 Sums<Sum> sums_of(ForPoints for_points) {
   Sums<Sum> sums;
-  for_points([&](Point p) {
-    sums.x += p.x;
-    sums.y += p.y;
-    ++sums.n;
+  for_points([&](Point p, int32_t weight) {
+    sums.x += p.x * weight;
+    sums.y += p.y * weight;
+    sums.n += weight;
   });
   return sums;
 }
 
-// Fits the points that for_points(visit) visits. Sum is the type that coordinates are summed in.
+// Fits the points for which for_points(visit) calls visit(point, 1). Other points are visited with a weight of 0
+// and do not count. A branch instead would be mispredicted where they come in no order. Sum is the type that
+// coordinates are summed in.
 template <class Sum, class ForPoints>
 KbLine fit_line(ForPoints for_points) {
   // The sum of so few integers is exact in a double, so a sum in 64 bits, which vectors compute, equals it.
@@ -57,9 +59,9 @@ KbLine fit_line(ForPoints for_points) {
   double sxx = 0.0;
   double syy = 0.0;
   double sxy = 0.0;
-  for_points([&](Point p) {
-    const double dx = p.x - mx;
-    const double dy = p.y - my;
+  for_points([&](Point p, int32_t weight) {
+    const double dx = (p.x - mx) * weight;
+    const double dy = (p.y - my) * weight;
     sxx += dx * dx;
     syy += dy * dy;
     sxy += dx * dy;
@@ -70,13 +72,11 @@ KbLine fit_line(ForPoints for_points) {
   return {is_vertical ? 1 : 0, k, b};
 }
 
-// The points of two arrays at the places i for which keep(i) holds.
+// The points of two arrays. Those at the places i for which keep(i) holds have the weight 1.
 template <class Keep>
 auto points_where(const int32_t* x, const int32_t* y, int32_t n, Keep keep) {
   return [=](auto visit) {
-    for (int32_t i = 0; i < n; ++i) {
-      if (keep(i)) visit(Point{x[i], y[i]});
-    }
+    for (int32_t i = 0; i < n; ++i) visit(Point{x[i], y[i]}, keep(i) ? 1 : 0);
   };
 }
 
@@ -93,11 +93,12 @@ struct Misfit {
   double greatest_distance;
 };
 
+// Every point has the weight 1.
 template <class ForPoints>
 Misfit misfit_of(const KbLine& fit, int32_t n, ForPoints for_points) {
   double greatest = 0.0;
   double sum_of_squares = 0.0;
-  for_points([&](Point p) {
+  for_points([&](Point p, int32_t /*weight*/) {
     const double r = fit.residual(p);
     if (r > greatest) greatest = r;
     sum_of_squares += r * r;
@@ -130,13 +131,15 @@ void NuvFittingLine(int32_t* pX, int32_t* pY, int32_t N, int32_t* pIsVertical, d
 void NuvFittingLine(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pIsVertical, double* pK,
                     double* pB, double* pAngle, double* pDev, double* pMaxDist) {
   const Chain chain{{x, y}, pChainCode, N};
-  const auto positions = [=](auto visit) { walk_positions(chain, visit); };
+  const auto positions = [=](auto visit) { walk_positions(chain, [&](Point p) { visit(p, 1); }); };
   fit_and_measure(N, positions, pIsVertical, pK, pB, pAngle, pDev, pMaxDist);
 }
 
 void NuvFittingLineMsk(int32_t* pX, int32_t* pY, bool* pMask, int32_t N, int32_t* pIsVertical, double* pK,
                        double* pB, double* pAngle) {
-  const auto kept = points_where(pX, pY, N, [pMask](int32_t i) { return pMask[i]; });
+  // Hosts may store any byte but 0 as true.
+  const auto* mask = reinterpret_cast<const uint8_t*>(pMask);
+  const auto kept = points_where(pX, pY, N, [mask](int32_t i) { return mask[i] != 0; });
   store(fit_line<double>(kept), pIsVertical, pK, pB, pAngle);
 }
 
