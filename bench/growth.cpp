@@ -79,13 +79,12 @@ Picture noise(Size size) {
   return drawn(size, [&](int32_t, int32_t) { return random() & 255; });
 }
 
-// The distances of a rim from the border. They grow with the picture: series of bytes are the first bytes of a
-// picture, and so they show the same share of the rim in every size.
-constexpr int32_t kOuterEdge = 2;
-constexpr int32_t kInnerEdge = 6;
+// The width of a rim, and its distance from the border. The distance grows with the picture: series of bytes are
+// the first bytes of a picture, and so they are black in every size.
+constexpr int32_t kRim = 4;
 
-int32_t at_scale(Size size, int32_t length) {
-  return length * size.width / kSmall.width;
+int32_t margin_of(Size size) {
+  return size.width / 320;
 }
 
 bool lies_within(Size size, int32_t margin, int32_t x, int32_t y) {
@@ -94,17 +93,19 @@ bool lies_within(Size size, int32_t margin, int32_t x, int32_t y) {
 
 // One object with teeth as long as the picture is high.
 Picture comb(Size size) {
+  const int32_t margin = margin_of(size);
   return drawn(size, [=](int32_t x, int32_t y) {
-    const bool is_white = x % 4 < 2 || y < at_scale(size, kInnerEdge);
-    return lies_within(size, at_scale(size, kOuterEdge), x, y) && is_white ? 255 : 0;
+    const bool is_white = x % 4 < 2 || y < margin + kRim;
+    return lies_within(size, margin, x, y) && is_white ? 255 : 0;
   });
 }
 
 // One object with one hole as large as the picture.
 Picture hole(Size size) {
+  const int32_t margin = margin_of(size);
   return drawn(size, [=](int32_t x, int32_t y) {
-    const bool is_rim = !lies_within(size, at_scale(size, kInnerEdge), x, y);
-    return lies_within(size, at_scale(size, kOuterEdge), x, y) && is_rim ? 255 : 0;
+    const bool is_rim = !lies_within(size, margin + kRim, x, y);
+    return lies_within(size, margin, x, y) && is_rim ? 255 : 0;
   });
 }
 
