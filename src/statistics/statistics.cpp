@@ -4,6 +4,7 @@
 // at any height. An integral image would need memory for one sum per pixel.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -97,6 +98,12 @@ int32_t pixels_of(Region region) {
   return region.empty() ? 0 : region.columns() * region.rows();
 }
 
+// ---- deviations of windows ----
+//
+// The standard deviation is defined as a sum over bins in floating point, and only its rounded value counts. The
+// exact deviation follows from three sums in integers, which windows share. It rounds to the same value unless
+// it lies next to the limit between two values. Only there the bins of the window are filled.
+
 // The standard deviation of the values counted. Empty bins add 0.
 double deviation(const WindowBins& window) {
   const int32_t* bins = window.bins();
@@ -107,6 +114,72 @@ double deviation(const WindowBins& window) {
   for (int32_t v = window.least(); v <= window.most(); ++v) squares += (v - mean) * (v - mean) * bins[v];
   return std::sqrt(squares / window.count());
 }
+
+WindowBins masked_bins(GrayImage image, GrayImage mask, Region region) {
+  WindowBins bins;
+  for (int32_t y = region.y1; y <= region.y2; ++y) {
+    for (int32_t x = region.x1; x <= region.x2; ++x) {
+      if (*mask.at(x, y) != 0) bins.add(*image.at(x, y));
+    }
+  }
+  return bins;
+}
+
+NUV_ROW_KERNEL void add_masked_row(const uint8_t* pixels, const uint8_t* mask, int32_t* NUV_RESTRICT counts,
+                                   int32_t* NUV_RESTRICT values, int32_t* NUV_RESTRICT squares,
+                                   std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const int32_t count = mask[x] != 0 ? 1 : 0;
+    const int32_t value = pixels[x] & -count;
+    counts[x] += count;
+    values[x] += value;
+    squares[x] += value * value;
+  }
+}
+
+// The masked pixels in some rows of a strip of columns: sums of any stretch of the columns. The sums of a window
+// have 32 bits, which suffice for kMostPixels.
+class MaskedStrip {
+ public:
+  static constexpr int32_t kColumns = 1024;
+  static constexpr int64_t kMostPixels = INT32_MAX / (255 * 255);
+
+  // Takes the rows and columns of a region of at most kColumns columns.
+  void set(GrayImage image, GrayImage mask, Region region) {
+    region_ = region;
+    const int32_t n = region.columns();
+    for (Sums& sums : sums_) std::fill_n(sums.begin(), n, 0);
+    for (int32_t y = region.y1; y <= region.y2; ++y) {
+      add_masked_row(image.at(region.x1, y), mask.at(region.x1, y), sums_[0].data(), sums_[1].data(),
+                     sums_[2].data(), n);
+    }
+    for (std::size_t i = 0; i < sums_.size(); ++i) accumulate(sums_[i].data(), n, prefixes_[i].data());
+  }
+
+  int32_t count(int32_t x1, int32_t x2) const { return sum(0, x1, x2); }
+  // The rounded standard deviation of the columns x1 to x2, or -1 if the exact one is too near to a limit.
+  int32_t rounded_deviation(int32_t x1, int32_t x2) const {
+    constexpr double kNear = 1e-6;  // greater than the rounding errors of the sum over bins
+    const int64_t n = count(x1, x2);
+    const int64_t values = sum(1, x1, x2);
+    const auto spread = static_cast<double>(n * sum(2, x1, x2) - values * values);
+    const double rounded_up = std::sqrt(spread) / static_cast<double>(n) + 0.5;
+    const int32_t result = truncated(rounded_up);
+    const double beyond = rounded_up - result;
+    return beyond < kNear || beyond > 1 - kNear ? -1 : result;
+  }
+
+ private:
+  using Sums = std::array<int32_t, kColumns + 1>;
+
+  int32_t sum(std::size_t i, int32_t x1, int32_t x2) const {
+    return prefixes_[i][x2 + 1 - region_.x1] - prefixes_[i][x1 - region_.x1];
+  }
+
+  Region region_{};
+  std::array<Sums, 3> sums_;      // counts, values and squares of each column
+  std::array<Sums, 3> prefixes_;  // their totals over the columns before each one
+};
 
 struct Window {
   int64_t sum = 0;
@@ -219,22 +292,36 @@ int32_t NuvEstimateImgStdev(uint8_t* pGryImg, uint8_t* pMskImg, int32_t width, i
   const GrayImage image{pGryImg, width, height};
   const GrayImage mask{pMskImg, width, height};
   Histogram weights{};
-  WindowBins window;
+  const auto is_covered = [=](int32_t n) { return n != 0 && n * 3 > area; };
+  const bool is_small =
+      M < MaskedStrip::kColumns && (int64_t{M} + 1) * (int64_t{N} + 1) <= MaskedStrip::kMostPixels;
+  MaskedStrip strip;
   for (int64_t y = 0; y < height; y += step_y) {
+    const auto y1 = static_cast<int32_t>(y);
+    const auto y2 = static_cast<int32_t>(std::min<int64_t>(y + N, height - 1));
+    int32_t end_of_strip = 0;
     for (int64_t x = 0; x < width; x += step_x) {
       // A window has one column and one row more than M by N, as far as the image extends.
       const auto x1 = static_cast<int32_t>(x);
       const auto x2 = static_cast<int32_t>(std::min<int64_t>(x + M, width - 1));
-      const auto y2 = static_cast<int32_t>(std::min<int64_t>(y + N, height - 1));
-      window.clear();
-      for (auto row = static_cast<int32_t>(y); row <= y2; ++row) {
-        for (int32_t column = x1; column <= x2; ++column) {
-          if (*mask.at(column, row) != 0) window.add(*image.at(column, row));
+      int32_t n = 0;
+      int32_t rounded = -1;
+      if (is_small) {
+        if (x2 >= end_of_strip) {
+          end_of_strip = std::min(x1 + MaskedStrip::kColumns, width);
+          strip.set(image, mask, {x1, end_of_strip - 1, y1, y2});
         }
+        n = strip.count(x1, x2);
+        if (!is_covered(n)) continue;
+        rounded = strip.rounded_deviation(x1, x2);
       }
-      const int32_t n = window.count();
-      if (n == 0 || n * 3 <= area) continue;
-      weights[truncated(deviation(window) + 0.5)] += quotient(n * 4, area);
+      if (rounded < 0) {
+        const WindowBins bins = masked_bins(image, mask, {x1, x2, y1, y2});
+        n = bins.count();
+        if (!is_covered(n)) continue;
+        rounded = truncated(deviation(bins) + 0.5);
+      }
+      weights[rounded] += quotient(n * 4, area);
     }
   }
   return NuvGetMedianInHistogram(weights.data());

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdlib>
 #include <utility>
 
@@ -121,6 +123,49 @@ TEST(EstimateStdev, IsTheMedianOfTheWindows) {
   EXPECT_EQ(of(0, 8), 0);
   mask = TestImage(64, 64);
   EXPECT_EQ(of(8, 8), 0);
+}
+
+// The rule as the header states it, with the deviation as a sum over bins.
+int32_t stdev_by_the_rule(const TestImage& image, const TestImage& mask, int32_t m, int32_t n) {
+  std::array<int32_t, 256> entries{};
+  for (int32_t y1 = 0; y1 < image.height; y1 += std::max(n / 2, 1)) {
+    for (int32_t x1 = 0; x1 < image.width; x1 += std::max(m / 2, 1)) {
+      std::array<int32_t, 256> bins{};
+      int32_t count = 0;
+      for (int32_t y = y1; y <= std::min(y1 + n, image.height - 1); ++y) {
+        for (int32_t x = x1; x <= std::min(x1 + m, image.width - 1); ++x) {
+          if (mask.at(x, y) == 0) continue;
+          ++bins[image.at(x, y)];
+          ++count;
+        }
+      }
+      if (count == 0 || 3 * count <= m * n) continue;
+      double sum = 0.0;
+      double squares = 0.0;
+      for (int32_t v = 0; v < 256; ++v) sum += static_cast<double>(bins[v]) * v;
+      const double mean = sum / count;
+      for (int32_t v = 0; v < 256; ++v) squares += (v - mean) * (v - mean) * bins[v];
+      entries[static_cast<std::size_t>(std::sqrt(squares / count) + 0.5)] += 4 * count / (m * n);
+    }
+  }
+  return NuvGetMedianInHistogram(entries.data());
+}
+
+TEST(EstimateStdev, EqualsTheRule) {
+  Random random(5);
+  for (int i = 0; i < 60; ++i) {
+    const bool is_wide = i % 4 == 0;  // wider than a strip
+    TestImage image = random.noise(is_wide ? 2100 : 40 + i, is_wide ? 9 : 30);
+    TestImage mask = random.binary(image.width, image.height, 70);
+    if (i % 3 == 0) {
+      // Two neighbouring levels in equal parts deviate by exactly a half, which lies between two results.
+      for (uint8_t& pixel : image.pixels) pixel = static_cast<uint8_t>(90 + pixel % 2);
+    }
+    const int32_t m = is_wide && i % 8 == 0 ? 1100 : 1 + i % 9;
+    const int32_t n = 1 + i % 7;
+    ASSERT_EQ(NuvEstimateImgStdev(image.data(), mask.data(), image.width, image.height, m, n),
+              stdev_by_the_rule(image, mask, m, n));
+  }
 }
 
 }  // namespace
