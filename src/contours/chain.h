@@ -28,17 +28,20 @@ template <class Visit>
 void walk_ends(const Chain& chain, int32_t steps, Visit visit) {
   Point p = chain.start;
   for (int32_t i = 0; i < steps; ++i) {
-    p = stepped(p, chain.codes[i]);
+    take_step(p, chain.codes[i]);
     visit(p);
   }
 }
 
-// Visits the N positions of a chain: the start and the ends of the first N-1 steps.
+// Visits the N positions of a chain: the start and the ends of the first N-1 steps. There is one call of visit,
+// because clang does not inline a long function that is called twice.
 template <class Visit>
 void walk_positions(const Chain& chain, Visit visit) {
-  if (chain.n < 1) return;
-  visit(chain.start);
-  walk_ends(chain, chain.n - 1, visit);
+  Point p = chain.start;
+  for (int32_t i = 0; i < chain.n; ++i) {
+    if (i > 0) take_step(p, chain.codes[i - 1]);
+    visit(p);
+  }
 }
 
 // Visits the start and the ends of all N steps. On a closed chain the start is visited twice.
@@ -53,7 +56,7 @@ template <class Test>
 bool any_end(const Chain& chain, Test test) {
   Point p = chain.start;
   for (int32_t i = 0; i < chain.n; ++i) {
-    p = stepped(p, chain.codes[i]);
+    take_step(p, chain.codes[i]);
     if (test(p)) return true;
   }
   return false;

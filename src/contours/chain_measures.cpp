@@ -9,6 +9,7 @@
 #include "contours/chain_measures.h"
 #include "core/arithmetic.h"
 #include "core/lanes.h"
+#include "core/row_kernel.h"
 #include "nuv/contours.h"
 
 namespace nuv {
@@ -197,6 +198,12 @@ constexpr Reach kReach[8] = {
     {-1, 0, 1, 0}, {-1, 1, 1, -1}, {0, 1, 0, -1}, {1, 1, -1, -1},
 };
 
+// The greatest of one number and of n others.
+NUV_ROW_KERNEL int32_t greatest(int32_t number, const int32_t* others, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) number = others[i] > number ? others[i] : number;
+  return number;
+}
+
 }  // namespace
 
 ChainMeasures measures_of(const Chain& chain) {
@@ -264,7 +271,7 @@ void NuvContourRect(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_
   Region bounds = Region::of({x, y});
   Point p{x, y};
   for (int32_t i = 0; i + 1 < N; ++i) {
-    p = stepped(p, pChainCode[i]);
+    take_step(p, pChainCode[i]);
     // The extremes of a contour fall on its turns.
     if (pChainCode[i] != pChainCode[i + 1]) bounds.take_in(p);
   }
@@ -300,8 +307,8 @@ void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32
 void NuvChain2Points(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N, int32_t* pX, int32_t* pY,
                      int32_t* pMaxX, int32_t* pMaxY) {
   NuvChain2Points(x, y, pChainCode, N, pX, pY);
-  *pMaxX = N < 1 ? x : *std::max_element(pX, pX + N);
-  *pMaxY = N < 1 ? y : *std::max_element(pY, pY + N);
+  *pMaxX = greatest(x, pX, N);
+  *pMaxY = greatest(y, pY, N);
 }
 
 double NuvLineSimilarity(int32_t area, int32_t perimeter, int32_t minWidth, int32_t maxWidth, int32_t* pWidth,

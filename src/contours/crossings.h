@@ -34,7 +34,7 @@ inline int32_t crossings(const Chain& chain, int32_t first, int32_t end, Point p
     const int code = direction_of(chain.codes[i]);
     if (p.y == point.y && p.x >= point.x) sum += kCrossing[before / 4][code];
     if (p.y == point.y && p.x == point.x) sum += kOnPoint[before][code];
-    p = stepped(p, chain.codes[i]);
+    take_step(p, chain.codes[i]);
   }
   return sum;
 }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <initializer_list>
 
 #include "contours/chain.h"
@@ -86,6 +87,12 @@ class SavedContour {
   uint8_t* pixels_ = on_stack_.data();
 };
 
+// Neighbouring pixels in memory.
+struct Pixels {
+  uint8_t* first;
+  std::ptrdiff_t n;
+};
+
 struct Winding {
   int32_t step;  // 1 for the contour of an object, -1 for that of a hole
   bool scannable;
@@ -103,7 +110,7 @@ Winding mark_edges(GrayImage image, const Chain& chain, EdgeMarks marks) {
     uint8_t& pixel = *image.at(p.x, p.y);
     pixel = low_byte(pixel + kDy[code] + kDy[before]);
     turns += kTurn[before][code];
-    p = stepped(p, chain.codes[i]);
+    take_step(p, chain.codes[i]);
   }
   const bool closed = p.x == chain.start.x && p.y == chain.start.y;
 
@@ -117,9 +124,39 @@ Winding mark_edges(GrayImage image, const Chain& chain, EdgeMarks marks) {
   return {step, closed && (step == 1 || step == -1)};
 }
 
-// Visits the pixels from each left edge to the one before its right edge. A chain that crosses itself may
-// leave a left edge without a right edge in its row. The scan then goes on in memory, at most to the end of
-// the rows that the chain touches.
+void replace_all(Pixels pixels, uint8_t old_value, uint8_t value) {
+  for (std::ptrdiff_t i = 0; i < pixels.n; ++i) {
+    const uint8_t pixel = pixels.first[i];
+    pixels.first[i] = pixel == old_value ? value : pixel;
+  }
+}
+
+// Whether one of eight pixels has the value.
+bool any_of_eight(const uint8_t* pixels, uint8_t value) {
+  constexpr uint64_t kOnes = 0x0101010101010101;
+  constexpr uint64_t kTopBits = 0x8080808080808080;
+  uint64_t eight;
+  std::memcpy(&eight, pixels, 8);
+  eight ^= value * kOnes;
+  return ((eight - kOnes) & ~eight & kTopBits) != 0;
+}
+
+// The pixels from p on, up to the one before the next right edge, or up to the last one.
+Pixels up_to_edge(uint8_t* p, const uint8_t* last, uint8_t edge) {
+  const void* found = std::memchr(p + 1, edge, static_cast<std::size_t>(last - p));
+  return {p, (found != nullptr ? static_cast<const uint8_t*>(found) : last + 1) - p};
+}
+// The same pixels in the other direction.
+Pixels back_to_edge(uint8_t* p, const uint8_t* first, uint8_t edge) {
+  uint8_t* q = p;
+  while (q - first >= 8 && !any_of_eight(q - 8, edge)) q -= 8;
+  while (q != first && q[-1] != edge) --q;
+  return {q, p - q + 1};
+}
+
+// Visits the pixels from each left edge to the one before its right edge, row by row. A chain that
+// crosses itself may leave a left edge without a right edge in its row. The scan then goes on in memory, at most
+// to the end of the rows that the chain touches.
 template <class Visit>
 void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding winding, Visit visit) {
   if (!winding.scannable) return;
@@ -129,13 +166,12 @@ void scan_rows(GrayImage image, const Chain& chain, EdgeMarks marks, Winding win
     top = std::min(top, p.y);
     bottom = std::max(bottom, p.y);
   });
-  const uint8_t* last = winding.step > 0 ? image.at(image.width - 1, bottom) : image.at(0, top);
+  const uint8_t* last = image.at(image.width - 1, bottom);
+  const uint8_t* first = image.at(0, top);
   walk_positions(chain, [&](Point start) {
     uint8_t* pixel = image.at(start.x, start.y);
     if (*pixel != marks.left) return;
-    uint8_t* p = pixel;
-    visit(p);
-    while (p != last && p[winding.step] != marks.right) visit(p += winding.step);
+    visit(winding.step > 0 ? up_to_edge(pixel, last, marks.right) : back_to_edge(pixel, first, marks.right));
     *pixel = marks.right;  // no second scan from here
   });
 }
@@ -152,10 +188,10 @@ void visit_enclosed(GrayImage image, const Chain& chain, EdgeMarks marks, Contou
   const SavedContour saved(image, chain);
   if (!saved.saved()) return;
   const Winding winding = mark_edges(image, chain, marks);
-  scan_rows(image, chain, marks, winding, [&](uint8_t* pixel) {
-    inside(pixel);
+  scan_rows(image, chain, marks, winding, [&](Pixels pixels) {
+    for (std::ptrdiff_t i = 0; i < pixels.n; ++i) inside(pixels.first + i);
     // Another left edge must not start a scan of its own. Other pixels of that value become the base, too.
-    if (*pixel == marks.left) *pixel = marks.base;
+    replace_all(pixels, marks.left, marks.base);
   });
   saved.restore();
   // The rim of a hole does not belong to it.
@@ -178,7 +214,8 @@ int32_t NuvFillingContour(uint8_t* pGryImg, int32_t width, int32_t x, int32_t y,
   const auto fill_pixel = [=](uint8_t* pixel) { *pixel = low_byte(fill); };
   const auto fill_inside = [&] {
     const Winding winding = mark_edges(image, chain, marks);
-    scan_rows(image, chain, marks, winding, fill_pixel);
+    scan_rows(image, chain, marks, winding,
+              [=](Pixels pixels) { fill_bytes(pixels.first, low_byte(fill), pixels.n); });
     return winding.step;
   };
   if (includeContour) {

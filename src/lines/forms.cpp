@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "contours/chain.h"
 #include "core/arithmetic.h"
+#include "core/neighbours.h"
 #include "lines/line_equations.h"
 #include "nuv/lines.h"
 
@@ -132,14 +132,18 @@ void NuvThroTheta2ABC(int32_t x0, int32_t y0, int32_t Thro, int32_t Theta, doubl
 }
 
 int32_t NuvCodeLineEstimateTheta(int32_t x, int32_t y, uint8_t* pChainCode, int32_t N) {
-  const int32_t half = N / 2;
-  Centroid first;
-  Centroid second;
-  int32_t i = 0;
-  walk_positions({{x, y}, pChainCode, N}, [&](Point p) {
-    (i < half ? first : second).add(p);
-    ++i;
-  });
+  Point p{x, y};
+  // The positions of the steps from first to the one before last. Calls cover all steps in order.
+  const auto centroid_of = [&p, pChainCode](int32_t first, int32_t last) {
+    Centroid centroid;
+    for (int32_t i = first; i < last; ++i) {
+      if (i > 0) take_step(p, pChainCode[i - 1]);
+      centroid.add(p);
+    }
+    return centroid;
+  };
+  const Centroid first = centroid_of(0, N / 2);
+  const Centroid second = centroid_of(N / 2, N);
   int32_t thro = 0;
   int32_t theta = 0;
   NuvTwoPoints2ThroTheta(first.x(), first.y(), second.x(), second.y(), &thro, &theta);

@@ -30,7 +30,7 @@ class ChainBlocks {
         block.top = std::min(block.top, p.y);
         block.bottom = std::max(block.bottom, p.y);
         block.right = std::max(block.right, p.x);
-        p = stepped(p, chain.codes[step]);
+        take_step(p, chain.codes[step]);
       }
       blocks_[static_cast<std::size_t>(i)] = block;
     }

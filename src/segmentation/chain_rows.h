@@ -77,7 +77,7 @@ class ChainRows {
       const int at_point = kOnPoint[before][code];
       if (passing + at_point != 0) visit(p.y, Crossing{p.x, passing + at_point});
       if (at_point != 0) visit(p.y, Crossing{p.x - 1, -at_point});
-      p = stepped(p, chain.codes[i]);
+      take_step(p, chain.codes[i]);
     }
   }
 
