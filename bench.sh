@@ -7,8 +7,8 @@
 # A ratio above 1 means that the library is the faster one. Rows without a peer show only their time.
 # --level builds the library for that x86-64 level alone, so that a new processor measures the code that an older one
 # runs.
-# --clang measures the library built by clang beside that built by g++, both for x86-64-v3. A ratio above 1 means that
-# the build by clang is the slower one.
+# --clang measures the library built by clang beside that built by g++, both for x86-64-v3. The two alternate at each
+# row. A ratio above 1 means that the build by clang is the slower one.
 # --web measures ten functions as WebAssembly under Node.js beside those built for x86-64-v2 and x86-64-v3, and beside the
 # same WebAssembly in Chromium.
 # --growth lists the exports whose time grows faster than their pixels or their windows; --all lists the times of all
