@@ -15,27 +15,35 @@ namespace nuv {
 namespace {
 
 #if NUV_HAS_LANES
+template <class Lanes>
+NUV_INLINE void count_equal_lanes(const uint8_t* row, uint8_t value, Lanes& counts) {
+  Lanes pixels;
+  load(row, pixels);
+  // A comparison gives -1 where the values are equal.
+  counts -= reinterpret_cast<Lanes>(pixels == value);
+}
+
 // Counts in the bytes of two vectors, one byte for each place of a block of pixels, and adds the bytes up before
-// they overflow. Counts whole blocks from x on, and moves x past them.
+// they overflow. Counts whole vectors from x on, and moves x past them.
 template <class Lanes>
 NUV_INLINE int32_t count_equal_by(const uint8_t* row, std::ptrdiff_t& x, std::ptrdiff_t n, uint8_t value) {
-  constexpr std::ptrdiff_t kBlock = 2 * sizeof(Lanes);
-  constexpr std::ptrdiff_t kBlocks = 255;
+  constexpr std::ptrdiff_t kStep = sizeof(Lanes);
+  constexpr std::ptrdiff_t kBlock = 2 * kStep;
+  constexpr std::ptrdiff_t kBlocks = 254;
   int32_t count = 0;
-  while (n - x >= kBlock) {
+  while (n - x >= kStep) {
     const std::ptrdiff_t end = x + std::min((n - x) / kBlock, kBlocks) * kBlock;
     Lanes counts{};
     Lanes other_counts{};
     for (; x < end; x += kBlock) {
-      Lanes pixels;
-      Lanes other_pixels;
-      load(row + x, pixels);
-      load(row + x + kBlock / 2, other_pixels);
-      // A comparison gives -1 where the values are equal.
-      counts -= reinterpret_cast<Lanes>(pixels == value);
-      other_counts -= reinterpret_cast<Lanes>(other_pixels == value);
+      count_equal_lanes(row + x, value, counts);
+      count_equal_lanes(row + x + kStep, value, other_counts);
     }
-    for (std::ptrdiff_t i = 0; i < kBlock / 2; ++i) count += counts[i] + other_counts[i];
+    if (n - x >= kStep) {
+      count_equal_lanes(row + x, value, counts);
+      x += kStep;
+    }
+    for (std::ptrdiff_t i = 0; i < kStep; ++i) count += counts[i] + other_counts[i];
   }
   return count;
 }

@@ -164,29 +164,36 @@ void from_rgb(Format frame, Region whole, uint8_t* rgb) {
   }
 }
 
-// Calls write(Y, Cb, Cr) for every step-th pixel of every step-th row.
-template <class Format, class Write>
-void for_samples(Format frame, Region region, int32_t step, Write write) {
-  for (int32_t y = region.y1; y <= region.y2; y += step) {
-    for (int32_t x = region.x1; x <= region.x2; x += step) {
-      write(*frame.luma(x, y), *frame.cb(x, y), *frame.cr(x, y));
+// Calls write(place, Y, Cb, Cr) for every Step-th pixel of every Step-th row, with places from 0 on. Step is even.
+template <int32_t Step, class Format, class Write>
+void for_samples(Format frame, Region region, Write write) {
+  const std::ptrdiff_t n = (region.columns() + Step - 1) / Step;
+  std::ptrdiff_t place = 0;
+  for (int32_t y = region.y1; y <= region.y2; y += Step, place += n) {
+    const uint8_t* luma = frame.luma(region.x1, y);
+    const uint8_t* cb = frame.cb(region.x1, y);
+    const uint8_t* cr = frame.cr(region.x1, y);
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      const std::ptrdiff_t chroma = Step / 2 * Format::kChromaStep * i;
+      write(place + i, luma[Step * Format::kLumaStep * i], cb[chroma], cr[chroma]);
     }
   }
 }
 
 template <class Format>
 void to_rgb_by_fours(Format frame, Region region, uint8_t* rgb) {
-  for_samples(frame, region, 4, [&rgb](uint8_t luma, uint8_t cb, uint8_t cr) {
-    *rgb++ = clamped_sum(luma, blue_term(cb));
-    *rgb++ = clamped_sum(luma, green_term(cb, cr));
-    *rgb++ = clamped_sum(luma, red_term(cr));
+  for_samples<4>(frame, region, [rgb](std::ptrdiff_t place, uint8_t luma, uint8_t cb, uint8_t cr) {
+    rgb[3 * place] = clamped_sum(luma, blue_term(cb));
+    rgb[3 * place + 1] = clamped_sum(luma, green_term(cb, cr));
+    rgb[3 * place + 2] = clamped_sum(luma, red_term(cr));
   });
 }
 
 template <class Format>
 void to_red_by_twos(Format frame, Region region, uint8_t* red) {
-  for_samples(frame, region, 2,
-              [&red](uint8_t luma, uint8_t /*cb*/, uint8_t cr) { *red++ = clamped_sum(luma, red_term(cr)); });
+  for_samples<2>(frame, region, [red](std::ptrdiff_t place, uint8_t luma, uint8_t /*cb*/, uint8_t cr) {
+    red[place] = clamped_sum(luma, red_term(cr));
+  });
 }
 
 }  // namespace nuv

@@ -216,6 +216,20 @@ Ends ellipse_ends(int32_t centre, int32_t offset, int32_t along, int32_t across)
 // The samples around an edge pixel, as offsets from it.
 constexpr std::array<Point, 7> kSamples = {{{1, 0}, {2, -1}, {2, -2}, {1, -3}, {0, -3}, {-1, -2}, {-1, -1}}};
 
+// Writes the least and the greatest of each of n pixels and its samples.
+NUV_LOAD_BOUND_ROW_KERNEL void extremes_of_samples(const uint8_t* p, std::ptrdiff_t w,
+                                                   uint8_t* NUV_RESTRICT low, uint8_t* NUV_RESTRICT high,
+                                                   std::ptrdiff_t n) {
+  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
+    low[x] = high[x] = *p;
+    for (const Point& sample : kSamples) {
+      const uint8_t value = p[sample.y * w + sample.x];
+      low[x] = lesser(low[x], value);
+      high[x] = greater(high[x], value);
+    }
+  }
+}
+
 enum VoteMode : int32_t { kDarkSide = 1, kBrightSide = 2 };
 
 }  // namespace
@@ -262,19 +276,28 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
   const GrayImage edges = image_of_any_height<1>(pEdgeImg, width);
   // Entry v is the votes for gray value v minus those for v - 1, so a vote for a range changes two entries.
   std::array<int32_t, kBins + 1> steps{};
+  constexpr int32_t kSpan = 512;
+  uint8_t low[kSpan];
+  uint8_t high[kSpan];
   for (int32_t y = y1 + 1; y < y2; ++y) {
-    for (int32_t x = x1 + 1; x < x2; ++x) {
-      if (*edges.at(x, y) == 0) continue;
-      const uint8_t centre = *gray.at(x, y);
-      uint8_t low = centre;
-      uint8_t high = centre;
-      for (const Point& sample : kSamples) {
-        const uint8_t value = *gray.at(x + sample.x, y + sample.y);
-        low = std::min(low, value);
-        high = std::max(high, value);
+    // Only the samples of edge pixels, and of the pixels between two of them, are known to lie in the image.
+    int32_t first = x1 + 1;
+    int32_t end = x2;
+    while (end > first && *edges.at(end - 1, y) == 0) --end;
+    while (first < end) {
+      if (*edges.at(first, y) == 0) {
+        ++first;
+        continue;
       }
-      ++steps[mode == kBrightSide ? centre : low];
-      --steps[(mode == kDarkSide ? centre : high) + 1];
+      const int32_t span = std::min(kSpan, end - first);
+      extremes_of_samples(gray.at(first, y), width, low, high, span);
+      for (int32_t i = 0; i < span; ++i) {
+        if (*edges.at(first + i, y) == 0) continue;
+        const uint8_t centre = *gray.at(first + i, y);
+        ++steps[mode == kBrightSide ? centre : low[i]];
+        --steps[(mode == kDarkSide ? centre : high[i]) + 1];
+      }
+      first += span;
     }
   }
   Histogram votes;

@@ -341,7 +341,9 @@ int32_t NuvDataMaxDataPos(int32_t* pData, int32_t N) {
 }
 
 int32_t NuvDataMaxDataValue(int32_t* pData, int32_t N) {
-  return pData[NuvDataMaxDataPos(pData, N)];
+  int32_t greatest = pData[0];
+  for (int32_t i = 1; i < N; ++i) greatest = pData[i] > greatest ? pData[i] : greatest;
+  return greatest;
 }
 
 void NuvDataAvrAndDif(int32_t* pData, int32_t N, double* pAvr, double* pDif) {
