@@ -28,8 +28,12 @@ TEST(Light, ScalesEachLineToTheMeanOfAllLines) {
   TestImage flat(4096, 2, 255);
   EXPECT_EQ(NuvLightCorretPerCol(flat.data(), 4096, 2), 255);
   EXPECT_THAT(flat.pixels, Each(250));
+  flat = TestImage(2, 4096, 255);
+  EXPECT_EQ(NuvLightCorretPerRow(flat.data(), 2, 4096), 255);
+  EXPECT_THAT(flat.pixels, Each(250));
   TestImage large(2, 4097, 255);
   EXPECT_EQ(NuvLightCorretPerRow(large.data(), 2, 4097), 0);
+  EXPECT_EQ(NuvLightCorretPerCol(large.data(), 4097, 2), 0);
   EXPECT_THAT(large.pixels, Each(255));
 }
 

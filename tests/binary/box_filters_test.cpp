@@ -59,4 +59,16 @@ TEST(BinImgRemoveMskAndFilter, UseLUTClearsPixelsWhoseMaskIsAbove128) {
   EXPECT_EQ(result, draw({"##.#"}));
 }
 
+TEST(BinImgRemoveMskAndFilter, TakesUpTo4095Columns) {
+  for (auto filter : {NuvBinImgRemoveMskAndFilter, NuvBinImgRemoveMskAndFilterUseLUT}) {
+    TestImage image(4096, 1, 255);
+    TestImage mask(4096, 1);
+    TestImage result(4096, 1, 7);
+    EXPECT_FALSE(filter(image.data(), mask.data(), 4096, 1, 1, 0, 200, result.data()));
+    EXPECT_EQ(result, TestImage(4096, 1, 7));
+    EXPECT_TRUE(filter(image.data(), mask.data(), 4095, 1, 1, 0, 200, result.data()));
+    EXPECT_EQ(NuvPixelsInGryImg(result.data(), 4096, 1, 255), 4095);
+  }
+}
+
 }  // namespace

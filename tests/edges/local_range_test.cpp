@@ -43,4 +43,17 @@ TEST(LocalRange, EqualsThePlainWindows) {
   }
 }
 
+TEST(LocalRange, TakesUpTo4096Columns) {
+  TestImage source(4097, 1);
+  source.at(0, 0) = 9;
+  TestImage result(4097, 1, 7);
+  std::array<int32_t, 256> histogram{};
+  EXPECT_FALSE(NuvEdgeTripeDetection(source.data(), 4097, 1, 1, 0, result.data(), histogram.data()));
+  EXPECT_EQ(result, TestImage(4097, 1, 7));
+  EXPECT_TRUE(NuvEdgeTripeDetection(source.data(), 4096, 1, 1, 0, result.data(), histogram.data()));
+  // The windows of columns 0 to 2 begin at columns 0, 0 and 1.
+  EXPECT_EQ(histogram[9], 2);
+  EXPECT_EQ(histogram[0], 4094);
+}
+
 }  // namespace

@@ -149,9 +149,13 @@ TEST(FindPeaks, ReturnsThePositionAfterEachPeak) {
   data = {2, 2, 1};
   EXPECT_TRUE(NuvDataFindPeaks(data.data(), 3, 9, value, position, 3));
   EXPECT_THAT(position, ElementsAre(2, 0, 0)) << "no element exceeds the first, which is blocked later";
-  data = {0, 7, 7};
+  data = {0, 7, 7, 7};
   EXPECT_TRUE(NuvDataFindPeaks(data.data(), 3, 1, value, position, 1));
   EXPECT_EQ(position[0], 3) << "the plateau reaches the end";
+  data.assign(4097, 0);
+  data[4095] = 8;
+  EXPECT_TRUE(NuvDataFindPeaks(data.data(), 4096, 1, value, position, 1));
+  EXPECT_EQ(position[0], 4096);
   EXPECT_FALSE(NuvDataFindPeaks(data.data(), 4097, 1, value, position, 3));
   EXPECT_THAT(value, Each(0));
 }
