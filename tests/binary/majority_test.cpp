@@ -58,6 +58,15 @@ TEST(MajorityOfGrowingWindow, WidthChangesFromRowToRow) {
       << "the half width of row 3 rounds to 0";
 }
 
+TEST(MajorityOfGrowingWindow, NeedsASumAboveTheLimit) {
+  for (const uint8_t level : {127, 128}) {
+    TestImage image(7, 5, level);
+    TestImage result(7, 5, 7);
+    NuvBinImgMedFilter(image.data(), 7, 5, 1, 1, 1, 1, result.data());
+    EXPECT_EQ(result, TestImage(7, 5, level == 128 ? 255 : 0));
+  }
+}
+
 TEST(LittleWhiteMajority, ConsidersOnlyPixelsNearInnerWhitePixels) {
   // Four of eight neighbours make a majority. White pixels of row 1 and column 1 have five but are not
   // considered.
@@ -66,6 +75,10 @@ TEST(LittleWhiteMajority, ConsidersOnlyPixelsNearInnerWhitePixels) {
   TestImage result(8, 8, 7);
   NuvBinImgLittleWhitePixelsMed3x3Filter(image.data(), 8, 8, result.data());
   EXPECT_EQ(result, draw({"........", "........", "..#.....", "..#.#...", "....#...", "........", "........",
+                          "........"}));
+  image.at(3, 4) = 254;  // three of the pixels now have a sum of 1019
+  NuvBinImgLittleWhitePixelsMed3x3Filter(image.data(), 8, 8, result.data());
+  EXPECT_EQ(result, draw({"........", "........", "..#.....", "........", "........", "........", "........",
                           "........"}));
 }
 
