@@ -212,6 +212,49 @@ TEST(Allocations, FailuresGiveTheStatedResult) {
     EXPECT_EQ(asking.count(name), 1U) << name << " is listed but does not allocate";
 }
 
+// The results of play() while its allocations fail, each alone and together with all after it, from the given one on.
+template <class Play>
+void expect_same_results(int64_t first, int64_t allocations, Play play) {
+  const Failing none(-1);
+  const auto expected = play();
+  ASSERT_EQ(n_asked, allocations);
+  for (int64_t k = 2 * first; k < 2 * allocations; ++k) {
+    const Failing failing(k / 2, k % 2 != 0);
+    ASSERT_EQ(play(), expected) << k;
+  }
+}
+
+// The scenes are too small for these allocations.
+TEST(Allocations, FailuresChangeNothingIfTheyOnlySaveTime) {
+  constexpr int32_t kWidth = 61;
+  constexpr int32_t kHeight = 60;
+  expect_same_results(0, 4, [] {  // a comb, drawn from thousands of places
+    std::vector<uint8_t> comb(kWidth * kHeight);
+    for (std::size_t i = kWidth; i < comb.size() - kWidth; ++i) {
+      const std::size_t x = i % kWidth;
+      if (x > 1 && x < kWidth - 1 && (x % 4 == 2 || i < 2 * kWidth)) comb[i] = 255;
+    }
+    std::vector<uint8_t> codes(comb.size());
+    std::vector<uint8_t> result(comb.size());
+    NuvSelectContoursByArea(comb.data(), codes.data(), kWidth, kHeight, 1, 1, kWidth * kHeight,
+                            result.data());
+    return result;
+  });
+  expect_same_results(1, 3, [] {  // points on two walls, which split unevenly
+    constexpr int32_t kPoints = 900;
+    constexpr int32_t kKeys = 500;
+    std::vector<int32_t> x(kPoints);
+    std::vector<int32_t> y(kPoints);
+    for (std::size_t i = 0; i < kPoints; ++i) {
+      x[i] = i % 2 == 0 ? 0 : 100;
+      y[i] = static_cast<int32_t>(i);
+    }
+    std::vector<int32_t> keys(2 * kKeys);
+    NuvLineKeyPoints(x.data(), y.data(), kPoints, kKeys, keys.data(), keys.data() + kKeys);
+    return keys;
+  });
+}
+
 // Each call requests more than the detector holds, in eight allocations.
 TEST(Allocations, FailuresLeaveTheLineDetectorWithoutLines) {
   std::vector<uint8_t> image(100);
