@@ -61,20 +61,19 @@ TEST(SelectContours, ByAreaDrawsAgainAtEveryPair) {
   EXPECT_EQ(b.result.at(1, 1), 255);
 }
 
-TEST(SelectContours, ByAreaDrawsALongChainFromEveryPair) {
-  // A comb gives one chain of thousands of codes, and thousands of pairs.
+void expect_long_chain_from_every_pair(bool is_comb) {
   constexpr int32_t kWidth = 121;
   constexpr int32_t kHeight = 90;
-  TestImage comb(kWidth, kHeight);
+  TestImage picture(kWidth, kHeight);
   for (int32_t y = 1; y < kHeight - 1; ++y) {
-    for (int32_t x = 2; x < kWidth - 1; ++x) comb.at(x, y) = x % 4 == 2 || y == 1 ? 255 : 0;
+    for (int32_t x = 2; x < kWidth - 1; ++x) picture.at(x, y) = !is_comb || x % 4 == 2 || y == 1 ? 255 : 0;
   }
-  Buffers b(comb);
+  Buffers b(picture);
   const int32_t count = NuvSelectContoursByArea(b.image.data(), b.codes.data(), kWidth, kHeight, 1, 1,
                                                 kWidth * kHeight, b.result.data());
 
-  TestImage traced = comb;
-  std::vector<uint8_t> codes(comb.pixels.size());
+  TestImage traced = picture;
+  std::vector<uint8_t> codes(picture.pixels.size());
   const int32_t n = NuvTraceContour(traced.data(), kWidth, 2, 1, codes.data(), kWidth * kHeight, true);
   TestImage plain(kWidth, kHeight);
   int32_t pairs = 0;
@@ -92,11 +91,17 @@ TEST(SelectContours, ByAreaDrawsALongChainFromEveryPair) {
   stamp(2, 1);
   for (int32_t y = 1; y < kHeight; ++y) {
     for (int32_t x = y == 1 ? 3 : 1; x < kWidth; ++x) {
-      if (traced.at(x, y) != traced.at(x - 1, y)) stamp(x - 1, y);
+      if (traced.at(x, y) != traced.at(x - 1, y)) stamp(traced.at(x, y) == 255 ? x : x - 1, y);
     }
   }
   EXPECT_EQ(count, pairs);
   EXPECT_EQ(b.result, plain);
+}
+
+TEST(SelectContours, ByAreaDrawsALongChainFromEveryPair) {
+  // A comb gives one chain of thousands of codes, and thousands of pairs. A rectangle gives few pairs.
+  expect_long_chain_from_every_pair(true);
+  expect_long_chain_from_every_pair(false);
 }
 
 TEST(RemoveRegions, DependsOnTheEnclosedPixels) {
@@ -124,6 +129,14 @@ TEST(LargestRegions, ArePaintedIfLargerThanTheNth) {
     EXPECT_EQ(Nuv255NRegionsWithMaxArea(b.image.data(), 14, 7, n, 4, b.result.data()), painted) << n;
     EXPECT_EQ(NuvPixelsInGryImg(b.result.data(), 14, 7, 255), painted == 0 ? 0 : painted == 1 ? 16 : 25);
   }
+}
+
+TEST(LargestRegions, AreComparedByTheAreaWithHalfThePerimeter) {
+  // A row of seven pixels has a perimeter of 12 and a slanted line of six one of 14, so their areas are 6 and 7.
+  Buffers b(draw({"................", ".#######.#......", "..........#.....", "...........#....",
+                  "............#...", ".............#..", "..............#.", "................"}));
+  EXPECT_EQ(Nuv255NRegionsWithMaxArea(b.image.data(), 16, 8, 2, 4, b.result.data()), 1);
+  EXPECT_EQ(NuvPixelsInGryImg(b.result.data(), 16, 8, 255), 6);
 }
 
 TEST(LargestHole, IsOutlined) {

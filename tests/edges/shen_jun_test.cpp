@@ -87,7 +87,7 @@ TEST(ShenJunFast, EqualsThePlainForm) {
 TEST(ShenJunStdAndFine, EqualThePlainForm) {
   Random random(15);
   for (const auto& [width, height] : kOddSizes) {
-    for (double a0 : {0.25, 0.5, 1.0, 1.7}) {
+    for (double a0 : {0.25, 0.5, 1.0, 1.7, 1e9}) {
       TestImage g = noisy_step(random, width, height);
       const auto bytes = plain_smooth<uint8_t>(
           g, [a0](uint8_t s, uint8_t r) { return nuv::low_byte(nuv::truncated((s - r) * a0 + r)); });
@@ -97,6 +97,7 @@ TEST(ShenJunStdAndFine, EqualThePlainForm) {
       NuvShenJunEdgeStd(g.data(), scratch.data(), width, height, a0, 20, edges.data());
       ASSERT_EQ(edges, plain_edges(g, bytes, 20));
       ASSERT_EQ(scratch.pixels, bytes);
+      if (a0 > 2) continue;  // reals grow without limit
       std::vector<double> fine_scratch(g.pixels.size());
       NuvShenJunEdgeFine(g.data(), fine_scratch.data(), width, height, a0, 20, edges.data());
       ASSERT_EQ(edges, plain_edges(g, floats, 20));

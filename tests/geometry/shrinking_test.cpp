@@ -79,4 +79,16 @@ TEST(Shrinking, TakesMediansOfCells) {
   EXPECT_EQ(cells, (Bytes{1, 5, 0, 0, 0, 0}));
 }
 
+TEST(Shrinking, DividesSumsThatWrap) {
+  // The sum is 2^32 - 254*2905^2. As a 32-bit number it is -254 times the number of pixels, and 2 is the low byte of
+  // the mean.
+  constexpr int32_t kSide = 2905;
+  TestImage image(kSide, kSide, 255);
+  std::fill_n(image.data(), 1946, uint8_t{0});
+  image.pixels[1946] = 56;
+  uint8_t mean = 77;
+  NuvShrinkImgByAvr(image.data(), false, kSide, kSide, kSide, kSide, &mean);
+  EXPECT_EQ(mean, 2);
+}
+
 }  // namespace

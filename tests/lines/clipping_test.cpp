@@ -57,8 +57,9 @@ TEST(HoughLineInImage, TriesTheBordersInTheirOrder) {
       {500, 90, true, {0, 500, 99, 500}},                                   // outside the image, too
       {-7, 0, true, {-7, 0, -7, 49}},     {30, 80, true, {0, 30, 99, 13}},  // left and right
       {10, 150, true, {0, 19, 16, 49}},                                     // left, at 19.99, and bottom
-      {30, 60, false, {0, 34, 0, 0}},   // left and top: the top is never second
-      {60, 10, true, {60, 0, 52, 49}},  // top and bottom
+      {30, 60, false, {0, 34, 0, 0}},    // left and top: the top is never second
+      {60, 10, true, {60, 0, 52, 49}},   // top and bottom
+      {109, 15, false, {99, 49, 0, 0}},  // bottom alone, at 99.7
       {-90, 60, false, {0, 0, 0, 0}},
   };
   for (const auto& c : cases) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "NuvImgSDK2014DLL.h"
 
@@ -64,6 +65,20 @@ TEST(FittingLine, MeasuresSpreadByItsOwnDivisor) {
   EXPECT_EQ(f.k, 0.4);
   EXPECT_NEAR(f.deviation, std::sqrt((0.36 + 3.24 + 3.24 + 0.36) / (norm * 4)), 1e-12);
   EXPECT_NEAR(f.greatest, 1.8 / norm, 1e-12);
+}
+
+TEST(FittingLine, AddsCoordinatesAsReals) {
+  // Above 2^53 a sum of reals is rounded at each step.
+  constexpr int32_t kGreatest = std::numeric_limits<int32_t>::max();
+  constexpr std::size_t kCount = 3 << 21;
+  Points points{std::vector<int32_t>(kCount), std::vector<int32_t>(kCount, kGreatest)};
+  for (std::size_t i = 0; i < kCount; i += 2) points.x[i] = 1;
+  double sum = 0;
+  for (int32_t y : points.y) sum += y;
+  const Fit f = points.fit();
+  EXPECT_EQ(f.k, 0);
+  EXPECT_EQ(f.b, sum / kCount);
+  EXPECT_NE(f.b, kGreatest);
 }
 
 TEST(FittingLineTwice, ReturnsTheFirstFitDespiteTheOutlier) {

@@ -90,10 +90,12 @@ TEST(HoughLines, GetOneVoteFromEachPointBesideThem) {
 TEST(HoughLines, UseTheThetasOfThePoints) {
   ASSERT_TRUE(NuvHoughLines_Initialize(250, 200));
   Points row = row_and_column(10, 0);
-  int32_t theta[] = {90, 90, 85, 84, 95, 96, 90, 90, 90, 90};  // two are too far off
-  bool is_excluded[10] = {true, false, false, false, false, false, false, false, false, true};
+  row.x.push_back(20000);  // after the ten points, and too far away for the memory of the detector
+  row.y.push_back(20);
+  int32_t theta[] = {90, 90, 85, 84, 95, 96, 90, 90, 90, 90, 90};  // two are too far off
+  bool is_excluded[11] = {true, false, false, false, false, false, false, false, false, true, false};
   const Line line = line_of([&](auto... out) {
-    return NuvHoughLines_HT(row.x.data(), row.y.data(), theta, is_excluded, row.n(), 5, out...);
+    return NuvHoughLines_HT(row.x.data(), row.y.data(), theta, is_excluded, 10, 5, out...);
   });
   expect_line(line, 6, 20, 90);
 }

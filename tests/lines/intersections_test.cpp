@@ -39,6 +39,9 @@ TEST(Intersection, OfAbcAndHoughLines) {
   EXPECT_EQ(y, 4);
   EXPECT_TRUE(NuvPointOfIntersection(30, 30, 40, 120, &x, &y));
   EXPECT_NEAR(std::hypot(x, y), 50, 1e-5) << "at a right angle";
+  EXPECT_TRUE(NuvPointOfIntersection(4, 90, 10, 45, &x, &y)) << "row 4 and x + y = 10*sqrt(2)";
+  EXPECT_NEAR(x, 10 * std::sqrt(2.0) - 4, 1e-4);
+  EXPECT_NEAR(y, 4, 1e-4);
   EXPECT_FALSE(NuvPointOfIntersection(30, 45, 40, 45, &x, &y));
   EXPECT_EQ(x, 0);
   EXPECT_TRUE(NuvPointOfIntersection(30, 0, 40, 180, &x, &y)) << "Theta 0 and 180 do not count as parallel";
