@@ -106,24 +106,55 @@ void clear_row_bands(GrayImage result, int32_t n) {
 
 constexpr int32_t kMaxWindow = 16129;
 
-// The sums of the pixels at the two sides of a line through a window.
-struct Sides {
-  int32_t left;
-  int32_t right;
+// What the operator needs of up to kPlaces windows side by side: the magnitudes of three differences, added up,
+// and the sums of the pixels at the two sides of the falling diagonal.
+struct Differences {
+  static constexpr int32_t kPlaces = 512;
 
-  int32_t difference() const { return left - right; }
+  int32_t three[kPlaces];
+  int32_t left[kPlaces];
+  int32_t right[kPlaces];
 };
 
-// Combines the four differences of a window. The last one changes only where the left side is greater.
+// If the fourth difference alone reaches 255, so does the result.
+NUV_ROW_KERNEL void combine(const int32_t* three, const int32_t* fourth, uint8_t* NUV_RESTRICT out,
+                            int32_t n) {
+  for (int32_t k = 0; k < n; ++k) {
+    const uint8_t mean = at_most_255((three[k] + fourth[k]) / 4);
+    out[k] = fourth[k] >= 255 ? 255 : mean;
+  }
+}
+
+// Combines the four differences of windows, in their order. The fourth difference changes only where the left
+// side is greater, and is kept from window to window and from row to row.
 class FourDirections {
  public:
-  uint8_t value(int32_t d1, int32_t d2, int32_t d3, Sides falling) {
-    if (falling.left > falling.right) d4_ = falling.difference();
-    return d4_ >= 255 ? 255 : at_most_255((magnitude(d1) + magnitude(d2) + magnitude(d3) + d4_) / 4);
+  void write(const Differences& differences, uint8_t* out, int32_t n) {
+    int32_t fourth[Differences::kPlaces];
+    for (int32_t k = 0; k < n; ++k) {
+      const int32_t left = differences.left[k];
+      const int32_t right = differences.right[k];
+      // A branch here would be mispredicted. All bits of changes are set if the left side is greater.
+      const int32_t changes = -static_cast<int32_t>(left > right);
+      kept_ ^= (kept_ ^ (left - right)) & changes;
+      fourth[k] = kept_;
+    }
+    combine(differences.three, fourth, out, n);
+  }
+
+  // Writes a row of windows. find(first, n, differences) finds the differences of n windows.
+  template <class Find>
+  void write_row(uint8_t* out, int32_t places, Find find) {
+    Differences differences;
+    for (int32_t first = 0; first < places; first += Differences::kPlaces) {
+      const int32_t n = std::min(Differences::kPlaces, places - first);
+      find(first, n, differences);
+      write(differences, out + first, n);
+    }
   }
 
  private:
-  int32_t d4_ = 0;
+  int32_t kept_ = 0;
 };
 
 // The prefix of one row, padded on both sides: 0 before the row, the total of the row after it.
@@ -229,6 +260,21 @@ class DiagonalSums {
   bool allocated_ = false;
 };
 
+// Of windows of 2m + 1 columns. Window k has the columns k to k + 2m, whose sum is all[k + 2m + 1] - all[k].
+NUV_ROW_KERNEL void find_differences(const int32_t* vertical, const int32_t* all, const int32_t* rising,
+                                     const int32_t* falling, int32_t m, int32_t n,
+                                     Differences& NUV_RESTRICT out) {
+  for (int32_t k = 0; k < n; ++k) {
+    const int32_t end = k + 2 * m + 1;
+    const int32_t d1 = vertical[end] - vertical[k];
+    const int32_t d2 = all[k + m] - all[k] - (all[end] - all[k + m + 1]);
+    const int32_t d3 = rising[k] - all[k] - (all[end] - rising[k + 1]);
+    out.three[k] = magnitude(d1) + magnitude(d2) + magnitude(d3);
+    out.left[k] = falling[k] - all[k];
+    out.right[k] = all[end] - falling[k + 1];
+  }
+}
+
 // For windows at least as wide as high: writes row by row while all sums slide down.
 void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int32_t n) {
   AboveLessBelow above_less_below(source, n);
@@ -246,16 +292,9 @@ void four_directions_by_sums(GrayImage source, GrayImage result, int32_t m, int3
     const int32_t* all = rows.prefix();
     const int32_t* rising = diagonals.rising();
     const int32_t* falling = diagonals.falling();
-    uint8_t* out = result.at(m, y);
-    for (int32_t k = 0; k < places; ++k) {
-      // The window has the columns k to end - 1, whose sum is all[end] - all[k].
-      const int32_t end = k + 2 * m + 1;
-      const int32_t d1 = vertical[end] - vertical[k];
-      const int32_t d2 = all[k + m] - all[k] - (all[end] - all[k + m + 1]);
-      const int32_t d3 = rising[k] - all[k] - (all[end] - rising[k + 1]);
-      const Sides sides{falling[k] - all[k], all[end] - falling[k + 1]};
-      out[k] = directions.value(d1, d2, d3, sides);
-    }
+    directions.write_row(result.at(m, y), places, [=](int32_t first, int32_t count, Differences& out) {
+      find_differences(vertical + first, all + first, rising + first, falling + first, m, count, out);
+    });
     if (y + 1 >= source.height - n) return;
     above_less_below.move_down(y);
     rows.move_down(y);
@@ -470,16 +509,18 @@ void four_directions_of_high_windows(GrayImage source, GrayImage result, int32_t
     const int32_t* rising_sums = rising.sums();
     const int32_t* left_sums = falling_left.sums();
     const int32_t* right_sums = falling_right.sums();
-    uint8_t* out = result.at(m, y);
-    for (int32_t k = 0; k < places; ++k) {
-      const int32_t end = k + columns;
-      const int32_t d1 = vertical[end] - vertical[k];
-      const int32_t d2 = all[k + m] - all[k] - (all[end] - all[k + m + 1]);
-      const int32_t d3 = rising_right_end[k] - rising_left_end[k] + rising_sums[k];
-      const Sides sides{left_right_end[k] - left_left_end[k] + left_sums[k],
-                        right_right_end[k] - right_sums[k]};
-      out[k] = directions.value(d1, d2, d3, sides);
-    }
+    directions.write_row(result.at(m, y), places, [=](int32_t first, int32_t count, Differences& out) {
+      for (int32_t i = 0; i < count; ++i) {
+        const int32_t k = first + i;
+        const int32_t end = k + columns;
+        const int32_t d1 = vertical[end] - vertical[k];
+        const int32_t d2 = all[k + m] - all[k] - (all[end] - all[k + m + 1]);
+        const int32_t d3 = rising_right_end[k] - rising_left_end[k] + rising_sums[k];
+        out.three[i] = magnitude(d1) + magnitude(d2) + magnitude(d3);
+        out.left[i] = left_right_end[k] - left_left_end[k] + left_sums[k];
+        out.right[i] = right_right_end[k] - right_sums[k];
+      }
+    });
     if (y + 1 >= source.height - n) return;
     above_less_below.move_down(y);
     all_rows.move_down(y);
