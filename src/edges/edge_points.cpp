@@ -5,13 +5,13 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
 #include "core/arithmetic.h"
 #include "core/byte_counter.h"
 #include "core/row_kernel.h"
+#include "core/runs.h"
 #include "core/views.h"
 #include "nuv/edges.h"
 
@@ -213,20 +213,23 @@ Ends ellipse_ends(int32_t centre, int32_t offset, int32_t along, int32_t across)
   return ends;
 }
 
-// The samples around an edge pixel, as offsets from it.
-constexpr std::array<Point, 7> kSamples = {{{1, 0}, {2, -1}, {2, -2}, {1, -3}, {0, -3}, {-1, -2}, {-1, -1}}};
-
-// Writes the least and the greatest of each of n pixels and its samples.
-NUV_LOAD_BOUND_ROW_KERNEL void extremes_of_samples(const uint8_t* p, std::ptrdiff_t w,
-                                                   uint8_t* NUV_RESTRICT low, uint8_t* NUV_RESTRICT high,
-                                                   std::ptrdiff_t n) {
-  for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
-    low[x] = high[x] = *p;
-    for (const Point& sample : kSamples) {
-      const uint8_t value = p[sample.y * w + sample.x];
-      low[x] = lesser(low[x], value);
-      high[x] = greater(high[x], value);
+// The least and the greatest of each pixel and of seven samples around it.
+NUV_ROW_KERNEL void find_ranges(const uint8_t* row, std::ptrdiff_t width, uint8_t* NUV_RESTRICT lows,
+                                uint8_t* NUV_RESTRICT highs, std::ptrdiff_t n) {
+  const uint8_t* above = row - width;
+  const uint8_t* second_above = above - width;
+  const uint8_t* third_above = second_above - width;
+  for (std::ptrdiff_t x = 0; x < n; ++x) {
+    const uint8_t values[] = {row[x + 1],     above[x + 2],        second_above[x + 2], third_above[x + 1],
+                              third_above[x], second_above[x - 1], above[x - 1]};
+    uint8_t low = row[x];
+    uint8_t high = row[x];
+    for (const uint8_t value : values) {
+      low = lesser(low, value);
+      high = greater(high, value);
     }
+    lows[x] = low;
+    highs[x] = high;
   }
 }
 
@@ -274,33 +277,34 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
                               int32_t y1, int32_t y2, int32_t mode) {
   const GrayImage gray = image_of_any_height<1>(pGryImg, width);
   const GrayImage edges = image_of_any_height<1>(pEdgeImg, width);
-  // Entry v is the votes for gray value v minus those for v - 1, so a vote for a range changes two entries.
-  std::array<int32_t, kBins + 1> steps{};
-  constexpr int32_t kSpan = 512;
-  uint8_t low[kSpan];
-  uint8_t high[kSpan];
+  // How many ranges of votes begin and end at each gray value.
+  ByteCounter lows;
+  ByteCounter highs;
+  constexpr int32_t kBlock = 64;
+  std::array<uint8_t, kBlock> low;
+  std::array<uint8_t, kBlock> high;
   for (int32_t y = y1 + 1; y < y2; ++y) {
-    // Only the samples of edge pixels, and of the pixels between two of them, are known to lie in the image.
-    int32_t first = x1 + 1;
-    int32_t end = x2;
-    while (end > first && *edges.at(end - 1, y) == 0) --end;
-    while (first < end) {
-      if (*edges.at(first, y) == 0) {
-        ++first;
-        continue;
-      }
-      const int32_t span = std::min(kSpan, end - first);
-      extremes_of_samples(gray.at(first, y), width, low, high, span);
-      for (int32_t i = 0; i < span; ++i) {
-        if (*edges.at(first + i, y) == 0) continue;
-        const uint8_t centre = *gray.at(first + i, y);
-        ++steps[mode == kBrightSide ? centre : low[i]];
-        --steps[(mode == kDarkSide ? centre : high[i]) + 1];
-      }
-      first += span;
+    const Line row{edges.row(y), x2, 1};
+    for (int32_t x = next_white(row, x1 + 1); x < x2; x = next_white(row, x)) {
+      // A block begins and ends with an edge pixel, because the samples of other pixels may lie outside the image.
+      int32_t end = std::min(x2 - x, kBlock) + x;
+      while (row[end - 1] == 0) --end;
+      const uint8_t* centres = gray.at(x, y);
+      find_ranges(centres, width, low.data(), high.data(), end - x);
+      lows.add_masked(mode == kBrightSide ? centres : low.data(), edges.at(x, y), end - x);
+      highs.add_masked(mode == kDarkSide ? centres : high.data(), edges.at(x, y), end - x);
+      x = end;
     }
   }
+  const Histogram begins = lows.counts();
+  const Histogram ends = highs.counts();
+  // Each range votes for all gray values from its begin to its end.
   Histogram votes;
-  std::partial_sum(steps.begin(), steps.end() - 1, votes.begin());
+  int32_t ranges = 0;
+  for (int32_t v = 0; v < kBins; ++v) {
+    ranges += begins[v];
+    votes[v] = ranges;
+    ranges -= ends[v];
+  }
   return static_cast<int32_t>(std::max_element(votes.begin(), votes.end()) - votes.begin());
 }
