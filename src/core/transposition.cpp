@@ -11,7 +11,7 @@ namespace {
 #if NUV_HAS_LANES
 // The functions below move whole blocks from pixel (0, y1) on, as many as fit.
 
-// Blocks of 16 by 16 bytes. A band of rows holds up to four blocks above each other, which fill whole cache
+// Blocks of 16 by 16 bytes. A band of rows holds up to eight blocks above each other, which fill whole cache
 // lines of the result.
 NUV_ROW_KERNEL void move_blocks_of_bytes(const Transposition& t, std::ptrdiff_t columns, std::ptrdiff_t y1,
                                          std::ptrdiff_t y2) {
@@ -110,9 +110,10 @@ struct Blocks<4> {
 
 template <int PixelBytes>
 void Transposition::move_all(std::ptrdiff_t columns, std::ptrdiff_t rows) const {
-  // A band of rows is small enough for the first-level cache. Pixels beside and below the blocks of a band
-  // are moved one by one after the blocks, because blocks of RGB pixels write past their ends.
-  constexpr std::ptrdiff_t kBand = 64;
+  // A band of rows is small enough for the first-level cache, and high enough to fill neighbouring cache lines in
+  // each row of the result. Pixels beside and below the blocks of a band are moved one by one after the blocks,
+  // because blocks of RGB pixels write past their ends.
+  constexpr std::ptrdiff_t kBand = 128;
   for (std::ptrdiff_t y = 0; y < rows; y += kBand) {
     const std::ptrdiff_t end = std::min(y + kBand, rows);
     std::ptrdiff_t in_blocks = 0;
