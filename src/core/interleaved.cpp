@@ -1,10 +1,7 @@
 // Splits and joins interleaved bytes.
 //
-// Byte k of pixel i is byte 3i + k of the row. Because 16 is 1 modulo 3, the bytes of one plane occupy
-// disjoint places in three consecutive vectors of 16. Masks and bitwise ors gather them in one vector, and a
-// permutation puts them in order. Joining reverses these steps. A step processes two such groups of 16 pixels
-// side by side, each in its own lane of a vector of 32. Processors without vectors of 32 bytes may lack the
-// permutation, too. They process one group at once, by zips (core/lanes.h).
+// A step processes as many pixels as a vector has bytes (core/lanes.h). A vector of 32 bytes holds two groups of 16
+// pixels side by side, each in its own lane.
 
 #include "core/interleaved.h"
 
@@ -24,28 +21,6 @@ using Places = std::make_integer_sequence<int, 32>;
 using nuv::join_thirds;
 using nuv::split_thirds;
 
-// Place j of a lane receives the byte at place 3j + K modulo 16, or sends its byte there. 11 is the inverse
-// of 3 modulo 16.
-template <int K, int... J>
-NUV_INLINE void take_from_thirds(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
-  v = __builtin_shufflevector(v, v, (J & 16) + ((3 * J + K) & 15)...);
-}
-template <int K, int... J>
-NUV_INLINE void send_to_thirds(Bytes32& v, std::integer_sequence<int, J...> /*places*/) {
-  v = __builtin_shufflevector(v, v, (J & 16) + (11 * (J - K) & 15)...);
-}
-
-// Place j of a lane comes from v0, v1 or v2 if j modulo 3 is 0, 1 or 2. Masks are used because a blend of
-// bytes takes several processor steps.
-template <int... J>
-NUV_INLINE void mix_by_thirds(const Bytes32& v0, const Bytes32& v1, const Bytes32& v2, Bytes32& mixed,
-                              std::integer_sequence<int, J...> /*places*/) {
-  constexpr Bytes32 first = {((J & 15) % 3 == 0 ? 255 : 0)...};
-  constexpr Bytes32 second = {((J & 15) % 3 == 1 ? 255 : 0)...};
-  constexpr Bytes32 third = {((J & 15) % 3 == 2 ? 255 : 0)...};
-  mixed = (v0 & first) | (v1 & second) | (v2 & third);
-}
-
 // Joins one lane of a and one lane of b.
 template <int LaneOfA, int LaneOfB, int... J>
 NUV_INLINE void take_lanes(const Bytes32& a, const Bytes32& b, Bytes32& lanes,
@@ -60,24 +35,14 @@ NUV_INLINE void split_thirds(Bytes32 (&v)[3]) {
   take_lanes<0, 1>(v[0], v[1], a, Places{});
   take_lanes<1, 0>(v[0], v[2], b, Places{});
   take_lanes<0, 1>(v[1], v[2], c, Places{});
-  mix_by_thirds(a, c, b, v[0], Places{});
-  mix_by_thirds(b, a, c, v[1], Places{});
-  mix_by_thirds(c, b, a, v[2], Places{});
-  take_from_thirds<0>(v[0], Places{});
-  take_from_thirds<1>(v[1], Places{});
-  take_from_thirds<2>(v[2], Places{});
+  split_lanes_of_thirds(a, b, c, v);
 }
 
 NUV_INLINE void join_thirds(Bytes32 (&v)[3]) {
-  send_to_thirds<0>(v[0], Places{});
-  send_to_thirds<1>(v[1], Places{});
-  send_to_thirds<2>(v[2], Places{});
   Bytes32 a;
   Bytes32 b;
   Bytes32 c;
-  mix_by_thirds(v[0], v[1], v[2], a, Places{});
-  mix_by_thirds(v[1], v[2], v[0], b, Places{});
-  mix_by_thirds(v[2], v[0], v[1], c, Places{});
+  join_lanes_of_thirds(v, a, b, c);
   take_lanes<0, 0>(a, b, v[0], Places{});
   take_lanes<0, 1>(c, a, v[1], Places{});
   take_lanes<1, 1>(b, c, v[2], Places{});
@@ -149,7 +114,8 @@ NUV_INLINE void repeat_at(const Bytes32& plane, Bytes32 (&v)[3]) {
 template <int K>
 NUV_INLINE void repeat_at(const Bytes16& plane, Bytes16 (&v)[3]) {
   for (Bytes16& repeated : v) repeated = plane;
-  join_thirds(v);
+  if (!kPermutesBytes) return join_thirds(v);
+  for (Bytes16& repeated : v) send_to_thirds<K>(repeated, std::make_integer_sequence<int, 16>{});
 }
 
 // Selects every third place, counted from place K. If K is negative, the count begins before the vector.

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 #include "core/row_kernel.h"
 
@@ -249,10 +250,75 @@ NUV_INLINE void transpose16(Bytes16 (&rows)[16]) {
 
 // Three vectors of interleaved bytes, v[0] to v[2] of a pixel, become one vector of each plane, and back.
 //
-// Zipping the first 24 of 48 bytes with the last 24 moves the byte at place i to place 2i modulo 47. Four rounds
-// move byte 3p + k to place 16 * (3p + k) = 16k + p modulo 47, which is place p of plane k. Separating the bytes at
-// even and odd places reverses a round. Processors without permutations of bytes have these steps, too.
+// Byte k of pixel i is byte 3i + k of the row. Because 16 is 1 modulo 3, the bytes of one plane occupy disjoint
+// places in three consecutive vectors of 16. Masks and bitwise ors gather them in one vector, and a permutation
+// puts them in order. Joining reverses these steps. In vectors of 32 bytes the two lanes do the same side by side.
+
+// Place j of a lane comes from v0, v1 or v2 if j modulo 3 is 0, 1 or 2. Masks are used because a blend of
+// bytes takes several processor steps.
+template <class Lanes, int... J>
+NUV_INLINE void mix_by_thirds(const Lanes& v0, const Lanes& v1, const Lanes& v2, Lanes& mixed,
+                              std::integer_sequence<int, J...> /*places*/) {
+  constexpr Lanes first = {((J & 15) % 3 == 0 ? 255 : 0)...};
+  constexpr Lanes second = {((J & 15) % 3 == 1 ? 255 : 0)...};
+  constexpr Lanes third = {((J & 15) % 3 == 2 ? 255 : 0)...};
+  mixed = (v0 & first) | (v1 & second) | (v2 & third);
+}
+
+// Place j of a lane receives the byte at place 3j + K modulo 16, or sends its byte there. 11 is the inverse
+// of 3 modulo 16.
+template <int K, class Lanes, int... J>
+NUV_INLINE void take_from_thirds(Lanes& v, std::integer_sequence<int, J...> /*places*/) {
+  v = __builtin_shufflevector(v, v, (J & 16) + ((3 * J + K) & 15)...);
+}
+template <int K, class Lanes, int... J>
+NUV_INLINE void send_to_thirds(Lanes& v, std::integer_sequence<int, J...> /*places*/) {
+  v = __builtin_shufflevector(v, v, (J & 16) + (11 * (J - K) & 15)...);
+}
+
+// a, b and c are the three vectors of interleaved bytes in each lane.
+template <class Lanes>
+NUV_INLINE void split_lanes_of_thirds(const Lanes& a, const Lanes& b, const Lanes& c, Lanes (&planes)[3]) {
+  using Places = std::make_integer_sequence<int, sizeof(Lanes)>;
+  Lanes mixed[3];
+  mix_by_thirds(a, c, b, mixed[0], Places{});
+  mix_by_thirds(b, a, c, mixed[1], Places{});
+  mix_by_thirds(c, b, a, mixed[2], Places{});
+  for (int k = 0; k < 3; ++k) planes[k] = mixed[k];
+  take_from_thirds<0>(planes[0], Places{});
+  take_from_thirds<1>(planes[1], Places{});
+  take_from_thirds<2>(planes[2], Places{});
+}
+template <class Lanes>
+NUV_INLINE void join_lanes_of_thirds(Lanes (&planes)[3], Lanes& a, Lanes& b, Lanes& c) {
+  using Places = std::make_integer_sequence<int, sizeof(Lanes)>;
+  send_to_thirds<0>(planes[0], Places{});
+  send_to_thirds<1>(planes[1], Places{});
+  send_to_thirds<2>(planes[2], Places{});
+  Lanes mixed[3];
+  mix_by_thirds(planes[0], planes[1], planes[2], mixed[0], Places{});
+  mix_by_thirds(planes[1], planes[2], planes[0], mixed[1], Places{});
+  mix_by_thirds(planes[2], planes[0], planes[1], mixed[2], Places{});
+  a = mixed[0];
+  b = mixed[1];
+  c = mixed[2];
+}
+
+// True if each processor of the build permutes 16 bytes in one step. Without that, zips do the same: zipping the
+// first 24 of 48 bytes with the last 24 moves the byte at place i to place 2i modulo 47. Four rounds move byte
+// 3p + k to place 16 * (3p + k) = 16k + p modulo 47, which is place p of plane k. Separating the bytes at even and
+// odd places reverses a round.
+#if defined(__SSSE3__)
+constexpr bool kPermutesBytes = true;
+#else
+constexpr bool kPermutesBytes = false;
+#endif
+
 NUV_INLINE void split_thirds(Bytes16 (&v)[3]) {
+  if (kPermutesBytes) {
+    split_lanes_of_thirds(v[0], v[1], v[2], v);
+    return;
+  }
 #pragma GCC unroll 4
   for (int round = 0; round < 4; ++round) {
     const Bytes16 last = with_halves_exchanged(v[2]);
@@ -263,6 +329,10 @@ NUV_INLINE void split_thirds(Bytes16 (&v)[3]) {
   }
 }
 NUV_INLINE void join_thirds(Bytes16 (&v)[3]) {
+  if (kPermutesBytes) {
+    join_lanes_of_thirds(v, v[0], v[1], v[2]);
+    return;
+  }
 #pragma GCC unroll 4
   for (int round = 0; round < 4; ++round) {
     const Bytes16 even = even_bytes(v[0], v[1]);
