@@ -45,12 +45,12 @@ void store(RLY& record, Run run) {
 // The black place before or after the run of place i, or the end of the line if there is none. If place i is
 // black, it is the result.
 int32_t before_run(Line line, int32_t i) {
+  while (line.stride == 1 && i >= 8 && !any_of_eight(line.start + i - 7, 0)) i -= 8;
   while (i > 0 && line[i] != 0) --i;
   return i;
 }
 int32_t after_run(Line line, int32_t i) {
-  while (i < line.count - 1 && line[i] != 0) ++i;
-  return i;
+  return next_black({line.start, line.count - 1, line.stride}, i);
 }
 
 // ---- collecting ----

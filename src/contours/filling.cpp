@@ -13,6 +13,7 @@
 #include "contours/chain.h"
 #include "core/arithmetic.h"
 #include "core/buffer.h"
+#include "core/runs.h"
 #include "nuv/contours.h"
 
 namespace nuv {
@@ -129,16 +130,6 @@ void replace_all(Pixels pixels, uint8_t old_value, uint8_t value) {
     const uint8_t pixel = pixels.first[i];
     pixels.first[i] = pixel == old_value ? value : pixel;
   }
-}
-
-// Whether one of eight pixels has the value.
-bool any_of_eight(const uint8_t* pixels, uint8_t value) {
-  constexpr uint64_t kOnes = 0x0101010101010101;
-  constexpr uint64_t kTopBits = 0x8080808080808080;
-  uint64_t eight;
-  std::memcpy(&eight, pixels, 8);
-  eight ^= value * kOnes;
-  return ((eight - kOnes) & ~eight & kTopBits) != 0;
 }
 
 // The pixels from p on, up to the one before the next right edge, or up to the last one.

@@ -29,12 +29,20 @@
 #include <emmintrin.h>
 #endif
 
-// How many places of the following loop clang processes at once for WebAssembly. Vectors of 16 bytes that load
-// 8 bytes widen them while loading, and 16 results of 32 bits narrow to bytes in one step each. Where clang
-// chooses another number, it widens or narrows by general shuffles, which engines execute slowly.
-#if defined(__wasm_simd128__)
+// How many places of the following loop clang processes at once. Where it would choose more, values may not fit
+// the registers.
+#if defined(__clang__)
 #define NUV_PRAGMA(text) _Pragma(#text)
-#define NUV_WASM_PLACES(n) NUV_PRAGMA(clang loop vectorize_width(n))
+#define NUV_CLANG_PLACES(n) NUV_PRAGMA(clang loop vectorize_width(n))
+#else
+#define NUV_CLANG_PLACES(n)
+#endif
+
+// The same for WebAssembly alone. Vectors of 16 bytes that load 8 bytes widen them while loading, and 16 results of
+// 32 bits narrow to bytes in one step each. Where clang chooses another number, it widens or narrows by general
+// shuffles, which engines execute slowly.
+#if defined(__wasm_simd128__)
+#define NUV_WASM_PLACES(n) NUV_CLANG_PLACES(n)
 #else
 #define NUV_WASM_PLACES(n)
 #endif

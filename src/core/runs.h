@@ -61,6 +61,16 @@ constexpr bool kLowestByteFirst = false;
 constexpr bool kLowestByteFirst = true;
 #endif
 
+// Whether one of eight pixels of a row has the value. This does not depend on the order of the bytes.
+inline bool any_of_eight(const uint8_t* pixels, uint8_t value) {
+  constexpr uint64_t kOnes = 0x0101010101010101;
+  constexpr uint64_t kTopBits = 0x8080808080808080;
+  uint64_t eight;
+  std::memcpy(&eight, pixels, 8);
+  eight ^= value * kOnes;
+  return ((eight - kOnes) & ~eight & kTopBits) != 0;
+}
+
 // Searches a line. Pixels of the threshold and above are bright, the others are dark.
 class Brightness {
  public:

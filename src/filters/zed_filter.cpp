@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/lanes.h"
 #include "core/point_pass.h"
 #include "core/row_kernel.h"
 #include "core/views.h"
@@ -22,6 +23,7 @@ NUV_INLINE int16_t contribution(uint8_t neighbour, uint8_t centre, int16_t t) {
 
 NUV_ROW_KERNEL void zed_row(const uint8_t* p, std::ptrdiff_t w, int16_t t, uint8_t* NUV_RESTRICT out,
                             std::ptrdiff_t n) {
+  NUV_CLANG_PLACES(16)
   for (std::ptrdiff_t x = 0; x < n; ++x, ++p) {
     const uint8_t c = p[0];
     const auto above = static_cast<int16_t>(contribution(p[-w - 1], c, t) + contribution(p[-w], c, t) +

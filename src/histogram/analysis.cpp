@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/arithmetic.h"
+#include "core/window_sums.h"
 #include "histogram/histogram.h"
 #include "nuv/histogram.h"
 
@@ -152,11 +153,13 @@ int32_t NuvHistogramGaussianSmooth(int32_t* pHistogram, int32_t /*nIgnored*/, do
 }
 
 void NuvHistogramAverageSmooth(int32_t* pHistogram, int32_t M, int32_t* pResHistogram) {
+  int32_t prefix[kBins + 1];
+  accumulate(pHistogram, kBins, prefix);
+  const int32_t reach = std::clamp(M, -1, kBins);
   for (int32_t j = 0; j < kBins; ++j) {
-    const int32_t reach = std::clamp(M, -1, kBins);
     const int32_t begin = std::max(j - reach, 0);
     const int32_t end = std::min(j + reach, kBins - 1) + 1;
-    const int32_t sum = begin < end ? std::accumulate(pHistogram + begin, pHistogram + end, 0) : 0;
+    const int32_t sum = begin < end ? prefix[end] - prefix[begin] : 0;
     pResHistogram[j] = sum == 0 ? 0 : sum / (end - begin);
   }
 }
