@@ -145,7 +145,8 @@ int32_t stdev_by_the_rule(const TestImage& image, const TestImage& mask, int32_t
       for (int32_t v = 0; v < 256; ++v) sum += static_cast<double>(bins[v]) * v;
       const double mean = sum / count;
       for (int32_t v = 0; v < 256; ++v) squares += (v - mean) * (v - mean) * bins[v];
-      entries[static_cast<std::size_t>(std::sqrt(squares / count) + 0.5)] += 4 * count / (m * n);
+      const double rounded_up = std::sqrt(squares / count) + 0.5;
+      entries[static_cast<std::size_t>(rounded_up)] += 4 * count / (m * n);
     }
   }
   return NuvGetMedianInHistogram(entries.data());
