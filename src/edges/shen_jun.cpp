@@ -5,7 +5,8 @@
 // before it, but rows depend on each other only in the downward pass. So a group of rows passes through both
 // row recursions side by side:
 //
-// - in floating-point arithmetic, as independent chains of one loop;
+// - in floating-point arithmetic, as independent chains of one loop, or, if the results are bytes, as the 16
+//   integers of a column;
 // - in integer arithmetic, 16 rows as the 16 bytes of a vector. Blocks of 16 by 16 pixels are transposed on
 //   their way in and out.
 //
@@ -115,9 +116,83 @@ NUV_ROW_KERNEL void smooth_across_rows(double* row, const double* before, std::p
   smooth_across_rows<double>(row, before, n, step);
 }
 
+#if NUV_HAS_LANES
+// Loads up to 16 columns of the 16 rows, as columns.
+template <class Pointer>
+NUV_INLINE void load_columns(const Pointer* rows, std::ptrdiff_t x, int32_t count,
+                             Bytes16 (&columns)[kBlock]) {
+  for (int32_t r = 0; r < kBlock; ++r) {
+    if (count == kBlock) {
+      columns[r] = load16(rows[r] + x);
+    } else {
+      columns[r] = Bytes16{};
+      std::memcpy(&columns[r], rows[r] + x, static_cast<std::size_t>(count));
+    }
+  }
+  transpose16(columns);
+}
+
+NUV_INLINE void store_columns(uint8_t* const* rows, std::ptrdiff_t x, int32_t count,
+                              Bytes16 (&columns)[kBlock]) {
+  transpose16(columns);
+  for (int32_t r = 0; r < kBlock; ++r) {
+    std::memcpy(rows[r] + x, &columns[r], static_cast<std::size_t>(count));
+  }
+}
+
+// The columns of a block, one after the other. A column has a pixel of each of the 16 rows, held in 32 bits.
+using WideColumns = int32_t[kBlock * kRowsPerGroup];
+
+// Smooths the columns from first on, in steps of direction, up to the one before end.
+NUV_INLINE void smooth_wide_columns(WideColumns& columns, int32_t first, int32_t end, int32_t direction,
+                                    int32_t (&running)[kRowsPerGroup], SmallTruncatingStep step) {
+  for (int32_t i = first; i != end; i += direction) {
+    int32_t* column = columns + i * kRowsPerGroup;
+// GCC would unroll the loop, and then find no vectors in it.
+#pragma GCC unroll 1
+    for (int32_t r = 0; r < kRowsPerGroup; ++r) column[r] = running[r] = step(column[r], running[r]);
+  }
+}
+
+NUV_INLINE void widen(const Bytes16 (&columns)[kBlock], WideColumns& wide) {
+  uint8_t bytes[kBlock * kRowsPerGroup];
+  std::memcpy(bytes, columns, sizeof bytes);
+  for (int32_t i = 0; i < kBlock * kRowsPerGroup; ++i) wide[i] = bytes[i];
+}
+NUV_INLINE void narrow(const WideColumns& wide, Bytes16 (&columns)[kBlock]) {
+  uint8_t bytes[kBlock * kRowsPerGroup];
+  for (int32_t i = 0; i < kBlock * kRowsPerGroup; ++i) bytes[i] = static_cast<uint8_t>(wide[i]);
+  std::memcpy(columns, bytes, sizeof bytes);
+}
+#endif
+
 NUV_ROW_KERNEL void smooth_along_rows(const uint8_t* const* in, uint8_t* const* out, std::ptrdiff_t width,
                                       SmallTruncatingStep step) {
+#if NUV_HAS_LANES
+  Bytes16 columns[kBlock];
+  WideColumns wide;
+  int32_t running[kRowsPerGroup]{};
+  for (std::ptrdiff_t x = 0; x < width; x += kBlock) {
+    const auto count = static_cast<int32_t>(std::min<std::ptrdiff_t>(kBlock, width - x));
+    load_columns(in, x, count, columns);
+    widen(columns, wide);
+    // The first pixel of a row is its own predecessor; such a step changes nothing.
+    if (x == 0) std::copy_n(wide, kRowsPerGroup, running);
+    smooth_wide_columns(wide, 0, count, 1, running, step);
+    narrow(wide, columns);
+    store_columns(out, x, count, columns);
+  }
+  for (std::ptrdiff_t x = (width - 1) / kBlock * kBlock; x >= 0; x -= kBlock) {
+    const auto count = static_cast<int32_t>(std::min<std::ptrdiff_t>(kBlock, width - x));
+    load_columns(out, x, count, columns);
+    widen(columns, wide);
+    smooth_wide_columns(wide, count - 1, -1, -1, running, step);
+    narrow(wide, columns);
+    store_columns(out, x, count, columns);
+  }
+#else
   smooth_along_rows<uint8_t>(in, out, width, step);
+#endif
 }
 NUV_ROW_KERNEL void smooth_across_rows(uint8_t* row, const uint8_t* before, std::ptrdiff_t n,
                                        SmallTruncatingStep step) {
@@ -160,29 +235,6 @@ template <int Shift>
 NUV_INLINE uint8_t step_of_complements(uint8_t sample, uint8_t running) {
   for (int i = 0; i < Shift; ++i) sample = static_cast<uint8_t>((sample + running + 1) >> 1);
   return sample;
-}
-
-// Loads up to 16 columns of the 16 rows, as columns.
-template <class Pointer>
-NUV_INLINE void load_columns(const Pointer* rows, std::ptrdiff_t x, int32_t count,
-                             Bytes16 (&columns)[kBlock]) {
-  for (int32_t r = 0; r < kBlock; ++r) {
-    if (count == kBlock) {
-      columns[r] = load16(rows[r] + x);
-    } else {
-      columns[r] = Bytes16{};
-      std::memcpy(&columns[r], rows[r] + x, static_cast<std::size_t>(count));
-    }
-  }
-  transpose16(columns);
-}
-
-NUV_INLINE void store_columns(uint8_t* const* rows, std::ptrdiff_t x, int32_t count,
-                              Bytes16 (&columns)[kBlock]) {
-  transpose16(columns);
-  for (int32_t r = 0; r < kBlock; ++r) {
-    std::memcpy(rows[r] + x, &columns[r], static_cast<std::size_t>(count));
-  }
 }
 
 template <int Shift>
