@@ -68,4 +68,19 @@ TEST(ThresholdByEdge, CountsVotesAroundEdges) {
       << "the edge pixel in column x1 does not vote";
 }
 
+TEST(ThresholdByEdge, CountsEachVoteOfALongRow) {
+  constexpr int32_t kWidth = 1100;
+  TestImage gray(kWidth, 6, 50);
+  TestImage edges(kWidth, 6);
+  gray.at(1, 4) = 40;  // votes for 40 to 50
+  edges.at(1, 4) = 1;
+  for (int32_t x = 5; x < kWidth - 2; ++x) {
+    gray.at(x, 4) = 45;  // votes for 45 to 50
+    edges.at(x, 4) = 1;
+    EXPECT_EQ(NuvGetThresholdByEdge(gray.data(), edges.data(), kWidth, 0, kWidth, 0, 6, 2), 45) << x;
+    gray.at(x, 4) = 50;
+    edges.at(x, 4) = 0;
+  }
+}
+
 }  // namespace
