@@ -167,7 +167,7 @@ bool fail_one_after_the_other(const Call& call, Outcome outcome, Scene::Kind kin
     n = n_asked;
     with_memory = scene.checksum();
   }
-  for (int64_t k = 0; k < 2 * n; k += k < 8 ? 1 : k) {
+  for (int64_t k = 0; k < 2 * n; k += k < 64 ? 1 : k) {
     SCOPED_TRACE(call.name + ", scene " + std::to_string(seed) + ", allocation " + std::to_string(k / 2));
     const int64_t held = n_held;
     {
