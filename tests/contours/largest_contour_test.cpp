@@ -42,6 +42,13 @@ TEST(LargestContour, ByAreaAndByPerimeter) {
   EXPECT_THAT(found.box, ElementsAre(5, 10, 2, 2));
 }
 
+TEST(LargestContour, ScansNoColumnOfTheOutline) {
+  // The pixel of 253 and the 0 in the last column would start a hole, whose trace marks the pixel of 255.
+  TestImage image = draw({".....", ".....", "...#.", "...#.", "....."});
+  image.at(3, 2) = 253;
+  EXPECT_EQ(largest(Nuv255RectWithMaxArea, image, 0, 4, 0, 4).value, 2);
+}
+
 TEST(LargestContour, OutlinesTheRegionAndScansItsRowsByStep) {
   TestImage image(8, 8, 255);
   EXPECT_EQ(largest(Nuv255RectWithMaxArea, image, 3, 5, 3, 5).value, 9);

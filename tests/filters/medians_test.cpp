@@ -89,8 +89,10 @@ TEST(Medians, EqualTheirPlainForms) {
       if (width > 2 * M) compare(width, height, M, N);
     }
   }
-  // Counts of 8 and of 16 bits.
+  // Counts of 8 and of 16 bits. Windows of 255 pixels are the largest whose counts have 8 bits.
   compare(300, 20, 7, 7);
+  compare(60, 40, 7, 8);
+  compare(60, 40, 8, 8);
   compare(200, 40, 15, 15);
 }
 
