@@ -178,8 +178,9 @@ NUV_INLINE std::ptrdiff_t means_2x2_by(const uint8_t* p, std::ptrdiff_t width, s
 
 // The rows of the blocks below start at the distance next. They are fetched meanwhile, because the work on a row
 // is too short to hide the delay of the memory.
-NUV_ROW_KERNEL void mean_2x2_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width, std::ptrdiff_t next,
-                                 std::ptrdiff_t n, uint8_t* NUV_RESTRICT out) {
+NUV_ROW_KERNEL void mean_2x2_row(const uint8_t* NUV_RESTRICT p, std::ptrdiff_t width,
+                                 [[maybe_unused]] std::ptrdiff_t next, std::ptrdiff_t n,
+                                 uint8_t* NUV_RESTRICT out) {
   std::ptrdiff_t x = 0;
 #if NUV_HAS_LANES
   x = has_wide_lanes() ? means_2x2_by<UnsignedShorts16>(p, width, next, n, out)
