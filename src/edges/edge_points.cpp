@@ -283,7 +283,8 @@ int32_t NuvGetThresholdByEdge(uint8_t* pGryImg, uint8_t* pEdgeImg, int32_t width
   constexpr int32_t kBlock = 64;
   std::array<uint8_t, kBlock> low;
   std::array<uint8_t, kBlock> high;
-  for (int32_t y = y1 + 1; y < y2; ++y) {
+  const bool has_columns = x1 + 1 < x2;
+  for (int32_t y = y1 + 1; y < y2 && has_columns; ++y) {
     const Line row{edges.row(y), x2, 1};
     for (int32_t x = next_white(row, x1 + 1); x < x2; x = next_white(row, x)) {
       // A block begins and ends with an edge pixel, because the samples of other pixels may lie outside the image.
