@@ -182,9 +182,8 @@ void take_lesser_column_lengths(GrayImage image) {
 template <class Lanes>
 NUV_INLINE std::ptrdiff_t find_starts_by(const uint8_t* row, uint8_t* starts, std::ptrdiff_t n) {
   constexpr std::ptrdiff_t kStep = sizeof(Lanes);
-  std::ptrdiff_t done = 0;
-  while (n >= kStep && done < n) {
-    const std::ptrdiff_t x = start_of_step(done, kStep, n);
+  const Steps<kStep> steps(n);
+  for (const std::ptrdiff_t x : steps) {
     Lanes pixels;
     Lanes before;
     load(row + x, pixels);
@@ -192,9 +191,8 @@ NUV_INLINE std::ptrdiff_t find_starts_by(const uint8_t* row, uint8_t* starts, st
     const Lanes none = {};
     const Lanes found = reinterpret_cast<Lanes>(pixels != none) & reinterpret_cast<Lanes>(before == none) & 1;
     store(starts + x, found);
-    done = x + kStep;
   }
-  return done;
+  return steps.covered();
 }
 #endif
 

@@ -93,9 +93,8 @@ template <class Words>
 NUV_INLINE std::ptrdiff_t from_rgb_by(const uint8_t* rgb, const Factors& by, uint8_t* luma, ChromaSums& sums,
                                       std::ptrdiff_t pixels) {
   constexpr std::ptrdiff_t kStep = PixelPairs<Words>::kPixels;
-  std::ptrdiff_t done = 0;
-  while (pixels >= kStep && done < pixels) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, pixels);
+  const Steps<kStep> steps(pixels);
+  for (const std::ptrdiff_t i : steps) {
     PixelPairs<Words> in;
     split_pixels(rgb + 3 * i, in);
     PairOf<Words> pairs;
@@ -103,9 +102,8 @@ NUV_INLINE std::ptrdiff_t from_rgb_by(const uint8_t* rgb, const Factors& by, uin
     store_words(luma + i, pairs.luma);
     store_words(reinterpret_cast<uint8_t*>(sums.c + i / 2), pairs.c);
     store_words(reinterpret_cast<uint8_t*>(sums.d + i / 2), pairs.d);
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 #endif
 
@@ -191,9 +189,8 @@ template <class Words>
 NUV_INLINE std::ptrdiff_t rgb_from_terms_by(const uint8_t* luma, const TermBlock& terms, uint8_t* rgb,
                                             std::ptrdiff_t pixels) {
   constexpr std::ptrdiff_t kStep = PixelPairs<Words>::kPixels;
-  std::ptrdiff_t done = 0;
-  while (pixels >= kStep && done < pixels) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, pixels);
+  const Steps<kStep> steps(pixels);
+  for (const std::ptrdiff_t i : steps) {
     Words pairs;
     load_words(luma + i, pairs);
     Words luma_left;
@@ -209,9 +206,8 @@ NUV_INLINE std::ptrdiff_t rgb_from_terms_by(const uint8_t* luma, const TermBlock
       clamped_sums(luma_right, term, out.right[c]);
     }
     join_pixels(out, rgb + 3 * i);
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 #endif
 

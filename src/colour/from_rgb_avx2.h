@@ -126,13 +126,11 @@ NUV_AVX2 NUV_INLINE void store_chroma(__m256i pairs, ChromaPlanes chroma, std::p
   _mm_storeu_si128(reinterpret_cast<__m128i*>(chroma.cr + x / 2), _mm256_extracti128_si256(planes, 1));
 }
 
-// The number of pixels must be even and at least 32. The last step ends with the rows and may repeat pixels of
-// the step before it.
+// The number of pixels must be even and at least 32.
 template <int Rows, class Chroma>
 NUV_AVX2 void from_rgb_rows_avx2(const uint8_t* const (&rgb)[Rows], uint8_t* const (&luma)[Rows],
                                  Chroma chroma, std::ptrdiff_t pixels) {
-  for (std::ptrdiff_t done = 0; done < pixels; done += kWidePixels) {
-    const std::ptrdiff_t x = start_of_step(done, kWidePixels, pixels);
+  for (const std::ptrdiff_t x : Steps<kWidePixels>(pixels)) {
     __m256i sums[kWideVectors];
     for (int r = 0; r < Rows; ++r) {
       __m256i row[kWideVectors];

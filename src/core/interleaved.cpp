@@ -55,51 +55,45 @@ template <class Lanes>
 NUV_INLINE std::ptrdiff_t split_planes_by(const uint8_t* pixels, uint8_t* plane0, uint8_t* plane1,
                                           uint8_t* plane2, std::ptrdiff_t count) {
   constexpr std::ptrdiff_t kStep = sizeof(Lanes);
-  std::ptrdiff_t done = 0;
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+  const Steps<kStep> steps(count);
+  for (const std::ptrdiff_t i : steps) {
     Lanes v[3];
     for (int k = 0; k < 3; ++k) load(pixels + 3 * i + kStep * k, v[k]);
     split_thirds(v);
     store(plane0 + i, v[0]);
     store(plane1 + i, v[1]);
     store(plane2 + i, v[2]);
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 
 template <class Lanes>
 NUV_INLINE std::ptrdiff_t join_planes_by(const uint8_t* plane0, const uint8_t* plane1, const uint8_t* plane2,
                                          uint8_t* pixels, std::ptrdiff_t count) {
   constexpr std::ptrdiff_t kStep = sizeof(Lanes);
-  std::ptrdiff_t done = 0;
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+  const Steps<kStep> steps(count);
+  for (const std::ptrdiff_t i : steps) {
     Lanes v[3];
     load(plane0 + i, v[0]);
     load(plane1 + i, v[1]);
     load(plane2 + i, v[2]);
     join_thirds(v);
     for (int k = 0; k < 3; ++k) store(pixels + 3 * i + kStep * k, v[k]);
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 
 template <class Lanes, int K>
 NUV_INLINE std::ptrdiff_t take_plane_by(const uint8_t* pixels, uint8_t* plane, std::ptrdiff_t count) {
   constexpr std::ptrdiff_t kStep = sizeof(Lanes);
-  std::ptrdiff_t done = 0;
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+  const Steps<kStep> steps(count);
+  for (const std::ptrdiff_t i : steps) {
     Lanes v[3];
     for (int k = 0; k < 3; ++k) load(pixels + 3 * i + kStep * k, v[k]);
     split_thirds(v);
     store(plane + i, v[K]);
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 
 // Repeats a plane in three vectors, with each byte at its place K of a pixel. The other places are meaningless.
@@ -129,9 +123,8 @@ template <class Lanes, int K, bool IsOr>
 NUV_INLINE std::ptrdiff_t put_bytes_by(const uint8_t* plane, uint8_t* pixels, std::ptrdiff_t count) {
   constexpr int kStep = sizeof(Lanes);
   using LanePlaces = std::make_integer_sequence<int, kStep>;
-  std::ptrdiff_t done = 0;
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+  const Steps<kStep> steps(count);
+  for (const std::ptrdiff_t i : steps) {
     Lanes bytes;
     Lanes repeated[3];
     load(plane + i, bytes);
@@ -147,9 +140,8 @@ NUV_INLINE std::ptrdiff_t put_bytes_by(const uint8_t* plane, uint8_t* pixels, st
       row |= repeated[k] & masks[k];
       store(pixels + 3 * i + kStep * k, row);
     }
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 
 // Pairs of bytes are split in two steps. First each lane gathers the bytes of one plane in its lower half and
@@ -184,17 +176,15 @@ template <class Lanes>
 NUV_INLINE std::ptrdiff_t split_pairs_by(const uint8_t* pairs, uint8_t* plane0, uint8_t* plane1,
                                          std::ptrdiff_t count) {
   constexpr std::ptrdiff_t kStep = sizeof(Lanes);
-  std::ptrdiff_t done = 0;
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+  const Steps<kStep> steps(count);
+  for (const std::ptrdiff_t i : steps) {
     Lanes v[2];
     for (int k = 0; k < 2; ++k) load(pairs + 2 * i + kStep * k, v[k]);
     split_alternating(v);
     store(plane0 + i, v[0]);
     store(plane1 + i, v[1]);
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 
 // Pairs are joined by alternating the bytes of a and b, from the lower or from the upper half of each lane.
@@ -222,17 +212,15 @@ template <class Lanes>
 NUV_INLINE std::ptrdiff_t join_pairs_by(const uint8_t* plane0, const uint8_t* plane1, uint8_t* pairs,
                                         std::ptrdiff_t count) {
   constexpr std::ptrdiff_t kStep = sizeof(Lanes);
-  std::ptrdiff_t done = 0;
-  while (count >= kStep && done < count) {
-    const std::ptrdiff_t i = start_of_step(done, kStep, count);
+  const Steps<kStep> steps(count);
+  for (const std::ptrdiff_t i : steps) {
     Lanes v[2];
     load(plane0 + i, v[0]);
     load(plane1 + i, v[1]);
     join_alternating(v);
     for (int k = 0; k < 2; ++k) store(pairs + 2 * i + kStep * k, v[k]);
-    done = i + kStep;
   }
-  return done;
+  return steps.covered();
 }
 
 }  // namespace

@@ -75,11 +75,36 @@ NUV_INLINE void order(Lanes& a, Lanes& b) {
   keep_greater(b, first);
 }
 
-// The first pixel of a step that works on so many pixels of a row. The last step ends with the row and may
-// repeat pixels of the step before it.
-NUV_INLINE std::ptrdiff_t start_of_step(std::ptrdiff_t done, std::ptrdiff_t step, std::ptrdiff_t count) {
-  return done < count - step ? done : count - step;
-}
+// The first pixels of the steps through a row of count pixels, for a loop. A step works on Step pixels. The last one
+// ends with the row and may repeat pixels of the one before it. A row of fewer than Step pixels has no steps.
+template <std::ptrdiff_t Step>
+class Steps {
+ public:
+  class Iterator {
+   public:
+    NUV_INLINE Iterator(std::ptrdiff_t done, std::ptrdiff_t last) : done_(done), last_(last) {}
+    NUV_INLINE std::ptrdiff_t operator*() const { return done_ < last_ ? done_ : last_; }
+    NUV_INLINE Iterator& operator++() {
+      done_ += Step;
+      return *this;
+    }
+    NUV_INLINE bool operator!=(const Iterator& end) const { return done_ < end.done_; }
+
+   private:
+    std::ptrdiff_t done_;
+    std::ptrdiff_t last_;
+  };
+
+  NUV_INLINE explicit Steps(std::ptrdiff_t count) : covered_(count < Step ? 0 : count) {}
+
+  NUV_INLINE Iterator begin() const { return {0, covered_ - Step}; }
+  NUV_INLINE Iterator end() const { return {covered_, covered_ - Step}; }
+  // The number of pixels that the steps process: all or none.
+  NUV_INLINE std::ptrdiff_t covered() const { return covered_; }
+
+ private:
+  std::ptrdiff_t covered_;
+};
 
 #if NUV_HAS_LANES
 
