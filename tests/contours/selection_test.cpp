@@ -61,26 +61,27 @@ TEST(SelectContours, ByAreaDrawsAgainAtEveryPair) {
   EXPECT_EQ(b.result.at(1, 1), 255);
 }
 
-void expect_long_chain_from_every_pair(bool is_comb) {
-  constexpr int32_t kWidth = 121;
+// pixel(x, y) is the picture from (2, 1) on, where its one contour starts.
+template <class Pixel>
+void expect_long_chain_from_every_pair(int32_t width, Pixel pixel) {
   constexpr int32_t kHeight = 90;
-  TestImage picture(kWidth, kHeight);
+  TestImage picture(width, kHeight);
   for (int32_t y = 1; y < kHeight - 1; ++y) {
-    for (int32_t x = 2; x < kWidth - 1; ++x) picture.at(x, y) = !is_comb || x % 4 == 2 || y == 1 ? 255 : 0;
+    for (int32_t x = 2; x < width - 1; ++x) picture.at(x, y) = static_cast<uint8_t>(pixel(x, y));
   }
   Buffers b(picture);
-  const int32_t count = NuvSelectContoursByArea(b.image.data(), b.codes.data(), kWidth, kHeight, 1, 1,
-                                                kWidth * kHeight, b.result.data());
+  const int32_t count = NuvSelectContoursByArea(b.image.data(), b.codes.data(), width, kHeight, 1, 1,
+                                                width * kHeight, b.result.data());
 
   TestImage traced = picture;
   std::vector<uint8_t> codes(picture.pixels.size());
-  const int32_t n = NuvTraceContour(traced.data(), kWidth, 2, 1, codes.data(), kWidth * kHeight, true);
-  TestImage plain(kWidth, kHeight);
+  const int32_t n = NuvTraceContour(traced.data(), width, 2, 1, codes.data(), width * kHeight, true);
+  TestImage plain(width, kHeight);
   int32_t pairs = 0;
   const auto stamp = [&](int32_t x, int32_t y) {
     ++pairs;
     for (int32_t i = 0;; ++i) {
-      if (x >= 0 && x < kWidth && y >= 0 && y < kHeight) plain.at(x, y) = 255;
+      if (x >= 0 && x < width && y >= 0 && y < kHeight) plain.at(x, y) = 255;
       if (i == n) return;
       constexpr int32_t kDx[8] = {1, 1, 0, -1, -1, -1, 0, 1};
       constexpr int32_t kDy[8] = {0, -1, -1, -1, 0, 1, 1, 1};
@@ -90,7 +91,7 @@ void expect_long_chain_from_every_pair(bool is_comb) {
   };
   stamp(2, 1);
   for (int32_t y = 1; y < kHeight; ++y) {
-    for (int32_t x = y == 1 ? 3 : 1; x < kWidth; ++x) {
+    for (int32_t x = y == 1 ? 3 : 1; x < width; ++x) {
       if (traced.at(x, y) != traced.at(x - 1, y)) stamp(traced.at(x, y) == 255 ? x : x - 1, y);
     }
   }
@@ -99,9 +100,13 @@ void expect_long_chain_from_every_pair(bool is_comb) {
 }
 
 TEST(SelectContours, ByAreaDrawsALongChainFromEveryPair) {
-  // A comb gives one chain of thousands of codes, and thousands of pairs. A rectangle gives few pairs.
-  expect_long_chain_from_every_pair(true);
-  expect_long_chain_from_every_pair(false);
+  // A comb gives one chain of thousands of codes, and thousands of pairs. A rectangle gives few pairs. A line gives a
+  // chain of one row, and the background below it many pairs.
+  expect_long_chain_from_every_pair(121, [](int32_t x, int32_t y) { return x % 4 == 2 || y == 1 ? 255 : 0; });
+  expect_long_chain_from_every_pair(121, [](int32_t, int32_t) { return 255; });
+  expect_long_chain_from_every_pair(161, [](int32_t x, int32_t y) {
+    return y == 1 ? 255 : y == 2 ? 0 : x % 2 * 9;
+  });
 }
 
 TEST(RemoveRegions, DependsOnTheEnclosedPixels) {

@@ -125,6 +125,16 @@ TEST(ChainLines, DebugPanelsShowEachStage) {
   const CodeLine line = next_code_line();
   ASSERT_TRUE(line.found) << "NuvImgChainLines_GetNxtCodeLine starts over";
   EXPECT_EQ(panel(2)[static_cast<std::size_t>(line.y[0] * kSize + line.x[0])], 254);
+
+  // An image larger than the memory is refused, and only the source is shown.
+  TestImage large(4000, 100, 200);
+  EXPECT_EQ(NuvImgChainLines_DoGryImg(large.data(), 4000, 100, true), 0);
+  panels.assign(6 * large.pixels.size(), 7);
+  EXPECT_EQ(NuvImgChainLines_Debug(panels.data()), 0);
+  for (std::size_t i = 0; i < panels.size(); ++i) {
+    const std::size_t shown = i / large.pixels.size();
+    ASSERT_EQ(panels[i], shown == 0 || shown == 5 ? 200 : 0) << shown;
+  }
 }
 
 }  // namespace
