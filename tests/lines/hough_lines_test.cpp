@@ -111,8 +111,8 @@ TEST(HoughLines, KeepStateBetweenCalls) {
   for (int i = 0; i < 1023; ++i) ASSERT_EQ(next(0, 0)[0], 2);
   EXPECT_EQ(next(0, 0), kUntouched);
 
-  // The diagonal of 405 by 405 is 572, and 186 rows of 578 cells make 181 rows of 593. Points that are s apart take rows
-  // of s + 6 cells.
+  // The diagonal of 405 by 405 is 572, and 186 rows of 578 cells make 181 rows of 593. Points s apart take rows of
+  // s + 6 cells.
   ASSERT_TRUE(NuvHoughLines_Initialize(400, 400));
   Points farthest{{0, 587}, {40, 40}};
   EXPECT_EQ(strongest(farthest, 0, 180)[0], 2);
